@@ -1,0 +1,78 @@
+#include "analytics/ha_utils.h"
+
+#include <cstdlib>
+
+#include "app_event.h"
+#include "app_event_processor_mgr.h"
+#include "common/velmor_log.h"
+#include "time_service_client.h"
+
+namespace OHOS::Velmor
+{
+
+using HiviewDFX::Event;
+using HiviewDFX::ReportConfig;
+
+namespace
+{
+
+constexpr const char* PERF_LOG_TAG = "VelmorPerf";
+constexpr const char* EVENT_DOMAIN = "api_diagnostic";
+constexpr const char* EVENT_END = "api_exec_end";
+
+// Never seeded: the number only makes the identifiers of one process distinct.
+std::string MakeTransactionId()
+{
+    return "transId_" +
+           std::to_string(std::rand());  // NOLINT(concurrency-mt-unsafe): locked in the C library
+}
+
+}  // namespace
+
+int64_t HaUtils::AddProcessor()
+{
+    ReportConfig config;
+    config.name = "ha_app_event";
+    config.appId = "com_lumora_xelos_sdk_ocg";
+    config.routeInfo = "AUTO";
+    config.triggerCond.row = 30;
+    config.triggerCond.timeout = 90;
+    config.eventConfigs = {
+        {EVENT_DOMAIN, EVENT_END, false},
+        {EVENT_DOMAIN, "api_called_stat", true},
+        {EVENT_DOMAIN, "api_called_stat_cnt", true},
+    };
+    return HiviewDFX::AppEventProcessorMgr::AddProcessor(config);
+}
+
+void HaUtils::Init()
+{
+    std::lock_guard<std::mutex> guard(mutex_);
+    if (initialised_) {
+        return;
+    }
+    if (processorId_ == -1) {
+        processorId_ = AddProcessor();
+    }
+    initialised_ = true;
+    (void)HiLogPrint(LOG_CORE, LOG_INFO, TAVIK::GAME_PLAYER::LOG_DOMAIN, PERF_LOG_TAG,
+                     "[%{public}s(%{public}s:%{public}d)]ha init success", "", __FUNCTION__, __LINE__);
+}
+
+void HaUtils::WriteEndEvent(const std::string& apiName, int64_t beginTime, int32_t errorCode)
+{
+    if (!initialised_) {
+        Init();
+    }
+    Event event(EVENT_DOMAIN, EVENT_END, HiviewDFX::EventType::BEHAVIOR);
+    event.AddParam("trans_id", MakeTransactionId());
+    event.AddParam("api_name", apiName);
+    event.AddParam("sdk_name", std::string("VelmorKit"));
+    event.AddParam("begin_time", beginTime);
+    event.AddParam("end_time", MiscServices::TimeServiceClient::GetInstance()->GetBootTimeMs());
+    event.AddParam("result", 0);
+    event.AddParam("error_code", errorCode);
+    (void)HiviewDFX::Write(event);
+}
+
+}  // namespace OHOS::Velmor

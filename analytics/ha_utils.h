@@ -1,0 +1,32 @@
+#ifndef ANALYTICS_HA_UTILS_H
+#define ANALYTICS_HA_UTILS_H
+
+#include <atomic>
+#include <cstdint>
+#include <mutex>
+#include <string>
+
+namespace OHOS::Velmor
+{
+
+/// Reports API calls to the application's analytics. One per process, through `DelayedSingleton`.
+/// Thread-safe.
+class HaUtils
+{
+public:
+    /// Writes the event that one call of `apiName` has ended. `beginTime` is in boot milliseconds;
+    /// `errorCode` is 0 for success. The first event of the process registers the report processor.
+    void WriteEndEvent(const std::string& apiName, int64_t beginTime, int32_t errorCode);
+
+private:
+    void Init();
+    static int64_t AddProcessor();
+
+    std::atomic<bool> initialised_{false};
+    std::mutex mutex_;  // guards the registration
+    int64_t processorId_ = -1;
+};
+
+}  // namespace OHOS::Velmor
+
+#endif

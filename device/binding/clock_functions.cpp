@@ -1,0 +1,92 @@
+#include <cmath>
+
+#include "clock.h"
+#include "functions.h"
+#include "making.h"
+#include "pending_promise.h"
+#include "reading.h"
+#include "serial_thread.h"
+
+namespace StandIn
+{
+
+namespace
+{
+
+constexpr double SLOWEST_RATE = 1e-6;
+constexpr double FASTEST_RATE = 1e6;
+constexpr double LONGEST_ADVANCE_MS = 1e11;  // three years; a nanosecond count holds ninety of them
+constexpr const char* NEEDS_MANUAL = "clock.advance needs the manual clock: call clock.manual() first";
+
+SerialThread& Advancer()
+{
+    static SerialThread& thread = *new SerialThread();
+    return thread;
+}
+
+void Advance(Clock::Nanoseconds distance, PendingPromise& promise)
+{
+    if (!Clock::Get().Advance(distance)) {
+        promise.Fail(NEEDS_MANUAL);
+    }
+    promise.Settle();
+}
+
+napi_value ClockReal(napi_env env, napi_callback_info info)
+{
+    const napi_value value = Arguments<1>(env, info)[0];
+    double rate = 1;
+    if (IsOfType(env, value, napi_undefined) ||
+        ReadNumber(env, value, "rate", SLOWEST_RATE, FASTEST_RATE, rate)) {
+        Clock::Get().SetReal(rate);
+    }
+    return nullptr;
+}
+
+napi_value ClockManual(napi_env /*env*/, napi_callback_info /*info*/)
+{
+    Clock::Get().SetManual();
+    return nullptr;
+}
+
+napi_value ClockNow(napi_env env, napi_callback_info /*info*/)
+{
+    return MakeNumber(env, static_cast<double>(Clock::Get().NowMs()));
+}
+
+napi_value ClockSleepers(napi_env env, napi_callback_info /*info*/)
+{
+    return MakeNumber(env, static_cast<double>(Clock::Get().Sleepers()));
+}
+
+napi_value ClockAdvance(napi_env env, napi_callback_info info)
+{
+    double milliseconds = 0;
+    if (!ReadNumber(env, Arguments<1>(env, info)[0], "ms", 0, LONGEST_ADVANCE_MS, milliseconds)) {
+        return nullptr;
+    }
+    if (!Clock::Get().IsManual()) {
+        (void)napi_throw_error(env, nullptr, NEEDS_MANUAL);
+        return nullptr;
+    }
+    napi_value result = nullptr;
+    if (const auto promise = PendingPromise::Make(env, result)) {
+        const Clock::Nanoseconds distance(std::llround(milliseconds * 1e6));
+        Advancer().Post([distance, promise] { Advance(distance, *promise); });
+    }
+    return result;
+}
+
+}  // namespace
+
+bool DefineClockFunctions(napi_env env, napi_value exports)
+{
+    return DefineFunctions(env, exports,
+                           {{"clockReal", ClockReal},
+                            {"clockManual", ClockManual},
+                            {"clockNow", ClockNow},
+                            {"clockSleepers", ClockSleepers},
+                            {"clockAdvance", ClockAdvance}});
+}
+
+}  // namespace StandIn

@@ -1,0 +1,86 @@
+#include "caller.h"
+#include "clock.h"
+#include "event_store.h"
+#include "faults.h"
+#include "functions.h"
+#include "hilog.h"
+#include "instance.h"
+#include "making.h"
+#include "reading.h"
+#include "ui_thread.h"
+
+namespace StandIn
+{
+
+namespace
+{
+
+struct FaultOptions {
+    uint64_t skip = 0;
+    uint64_t times = 1;
+};
+
+bool ReadOptions(napi_env env, napi_value value, FaultOptions& options)
+{
+    if (IsOfType(env, value, napi_undefined)) {
+        return true;
+    }
+    return ForEachProperty(env, value, "options", [&](const std::string& key, napi_value option) {
+        if (key == "skip") {
+            return ReadCount(env, option, "options.skip", 0, options.skip);
+        }
+        if (key == "times") {
+            return ReadCount(env, option, "options.times", 1, options.times);
+        }
+        return ThrowTypeError(env, "options has no '" + key + "': possible are skip and times");
+    });
+}
+
+napi_value FailNext(napi_env env, napi_callback_info info)
+{
+    const auto [callValue, optionsValue] = Arguments<2>(env, info);
+    std::string call;
+    FaultOptions options;
+    if (!ReadText(env, callValue, "call", call) || !ReadOptions(env, optionsValue, options)) {
+        return nullptr;
+    }
+    if (!Faults::Arm(call, options.skip, options.times)) {
+        const std::string message = "'" + call + "' cannot be made to fail: the module makes no such call";
+        (void)napi_throw_error(env, nullptr, message.c_str());
+    }
+    return nullptr;
+}
+
+napi_value ChangeSystemApp(napi_env env, napi_callback_info info)
+{
+    bool isSystem = false;
+    if (ReadFlag(env, Arguments<1>(env, info)[0], "isSystem", isSystem)) {
+        SetSystemApp(isSystem);
+    }
+    return nullptr;
+}
+
+// The logs go last: forgetting the modals may write some.
+napi_value Reset(napi_env env, napi_callback_info /*info*/)
+{
+    Instance::Of(env).RemoveModalHandler();
+    Faults::Reset();
+    Modals::Get().Reset();
+    UiThread::Get().SetBypassed(false);
+    Clock::Get().Reset();
+    Environment::DropInheritedHolds();
+    SetSystemApp(false);
+    EventStore::Get().ClearEvents();
+    LogStore::Get().Clear();
+    return nullptr;
+}
+
+}  // namespace
+
+bool DefineControlFunctions(napi_env env, napi_value exports)
+{
+    return DefineFunctions(env, exports,
+                           {{"failNext", FailNext}, {"setSystemApp", ChangeSystemApp}, {"reset", Reset}});
+}
+
+}  // namespace StandIn

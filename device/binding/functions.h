@@ -1,0 +1,21 @@
+#ifndef DEVICE_BINDING_FUNCTIONS_H
+#define DEVICE_BINDING_FUNCTIONS_H
+
+#include <node_api.h>
+
+namespace StandIn
+{
+
+// The functions of the binding by family. Each definer adds its own to `exports`; false if the environment
+// refuses.
+
+bool DefineContextFunctions(napi_env env, napi_value exports);
+bool DefineModalFunctions(napi_env env, napi_value exports);
+bool DefineAnswerFunctions(napi_env env, napi_value exports);
+bool DefineClockFunctions(napi_env env, napi_value exports);
+bool DefineRecordFunctions(napi_env env, napi_value exports);
+bool DefineControlFunctions(napi_env env, napi_value exports);
+
+}  // namespace StandIn
+
+#endif

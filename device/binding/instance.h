@@ -1,0 +1,60 @@
+#ifndef DEVICE_BINDING_INSTANCE_H
+#define DEVICE_BINDING_INSTANCE_H
+
+#include <node_api.h>
+
+#include <cstdint>
+#include <memory>
+#include <unordered_map>
+
+#include "environment.h"
+#include "modals.h"
+#include "reference.h"
+
+namespace StandIn
+{
+
+/// What the binding keeps for one JS environment that loaded it. On that environment's JS thread only.
+class Instance
+{
+public:
+    /// Makes the instance of `env`, which lives as long as `env`. False if the environment refuses.
+    static bool Create(napi_env env);
+    static Instance& Of(napi_env env);
+
+    ~Instance() { Modals::Get().DropOwner(this); }
+
+    const std::shared_ptr<Environment>& GetEnvironment() const { return environment_; }
+
+    /// From now on the JS function `handler` is called with the record of every modal opened.
+    void SetModalHandler(napi_value handler);
+    void RemoveModalHandler();
+
+    /// Calls the JS function `taker` once, with the record of the next modal. Returns a ticket.
+    uint64_t AwaitModal(napi_value taker);
+    /// False if the call of the taker is on its way.
+    bool CancelWait(uint64_t ticket);
+
+private:
+    using Delivery = void (Instance::*)(uint64_t ticket, const Modal& modal);
+
+    explicit Instance(napi_env env) : env_(env), environment_(Environment::Attach(env)) {}
+    Modals::Receiver MakeReceiver(Delivery deliver) const;
+    static Environment::Job MakeJob(napi_env env, Delivery deliver, uint64_t ticket,
+                                    const std::shared_ptr<Modal>& modal);
+    void CallHandler(uint64_t ticket, const Modal& modal);
+    void CallTaker(uint64_t ticket, const Modal& modal);
+    void Call(const Reference& function, const Modal& modal) const;
+
+    napi_env const env_;
+    const std::shared_ptr<Environment> environment_;
+    Reference modalHandler_;
+    std::unordered_map<uint64_t, Reference> takers_;  // by ticket
+};
+
+/// The record of a modal for JS: { id, generation, want, config }. Null if the environment refuses.
+napi_value MakeModalRecord(napi_env env, const Modal& modal);
+
+}  // namespace StandIn
+
+#endif

@@ -1,0 +1,47 @@
+#ifndef DEVICE_BINDING_PENDING_PROMISE_H
+#define DEVICE_BINDING_PENDING_PROMISE_H
+
+#include <node_api.h>
+
+#include <memory>
+#include <string>
+
+#include "environment.h"
+#include "reference.h"
+
+namespace StandIn
+{
+
+/// A promise that another thread may settle. It holds the loop of its environment until then. One thread at a
+/// time may use it.
+class PendingPromise : public std::enable_shared_from_this<PendingPromise>
+{
+public:
+    /// Stores the JS promise in `promise`. Empty if the environment refuses. On `env`'s JS thread.
+    static std::shared_ptr<PendingPromise> Make(napi_env env, napi_value& promise);
+
+    /// Any thread, before `Settle`: the promise will be rejected with an Error.
+    void Fail(std::string message) { failure_ = std::move(message); }
+    /// On the JS thread, before `Settle`: it will be rejected with `error`.
+    void FailWith(napi_value error);
+    /// Any thread: settles it on its JS thread, after everything queued for that thread so far.
+    void Settle();
+
+private:
+    explicit PendingPromise(napi_env env) : env_(env), environment_(Environment::Of(env)), hold_(environment_)
+    {
+    }
+    void SettleNow();
+    napi_value MakeError();
+
+    napi_env const env_;
+    const std::shared_ptr<Environment> environment_;
+    LoopHold hold_;
+    napi_deferred deferred_ = nullptr;
+    std::string failure_;  // empty: none
+    Reference error_;      // of an array around the error, as not every value can be referred to
+};
+
+}  // namespace StandIn
+
+#endif

@@ -1,0 +1,144 @@
+#include <string>
+#include <variant>
+
+#include "event_store.h"
+#include "functions.h"
+#include "hilog.h"
+#include "making.h"
+
+namespace StandIn
+{
+
+namespace
+{
+
+using OHOS::HiviewDFX::Event;
+using OHOS::HiviewDFX::EventConfig;
+using OHOS::HiviewDFX::EventType;
+using OHOS::HiviewDFX::ReportConfig;
+using OHOS::HiviewDFX::TriggerCondition;
+
+struct ParamMaker {
+    napi_env env;
+
+    napi_value operator()(int32_t number) const { return MakeNumber(env, number); }
+    napi_value operator()(int64_t number) const { return MakeNumber(env, static_cast<double>(number)); }
+    napi_value operator()(const std::string& text) const { return MakeText(env, text); }
+};
+
+const char* NameOf(EventType type)
+{
+    switch (type) {
+        case EventType::FAULT:
+            return "FAULT";
+        case EventType::STATISTIC:
+            return "STATISTIC";
+        case EventType::SECURITY:
+            return "SECURITY";
+        case EventType::BEHAVIOR:
+            break;
+    }
+    return "BEHAVIOR";
+}
+
+napi_value MakePair(napi_env env, const std::string& key, napi_value value)
+{
+    const napi_value pair[] = {MakeText(env, key), value};
+    return MakeArray(env, pair, [](napi_value item) { return item; });
+}
+
+napi_value MakeEvent(napi_env env, const Event& event)
+{
+    napi_value params = MakeArray(env, event.GetParams(), [env](const auto& param) {
+        return MakePair(env, param.first, std::visit(ParamMaker{env}, param.second));
+    });
+    return ObjectMaker(env)
+        .Text("domain", event.GetDomain())
+        .Text("name", event.GetName())
+        .Text("type", NameOf(event.GetType()))
+        .Set("params", params)
+        .Object();
+}
+
+napi_value MakeTriggerCondition(napi_env env, const TriggerCondition& condition)
+{
+    return ObjectMaker(env)
+        .Number("row", condition.row)
+        .Number("timeout", condition.timeout)
+        .Flag("onStartup", condition.onStartup)
+        .Flag("onBackground", condition.onBackground)
+        .Object();
+}
+
+napi_value MakeTexts(napi_env env, const std::map<std::string, std::string>& texts)
+{
+    ObjectMaker object(env);
+    for (const auto& [key, text] : texts) {
+        object.Text(key.c_str(), text);
+    }
+    return object.Object();
+}
+
+napi_value MakeEventConfig(napi_env env, const EventConfig& config)
+{
+    return ObjectMaker(env)
+        .Text("domain", config.domain)
+        .Text("name", config.name)
+        .Flag("isRealTime", config.isRealTime)
+        .Object();
+}
+
+napi_value MakeProcessor(napi_env env, const ReportConfig& config)
+{
+    napi_value eventConfigs = MakeArray(
+        env, config.eventConfigs, [env](const EventConfig& event) { return MakeEventConfig(env, event); });
+    return ObjectMaker(env)
+        .Text("name", config.name)
+        .Text("debugMode", config.debugMode)
+        .Text("routeInfo", config.routeInfo)
+        .Text("appId", config.appId)
+        .Set("triggerCond", MakeTriggerCondition(env, config.triggerCond))
+        .Set("userIds", MakeTexts(env, config.userIds))
+        .Set("userProperties", MakeTexts(env, config.userProperties))
+        .Set("eventConfigs", eventConfigs)
+        .Object();
+}
+
+napi_value MakeLogLine(napi_env env, const LogLine& line)
+{
+    return ObjectMaker(env)
+        .Text("level", std::string(1, LetterOf(line.level)))
+        .Number("domain", line.domain)
+        .Text("tag", line.tag)
+        .Text("message", line.message)
+        .Object();
+}
+
+napi_value Logs(napi_env env, napi_callback_info /*info*/)
+{
+    return MakeArray(env, LogStore::Get().Lines(),
+                     [env](const LogLine& line) { return MakeLogLine(env, line); });
+}
+
+napi_value AnalyticsEvents(napi_env env, napi_callback_info /*info*/)
+{
+    return MakeArray(env, EventStore::Get().Events(),
+                     [env](const std::shared_ptr<const Event>& event) { return MakeEvent(env, *event); });
+}
+
+napi_value AnalyticsProcessors(napi_env env, napi_callback_info /*info*/)
+{
+    return MakeArray(env, EventStore::Get().Processors(),
+                     [env](const ReportConfig& config) { return MakeProcessor(env, config); });
+}
+
+}  // namespace
+
+bool DefineRecordFunctions(napi_env env, napi_value exports)
+{
+    return DefineFunctions(
+        env, exports,
+        {{"logs", Logs}, {"analyticsEvents", AnalyticsEvents}, {"analyticsProcessors", AnalyticsProcessors}});
+}
+
+}  // namespace StandIn

@@ -1,0 +1,206 @@
+#include <utility>
+
+#include "analytics/ha_utils.h"
+#include "common/handle_scope.h"
+#include "common/loop_work.h"
+#include "common/velmor_error.h"
+#include "common/velmor_log.h"
+#include "modal/modal_ui_callback.h"
+#include "napi_common_want.h"
+#include "singleton.h"
+
+namespace TAVIK::GAME_PLAYER
+{
+
+namespace
+{
+
+constexpr int32_t CODE_ICONS_TOO_LARGE = 100015;
+constexpr const char* TEXT_ICONS_TOO_LARGE = "Total size of icon resource is too large";
+constexpr const char* KEY_RESULT_MESSAGE = "resultMessage";
+
+bool IsParseResultMessage(int32_t requestType)
+{
+    GAME_LOGI("IsParseResultMessage requestType=%{public}d", requestType);
+    return requestType == REQUEST_GET_LOCAL_PLAYER || requestType == REQUEST_PRE_PURCHASE ||
+           requestType == REQUEST_UNION_LOGIN || requestType == REQUEST_QUICK_GAME_LOGIN;
+}
+
+}  // namespace
+
+void ModalUICallback::SendMessageBack()
+{
+    LockedContext context = owner_->Lock();
+    if (!context) {
+        GAME_LOGE("SendMessageBack baseContext is null");
+        return;
+    }
+    const char* apiName = FindApiName(context->requestType);
+    GAME_LOGI("SendMessageBack %{public}s", apiName);
+    if (context->hasMsgBack || context->isMsgQueued) {
+        GAME_LOGI("SendMessageBack hasMsgBack is true and close modal");
+        CloseModalUIExtension();
+        return;
+    }
+    if (context->isResetContext) {
+        GAME_LOGI("SendMessageBack isResetContext is true and close modal");
+        CloseModalUIExtension(&*context);
+    }
+    OHOS::DelayedSingleton<OHOS::Velmor::HaUtils>::GetInstance()->WriteEndEvent(apiName, context->startTime,
+                                                                                context->errorCode);
+    const bool isValidEnv = IsValidEnv(context->envInfo);
+    auto workData = TakeResult(context, owner_);
+    QueueStatus status = isValidEnv ? QueueOnLoop(context->envInfo->env, workData.get(), SendMessageBackWork)
+                                    : QueueStatus::NO_LOOP;
+    if (status == QueueStatus::QUEUED) {
+        (void)workData.release();
+        return;
+    }
+    if (status == QueueStatus::NO_LOOP) {
+        GAME_LOGE("isValidEnv[%{public}d] or get loop failed", isValidEnv);
+    } else {
+        GAME_LOGE("SendMessageBack uv_queue_work call failed");
+    }
+    DoMessageBackException(*workData);
+}
+
+// A result that ends the request takes the context along, so that an answer which comes before the delivery
+// ran finds what one finds that comes after it.
+std::unique_ptr<WorkData> ModalUICallback::TakeResult(const LockedContext& context,
+                                                      const std::shared_ptr<ContextOwner>& owner)
+{
+    context->isMsgQueued = true;
+    auto workData = std::make_unique<WorkData>();
+    workData->owner = owner;
+    workData->context = context.Share();
+    workData->errorCode = context->errorCode;
+    workData->errorMessage = std::move(context->errorMessage);
+    workData->resultParams = std::move(context->resultParams);
+    if (context->isResetContext) {
+        owner->Release();
+    }
+    return workData;
+}
+
+void ModalUICallback::AssembleErrorMessage(BaseContext& context)
+{
+    if (IsFailureHidden(context.requestType)) {
+        GAME_LOGI("AssembleErrorMessage transfer code %{public}d to 0", context.errorCode);
+        context.errorCode = ERROR_SUCCESS;
+        context.errorMessage = FindErrorMessage(ERROR_SUCCESS);
+        return;
+    }
+    if (const char* text = FindErrorMessage(context.errorCode)) {
+        context.errorMessage = text;
+        return;
+    }
+    GAME_LOGE("AssembleErrorMessage resultCode not existed: %{public}d", context.errorCode);
+    if (context.requestType == REQUEST_UNION_LOGIN && context.errorCode == CODE_ICONS_TOO_LARGE) {
+        context.errorCode = ERROR_PARAMETER;
+        context.errorMessage = TEXT_ICONS_TOO_LARGE;
+        return;
+    }
+    context.errorCode = ERROR_SYSTEM_INTERNAL;
+    context.errorMessage = FindErrorMessage(ERROR_SYSTEM_INTERNAL);
+}
+
+void ModalUICallback::SendMessageBackWork(uv_work_t* work, int /*status*/)
+{
+    std::unique_ptr<uv_work_t> ownedWork(work);
+    std::unique_ptr<WorkData> workData(static_cast<WorkData*>(work->data));
+    if (!IsValidEnv(workData->context->envInfo)) {
+        GAME_LOGE("SendMessageBackWork context is null or invalid env");
+        DoMessageBackException(*workData);
+        return;
+    }
+    if (!SettleRequest(*workData)) {
+        GAME_LOGE("SendMessageBackWork open handle scope failed");
+        DoMessageBackException(*workData);
+        return;
+    }
+    DoMessageBackSuccess(*workData);
+}
+
+// False if no handle scope is to be had.
+bool ModalUICallback::SettleRequest(WorkData& workData)
+{
+    const BaseContext& context = *workData.context;
+    napi_env env = context.envInfo->env;
+    HandleScope scope(env);
+    if (!scope) {
+        return false;
+    }
+    napi_value result[] = {nullptr, nullptr};
+    CreateResultMessage(workData, result);
+    if (context.deferred != nullptr) {
+        (void)(workData.errorCode != ERROR_SUCCESS ? napi_reject_deferred(env, context.deferred, result[0])
+                                                   : napi_resolve_deferred(env, context.deferred, result[1]));
+    } else if (context.callbackRef != nullptr) {
+        napi_value receiver = nullptr;
+        napi_value callback = nullptr;
+        (void)napi_get_undefined(env, &receiver);
+        (void)napi_get_reference_value(env, context.callbackRef, &callback);
+        (void)napi_call_function(env, receiver, callback, std::size(result), result, nullptr);
+    } else {
+        GAME_LOGW("SendMessageBackWork callback and deferred nullptr");
+    }
+    if (!IsValidEnv(context.envInfo)) {
+        scope.Abandon();
+    }
+    return true;
+}
+
+void ModalUICallback::CreateResultMessage(WorkData& workData, napi_value (&result)[2])
+{
+    const BaseContext& context = *workData.context;
+    if (!IsValidEnv(context.envInfo)) {
+        GAME_LOGE("CreateResultMessage invalid env");
+        return;
+    }
+    napi_env env = context.envInfo->env;
+    if (workData.errorCode != ERROR_SUCCESS) {
+        result[0] = CreateBusinessError(env, workData.errorCode, workData.errorMessage);
+        (void)napi_get_undefined(env, &result[1]);
+        return;
+    }
+    if (IsParseResultMessage(context.requestType)) {
+        napi_value params = OHOS::AppExecFwk::WrapWantParams(env, workData.resultParams);
+        if (params == nullptr ||
+            napi_get_named_property(env, params, KEY_RESULT_MESSAGE, &result[1]) != napi_ok) {
+            GAME_LOGE("CreateResultMessage parse napiResult or resultMessage failed");
+            workData.errorCode = ERROR_SYSTEM_INTERNAL;
+            result[0] =
+                CreateBusinessError(env, ERROR_SYSTEM_INTERNAL, FindErrorMessage(ERROR_SYSTEM_INTERNAL));
+        }
+    }
+    if (result[1] == nullptr) {
+        GAME_LOGI("CreateResultMessage set result[1] to undefined");
+        (void)napi_get_undefined(env, &result[1]);
+    }
+}
+
+void ModalUICallback::DoMessageBackSuccess(const WorkData& workData)
+{
+    LockedContext context = workData.owner->Lock();
+    if (context && (!context->isResetContext || context->antiAddictionRunning)) {
+        context->hasMsgBack = true;
+        GAME_LOGI("DoMessageBackSuccess set hasMsgBack to true");
+        return;
+    }
+    workData.owner->Release();
+    GAME_LOGI("DoMessageBackSuccess release context");
+}
+
+void ModalUICallback::DoMessageBackException(const WorkData& workData)
+{
+    LockedContext context = workData.owner->Lock();
+    CloseModalUIExtension(workData.context.get());
+    const std::shared_ptr<EnvInfo>& envInfo = workData.context->envInfo;
+    if (IsValidEnv(envInfo)) {
+        ThrowBusinessError(envInfo->env, ERROR_SYSTEM_INTERNAL, "");
+    }
+    workData.owner->Release();
+    GAME_LOGI("DoMessageBackException release context");
+}
+
+}  // namespace TAVIK::GAME_PLAYER

@@ -1,0 +1,186 @@
+#include <string>
+
+#include "analytics/ha_utils.h"
+#include "common/velmor_error.h"
+#include "common/velmor_log.h"
+#include "events/game_player_event_callback.h"
+#include "modal/modal_ui_callback.h"
+#include "napi/game_player_extension_ability.h"
+#include "napi/request_shape.h"
+#include "singleton.h"
+
+namespace TAVIK::GAME_PLAYER
+{
+
+using Manager = GamePlayerExtensionAbilityManager;
+
+namespace
+{
+
+auto Analytics()
+{
+    return OHOS::DelayedSingleton<OHOS::Velmor::HaUtils>::GetInstance();
+}
+
+auto Listeners()
+{
+    return OHOS::DelayedSingleton<GamePlayerEventCallback>::GetInstance();
+}
+
+bool IsFunction(napi_env env, napi_value value)
+{
+    napi_valuetype type = napi_undefined;
+    return napi_typeof(env, value, &type) == napi_ok && type == napi_function;
+}
+
+bool IsEventType(const std::string& eventType)
+{
+    return eventType == EVENT_PLAYER_CHANGED || eventType == EVENT_GAME_ADDICTION_PREVENTED;
+}
+
+bool IsPermitted(const std::string& eventType)
+{
+    return eventType != EVENT_GAME_ADDICTION_PREVENTED || IsSystemAppCalling();
+}
+
+// The event is written before the error is thrown.
+void EndListenerCall(napi_env env, RequestType api, int64_t startTime, int32_t code)
+{
+    Analytics()->WriteEndEvent(FindApiName(api), startTime, code);
+    if (code != ERROR_SUCCESS) {
+        ThrowBusinessError(env, code, "");
+    }
+}
+
+int32_t SubscribeListener(napi_env env, const CallArguments& args)
+{
+    if (args.count != 2) {
+        return ERROR_PARAMETER;
+    }
+    const std::string eventType = GetStringUtf8(env, args.values[0]);
+    GAME_LOGI("On params size:%{public}lu, eventType == %{public}s", static_cast<unsigned long>(args.count),
+              eventType.c_str());
+    if (!IsFunction(env, args.values[1]) || !IsEventType(eventType)) {
+        return ERROR_PARAMETER;
+    }
+    if (!IsPermitted(eventType)) {
+        return ERROR_PERMISSION_DENIED;
+    }
+    Listeners()->RegisterGameEventCallback(env, eventType, args.values[1], args.thisArg);
+    return ERROR_SUCCESS;
+}
+
+int32_t UnsubscribeListener(napi_env env, const CallArguments& args)
+{
+    const std::string eventType = GetStringUtf8(env, args.values[0]);
+    GAME_LOGI("Off params size:%{public}lu, eventType == %{public}s", static_cast<unsigned long>(args.count),
+              eventType.c_str());
+    if (args.count > 2 || !IsEventType(eventType)) {
+        return ERROR_PARAMETER;
+    }
+    if (!IsPermitted(eventType)) {
+        return ERROR_PERMISSION_DENIED;
+    }
+    if (args.count < 2) {
+        Listeners()->UnRegisterGameEventCallback(env, eventType);
+        return ERROR_SUCCESS;
+    }
+    if (!IsFunction(env, args.values[1])) {
+        GAME_LOGE("Off eventType: %{public}s or callback function invalid", eventType.c_str());
+        return ERROR_PARAMETER;
+    }
+    Listeners()->UnRegisterGameEventCallback(env, eventType, args.values[1]);
+    return ERROR_SUCCESS;
+}
+
+int32_t ToInt32(napi_env env, napi_value value)
+{
+    int32_t number = 0;
+    (void)napi_get_value_int32(env, value, &number);
+    return number;
+}
+
+}  // namespace
+
+napi_value Manager::On(napi_env env, napi_callback_info info)
+{
+    GAME_LOGI("begin On");
+    const int64_t startTime = GetCurrentTimestamp();
+    CallArguments args;
+    if (!args.Read(env, info, 2)) {
+        return nullptr;
+    }
+    EndListenerCall(env, REQUEST_ON, startTime, SubscribeListener(env, args));
+    return args.undefined;
+}
+
+napi_value Manager::Off(napi_env env, napi_callback_info info)
+{
+    GAME_LOGI("begin Off");
+    const int64_t startTime = GetCurrentTimestamp();
+    CallArguments args;
+    if (!args.Read(env, info, 2)) {
+        return nullptr;
+    }
+    EndListenerCall(env, REQUEST_OFF, startTime, UnsubscribeListener(env, args));
+    return args.undefined;
+}
+
+napi_value Manager::OnEventCallback(napi_env env, napi_callback_info info)
+{
+    GAME_LOGI("begin OnEventCallback");
+    if (!IsValidEnv(gEnvInfo)) {
+        GAME_LOGE("OnEventCallback invalid env");
+        return nullptr;
+    }
+    CallArguments args;
+    if (!args.Read(env, info, 1)) {
+        return nullptr;
+    }
+    int32_t resultCode = ERROR_SUCCESS;
+    JsObjectToInt(env, args.values[0], "resultCode", resultCode);
+    if (resultCode != ERROR_PLAYER_INVALID) {
+        return args.undefined;
+    }
+    std::string resultInfo;
+    JsObjectToString(env, args.values[0], "resultInfo", MAX_TEXT_LENGTH, resultInfo);
+    BaseContext context(REQUEST_UNKNOWN, GetCurrentTimestamp(), args.values[0]);
+    ModalUICallback::DoGameEvent(&context, 0, EVENT_PLAYER_CHANGED, resultInfo);
+    GAME_LOGI("OnEventCallback switch game account event callback end");
+    return args.undefined;
+}
+
+napi_value Manager::ReportEventOperation(napi_env env, napi_callback_info info)
+{
+    GAME_LOGI("begin ReportEventOperation");
+    if (!IsValidEnv(gEnvInfo)) {
+        GAME_LOGE("ReportEventOperation invalid env");
+        return nullptr;
+    }
+    CallArguments args;
+    if (!args.Read(env, info, 3)) {
+        return nullptr;
+    }
+    if (args.count != 3) {
+        return args.undefined;
+    }
+    const int32_t errorCode = ToInt32(env, args.values[2]);
+    const int32_t costTime = ToInt32(env, args.values[1]);
+    const std::string apiName = GetStringUtf8(env, args.values[0]);
+    Analytics()->WriteEndEvent(apiName, GetCurrentTimestamp() - costTime, errorCode);
+    return args.undefined;
+}
+
+napi_value Manager::SyncTraceId(napi_env env, napi_callback_info info)
+{
+    GAME_LOGI("begin SyncTraceId");
+    CallArguments args;
+    if (!args.Read(env, info, 1)) {
+        return nullptr;
+    }
+    SetTraceId(GetStringUtf8(env, args.values[0]));
+    GAME_LOGI("end SyncTraceId");
+    return args.undefined;
+}
+
+}  // namespace TAVIK::GAME_PLAYER

@@ -1,0 +1,186 @@
+#include "napi/game_player_extension_ability.h"
+
+#include <iterator>
+
+#include "common/velmor_error.h"
+#include "common/velmor_log.h"
+#include "napi_base_context.h"
+
+namespace TAVIK::GAME_PLAYER
+{
+
+using Manager = GamePlayerExtensionAbilityManager;
+using OHOS::AbilityRuntime::AbilityContext;
+using OHOS::AbilityRuntime::Context;
+using OHOS::AbilityRuntime::UIExtensionContext;
+
+namespace
+{
+
+constexpr napi_property_descriptor Method(const char* name, napi_callback method)
+{
+    return {name, nullptr, method, nullptr, nullptr, nullptr, napi_default, nullptr};
+}
+
+napi_value Unavailable(napi_env env, napi_callback_info /*info*/)
+{
+    (void)napi_throw_error(env, nullptr, "This method is not available in this version of the module.");
+    return nullptr;
+}
+
+constexpr napi_property_descriptor METHODS[] = {
+    Method("init", Manager::Init),
+    Method("getLocalPlayer", Manager::GetLocalPlayer),
+    Method("savePlayerRole", Unavailable),
+    Method("prePurchase", Unavailable),
+    Method("postPurchase", Unavailable),
+    Method("bindPlayer", Manager::BindPlayer),
+    Method("unbindPlayer", Manager::UnbindPlayer),
+    Method("verifyLocalPlayer", Manager::VerifyLocalPlayer),
+    Method("unionLogin", Unavailable),
+    Method("launchWelcomeBanner", Unavailable),
+    Method("launchAntiAddiction", Unavailable),
+    Method("quickGameLogin", Unavailable),
+    Method("launchCommonPage", Unavailable),
+    Method("syncTraceId", Manager::SyncTraceId),
+    Method("on", Manager::On),
+    Method("off", Manager::Off),
+    Method("reportEventOperation", Manager::ReportEventOperation),
+    Method("onEventCallback", Manager::OnEventCallback),
+};
+
+// One environment per thread is the expected setting: a later one on the same thread stays unregistered.
+void RegisterEnvironment(napi_env env)
+{
+    static thread_local bool hooked = false;
+    if (hooked) {
+        return;
+    }
+    hooked = true;
+    gEnvInfo = std::make_shared<EnvInfo>(EnvInfo{env});
+    auto unregister = [](void* info) {
+        DeleteEnvInfo(static_cast<EnvInfo*>(info));
+    };
+    (void)napi_add_env_cleanup_hook(env, unregister, gEnvInfo.get());
+    SaveEnvInfo(gEnvInfo);
+}
+
+// What the platform's own status check does: a refusal becomes a plain error, unless one is pending already.
+void ThrowLastError(napi_env env)
+{
+    const napi_extended_error_info* info = nullptr;
+    (void)napi_get_last_error_info(env, &info);
+    // Taken now: the next call clears what `info` points to.
+    const char* message = info != nullptr ? info->error_message : nullptr;
+    bool isPending = false;
+    (void)napi_is_exception_pending(env, &isPending);
+    if (!isPending) {
+        (void)napi_throw_error(env, nullptr, message != nullptr ? message : "empty error message");
+    }
+}
+
+napi_status SettlePromise(napi_env env, const BaseContext& context, const napi_value (&result)[2])
+{
+    return context.errCode == ERROR_SUCCESS ? napi_resolve_deferred(env, context.deferred, result[1])
+                                            : napi_reject_deferred(env, context.deferred, result[0]);
+}
+
+napi_status CallBack(napi_env env, const BaseContext& context, const napi_value (&result)[2])
+{
+    napi_value receiver = nullptr;
+    napi_status status = napi_get_undefined(env, &receiver);
+    if (status != napi_ok) {
+        return status;
+    }
+    napi_value callback = nullptr;
+    status = napi_get_reference_value(env, context.callbackRef, &callback);
+    if (status == napi_ok) {
+        (void)napi_call_function(env, receiver, callback, std::size(result), result, nullptr);
+    }
+    return status;
+}
+
+}  // namespace
+
+napi_value Manager::Entry(napi_env env, napi_value exports)
+{
+    GAME_LOGI("begin Entry");
+    RegisterEnvironment(env);
+    napi_property_descriptor methods[std::size(METHODS)];
+    std::copy(std::begin(METHODS), std::end(METHODS), methods);
+    if (napi_define_properties(env, exports, std::size(methods), methods) != napi_ok) {
+        ThrowBusinessError(env, ERROR_SYSTEM_INTERNAL, "");
+        return nullptr;
+    }
+    GAME_LOGI("end Entry");
+    return exports;
+}
+
+bool Manager::BuildContextForCallback(napi_env env, BaseContext& context)
+{
+    GAME_LOGI("this is callback api");
+    napi_valuetype type = napi_undefined;
+    if (napi_typeof(env, context.callbackValue, &type) != napi_ok) {
+        return false;
+    }
+    if (type == napi_function &&
+        napi_create_reference(env, context.callbackValue, 1, &context.callbackRef) != napi_ok) {
+        return false;
+    }
+    return ValidateTypeNotEmpty(env, context.contextValue) &&
+           ParseAbilityContextReq(env, context.contextValue, context);
+}
+
+bool Manager::BuildContextForPromise(napi_env env, BaseContext& context, napi_value& promise)
+{
+    GAME_LOGI("this is promise api");
+    if (napi_create_promise(env, &context.deferred, &promise) != napi_ok) {
+        return false;
+    }
+    return ValidateTypeNotEmpty(env, context.contextValue) &&
+           ParseAbilityContextReq(env, context.contextValue, context);
+}
+
+bool Manager::ParseAbilityContextReq(napi_env env, napi_value value, BaseContext& context)
+{
+    GAME_LOGI("begin ParseAbilityContextReq");
+    bool isStage = false;
+    if (OHOS::AbilityRuntime::IsStageContext(env, value, isStage) != napi_ok || !isStage) {
+        GAME_LOGE("it is not a stage mode");
+        return false;
+    }
+    std::shared_ptr<Context> stageContext = OHOS::AbilityRuntime::GetStageModeContext(env, value);
+    if (stageContext == nullptr) {
+        GAME_LOGE("get context failed");
+        return false;
+    }
+    context.abilityContext = Context::ConvertTo<AbilityContext>(stageContext);
+    if (context.abilityContext != nullptr) {
+        GAME_LOGI("end ParseAbilityContextReq, get stage model ability context success");
+        return true;
+    }
+    context.extensionContext = Context::ConvertTo<UIExtensionContext>(stageContext);
+    if (context.extensionContext != nullptr) {
+        GAME_LOGI("end ParseAbilityContextReq, get stage model extension context success");
+        return true;
+    }
+    GAME_LOGI("end ParseAbilityContextReq");
+    return false;
+}
+
+void Manager::ReturnCallbackOrPromise(napi_env env, const BaseContext& context, napi_value error,
+                                      napi_value data)
+{
+    napi_value result[] = {error, data};
+    napi_status status = napi_get_null(env, &result[context.errCode == ERROR_SUCCESS ? 0 : 1]);
+    if (status == napi_ok && context.deferred != nullptr) {
+        status = SettlePromise(env, context, result);
+    } else if (status == napi_ok && context.callbackRef != nullptr) {
+        status = CallBack(env, context, result);
+    }
+    if (status != napi_ok) {
+        ThrowLastError(env);
+    }
+}
+
+}  // namespace TAVIK::GAME_PLAYER

@@ -1,0 +1,113 @@
+#include "napi/request_shape.h"
+
+#include "analytics/ha_utils.h"
+#include "common/velmor_log.h"
+#include "modal/game_service_want.h"
+#include "modal/modal_ui_callback.h"
+#include "napi/game_player_extension_ability.h"
+#include "singleton.h"
+
+namespace TAVIK::GAME_PLAYER
+{
+
+using Manager = GamePlayerExtensionAbilityManager;
+
+namespace
+{
+
+void ReportFailure(const RequestRule& rule, int64_t startTime)
+{
+    auto analytics = OHOS::DelayedSingleton<OHOS::Velmor::HaUtils>::GetInstance();
+    analytics->WriteEndEvent(FindApiName(rule.type), startTime, ERROR_PARAMETER);
+}
+
+int32_t FailureCode(const RequestRule& rule)
+{
+    return IsFailureHidden(rule.type) ? ERROR_SUCCESS : ERROR_PARAMETER;
+}
+
+bool BuildContext(napi_env env, const RequestRule& rule, const CallArguments& args, BaseContext& context,
+                  napi_value& promise)
+{
+    if (rule.callbackCount == PROMISE_ONLY || args.count != rule.callbackCount) {
+        return Manager::BuildContextForPromise(env, context, promise);
+    }
+    context.callbackValue = args.values[rule.callbackCount - 1];
+    return Manager::BuildContextForCallback(env, context);
+}
+
+bool IsExceptionPending(napi_env env)
+{
+    bool isPending = false;
+    (void)napi_is_exception_pending(env, &isPending);
+    return isPending;
+}
+
+void Execute(const RequestRule& rule, const RequestSteps& steps, std::shared_ptr<BaseContext> context)
+{
+    GAME_LOGI("begin Execute%{public}s", rule.method);
+    OHOS::AAFwk::Want want = MakeGameServiceWant(rule.type);
+    steps.execute(*context, want);
+    ModalUICallback::StartUIExtensionAbility(want, std::make_shared<ContextOwner>(std::move(context)));
+    GAME_LOGI("end Execute%{public}s", rule.method);
+}
+
+void FailRequest(napi_env env, const RequestRule& rule, BaseContext& context)
+{
+    ReportFailure(rule, context.startTime);
+    if (IsExceptionPending(env)) {
+        return;
+    }
+    context.errCode = FailureCode(rule);
+    napi_value error = CreateBusinessError(env, context.errCode, "");
+    Manager::ReturnCallbackOrPromise(env, context, error, nullptr);
+}
+
+}  // namespace
+
+bool CallArguments::Read(napi_env env, napi_callback_info info, size_t maxArgs)
+{
+    size_t passed = maxArgs;
+    if (napi_get_undefined(env, &undefined) != napi_ok ||
+        napi_get_cb_info(env, info, &passed, values.data(), &thisArg, nullptr) != napi_ok) {
+        ThrowBusinessError(env, ERROR_SYSTEM_INTERNAL, "");
+        return false;
+    }
+    count = passed;
+    return true;
+}
+
+napi_value RunRequest(napi_env env, napi_callback_info info, const RequestRule& rule,
+                      const RequestSteps& steps)
+{
+    GAME_LOGI("begin %{public}s", rule.method);
+    const int64_t startTime = GetCurrentTimestamp();
+    if (!IsValidEnv(gEnvInfo)) {
+        GAME_LOGE("%{public}s invalid env", rule.method);
+        return nullptr;
+    }
+    CallArguments args;
+    if (!args.Read(env, info, rule.maxArgs)) {
+        return nullptr;
+    }
+    if (rule.isCountLogged) {
+        GAME_LOGI("%{public}s params size:%{public}lu", rule.method, static_cast<unsigned long>(args.count));
+    }
+    if (!rule.counts.Accepts(args.count)) {
+        ReportFailure(rule, startTime);
+        ThrowBusinessError(env, FailureCode(rule), "");
+        return args.undefined;
+    }
+    auto context = steps.create(rule.type, startTime, args.values[0]);
+    napi_value result = args.undefined;
+    if (!BuildContext(env, rule, args, *context, result) || !steps.parse(env, args, *context) ||
+        IsExceptionPending(env)) {
+        FailRequest(env, rule, *context);
+        return result;
+    }
+    Execute(rule, steps, std::move(context));
+    GAME_LOGI("end %{public}s", rule.method);
+    return result;
+}
+
+}  // namespace TAVIK::GAME_PLAYER

@@ -1,0 +1,280 @@
+#include "environment.h"
+
+#include <cstdio>
+#include <cstdlib>
+
+#include "module_entry.h"
+
+namespace StandIn
+{
+
+namespace
+{
+
+struct Registry {
+    std::mutex mutex;
+    std::unordered_map<napi_env, std::shared_ptr<Environment>> byEnv;
+    std::unordered_map<const uv_loop_t*, std::shared_ptr<Environment>> byLoop;
+};
+
+Registry& Environments()
+{
+    static Registry& registry = *new Registry();
+    return registry;
+}
+
+thread_local Environment* gCurrent = nullptr;
+thread_local napi_env gLastOwn = nullptr;  // an environment known to be alive and of this thread
+
+template <typename Key>
+std::shared_ptr<Environment> Find(const std::unordered_map<Key, std::shared_ptr<Environment>>& map, Key key)
+{
+    auto found = map.find(key);
+    return found == map.end() ? nullptr : found->second;
+}
+
+void Require(bool isDone, const char* what)
+{
+    if (!isDone) {
+        (void)std::fprintf(stderr, "The device cannot serve this JS environment: %s failed.\n", what);
+        std::abort();
+    }
+}
+
+void RaisePending(napi_env env)
+{
+    bool isPending = false;
+    napi_value error = nullptr;
+    if (env == nullptr || napi_is_exception_pending(env, &isPending) != napi_ok || !isPending ||
+        napi_get_and_clear_last_exception(env, &error) != napi_ok) {
+        return;
+    }
+    (void)napi_fatal_exception(env, error);
+}
+
+}  // namespace
+
+LoopHold::LoopHold(std::shared_ptr<Environment> environment) : environment_(std::move(environment))
+{
+    if (environment_ != nullptr) {
+        environment_->Hold();
+    }
+}
+
+LoopHold& LoopHold::operator=(LoopHold&& other) noexcept
+{
+    std::swap(environment_, other.environment_);
+    return *this;
+}
+
+void LoopHold::Drop()
+{
+    if (auto environment = std::move(environment_)) {
+        environment->Unhold();
+    }
+}
+
+void RequestHold::Drop()
+{
+    std::lock_guard<std::mutex> guard(mutex_);
+    hold_.Drop();
+}
+
+std::shared_ptr<Environment> Environment::Attach(napi_env env)
+{
+    uv_loop_t* loop = nullptr;
+    Require(napi_get_uv_event_loop(env, &loop) == napi_ok, "napi_get_uv_event_loop");
+    auto environment = OfLoop(loop);
+    if (environment == nullptr) {
+        environment.reset(new Environment(loop));
+        environment->Start(env);
+    }
+    Registry& registry = Environments();
+    std::lock_guard<std::mutex> guard(registry.mutex);
+    if (registry.byEnv.emplace(env, environment).second) {
+        Require(napi_add_env_cleanup_hook(env, CloseEnv, env) == napi_ok, "napi_add_env_cleanup_hook");
+    }
+    return environment;
+}
+
+std::shared_ptr<Environment> Environment::Of(napi_env env)
+{
+    Registry& registry = Environments();
+    std::lock_guard<std::mutex> guard(registry.mutex);
+    return Find(registry.byEnv, env);
+}
+
+std::shared_ptr<Environment> Environment::OfLoop(const uv_loop_t* loop)
+{
+    Registry& registry = Environments();
+    std::lock_guard<std::mutex> guard(registry.mutex);
+    return Find(registry.byLoop, loop);
+}
+
+Environment* Environment::Current()
+{
+    return gCurrent;
+}
+
+bool Environment::IsOwn(napi_env env)
+{
+    if (env == gLastOwn && env != nullptr) {
+        return true;
+    }
+    if (gCurrent == nullptr || Of(env).get() != gCurrent) {
+        return false;
+    }
+    gLastOwn = env;
+    return true;
+}
+
+// Clean-up hooks run last in, first out. So the end of the whole environment is hooked before anything else
+// on its thread, and each `napi_env` is closed after the hooks that its addon adds later.
+void Environment::Start(napi_env env)
+{
+    scopeEnv_ = env;
+    async_.data = this;
+    auto run = [](uv_async_t* async) {
+        static_cast<Environment*>(async->data)->RunQueued();
+    };
+    Require(uv_async_init(loop_, &async_, run) == 0, "uv_async_init");
+    uv_unref(reinterpret_cast<uv_handle_t*>(&async_));
+    napi_value name = nullptr;
+    Require(napi_create_string_utf8(env, "device", NAPI_AUTO_LENGTH, &name) == napi_ok &&
+                napi_async_init(env, nullptr, name, &asyncContext_) == napi_ok,
+            "napi_async_init");
+    auto end = [](napi_async_cleanup_hook_handle, void* self) {
+        static_cast<Environment*>(self)->End();
+    };
+    Require(napi_add_async_cleanup_hook(env, end, this, &cleanupHandle_) == napi_ok,
+            "napi_add_async_cleanup_hook");
+    gCurrent = this;
+    Registry& registry = Environments();
+    std::lock_guard<std::mutex> guard(registry.mutex);
+    registry.byLoop.emplace(loop_, shared_from_this());
+}
+
+void Environment::CloseEnv(void* env)
+{
+    gLastOwn = nullptr;
+    Registry& registry = Environments();
+    std::lock_guard<std::mutex> guard(registry.mutex);
+    registry.byEnv.erase(static_cast<napi_env>(env));
+}
+
+void Environment::End()
+{
+    gCurrent = nullptr;
+    std::deque<Item> rest;
+    {
+        std::lock_guard<std::mutex> guard(mutex_);
+        hasEnded_ = true;
+        rest.swap(queue_);
+    }
+    for (const Item& item : rest) {
+        item.job(true);
+    }
+    // The registry's share lives on until the handle is closed.
+    uv_close(reinterpret_cast<uv_handle_t*>(&async_), [](uv_handle_t* handle) {
+        auto* self = static_cast<Environment*>(handle->data);
+        (void)napi_remove_async_cleanup_hook(self->cleanupHandle_);
+        Registry& registry = Environments();
+        std::shared_ptr<Environment> last;
+        std::lock_guard<std::mutex> guard(registry.mutex);
+        last.swap(registry.byLoop[self->loop_]);
+        registry.byLoop.erase(self->loop_);
+    });
+}
+
+bool Environment::Post(napi_env env, Job job)
+{
+    std::lock_guard<std::mutex> guard(mutex_);
+    if (hasEnded_) {
+        return false;
+    }
+    queue_.push_back({env, std::move(job)});
+    Wake();
+    return true;
+}
+
+void Environment::Hold()
+{
+    std::lock_guard<std::mutex> guard(mutex_);
+    ++holds_;
+    Wake();
+}
+
+void Environment::Unhold()
+{
+    std::lock_guard<std::mutex> guard(mutex_);
+    --holds_;
+    Wake();
+}
+
+// Whether the handle keeps the loop alive is the loop thread's to change: at once if this is it.
+void Environment::Wake()
+{
+    if (hasEnded_) {
+        return;
+    }
+    if (std::this_thread::get_id() == thread_) {
+        UpdateRef();
+    }
+    if (!queue_.empty() || std::this_thread::get_id() != thread_) {
+        (void)uv_async_send(&async_);
+    }
+}
+
+void Environment::UpdateRef()
+{
+    auto* handle = reinterpret_cast<uv_handle_t*>(&async_);
+    if (holds_ > 0 || !queue_.empty()) {
+        uv_ref(handle);
+    } else {
+        uv_unref(handle);
+    }
+}
+
+void Environment::RunQueued()
+{
+    std::deque<Item> batch;
+    {
+        std::lock_guard<std::mutex> guard(mutex_);
+        batch.swap(queue_);
+    }
+    for (const Item& item : batch) {
+        RunItem(item);
+    }
+    std::lock_guard<std::mutex> guard(mutex_);
+    UpdateRef();
+}
+
+void Environment::RunItem(const Item& item)
+{
+    napi_handle_scope handles = nullptr;
+    napi_callback_scope callbacks = nullptr;
+    (void)napi_open_handle_scope(scopeEnv_, &handles);
+    (void)napi_open_callback_scope(scopeEnv_, nullptr, asyncContext_, &callbacks);
+    item.job(false);
+    RaisePending(item.env == nullptr ? ModuleEnv() : item.env);
+    if (callbacks != nullptr) {
+        (void)napi_close_callback_scope(scopeEnv_, callbacks);
+    }
+    if (handles != nullptr) {
+        (void)napi_close_handle_scope(scopeEnv_, handles);
+    }
+}
+
+bool MovePendingException(napi_env from, napi_env to)
+{
+    bool isPending = false;
+    napi_value error = nullptr;
+    if (napi_is_exception_pending(from, &isPending) != napi_ok || !isPending ||
+        napi_get_and_clear_last_exception(from, &error) != napi_ok) {
+        return false;
+    }
+    (void)napi_throw(to, error);
+    return true;
+}
+
+}  // namespace StandIn

@@ -1,0 +1,38 @@
+#ifndef PLATFORM_MODAL_UI_EXTENSION_CONFIG_H
+#define PLATFORM_MODAL_UI_EXTENSION_CONFIG_H
+
+#include <cstdint>
+#include <functional>
+#include <string>
+
+#include "want.h"
+
+namespace OHOS::Ace
+{
+
+/// What an extension answers. The platform keeps copies of the callbacks for the life of the modal and calls
+/// them on the UI thread of the window that hosts it, one at a time. Empty ones are skipped.
+struct ModalUIExtensionCallbacks {
+    std::function<void(int32_t releaseCode)> onRelease;
+    std::function<void(int32_t resultCode, const AAFwk::Want& result)> onResult;
+    std::function<void(const AAFwk::WantParams& data)> onReceive;
+    std::function<void(int32_t code, const std::string& name, const std::string& message)> onError;
+    std::function<void()> onRemoteReady;
+    std::function<void()> onDestroy;
+};
+
+/// How a modal sits in its window: two groups of switches around the one callback.
+struct ModalUIExtensionConfig {
+    bool isBackBlocked = false;
+    bool isKeyboardAvoided = false;
+    bool isBoundAsync = false;
+    std::function<void()> doAfterBinding;
+    bool isCoverable = false;
+    bool isFocusKept = false;
+    bool isTransparent = false;
+    bool isKeptByRouter = false;
+};
+
+}  // namespace OHOS::Ace
+
+#endif

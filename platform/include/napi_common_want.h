@@ -1,0 +1,20 @@
+#ifndef PLATFORM_NAPI_COMMON_WANT_H
+#define PLATFORM_NAPI_COMMON_WANT_H
+
+#include "napi/native_api.h"
+#include "want_params.h"
+
+namespace OHOS::AppExecFwk
+{
+
+/// Makes a JS object of `params`: one property per parameter, with the JS counterpart of its type (number,
+/// boolean, string, array of strings, object). Null if the environment refuses. On `env`'s JS thread.
+napi_value WrapWantParams(napi_env env, const AAFwk::WantParams& params);
+
+/// The way back: fills `params` with the properties of the object `value`. False, with a JS exception
+/// pending, if a property has no counterpart among the parameter types. On `env`'s JS thread.
+bool UnwrapWantParams(napi_env env, napi_value value, AAFwk::WantParams& params);
+
+}  // namespace OHOS::AppExecFwk
+
+#endif

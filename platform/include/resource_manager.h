@@ -1,0 +1,36 @@
+#ifndef PLATFORM_RESOURCE_MANAGER_H
+#define PLATFORM_RESOURCE_MANAGER_H
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+
+namespace OHOS::Global::Resource
+{
+
+enum RState { SUCCESS = 0, NOT_FOUND = 9001002 };
+
+/// Reads an application package's resources. Each read sets `length`, in bytes, and `data`, which the caller
+/// then owns; a resource that is not there gives `NOT_FOUND` and length 0. Callable from any thread.
+class ResourceManager
+{
+public:
+    virtual ~ResourceManager() = default;
+
+    /// Media by resource identifier; `density` 0 is the screen's own.
+    virtual RState GetMediaDataById(uint32_t id, size_t& length, std::unique_ptr<uint8_t[]>& data,
+                                    uint32_t density) = 0;
+
+    /// Media by resource name, without type or extension; `density` 0 is the screen's own.
+    virtual RState GetMediaDataByName(const char* name, size_t& length, std::unique_ptr<uint8_t[]>& data,
+                                      uint32_t density) = 0;
+
+    /// A raw file by its name within the package.
+    virtual RState GetRawFileFromHap(const std::string& name, size_t& length,
+                                     std::unique_ptr<uint8_t[]>& data) = 0;
+};
+
+}  // namespace OHOS::Global::Resource
+
+#endif

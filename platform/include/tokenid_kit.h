@@ -1,0 +1,18 @@
+#ifndef PLATFORM_TOKENID_KIT_H
+#define PLATFORM_TOKENID_KIT_H
+
+#include <cstdint>
+
+namespace OHOS::Security::AccessToken
+{
+
+class TokenIdKit
+{
+public:
+    /// Whether the full token identifier `tokenId` belongs to a system application.
+    static bool IsSystemAppByFullTokenID(uint64_t tokenId);
+};
+
+}  // namespace OHOS::Security::AccessToken
+
+#endif

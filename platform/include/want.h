@@ -1,0 +1,45 @@
+#ifndef PLATFORM_WANT_H
+#define PLATFORM_WANT_H
+
+#include <string>
+
+#include "want_params.h"
+
+namespace OHOS::AAFwk
+{
+
+/// A request to start an ability: the element that names it, and its parameters. A plain value type.
+class Want
+{
+public:
+    /// The ability's address; an empty device id is the local device.
+    struct ElementName {
+        std::string deviceId;
+        std::string bundleName;
+        std::string abilityName;
+    };
+
+    /// Addresses an ability of the local device.
+    Want& SetElementName(const std::string& bundleName, const std::string& abilityName);
+    const ElementName& GetElement() const { return element_; }
+
+    Want& SetParam(const std::string& key, int32_t value);
+    Want& SetParam(const std::string& key, std::string value);
+    /// Without this a literal would convert to a number.
+    Want& SetParam(const std::string& key, const char* value);
+
+    /// The text under `key`; empty if there is none or it is of another type.
+    std::string GetStringParam(const std::string& key) const { return params_.GetStringParam(key); }
+
+    const WantParams& GetParams() const { return params_; }
+    /// Replaces all parameters.
+    Want& SetParams(WantParams params);
+
+private:
+    ElementName element_;
+    WantParams params_;
+};
+
+}  // namespace OHOS::AAFwk
+
+#endif

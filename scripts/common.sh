@@ -1,0 +1,137 @@
+# shellcheck shell=bash disable=SC2034
+# What ./build, ./run and ./test share; sourced with the root of the project as the working folder.
+
+# GAMEAPI_BUILD names another preset than the usual one; device/index.js and index.js read it as well.
+preset=${GAMEAPI_BUILD:-release}
+out=out/$preset
+logs=out/logs
+
+# Debian packages, each with what shows that it is there: a command on PATH or a file. Node and its headers may
+# come from elsewhere; missing_packages knows how to look for them.
+build_needs=(
+    'g++ g++'
+    'cmake cmake'
+    'ninja-build ninja'
+    'libssl-dev /usr/include/openssl/evp.h'
+    'nlohmann-json3-dev /usr/include/nlohmann/json.hpp'
+)
+test_needs=(
+    'libgtest-dev /usr/include/gtest/gtest.h'
+    'clang-format clang-format'
+    'clang-tidy clang-tidy'
+)
+
+say() {
+    printf '%s\n' "$*"
+}
+
+die() {
+    printf '%s: %s\n' "${0##*/}" "$*" >&2
+    exit 1
+}
+
+# quietly LOG COMPLAINT COMMAND...: runs the command with its output in a log. If it fails, shows the end of that
+# and stops with the complaint.
+quietly() {
+    local log=$logs/$1.log complaint=$2
+    shift 2
+    mkdir -p "$logs"
+    "$@" >"$log" 2>&1 </dev/null && return
+    tail -n 40 "$log" >&2
+    die "$complaint (the whole output is in $log)"
+}
+
+is_there() {
+    command -v "$1" >/dev/null || [[ $1 == /* && -e $1 ]]
+}
+
+# The packages that are missing for Node and the given needs, one a line.
+missing_packages() {
+    local need headers=
+    for need in "$@"; do
+        is_there "${need#* }" || say "${need% *}"
+    done
+    if ! is_there node; then
+        say nodejs
+    fi
+    if ! headers=$(scripts/node-headers 2>/dev/null); then
+        say libnode-dev
+    fi
+    if [[ ! -f $headers/uv.h && ! -f /usr/include/uv.h ]]; then
+        say libuv1-dev
+    fi
+}
+
+install_packages() {
+    local by_hand="apt-get install --no-install-recommends $*"
+    is_there apt-get || die "missing here, under the names that Debian gives them: $*"
+    local as_root=(env)
+    if ((EUID != 0)); then
+        is_there sudo || die "packages are missing, and installing them needs root: $by_hand"
+        as_root=(sudo env)
+    fi
+    say "Installing: $*"
+    local apt=("${as_root[@]}" DEBIAN_FRONTEND=noninteractive apt-get -y -o DPkg::Lock::Timeout=120)
+    mkdir -p "$logs"
+    "${apt[@]}" update >"$logs/apt-update.log" 2>&1 </dev/null ||
+        say "apt-get could not update its lists ($logs/apt-update.log tells why); trying with the old ones"
+    quietly apt-install "the packages could not be had; is the network there? By hand: $by_hand" \
+        "${apt[@]}" install --no-install-recommends "$@"
+    hash -r
+}
+
+# Stops unless the Node on PATH, if there is one, is of this version or newer.
+check_node() {
+    local version major minor
+    is_there node || return 0
+    version=$(node --version) || die "the Node on PATH does not start: $(command -v node)"
+    IFS=. read -r major minor _ <<<"${version#v}"
+    ((major > $1 || (major == $1 && minor >= $2))) ||
+        die "Node $version is too old, $1.$2 or newer is needed: put one on PATH, or none, and Debian's is installed"
+}
+
+# Installs what is missing for Node and the given needs.
+provide() {
+    local missing
+    check_node 18 0
+    mapfile -t missing < <(missing_packages "$@")
+    if ((${#missing[@]} == 0)); then
+        return
+    fi
+    install_packages "${missing[@]}"
+    check_node 18 0
+    mapfile -t missing < <(missing_packages "$@")
+    ((${#missing[@]} == 0)) || die "still missing after the installation: ${missing[*]}"
+}
+
+is_configured_with() {
+    grep -qsxF "$1" "$out/CMakeCache.txt"
+}
+
+# Configures, with further options for CMake, unless nothing would change.
+configure() {
+    local headers fresh=()
+    headers=$(scripts/node-headers)
+    if ! is_configured_with "CMAKE_HOME_DIRECTORY:INTERNAL=$PWD" ||
+        ! is_configured_with "NODE_INCLUDE_DIR:PATH=$headers"; then
+        fresh=(--fresh)
+    elif [[ -f $out/build.ninja ]] && { (($# == 0)) || is_configured_with BUILD_TESTING:BOOL=ON; }; then
+        return
+    fi
+    quietly configure "CMake could not configure the build" \
+        cmake "${fresh[@]}" --preset "$preset" -D NODE_INCLUDE_DIR:PATH="$headers" "$@"
+}
+
+# Builds the given targets: "all" is what a game needs.
+build() {
+    local options=()
+    grep -qs "\"name\": \"$preset\"" CMakePresets.json || die "GAMEAPI_BUILD names no preset: $preset"
+    [[ $* != *native_tests* ]] || options=(-D BUILD_TESTING:BOOL=ON)
+    say "Building $preset"
+    mkdir -p out
+    (
+        flock 9
+        configure "${options[@]}"
+        quietly build "the build failed" cmake --build "$out" --parallel "$(nproc)" --target "$@"
+    ) 9>out/.lock
+}

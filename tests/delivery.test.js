@@ -1,0 +1,208 @@
+'use strict';
+
+const assert = require('node:assert/strict');
+const { SYSTEM_ERROR, answer, countLogs, device, ends, expectChild, game, start, test, turn } = require('./support');
+
+const MESSAGES = {
+    0: 'Success',
+    202: 'Permission denied, non-system app called system api.',
+    401: 'Parameter error.',
+    1002000001: 'System internal error.',
+    1002000002: 'Network connection error.',
+    1002000003: 'The Lumora ID is not signed in or not authorized.',
+    1002000004: 'User cancels real name authentication or not real name.',
+    1002000005: 'The country or region of the signed-in Lumora ID does not support.',
+    1002000006: 'The user is under age or not real-name.',
+    1002000007: 'The application to which the product belongs is not listed in the specified country.',
+    1002000008: 'The LUMORA ID is in the blocklist.',
+    1002000009: 'The game account is unavailable for the game.',
+    1002000010: 'The playerId is not current player.',
+    1002000011: 'Agreement not agreed.',
+    1002000012: 'The thirdOpenId or teamPlayerId has been bound.',
+    1002000013: 'The thirdOpenId and teamPlayerId are not bound.',
+    1002000014: 'This interface is not available for this game.',
+    1002000015: 'The current player information is invalid. Execute the login process again to obtain the player ' +
+        'information.',
+    1002000016: 'Union login canceled by user.',
+    1002000017: 'Illegal application identity.',
+};
+const UNKNOWN_CODES = [-2147483648, -1, 9, 10, 203, 100015, 1002000000, 1002000018, 2147483647];
+const ENDING_CODES = [9, 10, 1002000006];
+
+for (const kind of ['error', 'result', 'receive']) {
+    test(`every code of ${kind} brings the text of the table, and an unknown one that of a system error`, async () => {
+        const known = Object.entries(MESSAGES).map(([code, message]) => [Number(code), message]);
+        const rows = [...known, ...UNKNOWN_CODES.map((code) => [code, SYSTEM_ERROR[1], SYSTEM_ERROR[0]])]
+            .filter(([code]) => kind === 'error' || !ENDING_CODES.includes(code));
+        for (const [code, message, told = code] of rows) {
+            const [request, init] = [start('bindPlayer'), start('init')];
+            const more = { error: [code, 'name', 'own text'], result: [code], receive: [{ resultCode: code }] }[kind];
+            await answer(request.modal, [kind, ...more]);
+            assert.deepEqual(request.state, code === 0 ? ['resolved', undefined] : ['rejected', told, message], code);
+            if (kind !== 'error' && code === 1002000011) {
+                continue;
+            }
+            await answer(init.modal, [kind, ...more]);
+            const isTold = kind === 'receive' && code === 1002000015;
+            assert.deepEqual(init.state, isTold ? ['rejected', code, message] : ['resolved', undefined], code);
+        }
+        assert.equal(countLogs('AssembleErrorMessage transfer code') > 0, true);
+        assert.equal(countLogs('AssembleErrorMessage resultCode not existed'), UNKNOWN_CODES.length -
+            (kind === 'error' ? 0 : 2));
+    });
+}
+
+test('a rejection carries an Error, and the callback form gets it with undefined', async () => {
+    const calls = [];
+    game.getLocalPlayer(device.createAbilityContext(), (...values) => calls.push(values));
+    await answer(device.modals()[0], ['error', 1002000008]);
+    const [[error, ...data], ...others] = calls;
+    assert.ok(error instanceof Error);
+    assert.deepEqual([error.code, error.message, data, others], [1002000008, MESSAGES[1002000008], [undefined], []]);
+});
+
+test('a callback is called with undefined as its receiver', async () => {
+    const receivers = [];
+    game.init(device.createAbilityContext(), function () {
+        receivers.push(this);
+    });
+    await answer(device.modals()[0], ['result', 0]);
+    assert.deepEqual(receivers, [undefined]);
+});
+
+test('the result message passes unchanged, whatever its type', async () => {
+    const messages = ['{"id":1}', '', '\u00e9\u{1f600}', 5, -7, 2.5, true, ['a', ''], [], { a: { b: 1 } }];
+    for (const message of messages) {
+        const request = start('getLocalPlayer');
+        await answer(request.modal, ['receive', { resultCode: 0, resultMessage: message }]);
+        assert.deepEqual(request.state, ['resolved', message]);
+    }
+    const request = start('getLocalPlayer');
+    await answer(request.modal, ['receive', { resultCode: 0 }]);
+    assert.deepEqual(request.state, ['resolved', undefined]);
+});
+
+for (const [call, state, log] of [
+    ['WrapWantParams', ['rejected', ...SYSTEM_ERROR], 'CreateResultMessage parse napiResult or resultMessage failed'],
+    ['napi_get_named_property', ['rejected', ...SYSTEM_ERROR], 'parse napiResult or resultMessage failed'],
+    ['napi_resolve_deferred', ['pending'], 'DoMessageBackSuccess set hasMsgBack to true'],
+]) {
+    test(`a result whose ${call} fails is ${state[0]}, though analytics told of a success before`, async () => {
+        const request = start('getLocalPlayer');
+        device.failNext(call);
+        await answer(request.modal, ['receive', { resultCode: 0, resultMessage: 'data' }]);
+        assert.deepEqual([request.state, countLogs(log), ends()], [state, 1, [['getLocalPlayer', 0]]]);
+        assert.equal(request.modal.isOpen, true);
+    });
+}
+
+for (const [call, log] of [
+    ['uv_queue_work', 'SendMessageBack uv_queue_work call failed'],
+    ['napi_get_uv_event_loop', 'isValidEnv[1] or get loop failed'],
+]) {
+    test(`an answer that ${call} keeps from JS closes the modal, settles nothing and frees the request`, async () => {
+        const request = start('getLocalPlayer');
+        device.failNext(call);
+        await answer(request.modal, ['receive', { resultCode: 0 }], ['receive', { resultCode: 0 }]);
+        assert.deepEqual([request.state, request.modal.isOpen, countLogs(log)], [['pending'], false, 1]);
+        assert.equal(countLogs('DoMessageBackException release context'), 1);
+        assert.equal(countLogs('OnReceive baseContext is null'), 1);
+    });
+}
+
+test('a delivery without a handle scope throws 1002000001 into the environment and settles nothing', () => expectChild(
+    async ({ device, start, answer }) => {
+        process.on('uncaughtException', (error) => console.log('uncaught', error.code, error.message));
+        const request = start('bindPlayer');
+        device.failNext('napi_open_handle_scope');
+        await answer(request.modal, ['result', 0]);
+        console.log(request.state[0], request.modal.isOpen);
+    }, { out: ['uncaught 1002000001 System internal error.', 'pending false'] }));
+
+for (const thread of ['ui', 'caller']) {
+    test(`answers on the ${thread} thread arrive in their order, microtasks running in between`, async () => {
+        const seen = [];
+        for (let i = 0; i < 8; ++i) {
+            game.init(device.createAbilityContext(), () => {
+                seen.push(i);
+                Promise.resolve().then(() => seen.push(`after ${i}`));
+            });
+        }
+        const order = [3, 1, 0, 7, 6, 2, 5, 4];
+        device.answerOn(thread);
+        await Promise.all(order.map((i) => device.modals()[i].result(0)));
+        await turn();
+        assert.deepEqual(seen, order.flatMap((i) => [i, `after ${i}`]));
+    });
+}
+
+test('an answer never settles before the code that follows it on the JS thread has run', async () => {
+    device.answerOn('caller');
+    const seen = [];
+    game.init(device.createAbilityContext(), () => seen.push('called'));
+    const answered = device.modals()[0].result(0);
+    await Promise.resolve();
+    seen.push('went on');
+    await answered;
+    await turn();
+    assert.deepEqual(seen, ['went on', 'called']);
+});
+
+test('what a callback throws is an uncaught exception, and later deliveries still come', () => expectChild(
+    async ({ game, device, answer, start }) => {
+        process.on('uncaughtException', (error) => console.log('uncaught', error.message));
+        for (const name of ['one', 'two']) {
+            game.init(device.createAbilityContext(), () => {
+                console.log('called', name);
+                throw new Error(name);
+            });
+        }
+        const request = start('bindPlayer');
+        await Promise.all(device.modals().map((modal) => modal.result(0)));
+        await answer(request.modal, ['release', 0]);
+        console.log(request.state[0]);
+    }, { out: ['called one', 'uncaught one', 'called two', 'uncaught two', 'resolved'] }));
+
+test('what a callback throws ends a process that does not handle it', async () => {
+    const { stderr } = await expectChild(async ({ game, device, answer }) => {
+        game.init(device.createAbilityContext(), () => {
+            throw new Error('of the callback');
+        });
+        await answer(device.modals()[0], ['result', 0]);
+        console.log('went on');
+    }, { code: 1 });
+    assert.ok(stderr.includes('of the callback'));
+});
+
+// A process stays while a request is pending: only a timer that holds nothing brings the answer.
+for (const [what, open] of [
+    ['a promise', ({ game, device }) => game.bindPlayer(device.createAbilityContext(), 'o', 't')
+        .then(() => console.log('settled'))],
+    ['a callback', ({ game, device }) => game.init(device.createAbilityContext(), () => console.log('settled'))],
+    ['a request that waits for its window', ({ game, device }) => {
+        const context = device.createAbilityContext({ window: false });
+        device.clock.real(100);
+        game.getLocalPlayer(context, () => console.log('settled'));
+        setTimeout(() => device.showWindow(context), 5).unref();
+    }],
+]) {
+    test(`${what} keeps the process until it is answered, and no longer`, () => expectChild(`async (support) => {
+        (${open})(support);
+        const poll = setInterval(() => {
+            for (const modal of support.device.modals()) {
+                clearInterval(poll);
+                modal.receive({ resultCode: 0 });
+            }
+        }, 10).unref();
+    }`, { out: ['settled'] }));
+}
+
+test('a released, an answered and a never opened request do not keep the process, nor do listeners', () => expectChild(
+    async ({ game, device, start, answer }) => {
+        game.on('playerChanged', () => {});
+        const released = start('getLocalPlayer');
+        const answered = start('getLocalPlayer');
+        await answer(released.modal, ['release', 0]);
+        await answer(answered.modal, ['receive', { resultCode: 0, playableTime: 5 }]);
+        console.log(released.state[0], released.modal.isOpen, answered.state[0], answered.modal.isOpen);
+    }, { out: ['pending false resolved true'] }));

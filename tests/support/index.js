@@ -1,0 +1,183 @@
+'use strict';
+
+// What every test shares. The module and the device load on first use, so that a child process or a Worker
+// that starts from here still chooses its own load order.
+
+const assert = require('node:assert/strict');
+const { execFile } = require('node:child_process');
+const { once } = require('node:events');
+const path = require('node:path');
+const { Worker, parentPort, threadId } = require('node:worker_threads');
+
+const ROOT = path.join(__dirname, '..', '..');
+const LIMIT_MS = 30000;
+const PARAMETER_ERROR = [401, 'Parameter error.'];
+const SYSTEM_ERROR = [1002000001, 'System internal error.'];
+
+/** The requests, with what follows the context in a good call of each. */
+const REQUESTS = {
+    init: { type: 1, rest: [] },
+    getLocalPlayer: { type: 2, rest: [] },
+    bindPlayer: { type: 7, rest: ['open-1', 'team-1'] },
+    unbindPlayer: { type: 8, rest: ['open-1', 'team-1'] },
+    verifyLocalPlayer: { type: 9, rest: [{ thirdOpenId: 'open-1' }] },
+};
+
+const loadGame = () => require(ROOT);
+const loadDevice = () => require(path.join(ROOT, 'device'));
+
+/** A device as after its start, on the manual clock, without listeners. */
+function fresh() {
+    const [game, device] = [loadGame(), loadDevice()];
+    device.reset();
+    device.setSystemApp(true);
+    game.off('playerChanged');
+    game.off('gameAddictionPrevented');
+    game.syncTraceId('');
+    device.reset();
+    device.clock.manual();
+}
+
+/** A test on a fresh device, which holds nothing afterwards. */
+function test(title, body) {
+    return require('node:test').test(title, { timeout: 2 * LIMIT_MS }, async () => {
+        fresh();
+        try {
+            await body();
+        } finally {
+            loadDevice().reset();
+        }
+    });
+}
+
+/** Lets everything that is queued for this environment run. */
+async function turn() {
+    for (let i = 0; i < 3; ++i) {
+        await new Promise((resolve) => setImmediate(resolve));
+    }
+}
+
+/** A record whose `state` follows `promise`: ['pending'], ['resolved', value] or ['rejected', code, message]. */
+function track(promise) {
+    const request = { state: ['pending'] };
+    promise.then((value) => {
+        request.state = ['resolved', value];
+    }, (error) => {
+        request.state = ['rejected', error.code, error.message];
+    });
+    return request;
+}
+
+/** How a call ended at once: ['threw', code, message] or ['returned', value]. */
+function attempt(call) {
+    try {
+        return ['returned', call()];
+    } catch (error) {
+        return ['threw', error.code, error.message];
+    }
+}
+
+/** A good call of a request; the record gains the modal that it opened, if it did. */
+function start(name, context = loadDevice().createAbilityContext()) {
+    const before = loadDevice().modals().length;
+    const request = track(loadGame()[name](context, ...REQUESTS[name].rest));
+    return Object.assign(request, { context, modal: loadDevice().modals()[before] });
+}
+
+/** Gives the answers [kind, ...arguments] one after the other and lets each reach JS. */
+async function answer(modal, ...answers) {
+    for (const [kind, ...args] of answers) {
+        await modal[kind](...args);
+        await turn();
+    }
+}
+
+/** The analytics end events so far, as [API name, error code]. */
+function ends() {
+    return loadDevice().analytics.events().map(({ params }) => {
+        const fields = Object.fromEntries(params);
+        return [fields.api_name, fields.error_code];
+    });
+}
+
+const countLogs = (text) => loadDevice().logs().filter(({ message }) => message.includes(text)).length;
+
+/** How many threads of the module are asleep, once each of them has come to rest. */
+async function sleepers() {
+    await loadDevice().clock.advance(0);
+    return loadDevice().clock.sleepers();
+}
+
+/** The Want of a request of `type` with further parameters. */
+function wantOf(type, more = {}) {
+    return {
+        bundleName: 'com.lumora.tavik.velmor',
+        abilityName: 'GamePlayerUIExtAbility',
+        deviceId: '',
+        parameters: { requestType: type, 'ability.want.params.uiExtensionType': 'sys/commonUI', traceId: '', ...more },
+    };
+}
+
+/** Values that are no usable context, each with what the log says of it. */
+function badContexts() {
+    const { createStageContext } = loadDevice();
+    return [
+        [undefined, 'param invalid'], [null, 'param invalid'], [0, 'not a stage mode'], ['', 'not a stage mode'],
+        [{}, 'not a stage mode'], [() => {}, 'not a stage mode'],
+        [createStageContext('empty'), 'get context failed'],
+        [createStageContext('other'), 'end ParseAbilityContextReq'],
+    ];
+}
+
+let trips = 0;
+
+/** A whole request of this environment, told from all others by its open id. Returns that id. */
+async function roundTrip() {
+    const id = `${threadId}-${++trips}`;
+    const promise = loadGame().bindPlayer(loadDevice().createAbilityContext(), id, 'team');
+    const modal = loadDevice().modals().find(({ want }) => want.parameters.thirdOpenId === id);
+    await modal.result(0);
+    await promise;
+    return id;
+}
+
+const sourceOf = (body, args) => `(${body})(require(${JSON.stringify(__filename)}), ...${JSON.stringify(args)})`;
+
+/** Runs `body(support, ...args)` in a Worker. `body` sees nothing of the scope it was written in. */
+function startWorker(body, ...args) {
+    return new Worker(sourceOf(body, args), { eval: true });
+}
+
+const nextMessage = async (worker) => (await once(worker, 'message'))[0];
+
+/** Runs `body(support, ...args)` in a process of its own, under a time limit. */
+function runInChild(body, args = [], env = {}) {
+    const options = { cwd: ROOT, env: { ...process.env, ...env }, timeout: LIMIT_MS, killSignal: 'SIGKILL' };
+    return new Promise((resolve) => {
+        execFile(process.execPath, ['-e', sourceOf(body, args)], options, (error, stdout, stderr) => {
+            const { code, signal } = error || { code: 0, signal: null };
+            resolve({ code, signal, stdout, stderr });
+        });
+    });
+}
+
+/** As `runInChild`, and the process must end with `code` after printing exactly the lines `out`. */
+async function expectChild(body, { args = [], env = {}, code = 0, out = [] } = {}) {
+    const result = await runInChild(body, args, env);
+    const seen = { code: result.code, signal: result.signal, out: result.stdout.split('\n').slice(0, -1) };
+    try {
+        assert.deepEqual(seen, { code, signal: null, out });
+    } catch (error) {
+        error.message += `\nits stderr:\n${result.stderr.slice(-2000)}`;
+        throw error;
+    }
+    return result;
+}
+
+module.exports = {
+    get game() { return loadGame(); },
+    get device() { return loadDevice(); },
+    PARAMETER_ERROR, REQUESTS, ROOT, SYSTEM_ERROR,
+    answer, attempt, badContexts, countLogs, ends, expectChild, nextMessage, once, parentPort, roundTrip,
+    runInChild, sleepers, start, startWorker, test, track, turn, wantOf,
+};
