@@ -7,14 +7,12 @@
 #include "common/velmor_log.h"
 #include "time_service_client.h"
 
-namespace OHOS::Velmor
-{
+namespace OHOS::Velmor {
 
 using HiviewDFX::Event;
 using HiviewDFX::ReportConfig;
 
-namespace
-{
+namespace {
 
 constexpr const char* PERF_LOG_TAG = "VelmorPerf";
 constexpr const char* EVENT_DOMAIN = "api_diagnostic";

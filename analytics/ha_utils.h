@@ -6,8 +6,7 @@
 #include <mutex>
 #include <string>
 
-namespace OHOS::Velmor
-{
+namespace OHOS::Velmor {
 
 /// Reports API calls to the application's analytics. One per process, through `DelayedSingleton`.
 /// Thread-safe.

@@ -3,8 +3,7 @@
 
 #include "napi/native_api.h"
 
-namespace TAVIK::GAME_PLAYER
-{
+namespace TAVIK::GAME_PLAYER {
 
 /// A handle scope of `env` for the life of this object; false if none was obtained. On `env`'s JS thread.
 class HandleScope

@@ -3,8 +3,7 @@
 #include <memory>
 #include <new>
 
-namespace TAVIK::GAME_PLAYER
-{
+namespace TAVIK::GAME_PLAYER {
 
 QueueStatus QueueOnLoop(napi_env env, void* data, uv_after_work_cb after)
 {

@@ -5,8 +5,7 @@
 
 #include "napi/native_api.h"
 
-namespace TAVIK::GAME_PLAYER
-{
+namespace TAVIK::GAME_PLAYER {
 
 enum class QueueStatus {
     QUEUED,

@@ -2,11 +2,9 @@
 
 #include "common/velmor_log.h"
 
-namespace TAVIK::GAME_PLAYER
-{
+namespace TAVIK::GAME_PLAYER {
 
-namespace
-{
+namespace {
 
 struct NamedNumber {
     int32_t number;

@@ -6,8 +6,7 @@
 
 #include "napi/native_api.h"
 
-namespace TAVIK::GAME_PLAYER
-{
+namespace TAVIK::GAME_PLAYER {
 
 /// The codes that the module itself gives a meaning to. The table in velmor_error.cpp has all that have a
 /// text.

@@ -14,8 +14,7 @@
 #define GAME_LOGW(format, ...) GAME_LOG(LOG_WARN, format, ##__VA_ARGS__)
 #define GAME_LOGE(format, ...) GAME_LOG(LOG_ERROR, format, ##__VA_ARGS__)
 
-namespace TAVIK::GAME_PLAYER
-{
+namespace TAVIK::GAME_PLAYER {
 
 inline constexpr unsigned int LOG_DOMAIN = 0xD00470A;
 inline constexpr const char* LOG_TAG = "GAMEAPISDK";

@@ -11,11 +11,9 @@
 #include "time_service_client.h"
 #include "tokenid_kit.h"
 
-namespace TAVIK::GAME_PLAYER
-{
+namespace TAVIK::GAME_PLAYER {
 
-namespace
-{
+namespace {
 
 struct EnvRegistry {
     std::shared_mutex mutex;

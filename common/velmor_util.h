@@ -7,8 +7,7 @@
 
 #include "napi/native_api.h"
 
-namespace TAVIK::GAME_PLAYER
-{
+namespace TAVIK::GAME_PLAYER {
 
 // JS values. All on `env`'s JS thread. The readers never fail: what is missing leaves the output as it was,
 // what is of the wrong type reads as told below. A getter's exception stays pending for the JS caller.

@@ -48,7 +48,7 @@ export function hideWindow(context: Context): void;
 export type Parameter = number | boolean | string | string[] | ParameterObject;
 
 /**
- * ParameterObject by key: a plain object, nested 32 deep at most. A key whose value is undefined is left out; any
+ * Parameters by key: a plain object, nested 32 deep at most. A key whose value is undefined is left out; any
  * other value that is no `Parameter`, null included, makes the call reject with a TypeError that names its key.
  */
 export interface ParameterObject {

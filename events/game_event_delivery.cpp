@@ -6,11 +6,9 @@
 #include "common/velmor_util.h"
 #include "events/game_player_event_callback.h"
 
-namespace TAVIK::GAME_PLAYER
-{
+namespace TAVIK::GAME_PLAYER {
 
-namespace
-{
+namespace {
 
 /// One event on its way to one listener.
 struct EventWork {

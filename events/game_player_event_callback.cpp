@@ -4,11 +4,9 @@
 
 #include "common/velmor_log.h"
 
-namespace TAVIK::GAME_PLAYER
-{
+namespace TAVIK::GAME_PLAYER {
 
-namespace
-{
+namespace {
 
 struct EventCallbackHook {
     napi_env env;
@@ -17,18 +15,34 @@ struct EventCallbackHook {
 
 thread_local bool gIsHooked = false;
 
-enum class Match { SAME, OTHER, UNKNOWN };
-
-Match MatchFunction(const EventCallback& listener, napi_value callback)
+napi_value FunctionOf(const EventCallback& listener)
 {
     napi_value function = nullptr;
-    if (napi_get_reference_value(listener.env, listener.callbackRef, &function) != napi_ok ||
-        function == nullptr) {
-        return Match::UNKNOWN;
+    (void)napi_get_reference_value(listener.env, listener.callbackRef, &function);
+    return function;
+}
+
+// The listener of this environment whose function is strictly equal to `callback`. `complaint` is logged for
+// those whose function cannot be had.
+template <typename List>
+auto FindListener(napi_env env, List& listeners, napi_value callback, const char* complaint)
+{
+    for (auto listener = listeners.begin(); listener != listeners.end(); ++listener) {
+        if ((*listener)->env != env) {
+            continue;
+        }
+        napi_value function = FunctionOf(**listener);
+        if (function == nullptr) {
+            GAME_LOGW("%{public}s", complaint);
+            continue;
+        }
+        bool isSame = false;
+        (void)napi_strict_equals(env, function, callback, &isSame);
+        if (isSame) {
+            return listener;
+        }
     }
-    bool isSame = false;
-    (void)napi_strict_equals(listener.env, function, callback, &isSame);
-    return isSame ? Match::SAME : Match::OTHER;
+    return listeners.end();
 }
 
 auto IsOf(napi_env env)
@@ -86,21 +100,8 @@ void GamePlayerEventCallback::RegisterGameEventCallback(napi_env env, const std:
 bool GamePlayerEventCallback::IsEventCallbackExisted(napi_env env, const Listeners& listeners,
                                                      napi_value callback)
 {
-    for (const auto& listener : listeners) {
-        if (listener->env != env) {
-            continue;
-        }
-        switch (MatchFunction(*listener, callback)) {
-            case Match::SAME:
-                return true;
-            case Match::UNKNOWN:
-                GAME_LOGW("IsEventCallbackExisted get callback reference failed.");
-                break;
-            case Match::OTHER:
-                break;
-        }
-    }
-    return false;
+    return FindListener(env, listeners, callback, "IsEventCallbackExisted get callback reference failed.") !=
+           listeners.end();
 }
 
 void GamePlayerEventCallback::AssembleEventCallback(napi_env env, napi_value callback, napi_value thisArg,
@@ -148,17 +149,8 @@ void GamePlayerEventCallback::UnRegisterGameEventCallback(napi_env env, const st
         return;
     }
     Listeners& listeners = entry->second;
-    auto isWanted = [env, callback](const std::shared_ptr<EventCallback>& listener) {
-        if (listener->env != env) {
-            return false;
-        }
-        Match match = MatchFunction(*listener, callback);
-        if (match == Match::UNKNOWN) {
-            GAME_LOGW("UnRegisterGameEventCallback get callback reference failed");
-        }
-        return match == Match::SAME;
-    };
-    auto found = std::find_if(listeners.begin(), listeners.end(), isWanted);
+    auto found =
+        FindListener(env, listeners, callback, "UnRegisterGameEventCallback get callback reference failed");
     if (found == listeners.end()) {
         GAME_LOGW("UnRegisterGameEventCallback eventType %{public}s callback not existed", eventType.c_str());
         return;

@@ -12,8 +12,7 @@
 
 #include "napi/native_api.h"
 
-namespace TAVIK::GAME_PLAYER
-{
+namespace TAVIK::GAME_PLAYER {
 
 inline constexpr const char* EVENT_PLAYER_CHANGED = "playerChanged";
 /// For system applications only.

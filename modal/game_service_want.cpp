@@ -1,7 +1,6 @@
 #include "modal/game_service_want.h"
 
-namespace TAVIK::GAME_PLAYER
-{
+namespace TAVIK::GAME_PLAYER {
 
 OHOS::AAFwk::Want MakeGameServiceWant(int32_t requestType)
 {

@@ -5,8 +5,7 @@
 
 #include "want.h"
 
-namespace TAVIK::GAME_PLAYER
-{
+namespace TAVIK::GAME_PLAYER {
 
 /// A Want addressed to the game-service UI extension that carries the integer parameter "requestType" alone.
 OHOS::AAFwk::Want MakeGameServiceWant(int32_t requestType);

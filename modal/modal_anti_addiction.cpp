@@ -11,14 +11,12 @@
 #include "modal/modal_ui_callback.h"
 #include "singleton.h"
 
-namespace TAVIK::GAME_PLAYER
-{
+namespace TAVIK::GAME_PLAYER {
 
 using OHOS::AAFwk::Want;
 using OHOS::AAFwk::WantParams;
 
-namespace
-{
+namespace {
 
 constexpr std::chrono::seconds CHECK_INTERVAL(15);
 constexpr std::chrono::seconds PAGE_TIME(15);
@@ -102,7 +100,7 @@ void ModalUICallback::DoGameEvent(const BaseContext* context, int32_t event, std
         return;
     }
     GameEventResult result{context->envInfo->env, event, std::move(eventType), std::move(resultInfo)};
-    OHOS::DelayedSingleton<GamePlayerEventCallback>::GetInstance()->OnEventCallback(std::move(result));
+    OHOS::DelayedSingleton<GamePlayerEventCallback>::GetInstance()->OnEventCallback(result);
 }
 
 }  // namespace TAVIK::GAME_PLAYER

@@ -9,11 +9,9 @@
 #include "napi_common_want.h"
 #include "singleton.h"
 
-namespace TAVIK::GAME_PLAYER
-{
+namespace TAVIK::GAME_PLAYER {
 
-namespace
-{
+namespace {
 
 constexpr int32_t CODE_ICONS_TOO_LARGE = 100015;
 constexpr const char* TEXT_ICONS_TOO_LARGE = "Total size of icon resource is too large";

@@ -5,14 +5,12 @@
 #include "events/game_player_event_callback.h"
 #include "modal/modal_ui_callback.h"
 
-namespace TAVIK::GAME_PLAYER
-{
+namespace TAVIK::GAME_PLAYER {
 
 using OHOS::AAFwk::Want;
 using OHOS::AAFwk::WantParams;
 
-namespace
-{
+namespace {
 
 // Answers that are no result of a request.
 constexpr int32_t CODE_PLAYER_CHANGED = 9;

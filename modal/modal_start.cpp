@@ -7,8 +7,7 @@
 #include "common/velmor_log.h"
 #include "modal/modal_ui_callback.h"
 
-namespace TAVIK::GAME_PLAYER
-{
+namespace TAVIK::GAME_PLAYER {
 
 using OHOS::AAFwk::Want;
 using OHOS::AAFwk::WantParams;
@@ -16,8 +15,7 @@ using OHOS::Ace::ModalUIExtensionCallbacks;
 using OHOS::Ace::ModalUIExtensionConfig;
 using OHOS::Ace::UIContent;
 
-namespace
-{
+namespace {
 
 constexpr std::chrono::seconds RETRY_INTERVAL(1);
 constexpr int RETRY_COUNT = 5;
@@ -104,23 +102,25 @@ void ModalUICallback::CreateModal(BaseContext& context, UIContent& content, cons
 void ModalUICallback::DelayStartUIExtensionAbility(Want want, std::shared_ptr<ContextOwner> owner,
                                                    ModalUIExtensionCallbacks callbacks)
 {
-    auto waitForWindow = [want = std::move(want), owner = std::move(owner),
-                          callbacks = std::move(callbacks)] {
-        for (int round = 0; round < RETRY_COUNT; ++round) {
-            std::this_thread::sleep_for(RETRY_INTERVAL);
-            auto context = owner->Get();
-            if (context == nullptr || !IsValidEnv(context->envInfo)) {
-                GAME_LOGE("DelayStartUIExtensionAbility invalid env");
-                break;
-            }
-            if (RetryStart(want, *owner, callbacks)) {
-                return;
-            }
+    std::thread(WaitForWindow, std::move(want), std::move(owner), std::move(callbacks)).detach();
+}
+
+void ModalUICallback::WaitForWindow(const Want& want, const std::shared_ptr<ContextOwner>& owner,
+                                    const ModalUIExtensionCallbacks& callbacks)
+{
+    for (int round = 0; round < RETRY_COUNT; ++round) {
+        std::this_thread::sleep_for(RETRY_INTERVAL);
+        auto context = owner->Get();
+        if (context == nullptr || !IsValidEnv(context->envInfo)) {
+            GAME_LOGE("DelayStartUIExtensionAbility invalid env");
+            break;
         }
-        GAME_LOGE("After delay 5s, uiContent is still nullptr.");
-        AnswerLateStart(owner);
-    };
-    std::thread(std::move(waitForWindow)).detach();
+        if (RetryStart(want, *owner, callbacks)) {
+            return;
+        }
+    }
+    GAME_LOGE("After delay 5s, uiContent is still nullptr.");
+    AnswerLateStart(owner);
 }
 
 bool ModalUICallback::RetryStart(const Want& want, ContextOwner& owner,

@@ -12,8 +12,7 @@
 #include "ui_content.h"
 #include "want.h"
 
-namespace TAVIK::GAME_PLAYER
-{
+namespace TAVIK::GAME_PLAYER {
 
 /// What travels to the JS thread: one result, and the request it belongs to. The result is the delivery's
 /// own, so that answers which come later cannot change it; and so is the context, if the result ends the
@@ -65,6 +64,8 @@ private:
                             const OHOS::Ace::ModalUIExtensionCallbacks& callbacks);
     static void DelayStartUIExtensionAbility(OHOS::AAFwk::Want want, std::shared_ptr<ContextOwner> owner,
                                              OHOS::Ace::ModalUIExtensionCallbacks callbacks);
+    static void WaitForWindow(const OHOS::AAFwk::Want& want, const std::shared_ptr<ContextOwner>& owner,
+                              const OHOS::Ace::ModalUIExtensionCallbacks& callbacks);
     static bool RetryStart(const OHOS::AAFwk::Want& want, ContextOwner& owner,
                            const OHOS::Ace::ModalUIExtensionCallbacks& callbacks);
     static void AnswerLateStart(const std::shared_ptr<ContextOwner>& owner);

@@ -2,8 +2,7 @@
 
 #include "common/velmor_log.h"
 
-namespace TAVIK::GAME_PLAYER
-{
+namespace TAVIK::GAME_PLAYER {
 
 BaseContext::BaseContext(int32_t type, int64_t start, napi_value context)
     : envInfo(gEnvInfo), contextValue(context), requestType(type), startTime(start)

@@ -12,8 +12,7 @@
 #include "ui_extension_context.h"
 #include "want_params.h"
 
-namespace TAVIK::GAME_PLAYER
-{
+namespace TAVIK::GAME_PLAYER {
 
 /// Everything the common machinery knows of one asynchronous JS call, from the reading of its arguments until
 /// its end. Each API that carries parameters derives a context that adds them.

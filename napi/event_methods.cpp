@@ -9,13 +9,11 @@
 #include "napi/request_shape.h"
 #include "singleton.h"
 
-namespace TAVIK::GAME_PLAYER
-{
+namespace TAVIK::GAME_PLAYER {
 
 using Manager = GamePlayerExtensionAbilityManager;
 
-namespace
-{
+namespace {
 
 auto Analytics()
 {

@@ -6,16 +6,14 @@
 #include "common/velmor_log.h"
 #include "napi_base_context.h"
 
-namespace TAVIK::GAME_PLAYER
-{
+namespace TAVIK::GAME_PLAYER {
 
 using Manager = GamePlayerExtensionAbilityManager;
 using OHOS::AbilityRuntime::AbilityContext;
 using OHOS::AbilityRuntime::Context;
 using OHOS::AbilityRuntime::UIExtensionContext;
 
-namespace
-{
+namespace {
 
 constexpr napi_property_descriptor Method(const char* name, napi_callback method)
 {

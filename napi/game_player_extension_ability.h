@@ -4,8 +4,7 @@
 #include "napi/base_context.h"
 #include "napi/native_api.h"
 
-namespace TAVIK::GAME_PLAYER
-{
+namespace TAVIK::GAME_PLAYER {
 
 /// The module's eighteen JS methods, and the plumbing between a JS call and its request context. Stateless;
 /// everything runs on the JS thread of the calling environment.

@@ -1,8 +1,7 @@
 #include "napi/game_player_extension_ability.h"
 #include "napi/native_api.h"
 
-namespace
-{
+namespace {
 
 napi_value Entry(napi_env env, napi_value exports)
 {

@@ -6,8 +6,7 @@
 
 #include "napi/base_context.h"
 
-namespace TAVIK::GAME_PLAYER
-{
+namespace TAVIK::GAME_PLAYER {
 
 /// What a game knows of its own account. A fact counts only if the game gave it.
 struct ThirdUserInfo {

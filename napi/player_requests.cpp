@@ -5,14 +5,12 @@
 #include "napi/player_records.h"
 #include "napi/request_shape.h"
 
-namespace TAVIK::GAME_PLAYER
-{
+namespace TAVIK::GAME_PLAYER {
 
 using Manager = GamePlayerExtensionAbilityManager;
 using OHOS::AAFwk::Want;
 
-namespace
-{
+namespace {
 
 constexpr const char* KEY_THIRD_OPEN_ID = "thirdOpenId";
 constexpr const char* KEY_TEAM_PLAYER_ID = "teamPlayerId";

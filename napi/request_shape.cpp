@@ -7,13 +7,11 @@
 #include "napi/game_player_extension_ability.h"
 #include "singleton.h"
 
-namespace TAVIK::GAME_PLAYER
-{
+namespace TAVIK::GAME_PLAYER {
 
 using Manager = GamePlayerExtensionAbilityManager;
 
-namespace
-{
+namespace {
 
 void ReportFailure(const RequestRule& rule, int64_t startTime)
 {

@@ -10,8 +10,7 @@
 #include "napi/native_api.h"
 #include "want.h"
 
-namespace TAVIK::GAME_PLAYER
-{
+namespace TAVIK::GAME_PLAYER {
 
 /// The arguments of one JS call. Missing ones read as `undefined`.
 struct CallArguments {
@@ -27,8 +26,8 @@ struct CallArguments {
 
 /// How many arguments a method takes.
 struct CountRule {
-    size_t min;
-    size_t max;
+    size_t min = 0;
+    size_t max = SIZE_MAX;
 
     constexpr bool Accepts(size_t count) const { return count >= min && count <= max; }
 };
@@ -51,20 +50,21 @@ constexpr size_t CallbackAt(size_t count)
 
 /// What distinguishes one asynchronous method from another before its parameters are read.
 struct RequestRule {
-    const char* method;  // as log lines name it
-    RequestType type;
-    size_t maxArgs;  // read at most
+    const char* method = nullptr;  // as log lines name it
+    RequestType type = REQUEST_UNKNOWN;
+    size_t maxArgs = 0;  // read at most
     CountRule counts;
-    size_t callbackCount;
+    size_t callbackCount = PROMISE_ONLY;
     bool isCountLogged = true;
 };
 
 /// What a method does of its own. `parse` reads its parameters into the context it made, and answers whether
 /// they will do; `execute` puts them into the Want.
 struct RequestSteps {
-    std::shared_ptr<BaseContext> (*create)(int32_t type, int64_t startTime, napi_value contextValue);
-    bool (*parse)(napi_env env, const CallArguments& args, BaseContext& context);
-    void (*execute)(const BaseContext& context, OHOS::AAFwk::Want& want);
+    std::shared_ptr<BaseContext> (*create)(int32_t type, int64_t startTime,
+                                           napi_value contextValue) = nullptr;
+    bool (*parse)(napi_env env, const CallArguments& args, BaseContext& context) = nullptr;
+    void (*execute)(const BaseContext& context, OHOS::AAFwk::Want& want) = nullptr;
 };
 
 /// One asynchronous JS method from its call to the opened extension: reads the arguments, builds the context

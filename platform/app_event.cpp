@@ -4,8 +4,7 @@
 #include "event_store.h"
 #include "faults.h"
 
-namespace OHOS::HiviewDFX
-{
+namespace OHOS::HiviewDFX {
 
 Event::Event(std::string domain, std::string name, EventType type)
     : domain_(std::move(domain)), name_(std::move(name)), type_(type)

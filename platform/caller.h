@@ -1,8 +1,7 @@
 #ifndef PLATFORM_CALLER_H
 #define PLATFORM_CALLER_H
 
-namespace StandIn
-{
+namespace StandIn {
 
 /// Makes this process one of a system application, or of an ordinary one again. Thread-safe.
 void SetSystemApp(bool isSystem);

@@ -4,11 +4,9 @@
 
 #include <algorithm>
 
-namespace StandIn
-{
+namespace StandIn {
 
-namespace
-{
+namespace {
 
 // Births count from 1; 0 is a thread that is none of the module's.
 thread_local uint64_t gBirth = 0;

@@ -8,8 +8,7 @@
 #include <mutex>
 #include <utility>
 
-namespace StandIn
-{
+namespace StandIn {
 
 /// The device's one clock: its boot time, and every sleep of the module's threads, run on it.
 ///

@@ -6,11 +6,9 @@
 #include "faults.h"
 #include "ui_extension_context.h"
 
-namespace StandIn
-{
+namespace StandIn {
 
-namespace
-{
+namespace {
 
 using OHOS::AbilityRuntime::AbilityContext;
 using OHOS::AbilityRuntime::Context;

@@ -11,8 +11,7 @@
 #include "resources.h"
 #include "window.h"
 
-namespace StandIn
-{
+namespace StandIn {
 
 /// The modules of an application by name; one with null resources has no resource manager.
 using Modules = std::map<std::string, std::shared_ptr<const Resources>>;

@@ -5,11 +5,9 @@
 
 #include "module_entry.h"
 
-namespace StandIn
-{
+namespace StandIn {
 
-namespace
-{
+namespace {
 
 struct Registry {
     std::mutex mutex;

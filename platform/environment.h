@@ -13,8 +13,7 @@
 #include <unordered_map>
 #include <vector>
 
-namespace StandIn
-{
+namespace StandIn {
 
 class Environment;
 

@@ -1,7 +1,6 @@
 #include "event_store.h"
 
-namespace StandIn
-{
+namespace StandIn {
 
 EventStore& EventStore::Get()
 {

@@ -10,8 +10,7 @@
 #include "app_event.h"
 #include "app_event_processor_mgr.h"
 
-namespace StandIn
-{
+namespace StandIn {
 
 /// The application events written so far, oldest forgotten first, and the processors that would report them.
 /// Thread-safe.

@@ -3,11 +3,9 @@
 #include <map>
 #include <mutex>
 
-namespace StandIn
-{
+namespace StandIn {
 
-namespace
-{
+namespace {
 
 struct Fault {
     uint64_t skip = 0;

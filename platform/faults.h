@@ -5,8 +5,7 @@
 #include <cstdint>
 #include <string>
 
-namespace StandIn
-{
+namespace StandIn {
 
 /// Calls of the module that are to fail on purpose. Thread-safe.
 class Faults

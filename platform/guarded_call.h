@@ -6,8 +6,7 @@
 #include "environment.h"
 #include "faults.h"
 
-namespace StandIn
-{
+namespace StandIn {
 
 /// Refuses a call made off the JS thread of `env`, or after its end, and logs it.
 napi_status RefuseForeign(const char* call, napi_env env);

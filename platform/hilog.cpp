@@ -10,11 +10,9 @@
 
 #include "clock.h"
 
-namespace StandIn
-{
+namespace StandIn {
 
-namespace
-{
+namespace {
 
 constexpr size_t LINE_SIZE = 4096;  // the end of the text included
 constexpr char LETTERS[] = "DIWEF";

@@ -9,8 +9,7 @@
 
 #include "hilog/log.h"
 
-namespace StandIn
-{
+namespace StandIn {
 
 struct LogLine {
     LogLevel level = LOG_DEBUG;

@@ -1,10 +1,8 @@
 #include "js_values.h"
 
-namespace StandIn
-{
+namespace StandIn {
 
-namespace
-{
+namespace {
 
 // A failed call has mostly left an exception of its own, as that of a getter.
 bool FailRead(napi_env env, const std::string& name)

@@ -9,8 +9,7 @@
 // Small steps over Node-API. All of them belong on the JS thread of `env`. Those that answer false leave a JS
 // exception pending.
 
-namespace StandIn
-{
+namespace StandIn {
 
 /// Null if the environment refuses.
 napi_value MakeText(napi_env env, const std::string& text);

@@ -3,8 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-namespace StandIn
-{
+namespace StandIn {
 
 Modal::Modal(int32_t id, int32_t generation, Opening opening)
     : id_(id),

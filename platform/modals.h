@@ -13,8 +13,7 @@
 #include "environment.h"
 #include "modal_ui_extension_config.h"
 
-namespace StandIn
-{
+namespace StandIn {
 
 /// One modal UI extension, kept after it is closed: a closed one may answer late. Thread-safe.
 class Modal

@@ -3,8 +3,7 @@
 
 #include <node_api.h>
 
-namespace StandIn
-{
+namespace StandIn {
 
 /// The module's environment on the calling JS thread; null if the module was never loaded there.
 napi_env ModuleEnv();

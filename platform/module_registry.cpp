@@ -1,11 +1,9 @@
 #include "environment.h"
 #include "module_entry.h"
 
-namespace StandIn
-{
+namespace StandIn {
 
-namespace
-{
+namespace {
 
 napi_module* gRecord = nullptr;  // set once, while the library is being loaded
 thread_local napi_env gModuleEnv = nullptr;

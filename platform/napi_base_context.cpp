@@ -5,11 +5,9 @@
 #include "device_context.h"
 #include "faults.h"
 
-namespace StandIn
-{
+namespace StandIn {
 
-namespace
-{
+namespace {
 
 // Marks the JS objects whose wrapped pointer is a ContextRecord.
 constexpr napi_type_tag CONTEXT_TAG = {0x8b1f4a0c6d2e4957, 0xa3c57e19b06d42f8};
@@ -47,8 +45,7 @@ const ContextRecord* FindContextRecord(napi_env env, napi_value value)
 
 }  // namespace StandIn
 
-namespace OHOS::AbilityRuntime
-{
+namespace OHOS::AbilityRuntime {
 
 napi_status IsStageContext(napi_env env, napi_value value, bool& isStage)
 {

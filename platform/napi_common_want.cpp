@@ -8,11 +8,9 @@
 #include "js_values.h"
 #include "params_object.h"
 
-namespace StandIn
-{
+namespace StandIn {
 
-namespace
-{
+namespace {
 
 using OHOS::AAFwk::WantParams;
 
@@ -184,8 +182,7 @@ napi_value MakeParamsObject(napi_env env, const WantParams& params)
 
 }  // namespace StandIn
 
-namespace OHOS::AppExecFwk
-{
+namespace OHOS::AppExecFwk {
 
 napi_value WrapWantParams(napi_env env, const AAFwk::WantParams& params)
 {

@@ -5,8 +5,7 @@
 
 #include "want_params.h"
 
-namespace StandIn
-{
+namespace StandIn {
 
 /// Makes a JS object of `params`, as `WrapWantParams` does for the module, but never fails on purpose.
 /// Null if the environment refuses. On `env`'s JS thread.

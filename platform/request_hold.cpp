@@ -3,11 +3,9 @@
 
 #include "environment.h"
 
-namespace StandIn
-{
+namespace StandIn {
 
-namespace
-{
+namespace {
 
 thread_local const void* gLatestSettler = nullptr;  // of the request now being started on this JS thread
 thread_local bool gIsWindowMissing = false;
@@ -47,7 +45,7 @@ void Environment::NoteWindowMissing()
 std::shared_ptr<RequestHold> Environment::InheritHold()
 {
     Environment* current = Current();
-    if (!std::exchange(gIsWindowMissing, false) || current == nullptr) {
+    if (!std::exchange(gIsWindowMissing, false) || gLatestSettler == nullptr || current == nullptr) {
         return nullptr;
     }
     auto hold = HoldRequest(current->shared_from_this());

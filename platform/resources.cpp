@@ -5,11 +5,9 @@
 
 #include "faults.h"
 
-namespace StandIn
-{
+namespace StandIn {
 
-namespace
-{
+namespace {
 
 using OHOS::Global::Resource::NOT_FOUND;
 using OHOS::Global::Resource::ResourceManager;

@@ -9,8 +9,7 @@
 
 #include "resource_manager.h"
 
-namespace StandIn
-{
+namespace StandIn {
 
 using Bytes = std::vector<uint8_t>;
 

@@ -3,8 +3,7 @@
 #include <thread>
 #include <utility>
 
-namespace StandIn
-{
+namespace StandIn {
 
 void SerialThread::Post(std::function<void()> task)
 {

@@ -6,8 +6,7 @@
 #include <functional>
 #include <mutex>
 
-namespace StandIn
-{
+namespace StandIn {
 
 /// Runs tasks one at a time, first in, first out, on one thread, which starts with the first task and never
 /// ends. The object must live as long as the process.

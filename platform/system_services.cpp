@@ -8,11 +8,9 @@
 
 // The small services that the module asks: the time, who the caller is and what it may do.
 
-namespace StandIn
-{
+namespace StandIn {
 
-namespace
-{
+namespace {
 
 constexpr uint64_t APPLICATION_TOKEN = 0x20010001;
 constexpr uint64_t SYSTEM_APP_MASK = uint64_t{1} << 32;
@@ -28,16 +26,14 @@ void SetSystemApp(bool isSystem)
 
 }  // namespace StandIn
 
-namespace OHOS
-{
+namespace OHOS {
 
 uint64_t IPCSkeleton::GetCallingFullTokenID()
 {
     return StandIn::gCallingToken;
 }
 
-namespace Security::AccessToken
-{
+namespace Security::AccessToken {
 
 bool TokenIdKit::IsSystemAppByFullTokenID(uint64_t tokenId)
 {
@@ -46,8 +42,7 @@ bool TokenIdKit::IsSystemAppByFullTokenID(uint64_t tokenId)
 
 }  // namespace Security::AccessToken
 
-namespace MiscServices
-{
+namespace MiscServices {
 
 sptr<TimeServiceClient> TimeServiceClient::GetInstance()
 {

@@ -8,11 +8,9 @@
 
 // The module's std::thread and its sleeps, turned here by the linker.
 
-namespace StandIn
-{
+namespace StandIn {
 
-namespace
-{
+namespace {
 
 /// What a thread of the module runs: its own work, between a birth and an end that the clock knows of.
 class ClockedWork final : public std::thread::_State

@@ -2,8 +2,7 @@
 
 #include <utility>
 
-namespace StandIn
-{
+namespace StandIn {
 
 UiThread& UiThread::Get()
 {

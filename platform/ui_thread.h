@@ -7,8 +7,7 @@
 
 #include "serial_thread.h"
 
-namespace StandIn
-{
+namespace StandIn {
 
 /// Delivers what extensions answer: one answer at a time on the whole device, whichever thread it runs on.
 class UiThread

@@ -2,8 +2,7 @@
 
 #include <utility>
 
-namespace OHOS::AAFwk
-{
+namespace OHOS::AAFwk {
 
 Want& Want::SetElementName(const std::string& bundleName, const std::string& abilityName)
 {

@@ -2,8 +2,7 @@
 
 #include <utility>
 
-namespace OHOS::AAFwk
-{
+namespace OHOS::AAFwk {
 
 void WantParams::SetParam(const std::string& key, Value value)
 {

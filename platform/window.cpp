@@ -4,8 +4,7 @@
 #include "faults.h"
 #include "modals.h"
 
-namespace StandIn
-{
+namespace StandIn {
 
 Window::Window(const std::shared_ptr<Environment>& environment, bool isShown)
     : environment_(environment), isShown_(isShown)

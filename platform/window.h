@@ -6,8 +6,7 @@
 
 #include "ui_content.h"
 
-namespace StandIn
-{
+namespace StandIn {
 
 class Environment;
 

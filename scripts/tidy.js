@@ -44,7 +44,7 @@ function runClangTidy(buildDir, file) {
     return new Promise((resolve) => {
         const options = { encoding: 'utf8', maxBuffer: 1 << 26 };
         execFile('clang-tidy', ['--quiet', '-p', buildDir, file], options, (error, stdout, stderr) => {
-            resolve(error ? `${stdout}${stderr}` || error.message : null);
+            resolve(error ? stdout || stderr || error.message : null);
         });
     });
 }
@@ -73,6 +73,7 @@ function findJobs(buildDir) {
     const dependencies = readDependencies(buildDir);
     const units = JSON.parse(fs.readFileSync(path.join(buildDir, 'compile_commands.json'), 'utf8'));
     return units
+        .filter((unit) => !unit.file.startsWith(buildDir + path.sep))
         .map((unit) => ({
             file: unit.file,
             stamp: path.join(stampDir, path.relative(ROOT, unit.file).replace(/[\\/]/g, '+')),
@@ -86,7 +87,8 @@ async function main(buildDir) {
     let dirty = 0;
     const work = async () => {
         for (let job = jobs.shift(); job; job = jobs.shift()) {
-            dirty += (await check(buildDir, job)) ? 0 : 1;
+            const isClean = await check(buildDir, job);
+            dirty += isClean ? 0 : 1;
         }
     };
     await Promise.all(os.cpus().map(work));

@@ -1,7 +1,8 @@
 'use strict';
 
 const assert = require('node:assert/strict');
-const { answer, countLogs, device, ends, expectChild, game, sleepers, start, test, turn, wantOf } = require('./support');
+const { answer, countLogs, device, ends, expectChild, game, sleepers, start, test, turn, wantOf } =
+    require('./support');
 
 const { clock } = device;
 const login = (playableTime, more = {}) => ['receive', { resultCode: 0, resultMessage: 'data', playableTime, ...more }];
@@ -77,17 +78,24 @@ test('one request has one timer, and another request another', async () => {
     assert.equal(await sleepers(), 2);
 });
 
-test('no release and no later answer ends a request whose timer runs', async () => {
-    const request = await limited('getLocalPlayer', 1);
-    await answer(request.modal, ['release', 0], ['release', 1], ['error', 401], ['result', 5], login(1));
-    assert.deepEqual([request.modal.isOpen, request.state], [false, ['resolved', 'data']]);
-    assert.equal(countLogs('baseContext is null'), 0);
-    assert.equal(countLogs('ResetContext anti-addiction keep context') > 0, true);
-    await timeUp();
-    assert.equal(device.modals().length, 2);
-    await answer(device.modals()[1], ['release', 0]);
-    assert.deepEqual([device.modals()[1].isOpen, countLogs('baseContext is null')], [false, 0]);
-});
+for (const [when, thread] of [['after it reached JS', 'ui'], ['before it reached JS', 'caller']]) {
+    test(`no release and no later answer, ${when}, ends a request whose timer runs`, async () => {
+        const request = start('getLocalPlayer');
+        const more = [login(1), ['result', 0], ['release', 0], ['error', 401], ['error', 5], ['result', 5]];
+        device.answerOn(thread);
+        const first = answer(request.modal, login(1));
+        await (thread === 'ui' ? first : Promise.all(more.map(([kind, ...args]) => request.modal[kind](...args))));
+        await answer(request.modal, ...more);
+        assert.deepEqual([request.modal.isOpen, request.state], [false, ['resolved', 'data']]);
+        assert.equal(countLogs('baseContext is null'), 0);
+        assert.ok(countLogs('OnError message has been back') >= 1);
+        assert.ok(countLogs('ResetContext anti-addiction keep context') >= 1);
+        await timeUp();
+        assert.equal(device.modals().length, 2);
+        await answer(device.modals()[1], ['release', 0]);
+        assert.deepEqual([device.modals()[1].isOpen, countLogs('baseContext is null')], [false, 0]);
+    });
+}
 
 test('the page waits for a window that is away when the time is up', async () => {
     const request = await limited('getLocalPlayer', 1);

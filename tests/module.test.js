@@ -9,6 +9,9 @@ const METHODS = [
     'launchCommonPage', 'syncTraceId', 'on', 'off', 'reportEventOperation', 'onEventCallback',
 ];
 
+// The others throw a plain error until their turn comes.
+const WORKING = METHODS.filter((name) => !/Role|Purchase|Login|^launch/.test(name));
+
 test('the module exports exactly its eighteen functions, in their order', () => {
     assert.deepEqual(Object.getOwnPropertyNames(game), METHODS);
     assert.ok(METHODS.every((name) => typeof game[name] === 'function'));
@@ -83,7 +86,7 @@ for (const order of [
 }
 
 test('no argument, of any type and count, crashes a method or throws anything unforeseen', () => expectChild(
-    async ({ device, game, attempt }, methods) => {
+    async ({ device, game, attempt }, methods, working) => {
         const trap = () => {
             throw new RangeError('trap');
         };
@@ -98,13 +101,11 @@ test('no argument, of any type and count, crashes a method or throws anything un
         ];
         const lists = [[], ...pool.map((a) => [a]), ...pool.flatMap((a) => pool.map((b) => [a, b])),
             ...pool.flatMap((a) => pool.map((b) => [context, a, b])), ...pool.map((a) => [context, a, a, a])];
-        const codes = { ten: new Set([0, 202, 401]), eight: new Set([undefined]) };
-        const eight = new Set(['savePlayerRole', 'prePurchase', 'postPurchase', 'unionLogin', 'quickGameLogin',
-            'launchWelcomeBanner', 'launchAntiAddiction', 'launchCommonPage']);
         const foreseen = (name, [kind, value, message]) => kind === 'returned'
             ? value === undefined || value instanceof Promise
-            : codes[eight.has(name) ? 'eight' : 'ten'].has(value) || /^trap$|revoked/.test(message)
-                || (name === 'init' && message === 'Invalid argument');
+            : [0, 202, 401].includes(value) || /^trap$|revoked/.test(message)
+                || (name === 'init' && message === 'Invalid argument')
+                || (!working.includes(name) && value === undefined);
         device.clock.manual();
         for (const name of methods) {
             for (const list of lists) {
@@ -119,4 +120,4 @@ test('no argument, of any type and count, crashes a method or throws anything un
         }
         await device.clock.advance(5000);
         device.reset();
-    }, { args: [METHODS] }));
+    }, { args: [METHODS, WORKING] }));

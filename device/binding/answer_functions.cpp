@@ -10,11 +10,9 @@
 #include "reading.h"
 #include "ui_thread.h"
 
-namespace StandIn
-{
+namespace StandIn {
 
-namespace
-{
+namespace {
 
 using OHOS::AAFwk::Want;
 using OHOS::AAFwk::WantParams;
@@ -49,7 +47,7 @@ void MoveModuleException(PendingPromise& promise)
 napi_value Give(napi_env env, int32_t id, Answer answer)
 {
     napi_value result = nullptr;
-    const auto promise = PendingPromise::Make(env, result);
+    auto promise = PendingPromise::Make(env, result);
     if (promise == nullptr) {
         return nullptr;
     }
@@ -57,11 +55,11 @@ napi_value Give(napi_env env, int32_t id, Answer answer)
     if (ui.IsBypassed()) {
         ui.RunHere([&] { Deliver(id, answer, *promise); });
         MoveModuleException(*promise);
-        promise->Settle();
+        PendingPromise::Settle(std::move(promise));
     } else {
-        ui.Post([id, answer = std::move(answer), promise] {
+        ui.Post([id, answer = std::move(answer), promise = std::move(promise)]() mutable {
             Deliver(id, answer, *promise);
-            promise->Settle();
+            PendingPromise::Settle(std::move(promise));
         });
     }
     return result;

@@ -1,4 +1,6 @@
 #include <cmath>
+#include <memory>
+#include <utility>
 
 #include "clock.h"
 #include "functions.h"
@@ -7,11 +9,9 @@
 #include "reading.h"
 #include "serial_thread.h"
 
-namespace StandIn
-{
+namespace StandIn {
 
-namespace
-{
+namespace {
 
 constexpr double SLOWEST_RATE = 1e-6;
 constexpr double FASTEST_RATE = 1e6;
@@ -24,12 +24,12 @@ SerialThread& Advancer()
     return thread;
 }
 
-void Advance(Clock::Nanoseconds distance, PendingPromise& promise)
+void Advance(Clock::Nanoseconds distance, std::shared_ptr<PendingPromise> promise)
 {
     if (!Clock::Get().Advance(distance)) {
-        promise.Fail(NEEDS_MANUAL);
+        promise->Fail(NEEDS_MANUAL);
     }
-    promise.Settle();
+    PendingPromise::Settle(std::move(promise));
 }
 
 napi_value ClockReal(napi_env env, napi_callback_info info)
@@ -70,9 +70,10 @@ napi_value ClockAdvance(napi_env env, napi_callback_info info)
         return nullptr;
     }
     napi_value result = nullptr;
-    if (const auto promise = PendingPromise::Make(env, result)) {
+    if (auto promise = PendingPromise::Make(env, result)) {
         const Clock::Nanoseconds distance(std::llround(milliseconds * 1e6));
-        Advancer().Post([distance, promise] { Advance(distance, *promise); });
+        Advancer().Post(
+            [distance, promise = std::move(promise)]() mutable { Advance(distance, std::move(promise)); });
     }
     return result;
 }

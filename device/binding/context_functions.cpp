@@ -7,11 +7,9 @@
 #include "making.h"
 #include "reading.h"
 
-namespace StandIn
-{
+namespace StandIn {
 
-namespace
-{
+namespace {
 
 struct ContextOptions {
     bool hasWindow = true;

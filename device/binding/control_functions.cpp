@@ -9,11 +9,9 @@
 #include "reading.h"
 #include "ui_thread.h"
 
-namespace StandIn
-{
+namespace StandIn {
 
-namespace
-{
+namespace {
 
 struct FaultOptions {
     uint64_t skip = 0;

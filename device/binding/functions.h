@@ -3,8 +3,7 @@
 
 #include <node_api.h>
 
-namespace StandIn
-{
+namespace StandIn {
 
 // The functions of the binding by family. Each definer adds its own to `exports`; false if the environment
 // refuses.

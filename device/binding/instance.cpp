@@ -2,8 +2,7 @@
 
 #include <utility>
 
-namespace StandIn
-{
+namespace StandIn {
 
 bool Instance::Create(napi_env env)
 {

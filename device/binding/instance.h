@@ -11,8 +11,7 @@
 #include "modals.h"
 #include "reference.h"
 
-namespace StandIn
-{
+namespace StandIn {
 
 /// What the binding keeps for one JS environment that loaded it. On that environment's JS thread only.
 class Instance

@@ -2,8 +2,7 @@
 
 #include <vector>
 
-namespace StandIn
-{
+namespace StandIn {
 
 napi_value MakeNumber(napi_env env, double number)
 {

@@ -12,8 +12,7 @@
 // JS values that the functions of the device return. A failure, as in an environment that is ending, gives
 // null.
 
-namespace StandIn
-{
+namespace StandIn {
 
 napi_value MakeNumber(napi_env env, double number);
 napi_value MakeFlag(napi_env env, bool flag);

@@ -4,11 +4,9 @@
 #include "params_object.h"
 #include "reading.h"
 
-namespace StandIn
-{
+namespace StandIn {
 
-namespace
-{
+namespace {
 
 napi_value MakeFlags(napi_env env, std::initializer_list<bool> flags)
 {

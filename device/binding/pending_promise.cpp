@@ -2,8 +2,7 @@
 
 #include "js_values.h"
 
-namespace StandIn
-{
+namespace StandIn {
 
 std::shared_ptr<PendingPromise> PendingPromise::Make(napi_env env, napi_value& promise)
 {
@@ -23,11 +22,13 @@ void PendingPromise::FailWith(napi_value error)
     }
 }
 
-void PendingPromise::Settle()
+void PendingPromise::Settle(std::shared_ptr<PendingPromise> promise)
 {
-    (void)environment_->Post(env_, [self = shared_from_this()](bool isEnding) {
+    const auto environment = promise->environment_;
+    napi_env env = promise->env_;
+    (void)environment->Post(env, [promise = std::move(promise)](bool isEnding) {
         if (!isEnding) {
-            self->SettleNow();
+            promise->SettleNow();
         }
     });
 }

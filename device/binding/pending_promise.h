@@ -9,12 +9,11 @@
 #include "environment.h"
 #include "reference.h"
 
-namespace StandIn
-{
+namespace StandIn {
 
 /// A promise that another thread may settle. It holds the loop of its environment until then. One thread at a
-/// time may use it.
-class PendingPromise : public std::enable_shared_from_this<PendingPromise>
+/// time owns it; its last owner is its JS thread.
+class PendingPromise
 {
 public:
     /// Stores the JS promise in `promise`. Empty if the environment refuses. On `env`'s JS thread.
@@ -24,8 +23,8 @@ public:
     void Fail(std::string message) { failure_ = std::move(message); }
     /// On the JS thread, before `Settle`: it will be rejected with `error`.
     void FailWith(napi_value error);
-    /// Any thread: settles it on its JS thread, after everything queued for that thread so far.
-    void Settle();
+    /// Any thread: hands it over to its JS thread, to be settled after everything queued there so far.
+    static void Settle(std::shared_ptr<PendingPromise> promise);
 
 private:
     explicit PendingPromise(napi_env env) : env_(env), environment_(Environment::Of(env)), hold_(environment_)

@@ -3,11 +3,9 @@
 #include <cmath>
 #include <limits>
 
-namespace StandIn
-{
+namespace StandIn {
 
-namespace
-{
+namespace {
 
 constexpr double MAX_SAFE_INTEGER = 9007199254740991;
 

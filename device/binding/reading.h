@@ -12,8 +12,7 @@
 // What the functions of the device read from their JS arguments. Those that answer false leave a JS exception
 // pending, which names the argument and what it may be.
 
-namespace StandIn
-{
+namespace StandIn {
 
 /// The first `COUNT` arguments of a call; undefined where the caller gave none.
 template <size_t COUNT>

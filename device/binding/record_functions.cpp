@@ -6,11 +6,9 @@
 #include "hilog.h"
 #include "making.h"
 
-namespace StandIn
-{
+namespace StandIn {
 
-namespace
-{
+namespace {
 
 using OHOS::HiviewDFX::Event;
 using OHOS::HiviewDFX::EventConfig;

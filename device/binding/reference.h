@@ -5,8 +5,7 @@
 
 #include <utility>
 
-namespace StandIn
-{
+namespace StandIn {
 
 /// Keeps a JS object or function alive. Used and destroyed on its environment's JS thread only, unless empty.
 class Reference

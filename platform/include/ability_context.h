@@ -4,8 +4,7 @@
 #include "context.h"
 #include "ui_content.h"
 
-namespace OHOS::AbilityRuntime
-{
+namespace OHOS::AbilityRuntime {
 
 /// The context of an ability that owns a window.
 class AbilityContext : public Context

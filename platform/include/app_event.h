@@ -7,8 +7,7 @@
 #include <variant>
 #include <vector>
 
-namespace OHOS::HiviewDFX
-{
+namespace OHOS::HiviewDFX {
 
 enum class EventType { FAULT = 1, STATISTIC = 2, SECURITY = 3, BEHAVIOR = 4 };
 

@@ -6,8 +6,7 @@
 #include <string>
 #include <vector>
 
-namespace OHOS::HiviewDFX
-{
+namespace OHOS::HiviewDFX {
 
 /// An event that a processor is to report; at once if `isRealTime`, else with the next batch.
 struct EventConfig {

@@ -7,8 +7,7 @@
 
 #include "resource_manager.h"
 
-namespace OHOS::AbilityRuntime
-{
+namespace OHOS::AbilityRuntime {
 
 /// A stage-model context: what an application component knows of its surroundings. Always held by shared
 /// pointers; callable from any thread.

@@ -3,8 +3,7 @@
 
 #include <cstdint>
 
-namespace OHOS
-{
+namespace OHOS {
 
 class IPCSkeleton
 {

@@ -7,8 +7,7 @@
 
 #include "want.h"
 
-namespace OHOS::Ace
-{
+namespace OHOS::Ace {
 
 /// What an extension answers. The platform keeps copies of the callbacks for the life of the modal and calls
 /// them on the UI thread of the window that hosts it, one at a time. Empty ones are skipped.

@@ -6,8 +6,7 @@
 #include "context.h"
 #include "napi/native_api.h"
 
-namespace OHOS::AbilityRuntime
-{
+namespace OHOS::AbilityRuntime {
 
 /// Tells in `isStage` whether the JS value is a context of the stage model. On `env`'s JS thread.
 napi_status IsStageContext(napi_env env, napi_value value, bool& isStage);

@@ -4,8 +4,7 @@
 #include "napi/native_api.h"
 #include "want_params.h"
 
-namespace OHOS::AppExecFwk
-{
+namespace OHOS::AppExecFwk {
 
 /// Makes a JS object of `params`: one property per parameter, with the JS counterpart of its type (number,
 /// boolean, string, array of strings, object). Null if the environment refuses. On `env`'s JS thread.

@@ -5,8 +5,7 @@
 #include <cstdint>
 #include <utility>
 
-namespace OHOS
-{
+namespace OHOS {
 
 /// Base of objects that count their own holders; the last `sptr` to go deletes the object.
 /// Counting is thread-safe, the object's own members are not guarded.

@@ -6,8 +6,7 @@
 #include <memory>
 #include <string>
 
-namespace OHOS::Global::Resource
-{
+namespace OHOS::Global::Resource {
 
 enum RState { SUCCESS = 0, NOT_FOUND = 9001002 };
 

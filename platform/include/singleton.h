@@ -5,8 +5,7 @@
 #include <mutex>
 #include <new>
 
-namespace OHOS
-{
+namespace OHOS {
 
 /// Lazily creates the one instance of `T` that lives until the process ends. Callable from any thread.
 /// The instance is never destroyed: detached threads may still use it while the process exits.

@@ -5,8 +5,7 @@
 
 #include "refbase.h"
 
-namespace OHOS::MiscServices
-{
+namespace OHOS::MiscServices {
 
 /// The client of the time service. Callable from any thread.
 class TimeServiceClient : public RefBase

@@ -3,8 +3,7 @@
 
 #include <cstdint>
 
-namespace OHOS::Security::AccessToken
-{
+namespace OHOS::Security::AccessToken {
 
 class TokenIdKit
 {

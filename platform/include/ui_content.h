@@ -5,8 +5,7 @@
 
 #include "modal_ui_extension_config.h"
 
-namespace OHOS::Ace
-{
+namespace OHOS::Ace {
 
 /// The content of a window. Callable from any thread.
 class UIContent

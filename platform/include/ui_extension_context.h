@@ -4,8 +4,7 @@
 #include "context.h"
 #include "ui_content.h"
 
-namespace OHOS::AbilityRuntime
-{
+namespace OHOS::AbilityRuntime {
 
 /// The context of a UI extension, shown in a window of its host.
 class UIExtensionContext : public Context

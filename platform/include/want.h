@@ -5,8 +5,7 @@
 
 #include "want_params.h"
 
-namespace OHOS::AAFwk
-{
+namespace OHOS::AAFwk {
 
 /// A request to start an ability: the element that names it, and its parameters. A plain value type.
 class Want

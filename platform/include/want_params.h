@@ -8,8 +8,7 @@
 #include <variant>
 #include <vector>
 
-namespace OHOS::AAFwk
-{
+namespace OHOS::AAFwk {
 
 /// Typed key-value parameters that travel between applications. A plain value type: copies share nothing that
 /// can change, so distinct copies may be used from distinct threads.

@@ -10,7 +10,7 @@ const path = require('node:path');
 const { Worker, parentPort, threadId } = require('node:worker_threads');
 
 const ROOT = path.join(__dirname, '..', '..');
-const LIMIT_MS = 30000;
+const LIMIT_MS = 15000;
 const PARAMETER_ERROR = [401, 'Parameter error.'];
 const SYSTEM_ERROR = [1002000001, 'System internal error.'];
 
