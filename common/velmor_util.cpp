@@ -109,6 +109,13 @@ std::string GetStringUtf8(napi_env env, napi_value value)
     return buffer;
 }
 
+int32_t ToInt32(napi_env env, napi_value value)
+{
+    int32_t number = 0;
+    (void)napi_get_value_int32(env, value, &number);
+    return number;
+}
+
 napi_status SetIntProperty(napi_env env, napi_value object, const char* name, int32_t value)
 {
     napi_value number = nullptr;

@@ -1,6 +1,7 @@
 #ifndef COMMON_VELMOR_UTIL_H
 #define COMMON_VELMOR_UTIL_H
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -34,6 +35,9 @@ bool HasProperty(napi_env env, napi_value object, const char* name);
 /// A JS string up to its first NUL, cut at `MAX_TEXT_LENGTH` bytes. Anything else is logged and reads as
 /// empty.
 std::string GetStringUtf8(napi_env env, napi_value value);
+
+/// A JS number as `JsObjectToInt` reads it; anything else reads as 0.
+int32_t ToInt32(napi_env env, napi_value value);
 
 /// Sets a property to a number or to a text up to its first NUL; a failure is logged, and its status
 /// returned.
@@ -78,6 +82,10 @@ std::string GetTraceId();
 
 /// Milliseconds since the device booted.
 int64_t GetCurrentTimestamp();
+
+/// `length` bytes in base64 (RFC 4648, section 4: with padding, on one line). Empty, and logged, if there is
+/// nothing to encode or memory runs out. `length` must fit an int.
+std::string Base64Encode(const uint8_t* data, size_t length);
 
 /// Whether the caller is a system application; if not, that is logged.
 bool IsSystemAppCalling();

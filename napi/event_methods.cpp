@@ -91,13 +91,6 @@ int32_t UnsubscribeListener(napi_env env, const CallArguments& args)
     return ERROR_SUCCESS;
 }
 
-int32_t ToInt32(napi_env env, napi_value value)
-{
-    int32_t number = 0;
-    (void)napi_get_value_int32(env, value, &number);
-    return number;
-}
-
 }  // namespace
 
 napi_value Manager::On(napi_env env, napi_callback_info info)

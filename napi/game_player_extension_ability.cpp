@@ -20,26 +20,20 @@ constexpr napi_property_descriptor Method(const char* name, napi_callback method
     return {name, nullptr, method, nullptr, nullptr, nullptr, napi_default, nullptr};
 }
 
-napi_value Unavailable(napi_env env, napi_callback_info /*info*/)
-{
-    (void)napi_throw_error(env, nullptr, "This method is not available in this version of the module.");
-    return nullptr;
-}
-
 constexpr napi_property_descriptor METHODS[] = {
     Method("init", Manager::Init),
     Method("getLocalPlayer", Manager::GetLocalPlayer),
-    Method("savePlayerRole", Unavailable),
-    Method("prePurchase", Unavailable),
-    Method("postPurchase", Unavailable),
+    Method("savePlayerRole", Manager::SavePlayerRole),
+    Method("prePurchase", Manager::PrePurchase),
+    Method("postPurchase", Manager::PostPurchase),
     Method("bindPlayer", Manager::BindPlayer),
     Method("unbindPlayer", Manager::UnbindPlayer),
     Method("verifyLocalPlayer", Manager::VerifyLocalPlayer),
-    Method("unionLogin", Unavailable),
-    Method("launchWelcomeBanner", Unavailable),
-    Method("launchAntiAddiction", Unavailable),
-    Method("quickGameLogin", Unavailable),
-    Method("launchCommonPage", Unavailable),
+    Method("unionLogin", Manager::UnionLogin),
+    Method("launchWelcomeBanner", Manager::LaunchWelcomeBanner),
+    Method("launchAntiAddiction", Manager::LaunchAntiAddiction),
+    Method("quickGameLogin", Manager::QuickGameLogin),
+    Method("launchCommonPage", Manager::LaunchCommonPage),
     Method("syncTraceId", Manager::SyncTraceId),
     Method("on", Manager::On),
     Method("off", Manager::Off),

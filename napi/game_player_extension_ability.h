@@ -20,9 +20,17 @@ public:
 
     static napi_value Init(napi_env env, napi_callback_info info);
     static napi_value GetLocalPlayer(napi_env env, napi_callback_info info);
+    static napi_value SavePlayerRole(napi_env env, napi_callback_info info);
+    static napi_value PrePurchase(napi_env env, napi_callback_info info);
+    static napi_value PostPurchase(napi_env env, napi_callback_info info);
     static napi_value BindPlayer(napi_env env, napi_callback_info info);
     static napi_value UnbindPlayer(napi_env env, napi_callback_info info);
     static napi_value VerifyLocalPlayer(napi_env env, napi_callback_info info);
+    static napi_value UnionLogin(napi_env env, napi_callback_info info);
+    static napi_value LaunchWelcomeBanner(napi_env env, napi_callback_info info);
+    static napi_value LaunchAntiAddiction(napi_env env, napi_callback_info info);
+    static napi_value QuickGameLogin(napi_env env, napi_callback_info info);
+    static napi_value LaunchCommonPage(napi_env env, napi_callback_info info);
     static napi_value SyncTraceId(napi_env env, napi_callback_info info);
     static napi_value On(napi_env env, napi_callback_info info);
     static napi_value Off(napi_env env, napi_callback_info info);

@@ -1,8 +1,6 @@
-#include <nlohmann/json.hpp>
-
 #include "common/velmor_log.h"
 #include "napi/game_player_extension_ability.h"
-#include "napi/player_records.h"
+#include "napi/request_contexts.h"
 #include "napi/request_shape.h"
 
 namespace TAVIK::GAME_PLAYER {
@@ -27,10 +25,10 @@ bool ParseBindPlayerReq(napi_env env, const CallArguments& args, Context& contex
 }
 
 template <typename Context>
-void ExecuteBindPlayer(const Context& context, Want& want)
+void ExecuteBindPlayer(Context& context, Want& want)
 {
-    want.SetParam(KEY_THIRD_OPEN_ID, context.thirdOpenId);
-    want.SetParam(KEY_TEAM_PLAYER_ID, context.teamPlayerId);
+    want.SetParam(KEY_THIRD_OPEN_ID, std::move(context.thirdOpenId));
+    want.SetParam(KEY_TEAM_PLAYER_ID, std::move(context.teamPlayerId));
 }
 
 // A missing or wrong `thirdOpenId` is sent as an empty one, and left to the extension to judge.
@@ -62,28 +60,12 @@ bool ParseVerifyLocalPlayerReq(napi_env env, const CallArguments& args, VerifyLo
     return true;
 }
 
-void ExecuteVerifyLocalPlayer(const VerifyLocalPlayerContext& context, Want& want)
+void ExecuteVerifyLocalPlayer(VerifyLocalPlayerContext& context, Want& want)
 {
-    want.SetParam("thirdUserInfo", context.thirdUserInfo.ToString());
+    want.SetParam("thirdUserInfo", std::move(context.thirdUserInfo).ToString());
 }
 
 }  // namespace
-
-std::string ThirdUserInfo::ToString() const
-{
-    nlohmann::json json;
-    json[KEY_THIRD_OPEN_ID] = thirdOpenId;
-    if (isRealNameSet) {
-        json[KEY_IS_REAL_NAME] = isRealName;
-    }
-    if (isAdultSet) {
-        json[KEY_IS_ADULT] = isAdult;
-    }
-    if (ageRangeSet) {
-        json[KEY_AGE_RANGE] = ageRange;
-    }
-    return json.dump();
-}
 
 napi_value Manager::Init(napi_env env, napi_callback_info info)
 {

@@ -13,10 +13,10 @@ using Manager = GamePlayerExtensionAbilityManager;
 
 namespace {
 
-void ReportFailure(const RequestRule& rule, int64_t startTime)
+void ReportFailure(RequestType type, int64_t startTime)
 {
     auto analytics = OHOS::DelayedSingleton<OHOS::Velmor::HaUtils>::GetInstance();
-    analytics->WriteEndEvent(FindApiName(rule.type), startTime, ERROR_PARAMETER);
+    analytics->WriteEndEvent(FindApiName(type), startTime, ERROR_PARAMETER);
 }
 
 int32_t FailureCode(const RequestRule& rule)
@@ -41,18 +41,13 @@ bool IsExceptionPending(napi_env env)
     return isPending;
 }
 
-void Execute(const RequestRule& rule, const RequestSteps& steps, std::shared_ptr<BaseContext> context)
-{
-    GAME_LOGI("begin Execute%{public}s", rule.method);
-    OHOS::AAFwk::Want want = MakeGameServiceWant(rule.type);
-    steps.execute(*context, want);
-    ModalUICallback::StartUIExtensionAbility(want, std::make_shared<ContextOwner>(std::move(context)));
-    GAME_LOGI("end Execute%{public}s", rule.method);
-}
-
 void FailRequest(napi_env env, const RequestRule& rule, BaseContext& context)
 {
-    ReportFailure(rule, context.startTime);
+    if (rule.answer == Answer::NONE) {
+        GAME_LOGE("%{public}s build context failed", rule.method);
+        return;
+    }
+    ReportFailure(rule.failureType, context.startTime);
     if (IsExceptionPending(env)) {
         return;
     }
@@ -75,11 +70,21 @@ bool CallArguments::Read(napi_env env, napi_callback_info info, size_t maxArgs)
     return true;
 }
 
+void OpenExtension(const RequestRule& rule, const std::shared_ptr<BaseContext>& context,
+                   void (*addParams)(BaseContext& context, OHOS::AAFwk::Want& want))
+{
+    GAME_LOGI("begin Execute%{public}s", rule.method);
+    OHOS::AAFwk::Want want = MakeGameServiceWant(rule.type);
+    addParams(*context, want);
+    ModalUICallback::StartUIExtensionAbility(want, std::make_shared<ContextOwner>(context));
+    GAME_LOGI("end Execute%{public}s", rule.method);
+}
+
 napi_value RunRequest(napi_env env, napi_callback_info info, const RequestRule& rule,
                       const RequestSteps& steps)
 {
     GAME_LOGI("begin %{public}s", rule.method);
-    const int64_t startTime = GetCurrentTimestamp();
+    const int64_t startTime = rule.answer == Answer::EXPECTED ? GetCurrentTimestamp() : 0;
     if (!IsValidEnv(gEnvInfo)) {
         GAME_LOGE("%{public}s invalid env", rule.method);
         return nullptr;
@@ -92,18 +97,19 @@ napi_value RunRequest(napi_env env, napi_callback_info info, const RequestRule& 
         GAME_LOGI("%{public}s params size:%{public}lu", rule.method, static_cast<unsigned long>(args.count));
     }
     if (!rule.counts.Accepts(args.count)) {
-        ReportFailure(rule, startTime);
+        ReportFailure(rule.type, startTime);
         ThrowBusinessError(env, FailureCode(rule), "");
         return args.undefined;
     }
-    auto context = steps.create(rule.type, startTime, args.values[0]);
+    std::shared_ptr<BaseContext> context = steps.create(rule.type, startTime, args.values[0]);
+    context->hasMsgBack = rule.answer == Answer::NONE;
     napi_value result = args.undefined;
     if (!BuildContext(env, rule, args, *context, result) || !steps.parse(env, args, *context) ||
         IsExceptionPending(env)) {
         FailRequest(env, rule, *context);
         return result;
     }
-    Execute(rule, steps, std::move(context));
+    steps.execute(rule, context);
     GAME_LOGI("end %{public}s", rule.method);
     return result;
 }

@@ -9,7 +9,7 @@
 #include "common/velmor_util.h"
 #include "hilog.h"
 #include "napi/native_api.h"
-#include "napi/player_records.h"
+#include "napi/request_contexts.h"
 
 using namespace TAVIK::GAME_PLAYER;
 

@@ -1,0 +1,37 @@
+#include <openssl/bio.h>
+#include <openssl/buffer.h>
+
+#include "faults.h"
+
+// The module's calls of OpenSSL, turned here by the linker so that they can fail on purpose.
+
+using StandIn::Faults;
+
+extern "C" {
+
+long __wrap_BIO_ctrl(BIO* bio, int command, long number, void* pointer)
+{
+    return Faults::Trip("BIO_ctrl") ? 0 : BIO_ctrl(bio, command, number, pointer);
+}
+
+BIO* __wrap_BIO_new(const BIO_METHOD* method)
+{
+    return Faults::Trip("BIO_new") ? nullptr : BIO_new(method);
+}
+
+int __wrap_BIO_write(BIO* bio, const void* data, int length)
+{
+    return Faults::Trip("BIO_write") ? -1 : BIO_write(bio, data, length);
+}
+
+size_t __wrap_BUF_MEM_grow(BUF_MEM* buffer, size_t length)
+{
+    return Faults::Trip("BUF_MEM_grow") ? 0 : BUF_MEM_grow(buffer, length);
+}
+
+BUF_MEM* __wrap_BUF_MEM_new(void)
+{
+    return Faults::Trip("BUF_MEM_new") ? nullptr : BUF_MEM_new();
+}
+
+}  // extern "C"
