@@ -1,0 +1,123 @@
+'use strict';
+
+// The stage on which the sample plays: it shows what the game calls and gets, and stops at a scene that goes wrong.
+
+const util = require('node:util');
+const device = require('../device');
+const extension = require('./extension');
+const screen = require('./screen');
+
+const LIMIT_MS = 30000;
+const scenes = [];
+let current = null;
+
+/** Tells the time since now: the device's if that moved, else the real one. */
+function stopwatch() {
+    const [deviceBegin, realBegin] = [device.clock.now(), performance.now()];
+    return () => {
+        const passed = device.clock.now() - deviceBegin;
+        return passed ? `${screen.duration(passed)} on the device` : screen.duration(performance.now() - realBegin);
+    };
+}
+
+/** `callback`, showing what it is called with, and `time()` behind that. */
+function showing(callback, time) {
+    return function show(...args) {
+        const text = screen.describeCall(callback.name || 'callback', args);
+        screen.received(text, time(), args[0] instanceof Error ? 'red' : '');
+        return callback.apply(this, args);
+    };
+}
+
+// By listener: the one that stands in for it, so that "off" finds what "on" was given.
+const listeners = new WeakMap();
+
+function showingListener(listener) {
+    if (!listeners.has(listener)) {
+        listeners.set(listener, showing(listener, () => ''));
+    }
+    return listeners.get(listener);
+}
+
+function call(module, name, args) {
+    screen.line('game', `→ ${screen.describeCall(name, args)}`);
+    const time = stopwatch();
+    const shown = name === 'on' || name === 'off' ? showingListener : (callback) => showing(callback, time);
+    const given = args.map((value) => (typeof value === 'function' ? shown(value) : value));
+    const show = (verb, style) => (value) => screen.received(`${verb} ${screen.describe(value)}`, time(), style);
+    try {
+        const result = module[name](...given);
+        if (result instanceof Promise) {
+            result.then(show('resolves with'), show('rejects with', 'red'));
+        }
+        return result;
+    } catch (error) {
+        show('throws', 'red')(error);
+        throw error;
+    }
+}
+
+/** The module, with methods that show how they are called and what comes of it. */
+function watch(module) {
+    const methods = Object.getOwnPropertyNames(module);
+    return Object.fromEntries(methods.map((name) => [name, (...args) => call(module, name, args)]));
+}
+
+/** Lets `ms` milliseconds pass on the device, without waiting for them. */
+async function pass(ms) {
+    screen.line('clock', `${screen.duration(ms)} pass`);
+    await device.clock.advance(ms);
+}
+
+/**
+ * Adds a scene: `play` is the game's code, and what it returns or resolves with has to equal `comesTo`, which is
+ * undefined if left out. `about` is for the reader.
+ */
+function scene(title, { about, play, comesTo }) {
+    scenes.push({ title, about, play, comesTo });
+}
+
+/** Says in one line what went wrong, and where, and ends the process with status 1. */
+function fail(reason) {
+    const [line] = reason.split('\n');
+    process.stderr.write(`The sample failed${current ? ` in "${current.title}"` : ''}: ${line}\n`);
+    process.exit(1);
+}
+
+/** Prepares the process: time moves only by `pass`, the extension serves, and what goes wrong ends it. */
+function open() {
+    process.on('uncaughtException', (error) => fail(screen.describe(error)));
+    device.clock.manual();
+    extension.open();
+}
+
+async function playScene({ title, about, play, comesTo }, number) {
+    screen.title(number, title, about);
+    const limit = setTimeout(fail, LIMIT_MS, `it is not over after ${LIMIT_MS / 1000} s`).unref();
+    const outcome = await play();
+    await extension.rest();
+    clearTimeout(limit);
+    if (!util.isDeepStrictEqual(outcome, comesTo)) {
+        fail(`it came to ${screen.describe(outcome)} instead of ${screen.describe(comesTo)}`);
+    }
+    if (device.modals().some(({ isOpen }) => isOpen)) {
+        fail('it left a modal open');
+    }
+    screen.print();
+}
+
+/** Plays all scenes in their order. */
+async function perform() {
+    process.on('exit', (status) => {
+        if (current && status === 0) {
+            fail('it is not over, and nothing is left to wait for');
+        }
+    });
+    for (const [i, next] of scenes.entries()) {
+        current = next;
+        await playScene(next, i + 1);
+    }
+    current = null;
+}
+
+module.exports = { fail, open, pass, perform, scene, watch };
