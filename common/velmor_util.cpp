@@ -187,6 +187,13 @@ bool IsValidEnv(const EnvInfo* info)
     return FindEnvInfo(info) != gEnvInfoList.infos.end();
 }
 
+LiveEnv::LiveEnv(const std::shared_ptr<EnvInfo>& info) : lock_(gEnvInfoList.mutex)
+{
+    if (FindEnvInfo(info.get()) == gEnvInfoList.infos.end()) {
+        lock_.unlock();
+    }
+}
+
 void SetTraceId(std::string traceId)
 {
     std::lock_guard<std::mutex> guard(gTraceId.mutex);

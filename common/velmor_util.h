@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <shared_mutex>
 #include <string>
 
 #include "napi/native_api.h"
@@ -73,6 +74,20 @@ inline bool IsValidEnv(const std::shared_ptr<EnvInfo>& info)
 {
     return IsValidEnv(info.get());
 }
+
+/// Asks the same, and if the environment is registered keeps it so: its end waits until this object is gone.
+/// For the few calls that other threads make on an environment; must not live while JS runs. One per thread
+/// at a time.
+class LiveEnv
+{
+public:
+    explicit LiveEnv(const std::shared_ptr<EnvInfo>& info);
+
+    explicit operator bool() const { return lock_.owns_lock(); }
+
+private:
+    std::shared_lock<std::shared_mutex> lock_;
+};
 
 // The process. Callable from any thread.
 

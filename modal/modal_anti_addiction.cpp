@@ -95,7 +95,8 @@ void ModalUICallback::DoGameEvent(const BaseContext* context, int32_t event, std
                                   std::string resultInfo)
 {
     GAME_LOGI("DoGameEvent %{public}s[%{public}d] called", eventType.c_str(), event);
-    if (context == nullptr || !IsValidEnv(context->envInfo)) {
+    LiveEnv isLive(context != nullptr ? context->envInfo : nullptr);
+    if (!isLive) {
         GAME_LOGW("DoGameEvent invalid context or env");
         return;
     }

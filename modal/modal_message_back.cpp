@@ -46,20 +46,32 @@ void ModalUICallback::SendMessageBack()
     }
     OHOS::DelayedSingleton<OHOS::Velmor::HaUtils>::GetInstance()->WriteEndEvent(apiName, context->startTime,
                                                                                 context->errorCode);
-    const bool isValidEnv = IsValidEnv(context->envInfo);
     auto workData = TakeResult(context, owner_);
-    QueueStatus status = isValidEnv ? QueueOnLoop(context->envInfo->env, workData.get(), SendMessageBackWork)
-                                    : QueueStatus::NO_LOOP;
-    if (status == QueueStatus::QUEUED) {
-        (void)workData.release();
+    if (QueueMessageBack(workData)) {
         return;
     }
-    if (status == QueueStatus::NO_LOOP) {
-        GAME_LOGE("isValidEnv[%{public}d] or get loop failed", isValidEnv);
-    } else {
-        GAME_LOGE("SendMessageBack uv_queue_work call failed");
-    }
     DoMessageBackException(*workData);
+}
+
+// True if the delivery is on its way and owns `workData` now.
+bool ModalUICallback::QueueMessageBack(std::unique_ptr<WorkData>& workData)
+{
+    const std::shared_ptr<EnvInfo>& envInfo = workData->context->envInfo;
+    LiveEnv isLive(envInfo);
+    QueueStatus status =
+        isLive ? QueueOnLoop(envInfo->env, workData.get(), SendMessageBackWork) : QueueStatus::NO_LOOP;
+    switch (status) {
+        case QueueStatus::QUEUED:
+            (void)workData.release();
+            return true;
+        case QueueStatus::NO_LOOP:
+            GAME_LOGE("isValidEnv[%{public}d] or get loop failed", static_cast<bool>(isLive));
+            return false;
+        case QueueStatus::REFUSED:
+            GAME_LOGE("SendMessageBack uv_queue_work call failed");
+            return false;
+    }
+    return false;
 }
 
 // A result that ends the request takes the context along, so that an answer which comes before the delivery

@@ -85,6 +85,7 @@ private:
     static void AssembleErrorMessage(BaseContext& context);
     static std::unique_ptr<WorkData> TakeResult(const LockedContext& context,
                                                 const std::shared_ptr<ContextOwner>& owner);
+    static bool QueueMessageBack(std::unique_ptr<WorkData>& workData);
     static void SendMessageBackWork(uv_work_t* work, int status);
     static bool SettleRequest(WorkData& workData);
     static void CreateResultMessage(WorkData& workData, napi_value (&result)[2]);

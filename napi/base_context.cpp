@@ -12,16 +12,26 @@ BaseContext::BaseContext(int32_t type, int64_t start, napi_value context)
 BaseContext::~BaseContext()
 {
     GAME_LOGI("release enter");
-    if (callbackRef != nullptr && IsValidEnv(envInfo)) {
-        (void)napi_delete_reference(envInfo->env, callbackRef);
-        callbackRef = nullptr;
-        GAME_LOGI("release callback");
+    if (callbackRef != nullptr) {
+        ReleaseCallback();
     }
     if (deferred != nullptr) {
         deferred = nullptr;
         GAME_LOGI("release deferred");
     }
     GAME_LOGI("release exit");
+}
+
+// A reference whose environment has ended is left alone.
+void BaseContext::ReleaseCallback()
+{
+    LiveEnv isLive(envInfo);
+    if (!isLive) {
+        return;
+    }
+    (void)napi_delete_reference(envInfo->env, callbackRef);
+    callbackRef = nullptr;
+    GAME_LOGI("release callback");
 }
 
 void ContextOwner::Release()

@@ -46,6 +46,9 @@ struct BaseContext {
     bool isMsgQueued = false;           // the one result for JS is on its way
     bool needMessageBack = true;        // an error of the extension may still be reported
     bool antiAddictionRunning = false;  // a timer needs the context
+
+private:
+    void ReleaseCallback();
 };
 
 /// Exclusive use of a context that keeps it from being freed; false if the request has ended.
