@@ -136,6 +136,13 @@ bool IsObject(napi_env env, napi_value value)
     return napi_typeof(env, value, &type) == napi_ok && type == napi_object;
 }
 
+bool IsExceptionPending(napi_env env)
+{
+    bool isPending = false;
+    (void)napi_is_exception_pending(env, &isPending);
+    return isPending;
+}
+
 bool ValidateTypeNotEmpty(napi_env env, napi_value value)
 {
     napi_valuetype type = napi_undefined;

@@ -48,6 +48,9 @@ napi_status SetStringProperty(napi_env env, napi_value object, const char* name,
 /// Whether the value's type is `object`: arrays and dates are, functions and `null` are not.
 bool IsObject(napi_env env, napi_value value);
 
+/// Whether an exception is pending that JS will see when the current call returns.
+bool IsExceptionPending(napi_env env);
+
 /// False, and logged, for `undefined` and `null`.
 bool ValidateTypeNotEmpty(napi_env env, napi_value value);
 

@@ -138,7 +138,7 @@ bool ModalUICallback::RetryStart(const Want& want, ContextOwner& owner,
 void ModalUICallback::AnswerLateStart(const std::shared_ptr<ContextOwner>& owner)
 {
     LockedContext context = owner->Lock();
-    if (!context || context->hasMsgBack) {
+    if (!context || context->hasMsgBack || context->isMsgQueued) {
         GAME_LOGI("DelayStartUIExtensionAbility need not message back");
         return;
     }

@@ -41,15 +41,6 @@ bool IsPermitted(const std::string& eventType)
     return eventType != EVENT_GAME_ADDICTION_PREVENTED || IsSystemAppCalling();
 }
 
-// The event is written before the error is thrown.
-void EndListenerCall(napi_env env, RequestType api, int64_t startTime, int32_t code)
-{
-    Analytics()->WriteEndEvent(FindApiName(api), startTime, code);
-    if (code != ERROR_SUCCESS) {
-        ThrowBusinessError(env, code, "");
-    }
-}
-
 int32_t SubscribeListener(napi_env env, const CallArguments& args)
 {
     if (args.count != 2) {
@@ -91,30 +82,35 @@ int32_t UnsubscribeListener(napi_env env, const CallArguments& args)
     return ERROR_SUCCESS;
 }
 
+// The event is written before an error is thrown.
+napi_value RunListenerCall(napi_env env, napi_callback_info info, RequestType api,
+                           int32_t (*run)(napi_env env, const CallArguments& args))
+{
+    const int64_t startTime = GetCurrentTimestamp();
+    CallArguments args;
+    if (!args.Read(env, info, 2)) {
+        return nullptr;
+    }
+    const int32_t code = run(env, args);
+    Analytics()->WriteEndEvent(FindApiName(api), startTime, code);
+    if (code != ERROR_SUCCESS) {
+        ThrowBusinessError(env, code, "");
+    }
+    return args.undefined;
+}
+
 }  // namespace
 
 napi_value Manager::On(napi_env env, napi_callback_info info)
 {
     GAME_LOGI("begin On");
-    const int64_t startTime = GetCurrentTimestamp();
-    CallArguments args;
-    if (!args.Read(env, info, 2)) {
-        return nullptr;
-    }
-    EndListenerCall(env, REQUEST_ON, startTime, SubscribeListener(env, args));
-    return args.undefined;
+    return RunListenerCall(env, info, REQUEST_ON, SubscribeListener);
 }
 
 napi_value Manager::Off(napi_env env, napi_callback_info info)
 {
     GAME_LOGI("begin Off");
-    const int64_t startTime = GetCurrentTimestamp();
-    CallArguments args;
-    if (!args.Read(env, info, 2)) {
-        return nullptr;
-    }
-    EndListenerCall(env, REQUEST_OFF, startTime, UnsubscribeListener(env, args));
-    return args.undefined;
+    return RunListenerCall(env, info, REQUEST_OFF, UnsubscribeListener);
 }
 
 napi_value Manager::OnEventCallback(napi_env env, napi_callback_info info)
@@ -135,6 +131,9 @@ napi_value Manager::OnEventCallback(napi_env env, napi_callback_info info)
     }
     std::string resultInfo;
     JsObjectToString(env, args.values[0], "resultInfo", MAX_TEXT_LENGTH, resultInfo);
+    if (IsExceptionPending(env)) {
+        return nullptr;
+    }
     BaseContext context(REQUEST_UNKNOWN, GetCurrentTimestamp(), args.values[0]);
     ModalUICallback::DoGameEvent(&context, 0, EVENT_PLAYER_CHANGED, resultInfo);
     GAME_LOGI("OnEventCallback switch game account event callback end");

@@ -64,9 +64,7 @@ void ThrowLastError(napi_env env)
     (void)napi_get_last_error_info(env, &info);
     // Taken now: the next call clears what `info` points to.
     const char* message = info != nullptr ? info->error_message : nullptr;
-    bool isPending = false;
-    (void)napi_is_exception_pending(env, &isPending);
-    if (!isPending) {
+    if (!IsExceptionPending(env)) {
         (void)napi_throw_error(env, nullptr, message != nullptr ? message : "empty error message");
     }
 }

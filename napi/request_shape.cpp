@@ -34,13 +34,6 @@ bool BuildContext(napi_env env, const RequestRule& rule, const CallArguments& ar
     return Manager::BuildContextForCallback(env, context);
 }
 
-bool IsExceptionPending(napi_env env)
-{
-    bool isPending = false;
-    (void)napi_is_exception_pending(env, &isPending);
-    return isPending;
-}
-
 void FailRequest(napi_env env, const RequestRule& rule, BaseContext& context)
 {
     if (rule.answer == Answer::NONE) {

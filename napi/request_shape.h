@@ -123,12 +123,12 @@ template <typename Context, bool (*PARSE)(napi_env, const CallArguments&, Contex
           void (*EXECUTE)(Context&, OHOS::AAFwk::Want&) = AddNothing<Context>>
 napi_value RunRequest(napi_env env, napi_callback_info info, const RequestRule& rule)
 {
-    constexpr auto open = [](const RequestRule& request, const std::shared_ptr<BaseContext>& context) {
+    constexpr auto OPEN = [](const RequestRule& request, const std::shared_ptr<BaseContext>& context) {
         OpenExtension(request, context, [](BaseContext& base, OHOS::AAFwk::Want& want) {
             EXECUTE(static_cast<Context&>(base), want);
         });
     };
-    return RunRequest(env, info, rule, MakeSteps<Context, PARSE>(open));
+    return RunRequest(env, info, rule, MakeSteps<Context, PARSE>(OPEN));
 }
 
 }  // namespace TAVIK::GAME_PLAYER
