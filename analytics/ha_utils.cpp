@@ -5,6 +5,7 @@
 #include "app_event.h"
 #include "app_event_processor_mgr.h"
 #include "common/velmor_log.h"
+#include "singleton.h"
 #include "time_service_client.h"
 
 namespace OHOS::Velmor {
@@ -71,6 +72,13 @@ void HaUtils::WriteEndEvent(const std::string& apiName, int64_t beginTime, int32
     event.AddParam("result", 0);
     event.AddParam("error_code", errorCode);
     (void)HiviewDFX::Write(event);
+}
+
+void HaUtils::ReportEnd(const std::string& apiName, int64_t beginTime, int32_t errorCode)
+{
+    if (auto instance = DelayedSingleton<HaUtils>::GetInstance()) {
+        instance->WriteEndEvent(apiName, beginTime, errorCode);
+    }
 }
 
 }  // namespace OHOS::Velmor

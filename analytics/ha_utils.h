@@ -17,6 +17,9 @@ public:
     /// `errorCode` is 0 for success. The first event of the process registers the report processor.
     void WriteEndEvent(const std::string& apiName, int64_t beginTime, int32_t errorCode);
 
+    /// `WriteEndEvent` of the process's instance. Without one, as memory ran out, the event is left out.
+    static void ReportEnd(const std::string& apiName, int64_t beginTime, int32_t errorCode);
+
 private:
     void Init();
     static int64_t AddProcessor();

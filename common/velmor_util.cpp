@@ -162,7 +162,12 @@ void SaveEnvInfo(const std::shared_ptr<EnvInfo>& info)
     }
     {
         std::lock_guard<std::shared_mutex> guard(gEnvInfoList.mutex);
-        gEnvInfoList.infos.push_back(info);
+        auto& infos = gEnvInfoList.infos;
+        auto isStale = [&info](const std::shared_ptr<EnvInfo>& entry) {
+            return entry != info && entry->env == info->env;
+        };
+        infos.erase(std::remove_if(infos.begin(), infos.end(), isStale), infos.end());
+        infos.push_back(info);
     }
     GAME_LOGI("SaveEnvInfo add env success");
 }

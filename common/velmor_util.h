@@ -65,7 +65,8 @@ struct EnvInfo {
 /// The environment of this JS thread, from the first load of the module on; empty on other threads.
 extern thread_local std::shared_ptr<EnvInfo> gEnvInfo;
 
-/// Registers a live environment. Any thread; null is logged.
+/// Registers a live environment, and takes one off that ended unnoticed, as its `env` shows. Any thread; null
+/// is logged.
 void SaveEnvInfo(const std::shared_ptr<EnvInfo>& info);
 
 /// Takes an environment off the registry; one that is not on it is left alone. Any thread; null is logged.

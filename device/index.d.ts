@@ -115,6 +115,13 @@ export function onModal(handler: ((modal: Modal) => void) | null): void;
  */
 export function answerOn(thread: 'ui' | 'caller'): void;
 
+/**
+ * From now on every modal that opens, in any environment, is answered on the UI thread at once, as by
+ * `receive(parameters)`; with null the extension waits for an answer again. For measurements: no JS runs between
+ * the opening and the answer.
+ */
+export function answerAll(parameters: ParameterObject | null): void;
+
 /** The device's time, on which the module's clock and all its waiting run. */
 export const clock: {
     /** Follows the real clock from now on, `rate` times as fast: 60 is a minute a second. Default 1. */
@@ -184,6 +191,12 @@ export const analytics: {
  * order for the same function replaces the first. Throws an Error if the module calls no such function.
  */
 export function failNext(call: string, options?: { skip?: number; times?: number }): void;
+
+/**
+ * The functions that `failNext` takes, each with how many calls of it the module has made since the first
+ * `failNext` after the last reset, and how many of them were made to fail.
+ */
+export function faults(): { call: string; made: number; failed: number }[];
 
 /**
  * Brings everything back to how it began: modals, log lines and events are forgotten, waiting threads of the

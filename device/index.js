@@ -108,6 +108,7 @@ module.exports = {
     modals,
     nextModal,
     onModal,
+    answerAll: binding.answerAll,
     answerOn: binding.answerOn,
     clock: {
         real: binding.clockReal,
@@ -125,5 +126,6 @@ module.exports = {
         events: binding.analyticsEvents
     },
     failNext: binding.failNext,
+    faults: binding.faults,
     reset
 };

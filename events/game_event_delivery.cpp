@@ -18,7 +18,7 @@ struct EventWork {
 
 void QueueEvent(std::unique_ptr<EventWork> eventWork, uv_after_work_cb deliver)
 {
-    switch (QueueOnLoop(eventWork->result.env, eventWork.get(), deliver)) {
+    switch (QueueOnLoop(eventWork->result.envInfo->env, eventWork.get(), deliver)) {
         case QueueStatus::QUEUED:
             (void)eventWork.release();
             break;
@@ -44,7 +44,7 @@ void GamePlayerEventCallback::OnEventCallback(const GameEventResult& result)
         return;
     }
     for (const auto& listener : entry->second) {
-        if (listener->env == result.env) {
+        if (listener->envInfo == result.envInfo) {
             QueueEvent(std::make_unique<EventWork>(EventWork{result, listener}), DoGameEventWork);
         }
     }
@@ -64,7 +64,7 @@ void GamePlayerEventCallback::DoGameEventWork(uv_work_t* work, int /*status*/)
     if (listener == nullptr) {
         return;
     }
-    napi_env env = listener->env;
+    napi_env env = listener->envInfo->env;
     HandleScope scope(env);
     if (!scope) {
         GAME_LOGE("DoGameEventWork scope is nullptr");

@@ -9,29 +9,29 @@ namespace TAVIK::GAME_PLAYER {
 namespace {
 
 struct EventCallbackHook {
-    napi_env env;
+    std::shared_ptr<EnvInfo> envInfo;
     GamePlayerEventCallback* registry;
 };
 
 thread_local bool gIsHooked = false;
 
-napi_value FunctionOf(const EventCallback& listener)
+napi_value FunctionOf(napi_env env, const EventCallback& listener)
 {
     napi_value function = nullptr;
-    (void)napi_get_reference_value(listener.env, listener.callbackRef, &function);
+    (void)napi_get_reference_value(env, listener.callbackRef, &function);
     return function;
 }
 
-// The listener of this environment whose function is strictly equal to `callback`. `complaint` is logged for
-// those whose function cannot be had.
+// The listener of this thread's environment whose function is strictly equal to `callback`. `complaint` is
+// logged for those whose function cannot be had.
 template <typename List>
 auto FindListener(napi_env env, List& listeners, napi_value callback, const char* complaint)
 {
     for (auto listener = listeners.begin(); listener != listeners.end(); ++listener) {
-        if ((*listener)->env != env) {
+        if ((*listener)->envInfo != gEnvInfo) {
             continue;
         }
-        napi_value function = FunctionOf(**listener);
+        napi_value function = FunctionOf(env, **listener);
         if (function == nullptr) {
             GAME_LOGW("%{public}s", complaint);
             continue;
@@ -45,10 +45,10 @@ auto FindListener(napi_env env, List& listeners, napi_value callback, const char
     return listeners.end();
 }
 
-auto IsOf(napi_env env)
+auto IsOf(const EnvInfo* envInfo)
 {
-    return [env](const std::shared_ptr<EventCallback>& listener) {
-        return listener->env == env;
+    return [envInfo](const std::shared_ptr<EventCallback>& listener) {
+        return listener->envInfo.get() == envInfo;
     };
 }
 
@@ -62,13 +62,15 @@ void EraseIf(List& list, Predicate predicate)
 
 EventCallback::~EventCallback()
 {
-    if (callbackRef != nullptr) {
-        (void)napi_delete_reference(env, callbackRef);
-        GAME_LOGI("EventCallback release callbackRef");
-    }
-    if (thisArgRef != nullptr) {
-        (void)napi_delete_reference(env, thisArgRef);
-        GAME_LOGI("EventCallback release thisArgRef");
+    if (IsValidEnv(envInfo)) {
+        if (callbackRef != nullptr) {
+            (void)napi_delete_reference(envInfo->env, callbackRef);
+            GAME_LOGI("EventCallback release callbackRef");
+        }
+        if (thisArgRef != nullptr) {
+            (void)napi_delete_reference(envInfo->env, thisArgRef);
+            GAME_LOGI("EventCallback release thisArgRef");
+        }
     }
     GAME_LOGI("EventCallback release exit");
 }
@@ -87,7 +89,7 @@ void GamePlayerEventCallback::RegisterGameEventCallback(napi_env env, const std:
         GAME_LOGI("RegisterGameEventCallback current callback existed");
         return;
     }
-    auto eventCallback = std::make_shared<EventCallback>();
+    auto eventCallback = std::make_shared<EventCallback>(gEnvInfo);
     AssembleEventCallback(env, callback, thisArg, *eventCallback);
     entry->second.push_back(std::move(eventCallback));
     if (isFirst) {
@@ -107,7 +109,6 @@ bool GamePlayerEventCallback::IsEventCallbackExisted(napi_env env, const Listene
 void GamePlayerEventCallback::AssembleEventCallback(napi_env env, napi_value callback, napi_value thisArg,
                                                     EventCallback& eventCallback)
 {
-    eventCallback.env = env;
     (void)napi_create_reference(env, callback, 1, &eventCallback.callbackRef);
     (void)napi_create_reference(env, thisArg, 1, &eventCallback.thisArgRef);
     HookEnvironment(env);
@@ -118,13 +119,17 @@ void GamePlayerEventCallback::HookEnvironment(napi_env env)
     if (gIsHooked) {
         return;
     }
+    auto hook = std::make_unique<EventCallbackHook>(EventCallbackHook{gEnvInfo, this});
+    if (napi_add_env_cleanup_hook(env, CleanupEventCallback, hook.get()) != napi_ok) {
+        GAME_LOGE("AssembleEventCallback add env hook failed");
+        return;
+    }
+    (void)hook.release();
     gIsHooked = true;
-    auto* hook = new EventCallbackHook{env, this};
-    (void)napi_add_env_cleanup_hook(env, CleanupEventCallback, hook);
     GAME_LOGI("AssembleEventCallback add env hook succeeded");
 }
 
-void GamePlayerEventCallback::UnRegisterGameEventCallback(napi_env env, const std::string& eventType)
+void GamePlayerEventCallback::UnRegisterGameEventCallback(napi_env /*env*/, const std::string& eventType)
 {
     std::lock_guard<std::mutex> guard(mutex_);
     auto entry = events_.find(eventType);
@@ -132,7 +137,7 @@ void GamePlayerEventCallback::UnRegisterGameEventCallback(napi_env env, const st
         GAME_LOGW("UnRegisterGameEventCallback eventType %{public}s not existed", eventType.c_str());
         return;
     }
-    EraseIf(entry->second, IsOf(env));
+    EraseIf(entry->second, IsOf(gEnvInfo.get()));
     if (entry->second.empty()) {
         events_.erase(entry);
     }
@@ -170,15 +175,15 @@ void GamePlayerEventCallback::CleanupEventCallback(void* hookRecord)
         GAME_LOGW("CleanupEventCallback eventCallbackHook is nullptr");
         return;
     }
-    hook->registry->RemoveListeners(hook->env);
+    hook->registry->RemoveListeners(hook->envInfo.get());
     GAME_LOGI("CleanupEventCallback end");
 }
 
-void GamePlayerEventCallback::RemoveListeners(napi_env env)
+void GamePlayerEventCallback::RemoveListeners(const EnvInfo* envInfo)
 {
     std::lock_guard<std::mutex> guard(mutex_);
     for (auto& [eventType, listeners] : events_) {
-        EraseIf(listeners, IsOf(env));
+        EraseIf(listeners, IsOf(envInfo));
         GAME_LOGI("CleanupEventCallback delete %{public}s finished", eventType.c_str());
     }
 }

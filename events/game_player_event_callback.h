@@ -8,9 +8,13 @@
 #include <memory>
 #include <mutex>
 #include <string>
+#include <utility>
 #include <vector>
 
+#include "common/velmor_log.h"
+#include "common/velmor_util.h"
 #include "napi/native_api.h"
+#include "singleton.h"
 
 namespace TAVIK::GAME_PLAYER {
 
@@ -20,27 +24,27 @@ inline constexpr const char* EVENT_GAME_ADDICTION_PREVENTED = "gameAddictionPrev
 
 /// One game event: the environment it concerns, its code, type and payload.
 struct GameEventResult {
-    napi_env env = nullptr;
+    std::shared_ptr<EnvInfo> envInfo;
     int32_t event = 0;
     std::string eventType;
     std::string resultInfo;
 };
 
 /// One JS listener: its function and the `this` that `on` was called with. Made and destroyed on the JS
-/// thread of its environment.
+/// thread of its environment; if that ended unnoticed, its references are left alone.
 struct EventCallback {
-    napi_env env = nullptr;
+    std::shared_ptr<EnvInfo> envInfo;
     napi_ref callbackRef = nullptr;
     napi_ref thisArgRef = nullptr;
 
-    EventCallback() = default;
+    explicit EventCallback(std::shared_ptr<EnvInfo> info) : envInfo(std::move(info)) {}
     EventCallback(const EventCallback&) = delete;
     EventCallback& operator=(const EventCallback&) = delete;
     ~EventCallback();
 };
 
-/// The listeners of all environments, by event type and in order of registration. One per process, through
-/// `DelayedSingleton`.
+/// The listeners of all environments, by event type and in order of registration. One per process: see
+/// `WithListeners`.
 ///
 /// The registry owns every listener, from `on` until `off` or the end of the listener's environment, both on
 /// that environment's JS thread; a delivery on its way only knows a listener weakly, and finds it gone.
@@ -72,13 +76,26 @@ private:
                                EventCallback& eventCallback);
     void HookEnvironment(napi_env env);
     static bool IsEventCallbackExisted(napi_env env, const Listeners& listeners, napi_value callback);
-    void RemoveListeners(napi_env env);
+    void RemoveListeners(const EnvInfo* envInfo);
     static void DoGameEventWork(uv_work_t* work, int status);
     static napi_value AssembleEventResult(napi_env env, const GameEventResult& result);
 
     std::mutex mutex_;
     std::map<std::string, Listeners> events_;
 };
+
+/// Runs `use` with the listeners of the process, and answers what it answers. False, and logged, if there are
+/// none, as memory ran out.
+template <typename Use>
+bool WithListeners(const Use& use)
+{
+    auto listeners = OHOS::DelayedSingleton<GamePlayerEventCallback>::GetInstance();
+    if (listeners == nullptr) {
+        GAME_LOGE("GamePlayerEventCallback is nullptr");
+        return false;
+    }
+    return use(*listeners);
+}
 
 }  // namespace TAVIK::GAME_PLAYER
 

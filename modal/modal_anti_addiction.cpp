@@ -9,7 +9,6 @@
 #include "events/game_player_event_callback.h"
 #include "modal/game_service_want.h"
 #include "modal/modal_ui_callback.h"
-#include "singleton.h"
 
 namespace TAVIK::GAME_PLAYER {
 
@@ -100,8 +99,11 @@ void ModalUICallback::DoGameEvent(const BaseContext* context, int32_t event, std
         GAME_LOGW("DoGameEvent invalid context or env");
         return;
     }
-    GameEventResult result{context->envInfo->env, event, std::move(eventType), std::move(resultInfo)};
-    OHOS::DelayedSingleton<GamePlayerEventCallback>::GetInstance()->OnEventCallback(result);
+    GameEventResult result{context->envInfo, event, std::move(eventType), std::move(resultInfo)};
+    (void)WithListeners([&result](GamePlayerEventCallback& listeners) {
+        listeners.OnEventCallback(result);
+        return true;
+    });
 }
 
 }  // namespace TAVIK::GAME_PLAYER

@@ -7,7 +7,6 @@
 #include "common/velmor_log.h"
 #include "modal/modal_ui_callback.h"
 #include "napi_common_want.h"
-#include "singleton.h"
 
 namespace TAVIK::GAME_PLAYER {
 
@@ -22,6 +21,16 @@ bool IsParseResultMessage(int32_t requestType)
     GAME_LOGI("IsParseResultMessage requestType=%{public}d", requestType);
     return requestType == REQUEST_GET_LOCAL_PLAYER || requestType == REQUEST_PRE_PURCHASE ||
            requestType == REQUEST_UNION_LOGIN || requestType == REQUEST_QUICK_GAME_LOGIN;
+}
+
+// A promise whose error could not be made is rejected with `undefined`, rather than never.
+void SettlePromise(napi_env env, napi_deferred deferred, int32_t errorCode, const napi_value (&result)[2])
+{
+    if (errorCode == ERROR_SUCCESS) {
+        (void)napi_resolve_deferred(env, deferred, result[1]);
+        return;
+    }
+    (void)napi_reject_deferred(env, deferred, result[0] != nullptr ? result[0] : result[1]);
 }
 
 }  // namespace
@@ -44,8 +53,7 @@ void ModalUICallback::SendMessageBack()
         GAME_LOGI("SendMessageBack isResetContext is true and close modal");
         CloseModalUIExtension(&*context);
     }
-    OHOS::DelayedSingleton<OHOS::Velmor::HaUtils>::GetInstance()->WriteEndEvent(apiName, context->startTime,
-                                                                                context->errorCode);
+    OHOS::Velmor::HaUtils::ReportEnd(apiName, context->startTime, context->errorCode);
     auto workData = TakeResult(context, owner_);
     if (QueueMessageBack(workData)) {
         return;
@@ -143,8 +151,7 @@ bool ModalUICallback::SettleRequest(WorkData& workData)
     napi_value result[] = {nullptr, nullptr};
     CreateResultMessage(workData, result);
     if (context.deferred != nullptr) {
-        (void)(workData.errorCode != ERROR_SUCCESS ? napi_reject_deferred(env, context.deferred, result[0])
-                                                   : napi_resolve_deferred(env, context.deferred, result[1]));
+        SettlePromise(env, context.deferred, workData.errorCode, result);
     } else if (context.callbackRef != nullptr) {
         napi_value receiver = nullptr;
         napi_value callback = nullptr;

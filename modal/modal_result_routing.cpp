@@ -242,7 +242,7 @@ void ModalUICallback::ResetContext()
         GAME_LOGI("ResetContext anti-addiction keep context");
         return;
     }
-    if (!context->isResetContext || !context->hasMsgBack) {
+    if (!context->isResetContext || !(context->hasMsgBack || context->isMsgQueued)) {
         GAME_LOGI("ResetContext isResetContext or hasMsgBack is false and keep context");
         return;
     }

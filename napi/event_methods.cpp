@@ -7,23 +7,13 @@
 #include "modal/modal_ui_callback.h"
 #include "napi/game_player_extension_ability.h"
 #include "napi/request_shape.h"
-#include "singleton.h"
 
 namespace TAVIK::GAME_PLAYER {
 
 using Manager = GamePlayerExtensionAbilityManager;
+using OHOS::Velmor::HaUtils;
 
 namespace {
-
-auto Analytics()
-{
-    return OHOS::DelayedSingleton<OHOS::Velmor::HaUtils>::GetInstance();
-}
-
-auto Listeners()
-{
-    return OHOS::DelayedSingleton<GamePlayerEventCallback>::GetInstance();
-}
 
 bool IsFunction(napi_env env, napi_value value)
 {
@@ -55,8 +45,11 @@ int32_t SubscribeListener(napi_env env, const CallArguments& args)
     if (!IsPermitted(eventType)) {
         return ERROR_PERMISSION_DENIED;
     }
-    Listeners()->RegisterGameEventCallback(env, eventType, args.values[1], args.thisArg);
-    return ERROR_SUCCESS;
+    const bool isListening = WithListeners([&](GamePlayerEventCallback& listeners) {
+        listeners.RegisterGameEventCallback(env, eventType, args.values[1], args.thisArg);
+        return true;
+    });
+    return isListening ? ERROR_SUCCESS : ERROR_SYSTEM_INTERNAL;
 }
 
 int32_t UnsubscribeListener(napi_env env, const CallArguments& args)
@@ -70,16 +63,20 @@ int32_t UnsubscribeListener(napi_env env, const CallArguments& args)
     if (!IsPermitted(eventType)) {
         return ERROR_PERMISSION_DENIED;
     }
-    if (args.count < 2) {
-        Listeners()->UnRegisterGameEventCallback(env, eventType);
-        return ERROR_SUCCESS;
-    }
-    if (!IsFunction(env, args.values[1])) {
+    const bool isOfAll = args.count < 2;
+    if (!isOfAll && !IsFunction(env, args.values[1])) {
         GAME_LOGE("Off eventType: %{public}s or callback function invalid", eventType.c_str());
         return ERROR_PARAMETER;
     }
-    Listeners()->UnRegisterGameEventCallback(env, eventType, args.values[1]);
-    return ERROR_SUCCESS;
+    const bool isRemoved = WithListeners([&](GamePlayerEventCallback& listeners) {
+        if (isOfAll) {
+            listeners.UnRegisterGameEventCallback(env, eventType);
+        } else {
+            listeners.UnRegisterGameEventCallback(env, eventType, args.values[1]);
+        }
+        return true;
+    });
+    return isRemoved ? ERROR_SUCCESS : ERROR_SYSTEM_INTERNAL;
 }
 
 // The event is written before an error is thrown.
@@ -92,7 +89,7 @@ napi_value RunListenerCall(napi_env env, napi_callback_info info, RequestType ap
         return nullptr;
     }
     const int32_t code = run(env, args);
-    Analytics()->WriteEndEvent(FindApiName(api), startTime, code);
+    HaUtils::ReportEnd(FindApiName(api), startTime, code);
     if (code != ERROR_SUCCESS) {
         ThrowBusinessError(env, code, "");
     }
@@ -157,7 +154,7 @@ napi_value Manager::ReportEventOperation(napi_env env, napi_callback_info info)
     const int32_t errorCode = ToInt32(env, args.values[2]);
     const int32_t costTime = ToInt32(env, args.values[1]);
     const std::string apiName = GetStringUtf8(env, args.values[0]);
-    Analytics()->WriteEndEvent(apiName, GetCurrentTimestamp() - costTime, errorCode);
+    HaUtils::ReportEnd(apiName, GetCurrentTimestamp() - costTime, errorCode);
     return args.undefined;
 }
 

@@ -5,7 +5,6 @@
 #include "modal/game_service_want.h"
 #include "modal/modal_ui_callback.h"
 #include "napi/game_player_extension_ability.h"
-#include "singleton.h"
 
 namespace TAVIK::GAME_PLAYER {
 
@@ -15,8 +14,7 @@ namespace {
 
 void ReportFailure(RequestType type, int64_t startTime)
 {
-    auto analytics = OHOS::DelayedSingleton<OHOS::Velmor::HaUtils>::GetInstance();
-    analytics->WriteEndEvent(FindApiName(type), startTime, ERROR_PARAMETER);
+    OHOS::Velmor::HaUtils::ReportEnd(FindApiName(type), startTime, ERROR_PARAMETER);
 }
 
 int32_t FailureCode(const RequestRule& rule)

@@ -78,6 +78,12 @@ void RequestHold::Drop()
     hold_.Drop();
 }
 
+LoopHold RequestHold::Share()
+{
+    std::lock_guard<std::mutex> guard(mutex_);
+    return hold_.Share();
+}
+
 std::shared_ptr<Environment> Environment::Attach(napi_env env)
 {
     uv_loop_t* loop = nullptr;
@@ -172,6 +178,7 @@ void Environment::End()
     for (const Item& item : rest) {
         item.job(true);
     }
+    (void)napi_async_destroy(scopeEnv_, asyncContext_);
     // The registry's share lives on until the handle is closed.
     uv_close(reinterpret_cast<uv_handle_t*>(&async_), [](uv_handle_t* handle) {
         auto* self = static_cast<Environment*>(handle->data);

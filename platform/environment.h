@@ -28,6 +28,8 @@ public:
     ~LoopHold() { Drop(); }
 
     void Drop();
+    /// Another hold of the same loop; of none if this one was dropped.
+    LoopHold Share() const { return LoopHold(environment_); }
 
 private:
     std::shared_ptr<Environment> environment_;
@@ -40,6 +42,7 @@ class RequestHold
 public:
     explicit RequestHold(LoopHold hold) : hold_(std::move(hold)) {}
     void Drop();
+    LoopHold Share();
 
 private:
     std::mutex mutex_;

@@ -1,87 +1,98 @@
 #include "faults.h"
 
-#include <map>
+#include <cstring>
 #include <mutex>
 
 namespace StandIn {
 
 namespace {
 
-struct Fault {
-    uint64_t skip = 0;
-    uint64_t times = 0;
+/// One function that can fail on purpose, its standing order, and its calls so far.
+struct Watched {
+    const char* call;
+    uint64_t skip;
+    uint64_t times;
+    uint64_t made;
+    uint64_t failed;
 };
 
-struct Armed {
-    std::mutex mutex;
-    std::map<std::string, Fault> faults;
-};
+std::mutex gMutex;
 
-Armed& State()
-{
-    static Armed& state = *new Armed();
-    return state;
-}
-
-constexpr const char* CALLS[] = {
-#define WRAPPED(name) #name,
-#define OWN(name) #name,
+Watched gWatched[] = {
+#define WATCHED(name) {name, 0, 0, 0, 0},
+#define WRAPPED(name) WATCHED(#name)
+#define WRAPPED_AS(name, symbol) WATCHED(name)
+#define OWN(name) WATCHED(#name)
 #include "calls.def"
+#undef WATCHED
 #undef WRAPPED
+#undef WRAPPED_AS
 #undef OWN
 };
 
-bool IsKnown(const std::string& call)
+Watched* Find(const char* call)
 {
-    for (const char* known : CALLS) {
-        if (call == known) {
-            return true;
+    for (Watched& watched : gWatched) {
+        if (std::strcmp(watched.call, call) == 0) {
+            return &watched;
         }
     }
-    return false;
+    return nullptr;
 }
 
 }  // namespace
 
-std::atomic<bool> Faults::isArmed_{false};
+std::atomic<bool> Faults::isWatching_{false};
 
 bool Faults::Arm(const std::string& call, uint64_t skip, uint64_t times)
 {
-    if (!IsKnown(call)) {
+    std::lock_guard<std::mutex> guard(gMutex);
+    Watched* watched = Find(call.c_str());
+    if (watched == nullptr) {
         return false;
     }
-    Armed& state = State();
-    std::lock_guard<std::mutex> guard(state.mutex);
-    state.faults[call] = {skip, times};
-    isArmed_ = true;
+    watched->skip = skip;
+    watched->times = times;
+    isWatching_ = true;
     return true;
 }
 
 void Faults::Reset()
 {
-    Armed& state = State();
-    std::lock_guard<std::mutex> guard(state.mutex);
-    state.faults.clear();
-    isArmed_ = false;
+    std::lock_guard<std::mutex> guard(gMutex);
+    isWatching_ = false;
+    for (Watched& watched : gWatched) {
+        watched = {watched.call, 0, 0, 0, 0};
+    }
 }
 
-bool Faults::TripArmed(const char* call)
+std::vector<Faults::Record> Faults::Records()
 {
-    Armed& state = State();
-    std::lock_guard<std::mutex> guard(state.mutex);
-    auto found = state.faults.find(call);
-    if (found == state.faults.end()) {
+    std::lock_guard<std::mutex> guard(gMutex);
+    std::vector<Record> records;
+    for (const Watched& watched : gWatched) {
+        records.push_back({watched.call, watched.made, watched.failed});
+    }
+    return records;
+}
+
+bool Faults::TripWatched(const char* call)
+{
+    std::lock_guard<std::mutex> guard(gMutex);
+    Watched* watched = Find(call);
+    if (watched == nullptr) {
         return false;
     }
-    Fault& fault = found->second;
-    if (fault.skip > 0) {
-        --fault.skip;
+    ++watched->made;
+    if (watched->times == 0) {
         return false;
     }
-    if (--fault.times == 0) {
-        state.faults.erase(found);
-        isArmed_ = !state.faults.empty();
+    if (watched->skip > 0) {
+        --watched->skip;
+        return false;
     }
+    --watched->times;
+    ++watched->failed;
     return true;
 }
 

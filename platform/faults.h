@@ -4,6 +4,7 @@
 #include <atomic>
 #include <cstdint>
 #include <string>
+#include <vector>
 
 namespace StandIn {
 
@@ -11,19 +12,31 @@ namespace StandIn {
 class Faults
 {
 public:
+    /// What became of the calls of one function since the first `Arm` after the last reset.
+    struct Record {
+        std::string call;
+        uint64_t made = 0;
+        uint64_t failed = 0;  // of those, on purpose
+    };
+
     /// Lets the next `times` calls of the function `call` fail, after `skip` good ones. False if no function
     /// of that name is known.
     static bool Arm(const std::string& call, uint64_t skip, uint64_t times);
     static void Reset();
+    /// All functions that can fail on purpose, in the order of calls.def.
+    static std::vector<Record> Records();
 
     /// Asked by every function that can fail on purpose: whether this call is to. `call` is one of the names
     /// in calls.def.
-    static bool Trip(const char* call) { return isArmed_.load(std::memory_order_relaxed) && TripArmed(call); }
+    static bool Trip(const char* call)
+    {
+        return isWatching_.load(std::memory_order_relaxed) && TripWatched(call);
+    }
 
 private:
-    static bool TripArmed(const char* call);
+    static bool TripWatched(const char* call);
 
-    static std::atomic<bool> isArmed_;
+    static std::atomic<bool> isWatching_;  // from the first `Arm` after a reset on
 };
 
 }  // namespace StandIn

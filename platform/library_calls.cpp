@@ -1,9 +1,13 @@
 #include <openssl/bio.h>
 #include <openssl/buffer.h>
 
+#include <cstddef>
+#include <new>
+
 #include "faults.h"
 
-// The module's calls of OpenSSL, turned here by the linker so that they can fail on purpose.
+// The module's calls of OpenSSL and of the C++ runtime, turned here by the linker so that they can fail on
+// purpose.
 
 using StandIn::Faults;
 
@@ -32,6 +36,12 @@ size_t __wrap_BUF_MEM_grow(BUF_MEM* buffer, size_t length)
 BUF_MEM* __wrap_BUF_MEM_new(void)
 {
     return Faults::Trip("BUF_MEM_new") ? nullptr : BUF_MEM_new();
+}
+
+// operator new(std::size_t, const std::nothrow_t&)
+void* __wrap__ZnwmRKSt9nothrow_t(std::size_t size, const std::nothrow_t& tag) noexcept
+{
+    return Faults::Trip("new(nothrow)") ? nullptr : operator new(size, tag);
 }
 
 }  // extern "C"

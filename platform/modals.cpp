@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "ui_thread.h"
+
 namespace StandIn {
 
 Modal::Modal(int32_t id, int32_t generation, Opening opening)
@@ -19,6 +21,12 @@ std::shared_ptr<const Modal::Callbacks> Modal::GetCallbacks()
 {
     std::lock_guard<std::mutex> guard(mutex_);
     return callbacks_;
+}
+
+LoopHold Modal::HoldLoop()
+{
+    std::lock_guard<std::mutex> guard(mutex_);
+    return hold_ == nullptr ? LoopHold() : hold_->Share();
 }
 
 void Modal::Close()
@@ -54,6 +62,7 @@ int32_t Modals::Open(Modal::Opening opening)
     const int32_t id = firstId_ + static_cast<int32_t>(modals_.size());
     modals_.push_back(std::make_shared<Modal>(id, firstId_, std::move(opening)));
     Announce(modals_.back());
+    PostAnswer(modals_.back());
     return id;
 }
 
@@ -75,6 +84,26 @@ void Modals::ServeWaiters()
             ++given_;
         }
     }
+}
+
+void Modals::PostAnswer(const std::shared_ptr<Modal>& modal)
+{
+    if (answer_ == nullptr) {
+        return;
+    }
+    UiThread::Get().Post([modal, answer = answer_] {
+        const auto callbacks = modal->GetCallbacks();
+        if (callbacks != nullptr && callbacks->onReceive) {
+            const LoopHold untilQueued = modal->HoldLoop();
+            callbacks->onReceive(*answer);
+        }
+    });
+}
+
+void Modals::SetAnswer(std::shared_ptr<const OHOS::AAFwk::WantParams> answer)
+{
+    std::lock_guard<std::mutex> guard(mutex_);
+    answer_ = std::move(answer);
 }
 
 void Modals::Close(int32_t id)
@@ -111,6 +140,7 @@ void Modals::Reset()
         forgotten.swap(modals_);
         given_ = 0;
         watchers_.clear();
+        answer_.reset();
     }
     for (const auto& modal : forgotten) {
         modal->Forget();

@@ -42,6 +42,9 @@ public:
     /// Empty once the modal was forgotten. The caller's share outlives a `Forget` during the call.
     std::shared_ptr<const Callbacks> GetCallbacks();
 
+    /// Holds the loop that the open modal holds; none once it is closed or its request is answered.
+    LoopHold HoldLoop();
+
     /// Closes the modal and lets go of its request's loop. Harmless if it is closed.
     void Close();
     /// Closes it, and no answer reaches the module any more.
@@ -77,7 +80,7 @@ public:
     std::shared_ptr<Modal> Find(int32_t id);
     /// Oldest first.
     std::vector<int32_t> Ids();
-    /// Forgets all modals and watchers, not those who wait for a modal.
+    /// Forgets all modals, watchers and the answer, not those who wait for a modal.
     void Reset();
 
     /// From now on `receiver` gets every modal opened. One watch per owner: a second one changes nothing.
@@ -95,6 +98,9 @@ public:
     /// Ends all watching and waiting of `owner`.
     void DropOwner(const void* owner);
 
+    /// From now on every modal opened sends `answer` at once, on the UI thread; with null none does.
+    void SetAnswer(std::shared_ptr<const OHOS::AAFwk::WantParams> answer);
+
 private:
     struct Watcher {
         uint64_t ticket;
@@ -108,6 +114,7 @@ private:
 
     void Announce(const std::shared_ptr<Modal>& modal);
     void ServeWaiters();
+    void PostAnswer(const std::shared_ptr<Modal>& modal);
 
     std::mutex mutex_;
     int32_t firstId_ = 1;  // of modals_, which have consecutive ids
@@ -116,6 +123,7 @@ private:
     uint64_t lastTicket_ = 0;
     std::map<const void*, Watcher> watchers_;
     std::deque<Waiter> waiters_;
+    std::shared_ptr<const OHOS::AAFwk::WantParams> answer_;
 };
 
 }  // namespace StandIn

@@ -11,7 +11,6 @@ using StandIn::Guarded;
     }
 
 GUARD(napi_add_env_cleanup_hook, (napi_env env, void (*hook)(void*), void* data), env, hook, data)
-GUARD(napi_close_handle_scope, (napi_env env, napi_handle_scope scope), env, scope)
 GUARD(napi_create_int32, (napi_env env, int32_t number, napi_value* value), env, number, value)
 GUARD(napi_create_object, (napi_env env, napi_value* value), env, value)
 GUARD(napi_create_string_utf8, (napi_env env, const char* text, size_t length, napi_value* value), env, text,

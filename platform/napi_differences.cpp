@@ -78,6 +78,7 @@ napi_status FailOnPurpose()
 
 napi_status RefuseForeign(const char* call, napi_env env)
 {
+    gHasFailedOnPurpose = false;
     const char* reason =
         Environment::Of(env) == nullptr ? "the environment has ended" : "not on its JS thread";
     (void)HiLogPrint(LOG_CORE, LOG_ERROR, LOG_DOMAIN_DEVICE, "DEVICE", "%{public}s refused: %{public}s", call,
@@ -95,11 +96,23 @@ extern "C" {
 
 napi_status __wrap_napi_get_last_error_info(napi_env env, const napi_extended_error_info** info)
 {
-    if (StandIn::HasFailedOnPurpose() && !Faults::Trip("napi_get_last_error_info")) {
+    const bool hasFailedOnPurpose = StandIn::HasFailedOnPurpose();
+    napi_status status = Guarded("napi_get_last_error_info", napi_get_last_error_info, env, info);
+    if (status == napi_ok && hasFailedOnPurpose) {
         *info = &StandIn::PURPOSE_INFO;
-        return napi_ok;
+        StandIn::HasFailedOnPurpose() = true;
     }
-    return Guarded("napi_get_last_error_info", napi_get_last_error_info, env, info);
+    return status;
+}
+
+// Node aborts when a call from JS leaves a scope open: one that is to fail is closed all the same.
+napi_status __wrap_napi_close_handle_scope(napi_env env, napi_handle_scope scope)
+{
+    napi_status status = Guarded("napi_close_handle_scope", napi_close_handle_scope, env, scope);
+    if (StandIn::HasFailedOnPurpose()) {
+        (void)napi_close_handle_scope(env, scope);
+    }
+    return status;
 }
 
 napi_status __wrap_napi_create_error(napi_env env, napi_value code, napi_value message, napi_value* error)

@@ -1,5 +1,5 @@
 # shellcheck shell=bash disable=SC2034
-# What ./build, ./run and ./test share; sourced with the root of the project as the working folder.
+# What ./build, ./run, ./test and ./bench share; sourced with the root of the project as the working folder.
 
 # GAMEAPI_BUILD names another preset than the usual one; device/index.js and index.js read it as well.
 preset=${GAMEAPI_BUILD:-release}
@@ -19,7 +19,10 @@ test_needs=(
     'libgtest-dev /usr/include/gtest/gtest.h'
     'clang-format clang-format'
     'clang-tidy clang-tidy'
+    'node-typescript tsc'
 )
+coverage_needs=('gcovr gcovr')
+bench_needs=('libbenchmark-dev /usr/include/benchmark/benchmark.h')
 
 say() {
     printf '%s\n' "$*"
@@ -108,25 +111,30 @@ is_configured_with() {
     grep -qsxF "$1" "$out/CMakeCache.txt"
 }
 
-# Configures, with further options for CMake, unless nothing would change.
+# Configures with the given options of CMakeLists.txt on, unless nothing would change.
 configure() {
-    local headers fresh=()
+    local headers option is_new='' on=() fresh=()
+    for option in "$@"; do
+        on+=(-D "$option=ON")
+        is_configured_with "$option:BOOL=ON" || is_new=yes
+    done
     headers=$(scripts/node-headers)
     if ! is_configured_with "CMAKE_HOME_DIRECTORY:INTERNAL=$PWD" ||
         ! is_configured_with "NODE_INCLUDE_DIR:PATH=$headers"; then
         fresh=(--fresh)
-    elif [[ -f $out/build.ninja ]] && { (($# == 0)) || is_configured_with BUILD_TESTING:BOOL=ON; }; then
+    elif [[ -f $out/build.ninja && -z $is_new ]]; then
         return
     fi
     quietly configure "CMake could not configure the build" \
-        cmake "${fresh[@]}" --preset "$preset" -D NODE_INCLUDE_DIR:PATH="$headers" "$@"
+        cmake "${fresh[@]}" --preset "$preset" -D NODE_INCLUDE_DIR:PATH="$headers" "${on[@]}"
 }
 
 # Builds the given targets: "all" is what a game needs.
 build() {
     local options=()
     grep -qs "\"name\": \"$preset\"" CMakePresets.json || die "GAMEAPI_BUILD names no preset: $preset"
-    [[ $* != *native_tests* ]] || options=(-D BUILD_TESTING:BOOL=ON)
+    [[ $* != *native_tests* ]] || options+=(BUILD_TESTING)
+    [[ $* != *bench* ]] || options+=(BUILD_BENCHMARKS)
     say "Building $preset"
     mkdir -p out
     (

@@ -1,7 +1,7 @@
 'use strict';
 
 const assert = require('node:assert/strict');
-const { answer, countLogs, device, ends, expectChild, game, sleepers, start, test, turn, wantOf } =
+const { answer, countLogs, device, ends, expectChild, game, sleepers, start, test, timeUp, turn, wantOf } =
     require('./support');
 
 const { clock } = device;
@@ -15,19 +15,11 @@ async function limited(name, playableTime, more) {
     return request;
 }
 
-/** Moves on until a timer finds its time up, which may be at any of its looks. Returns the time that took. */
-async function timeUp() {
-    const begin = clock.now();
-    while (countLogs('seconds end') === 0 && clock.now() < begin + 2 * MINUTE) {
-        await clock.advance(1000);
-    }
-    return clock.now() - begin;
-}
-
 for (const [name, kind, parameters, timers] of [
     ['getLocalPlayer', 'receive', { playableTime: 1 }, 1],
     ['getLocalPlayer', 'receive', { playableTime: 1000000 }, 1],
     ['verifyLocalPlayer', 'receive', { playableTime: 1 }, 1],
+    ['quickGameLogin', 'receive', { playableTime: 1 }, 1],
     ['getLocalPlayer', 'receive', {}, 0],
     ['getLocalPlayer', 'receive', { playableTime: 0 }, 0],
     ['getLocalPlayer', 'receive', { playableTime: -5 }, 0],
@@ -38,6 +30,9 @@ for (const [name, kind, parameters, timers] of [
     ['getLocalPlayer', 'result', { playableTime: 1 }, 0],
     ['bindPlayer', 'receive', { playableTime: 1 }, 0],
     ['init', 'receive', { playableTime: 1 }, 0],
+    ['prePurchase', 'receive', { playableTime: 1 }, 0],
+    ['unionLogin', 'receive', { playableTime: 1 }, 0],
+    ['launchWelcomeBanner', 'receive', { playableTime: 1 }, 0],
 ]) {
     const given = `${kind} of ${JSON.stringify(parameters)}`;
     test(`${name} with a ${given} starts ${timers ? 'a' : 'no'} timer`, async () => {

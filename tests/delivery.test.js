@@ -35,20 +35,26 @@ for (const kind of ['error', 'result', 'receive']) {
         const rows = [...known, ...UNKNOWN_CODES.map((code) => [code, SYSTEM_ERROR[1], SYSTEM_ERROR[0]])]
             .filter(([code]) => kind === 'error' || !ENDING_CODES.includes(code));
         for (const [code, message, told = code] of rows) {
-            const [request, init] = [start('bindPlayer'), start('init')];
             const more = { error: [code, 'name', 'own text'], result: [code], receive: [{ resultCode: code }] }[kind];
-            await answer(request.modal, [kind, ...more]);
-            assert.deepEqual(request.state, code === 0 ? ['resolved', undefined] : ['rejected', told, message], code);
-            if (kind !== 'error' && code === 1002000011) {
-                continue;
-            }
-            await answer(init.modal, [kind, ...more]);
             const isTold = kind === 'receive' && code === 1002000015;
-            assert.deepEqual(init.state, isTold ? ['rejected', code, message] : ['resolved', undefined], code);
+            const expected = {
+                bindPlayer: [told, message], prePurchase: [told, message],
+                unionLogin: code === 100015 ? [401, 'Total size of icon resource is too large'] : [told, message],
+                init: isTold ? [code, message] : [0], savePlayerRole: isTold ? [code, message] : [0],
+            };
+            if (kind !== 'error' && code === 1002000011) {
+                delete expected.init;
+            }
+            for (const [name, [toldCode, text]] of Object.entries(expected)) {
+                const request = start(name);
+                await answer(request.modal, [kind, ...more]);
+                const state = toldCode === 0 ? ['resolved', undefined] : ['rejected', toldCode, text];
+                assert.deepEqual(request.state, state, `${name} ${code}`);
+            }
         }
         assert.equal(countLogs('AssembleErrorMessage transfer code') > 0, true);
-        assert.equal(countLogs('AssembleErrorMessage resultCode not existed'), UNKNOWN_CODES.length -
-            (kind === 'error' ? 0 : 2));
+        assert.equal(countLogs('AssembleErrorMessage resultCode not existed'), 3 * (UNKNOWN_CODES.length -
+            (kind === 'error' ? 0 : 2)));
     });
 }
 
@@ -197,12 +203,15 @@ for (const [what, open] of [
     }`, { out: ['settled'] }));
 }
 
-test('a released, an answered and a never opened request do not keep the process, nor do listeners', () => expectChild(
+test('what was released or answered keeps no process, nor do listeners or limits', () => expectChild(
     async ({ game, device, start, answer }) => {
         game.on('playerChanged', () => {});
         const released = start('getLocalPlayer');
         const answered = start('getLocalPlayer');
+        const launched = start('launchCommonPage');
+        game.launchAntiAddiction(device.createAbilityContext(), 60, 'text', 6);
         await answer(released.modal, ['release', 0]);
         await answer(answered.modal, ['receive', { resultCode: 0, playableTime: 5 }]);
+        await answer(launched.modal, ['release', 0]);
         console.log(released.state[0], released.modal.isOpen, answered.state[0], answered.modal.isOpen);
     }, { out: ['pending false resolved true'] }));

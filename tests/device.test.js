@@ -40,6 +40,7 @@ for (const [what, call] of [
     ['showing the window of nothing', () => device.showWindow()],
     ['hiding the window of no context', () => device.hideWindow({})],
     ['a modal handler that is no function', () => device.onModal(5)],
+    ['an answer to all that is no object', () => device.answerAll(5)],
     ['an unknown thread', () => device.answerOn('main')],
     ['a rate of 0', () => clock.real(0)],
     ['a rate that is no number', () => clock.real('fast')],
@@ -162,6 +163,18 @@ test('a modal shows whether it is open, and answers late when it is not', async 
     assert.equal(modal.isOpen, false);
     await answer(modal, ['result', 0], ['receive', {}], ['error', 1], ['release', 0]);
     assert.equal(countLogs('baseContext is null'), 4);
+});
+
+test('answerAll answers every modal that opens, until it is taken back or the device is reset', async () => {
+    const bind = () => game.bindPlayer(device.createAbilityContext(), 'open-1', 'team-1');
+    for (const stop of [() => device.answerAll(null), device.reset]) {
+        device.answerAll({ resultCode: 1002000012 });
+        await Promise.all([bind(), bind()].map((bound) => assert.rejects(bound, { code: 1002000012 })));
+        stop();
+        const request = start('bindPlayer');
+        await answer(request.modal, ['release', 0]);
+        assert.deepEqual(request.state, ['pending']);
+    }
 });
 
 test('answers on the caller\'s thread have reached the module when the call returns', () => {

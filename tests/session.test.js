@@ -2,7 +2,8 @@
 
 const assert = require('node:assert/strict');
 const {
-    PARAMETER_ERROR, REQUESTS, answer, countLogs, device, ends, expectChild, game, start, test, track, turn, wantOf,
+    CALLS, PAGES, PARAMETER_ERROR, REQUESTS, answer, countLogs, device, ends, expectChild, game, start, test, track,
+    turn, wantOf,
 } = require('./support');
 
 const { clock } = device;
@@ -22,7 +23,7 @@ async function advance(ms) {
 test('a modal opens at once, blocked as configured, and ids are above 0 and never reused', () => {
     const ids = [];
     for (let i = 0; i < 2; ++i) {
-        for (const name of Object.keys(REQUESTS)) {
+        for (const name of Object.keys(CALLS)) {
             const { modal } = start(name);
             assert.equal(modal.isOpen, true);
             assertConfig(modal);
@@ -58,15 +59,18 @@ for (const kind of KINDS) {
     }
 }
 
-for (const name of Object.keys(REQUESTS)) {
-    test(`${name} is answered, and analytics is not, once no window came for five seconds`, async () => {
+for (const name of Object.keys(CALLS)) {
+    const isLaunch = name in PAGES;
+    test(`${name} is ${isLaunch ? 'given up' : 'answered'}, but not analytics, once no window came in 5 s`, async () => {
         const context = device.createAbilityContext({ window: false });
         const request = start(name, context);
         await advance(4999);
         assert.deepEqual([request.state, clock.sleepers()], [['pending'], 1]);
         await advance(1);
-        assert.deepEqual(request.state, name === 'init' ? ['resolved', undefined] : ['rejected', ...PARAMETER_ERROR]);
+        const answered = CALLS[name].hides ? ['resolved', undefined] : ['rejected', ...PARAMETER_ERROR];
+        assert.deepEqual(request.state, isLaunch ? ['pending'] : answered);
         assert.equal(countLogs('After delay 5s, uiContent is still nullptr.'), 1);
+        assert.equal(countLogs('DelayStartUIExtensionAbility need not message back'), isLaunch ? 1 : 0);
         device.showWindow(context);
         await advance(5000);
         assert.deepEqual([device.modals(), ends(), clock.sleepers()], [[], [], 0]);
@@ -74,14 +78,15 @@ for (const name of Object.keys(REQUESTS)) {
 }
 
 test('the callback form is answered in the same way when no window comes', async () => {
-    const calls = [];
-    for (const name of ['init', 'getLocalPlayer']) {
-        game[name](device.createAbilityContext({ window: false }), (...values) => calls.push(values));
+    for (const [name, { rest, callbackAt, hides }] of Object.entries(REQUESTS)) {
+        const calls = [];
+        if (callbackAt) {
+            game[name](device.createAbilityContext({ window: false }), ...rest, (...values) => calls.push(values));
+            await advance(5000);
+            const told = calls.map(([error, data]) => [error && [error.code, error.message], data]);
+            assert.deepEqual(told, [[hides ? undefined : PARAMETER_ERROR, undefined]], name);
+        }
     }
-    await advance(5000);
-    const [[, ...first], [error, ...second]] = calls;
-    assert.deepEqual([calls.length, calls[0][0], first, second], [2, undefined, [undefined], [undefined]]);
-    assert.deepEqual([error.code, error.message], PARAMETER_ERROR);
 });
 
 test('a window that was hidden delays the start, and one that is shown again opens it', async () => {

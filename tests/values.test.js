@@ -1,7 +1,9 @@
 'use strict';
 
 const assert = require('node:assert/strict');
-const { attempt, device, ends, game, test, turn } = require('./support');
+const {
+    REQUESTS, assertCalledWithFailure, attempt, device, ends, failureOf, game, outcomeOf, test, turn,
+} = require('./support');
 
 const lastWant = () => device.modals().at(-1).want.parameters;
 
@@ -20,6 +22,10 @@ const READERS = {
     'the trace identifier': (value) => {
         game.syncTraceId(value);
         return READERS['an argument']('') + lastWant().traceId;
+    },
+    'the text of a page': (value) => {
+        game.launchCommonPage(device.createAbilityContext(), value);
+        return lastWant().pageInfo;
     },
     'a field': (value) => verify({ thirdOpenId: value }).thirdOpenId,
     'the info of an event': async (value) => {
@@ -91,17 +97,74 @@ const trap = () => {
 const trapped = (key) => Object.defineProperty({}, key, { get: trap });
 const HAS_TRAP = new Proxy({}, { has: trap });
 
-test('what a getter throws while a request is read reaches the caller, and the request goes nowhere', async () => {
-    const infos = [...['thirdOpenId', 'isRealName', 'isAdult', 'ageRange'].map(trapped), HAS_TRAP,
-        new Proxy({ thirdOpenId: '' }, { get: trap })];
-    for (const info of infos) {
-        const call = () => game.verifyLocalPlayer(device.createAbilityContext(), info);
-        assert.deepEqual(attempt(call), ['threw', undefined, 'of the getter']);
-    }
-    await turn();
-    assert.deepEqual([device.modals(), ends()], [[], infos.map(() => ['verifyLocalPlayer', 401])]);
-    assert.deepEqual(verify({ thirdOpenId: 'next' }), { thirdOpenId: 'next' });
-});
+/** The requests that take an object: the Want's key of its JSON, that of an object of none of its fields, and these. */
+const OBJECTS = {
+    savePlayerRole: ['tavikExtra', '{"gamePlayerId":"","roleId":"","roleName":"","serverId":"","serverName":"",' +
+        '"teamPlayerId":"","thirdOpenId":""}',
+    ['roleId', 'roleName', 'serverId', 'serverName', 'gamePlayerId', 'teamPlayerId', 'thirdOpenId']],
+    prePurchase: ['tavikExtra', '{"developerPayload":"","productId":"","productType":0,"reservedInfo":""}',
+        ['productId', 'developerPayload', 'reservedInfo'], ['productType']],
+    postPurchase: ['tavikExtra', '{"purchaseData":""}', ['purchaseData']],
+    verifyLocalPlayer: ['thirdUserInfo', '{"thirdOpenId":""}', ['thirdOpenId'], ['isRealName', 'isAdult', 'ageRange']],
+    unionLogin: ['unionLoginParam', '{"showLoginDialog":false,"thirdAccountInfos":[]}', [],
+        ['showLoginDialog', 'loginPanelType', 'thirdAccountInfos']],
+    quickGameLogin: ['quickGameLoginParam', '{"gameAppId":""}', ['gameAppId']],
+};
+
+for (const [name, [key, empty, texts, others = []]] of Object.entries(OBJECTS)) {
+    const { callbackAt, failsAs = name } = REQUESTS[name];
+    const call = (...args) => game[name](device.createAbilityContext(), ...args);
+    const sent = (object) => {
+        call(object);
+        return lastWant()[key];
+    };
+
+    test(`${name} fails at once on a parameter that is no object`, async () => {
+        const values = [undefined, null, 0, 'x', true, Symbol('s'), 1n, () => {}];
+        for (const value of values) {
+            assert.deepEqual(await outcomeOf(() => call(value)), failureOf(name));
+            const calls = [];
+            if (callbackAt) {
+                assert.equal(call(value, (...given) => calls.push(given)), undefined);
+                assertCalledWithFailure(name, calls);
+            }
+        }
+        assert.deepEqual(ends(), Array(values.length * (callbackAt ? 2 : 1)).fill([failsAs, 401]));
+        assert.deepEqual(device.modals(), []);
+    });
+
+    test(`${name} takes any object, though it has none of the fields`, () => {
+        const proxy = new Proxy({}, { get: () => assert.fail('read'), has: () => false });
+        const objects = [{}, [], ['x'], new Date(0), new Map(), Object.create(null), new String('x'), /x/, proxy];
+        assert.deepEqual(objects.map(sent), objects.map(() => empty));
+    });
+
+    test(`${name} cuts every text, and reads as empty what is none`, () => {
+        const long = '\u6f22'.repeat(5000);
+        for (const field of texts) {
+            const read = (value) => JSON.parse(sent({ [field]: value }))[field];
+            assert.equal(read(long), long.slice(0, 1365), field);
+            assert.deepEqual([7, true, null, {}, ['x']].map(read), ['', '', '', '', ''], field);
+            assert.deepEqual(JSON.parse(sent({ [field]: 'x' })), { ...JSON.parse(empty), [field]: 'x' });
+        }
+    });
+
+    test(`${name} throws what a getter throws, and the request goes nowhere`, async () => {
+        const { proxy, revoke } = Proxy.revocable({}, {});
+        revoke();
+        const objects = [...[...texts, ...others].map(trapped), HAS_TRAP, proxy,
+            new Proxy({}, { get: trap, has: () => true })];
+        for (const object of objects) {
+            for (const more of callbackAt ? [[], [() => assert.fail('called')]] : [[]]) {
+                assert.match(attempt(() => call(object, ...more)).join(), /^threw,,(of the getter|.* revoked)$/);
+            }
+        }
+        await turn();
+        assert.deepEqual(ends(), Array(objects.length * (callbackAt ? 2 : 1)).fill([failsAs, 401]));
+        assert.deepEqual(device.modals(), []);
+        assert.equal(sent({}), empty);
+    });
+}
 
 test('what a getter throws while an event is read reaches the caller, and no listener', async () => {
     const heard = [];

@@ -28,6 +28,8 @@ void Deliver(int32_t id, const Answer& answer, PendingPromise& promise)
         promise.Fail("Modal " + std::to_string(id) + " cannot answer: reset() made the device forget it.");
         return;
     }
+    // The module closes the modal before it queues what the answer brought.
+    const LoopHold untilQueued = modal->HoldLoop();
     answer(*callbacks);
 }
 
@@ -132,6 +134,20 @@ napi_value AnswerError(napi_env env, napi_callback_info info)
     });
 }
 
+napi_value AnswerAll(napi_env env, napi_callback_info info)
+{
+    const napi_value value = Arguments<1>(env, info)[0];
+    if (IsOfType(env, value, napi_null)) {
+        Modals::Get().SetAnswer(nullptr);
+        return nullptr;
+    }
+    auto answer = std::make_shared<WantParams>();
+    if (UnwrapWantParams(env, value, *answer)) {
+        Modals::Get().SetAnswer(std::move(answer));
+    }
+    return nullptr;
+}
+
 napi_value AnswerOn(napi_env env, napi_callback_info info)
 {
     const napi_value value = Arguments<1>(env, info)[0];
@@ -152,7 +168,8 @@ napi_value AnswerOn(napi_env env, napi_callback_info info)
 bool DefineAnswerFunctions(napi_env env, napi_value exports)
 {
     return DefineFunctions(env, exports,
-                           {{"answerResult", AnswerResult},
+                           {{"answerAll", AnswerAll},
+                            {"answerResult", AnswerResult},
                             {"answerReceive", AnswerReceive},
                             {"answerRelease", AnswerRelease},
                             {"answerError", AnswerError},

@@ -49,6 +49,17 @@ napi_value FailNext(napi_env env, napi_callback_info info)
     return nullptr;
 }
 
+napi_value ListFaults(napi_env env, napi_callback_info /*info*/)
+{
+    return MakeArray(env, Faults::Records(), [env](const Faults::Record& record) {
+        return ObjectMaker(env)
+            .Text("call", record.call)
+            .Number("made", static_cast<double>(record.made))
+            .Number("failed", static_cast<double>(record.failed))
+            .Object();
+    });
+}
+
 napi_value ChangeSystemApp(napi_env env, napi_callback_info info)
 {
     bool isSystem = false;
@@ -78,7 +89,10 @@ napi_value Reset(napi_env env, napi_callback_info /*info*/)
 bool DefineControlFunctions(napi_env env, napi_value exports)
 {
     return DefineFunctions(env, exports,
-                           {{"failNext", FailNext}, {"setSystemApp", ChangeSystemApp}, {"reset", Reset}});
+                           {{"failNext", FailNext},
+                            {"faults", ListFaults},
+                            {"setSystemApp", ChangeSystemApp},
+                            {"reset", Reset}});
 }
 
 }  // namespace StandIn

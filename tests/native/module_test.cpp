@@ -17,6 +17,11 @@ namespace {
 
 napi_module* gRegistered = nullptr;
 
+napi_env AsEnv(uintptr_t number)
+{
+    return reinterpret_cast<napi_env>(number);
+}
+
 std::vector<std::string> TakeLog()
 {
     std::vector<std::string> messages;
@@ -51,8 +56,8 @@ TEST(ModuleRecord, IsRegisteredWhenTheLibraryIsLoaded)
 
 TEST(EnvRegistry, KnowsWhatIsRegisteredAndNothingElse)
 {
-    auto first = std::make_shared<EnvInfo>();
-    auto second = std::make_shared<EnvInfo>();
+    auto first = std::make_shared<EnvInfo>(EnvInfo{AsEnv(1)});
+    auto second = std::make_shared<EnvInfo>(EnvInfo{AsEnv(2)});
     SaveEnvInfo(first);
     SaveEnvInfo(second);
     EXPECT_TRUE(IsValidEnv(first) && IsValidEnv(second));
@@ -72,6 +77,17 @@ TEST(EnvRegistry, TakesOneOfTwoEntriesAway)
     EXPECT_TRUE(IsValidEnv(info));
     DeleteEnvInfo(info.get());
     EXPECT_FALSE(IsValidEnv(info));
+}
+
+TEST(EnvRegistry, DropsAnEnvironmentWhoseHandleIsInUseAgain)
+{
+    auto unnoticed = std::make_shared<EnvInfo>(EnvInfo{AsEnv(1)});
+    auto next = std::make_shared<EnvInfo>(EnvInfo{AsEnv(1)});
+    SaveEnvInfo(unnoticed);
+    SaveEnvInfo(next);
+    EXPECT_FALSE(IsValidEnv(unnoticed));
+    EXPECT_TRUE(IsValidEnv(next));
+    DeleteEnvInfo(next.get());
 }
 
 TEST(EnvRegistry, GivesNoAddressAwayThatIsStillHeld)

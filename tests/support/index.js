@@ -10,18 +10,37 @@ const path = require('node:path');
 const { Worker, parentPort, threadId } = require('node:worker_threads');
 
 const ROOT = path.join(__dirname, '..', '..');
-const LIMIT_MS = 15000;
+// Of real time, for what must come to an end; under instruments all takes longer.
+const LIMIT_MS = 15000 * (Number(process.env.GAMEAPI_TEST_PATIENCE) || 1);
 const PARAMETER_ERROR = [401, 'Parameter error.'];
 const SYSTEM_ERROR = [1002000001, 'System internal error.'];
 
-/** The requests, with what follows the context in a good call of each. */
+const NAPI_REFUSAL = ['threw', undefined, 'Invalid argument'];
+const IDS = ['open-1', 'team-1'];
+
+/**
+ * The requests. In a good call of each `rest` follows the context, and a callback makes the arguments `callbackAt`,
+ * if it may be given. `hides`: a failure reads as a success; `failsAs`: analytics knows a failed call by another name.
+ */
 const REQUESTS = {
-    init: { type: 1, rest: [] },
-    getLocalPlayer: { type: 2, rest: [] },
-    bindPlayer: { type: 7, rest: ['open-1', 'team-1'] },
-    unbindPlayer: { type: 8, rest: ['open-1', 'team-1'] },
+    init: { type: 1, rest: [], callbackAt: 2, hides: true },
+    getLocalPlayer: { type: 2, rest: [], callbackAt: 2 },
+    savePlayerRole: { type: 3, rest: [{ roleId: 'role-1' }], callbackAt: 3, hides: true },
+    prePurchase: { type: 4, rest: [{ productId: 'product-1' }], callbackAt: 3 },
+    postPurchase: { type: 5, rest: [{ purchaseData: 'data-1' }], callbackAt: 3 },
+    bindPlayer: { type: 7, rest: IDS },
+    unbindPlayer: { type: 8, rest: IDS },
     verifyLocalPlayer: { type: 9, rest: [{ thirdOpenId: 'open-1' }] },
+    unionLogin: { type: 10, rest: [{}], failsAs: 'unbindPlayer' },
+    quickGameLogin: { type: 14, rest: [{ gameAppId: 'app-1' }] },
 };
+
+/** The launches that open a page at once; nobody is told of its answer. */
+const PAGES = {
+    launchWelcomeBanner: { type: 13, rest: ['hello'] },
+    launchCommonPage: { type: 15, rest: ['page'] },
+};
+const CALLS = { ...REQUESTS, ...PAGES };
 
 const loadGame = () => require(ROOT);
 const loadDevice = () => require(path.join(ROOT, 'device'));
@@ -77,10 +96,32 @@ function attempt(call) {
     }
 }
 
-/** A good call of a request; the record gains the modal that it opened, if it did. */
+/** What becomes of a call: as `attempt` tells it, or the state of the promise that it returned. */
+async function outcomeOf(call) {
+    const outcome = attempt(call);
+    const request = outcome[1] instanceof Promise ? track(outcome[1]) : { state: outcome };
+    await turn();
+    return request.state;
+}
+
+/** The outcome of a call of the promise form whose context or parameters are of no use. */
+function failureOf(name) {
+    if (!(name in REQUESTS)) {
+        return ['pending'];
+    }
+    return REQUESTS[name].hides ? NAPI_REFUSAL : ['rejected', ...PARAMETER_ERROR];
+}
+
+/** Checks the calls of a callback that was given to such a call. */
+function assertCalledWithFailure(name, calls) {
+    const told = calls.map(([error, data]) => [error && error.code, error && error.message, data]);
+    assert.deepEqual(told, [REQUESTS[name].hides ? [null, null, undefined] : [...PARAMETER_ERROR, null]]);
+}
+
+/** A good call of a request or a page launch; the record gains the modal that it opened, if it did. */
 function start(name, context = loadDevice().createAbilityContext()) {
     const before = loadDevice().modals().length;
-    const request = track(loadGame()[name](context, ...REQUESTS[name].rest));
+    const request = track(loadGame()[name](context, ...CALLS[name].rest));
     return Object.assign(request, { context, modal: loadDevice().modals()[before] });
 }
 
@@ -108,6 +149,16 @@ async function sleepers() {
     return loadDevice().clock.sleepers();
 }
 
+/** Moves on until a timer finds its time up, which may be at any of its looks. Returns the time that took. */
+async function timeUp() {
+    const { clock } = loadDevice();
+    const [begin, before] = [clock.now(), countLogs('seconds end')];
+    while (countLogs('seconds end') === before && clock.now() < begin + 3600000) {
+        await clock.advance(1000);
+    }
+    return clock.now() - begin;
+}
+
 /** The Want of a request of `type` with further parameters. */
 function wantOf(type, more = {}) {
     return {
@@ -116,6 +167,17 @@ function wantOf(type, more = {}) {
         deviceId: '',
         parameters: { requestType: type, 'ability.want.params.uiExtensionType': 'sys/commonUI', traceId: '', ...more },
     };
+}
+
+/** For each row [what, object, JSON text] a test that `name` sends the object as this text under `key`. */
+function testTexts(name, key, rows) {
+    for (const [what, object, text] of rows) {
+        test(`${name} sends ${what}`, () => {
+            loadGame()[name](loadDevice().createAbilityContext(), object);
+            const wants = loadDevice().modals().map(({ want }) => want);
+            assert.deepEqual(wants, [wantOf(REQUESTS[name].type, { [key]: text })]);
+        });
+    }
 }
 
 /** Values that are no usable context, each with what the log says of it. */
@@ -177,7 +239,8 @@ async function expectChild(body, { args = [], env = {}, code = 0, out = [] } = {
 module.exports = {
     get game() { return loadGame(); },
     get device() { return loadDevice(); },
-    PARAMETER_ERROR, REQUESTS, ROOT, SYSTEM_ERROR,
-    answer, attempt, badContexts, countLogs, ends, expectChild, nextMessage, once, parentPort, roundTrip,
-    runInChild, sleepers, start, startWorker, test, track, turn, wantOf,
+    CALLS, NAPI_REFUSAL, PAGES, PARAMETER_ERROR, REQUESTS, ROOT, SYSTEM_ERROR,
+    answer, assertCalledWithFailure, attempt, badContexts, countLogs, ends, expectChild, failureOf, nextMessage, once,
+    outcomeOf, parentPort, roundTrip, runInChild, sleepers, start, startWorker, test, testTexts, timeUp, track, turn,
+    wantOf,
 };

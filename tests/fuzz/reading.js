@@ -1,0 +1,161 @@
+'use strict';
+
+// How the module reads JS values, worked out from its documented rules alone: texts, numbers and flags, and what each
+// request makes of its parameters. `say` hears the warnings and errors that the reading logs.
+
+const { isProxy } = require('node:util').types;
+
+const MAX_BYTES = 4096;
+const PANEL_WITHOUT_ICONS = 1;
+
+const isObject = (value) => typeof value === 'object' && value !== null;
+// A proxy of an array is no array to Node-API.
+const isArray = (value) => Array.isArray(value) && !isProxy(value);
+const has = (value, key) => value !== undefined && value !== null && key in Object(value);
+const get = (value, key) => (has(value, key) ? Object(value)[key] : undefined);
+
+/** Up to the first NUL and cut to whole characters within the limit; what is no string is empty. */
+function text(value) {
+    if (typeof value !== 'string') {
+        return '';
+    }
+    let bytes = Buffer.from(value);
+    if (bytes.length > MAX_BYTES) {
+        let end = MAX_BYTES;
+        while ((bytes[end] & 0xc0) === 0x80) {
+            --end;
+        }
+        bytes = bytes.subarray(0, end);
+    }
+    return bytes.toString().split('\0')[0];
+}
+
+/** The lowest 32 bits of a number; what is none, and what is not finite, is 0. */
+const int = (value) => (typeof value === 'number' ? value | 0 : 0);
+const flag = (value) => value === true;
+
+function argument(value, say) {
+    if (typeof value !== 'string') {
+        say('GetStringUtf8 value param type is not string');
+    }
+    return text(value);
+}
+
+const json = (entries) => JSON.stringify(Object.fromEntries(entries.sort(([a], [b]) => (a < b ? -1 : 1))));
+const fields = (object, keys, read = text) => keys.map((key) => [key, read(get(object, key))]);
+const present = (object, keys, read) => keys.filter((key) => has(object, key))
+    .map((key) => [key, read(get(object, key))]);
+
+function findIconByNames(names, resources, say) {
+    for (let i = 0; i < names.length; ++i) {
+        const name = argument(names[i], say);
+        const media = name.includes('.') ? resources.mediaByName?.[name.slice(name.lastIndexOf('.') + 1)] : undefined;
+        const found = media?.length ? media : resources.rawFiles?.[name];
+        if (found?.length) {
+            return found;
+        }
+    }
+    return undefined;
+}
+
+/** The bytes that an icon's description leads to in the game's modules, in base64; empty if to none. */
+function icon(description, modules, say) {
+    const moduleName = text(get(description, 'moduleName'));
+    if (moduleName === '') {
+        say('GetEncodedAccountIcon moduleName is empty');
+        return '';
+    }
+    const resources = Object.hasOwn(modules, moduleName) ? modules[moduleName] : undefined;
+    if (!resources) {
+        say(`${resources === null ? 'resourceManager' : 'moduleContext'} is nullptr`);
+        return '';
+    }
+    const id = int(get(description, 'id')) >>> 0;
+    const media = resources.mediaById?.[id];
+    const names = media?.length ? [] : get(description, 'params');
+    if (!isArray(names)) {
+        return '';
+    }
+    const found = media?.length ? media : findIconByNames(names, resources, say);
+    if (!found) {
+        say('Base64Encode error: invalid input param.');
+        return '';
+    }
+    return Buffer.from(found).toString('base64');
+}
+
+function account(element, panel, modules, say) {
+    const accountName = text(get(element, 'accountName'));
+    if (panel === PANEL_WITHOUT_ICONS) {
+        return [{ accountName, encodedIcon: '' }];
+    }
+    if (!has(element, 'accountIcon')) {
+        say('JsObjectToAccountInfoList has not accountIcon property');
+        return [];
+    }
+    const encodedIcon = icon(get(element, 'accountIcon'), modules, say);
+    if (encodedIcon === '') {
+        say('JsObjectToAccountInfoList icon size is 0');
+        return [];
+    }
+    return [{ accountName, encodedIcon }];
+}
+
+function accounts(object, panel, modules, say) {
+    if (!has(object, 'thirdAccountInfos')) {
+        say('JsObjectToAccountInfoList thirdAccountInfos not existed');
+        return [];
+    }
+    const list = get(object, 'thirdAccountInfos');
+    if (!isArray(list)) {
+        say('JsObjectToAccountInfoList thirdAccountInfos not array');
+        return [];
+    }
+    return Array.from({ length: list.length }, (_, i) => account(list[i], panel, modules, say)).flat();
+}
+
+function unionLogin([object], say, modules) {
+    const entries = [...fields(object, ['showLoginDialog'], flag), ...present(object, ['loginPanelType'], int)];
+    const panel = entries.length > 1 ? entries[1][1] : 0;
+    entries.push(['thirdAccountInfos', accounts(object, panel, modules, say)]);
+    return { unionLoginParam: json(entries) };
+}
+
+const binding = ([openId, teamId], say) =>
+    ({ thirdOpenId: argument(openId, say), teamPlayerId: argument(teamId, say) });
+const ROLE = ['roleId', 'roleName', 'serverId', 'serverName', 'gamePlayerId', 'teamPlayerId', 'thirdOpenId'];
+
+/** What the requests that read a record send; each gets the arguments after the context, and its modules. */
+const RECORDS = {
+    savePlayerRole: ([role]) => ({ tavikExtra: json(fields(role, ROLE)) }),
+    prePurchase: ([purchase]) => ({
+        tavikExtra: json([...fields(purchase, ['productId']), ...fields(purchase, ['productType'], int),
+            ...fields(purchase, ['developerPayload', 'reservedInfo'])])
+    }),
+    postPurchase: ([result]) => ({ tavikExtra: json(fields(result, ['purchaseData'])) }),
+    verifyLocalPlayer: ([info]) => ({
+        thirdUserInfo: json([...fields(info, ['thirdOpenId']), ...present(info, ['isRealName', 'isAdult'], flag),
+            ...present(info, ['ageRange'], int)])
+    }),
+    unionLogin,
+    quickGameLogin: ([param]) => ({ quickGameLoginParam: json(fields(param, ['gameAppId'])) }),
+};
+/** And those of the requests that read none. */
+const PLAIN = {
+    init: () => ({}),
+    getLocalPlayer: () => ({}),
+    bindPlayer: binding,
+    unbindPlayer: binding,
+    launchWelcomeBanner: ([greetingInfo], say) => ({ greetingInfo: argument(greetingInfo, say) }),
+    launchCommonPage: ([pageInfo], say) => ({ pageInfo: argument(pageInfo, say) }),
+};
+
+/** The parameters that `method` sends besides those common to all; null if its record is no object. */
+function sent(method, rest, say = () => {}, modules = {}) {
+    if (method in PLAIN) {
+        return PLAIN[method](rest, say);
+    }
+    return isObject(rest[0]) ? RECORDS[method](rest, say, modules) : null;
+}
+
+module.exports = { argument, get, int, sent, text };

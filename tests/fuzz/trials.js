@@ -1,0 +1,224 @@
+'use strict';
+
+// One trial gives the module or the device a drawn value and compares what comes of it with an independent reading.
+
+const { isDeepStrictEqual, inspect, types: { isProxy } } = require('node:util');
+const { device, game, turn } = require('../support');
+const { seeded } = require('../hostile/generator');
+const { argument, get, int, sent, text } = require('./reading');
+const { Values } = require('./values');
+
+const MAX_DEPTH = 32;
+const EVENT_TYPES = ['playerChanged', 'gameAddictionPrevented'];
+const PLAYER_INVALID = 1002000015;
+/** The requests: type, least and most arguments, and the keys of the record that they read. */
+const REQUESTS = {
+    init: [1, 1, Infinity],
+    getLocalPlayer: [2, 1, Infinity],
+    savePlayerRole: [3, 2, Infinity, ['roleId', 'roleName', 'serverId', 'serverName', 'gamePlayerId', 'thirdOpenId']],
+    prePurchase: [4, 2, Infinity, ['productId', 'productType', 'developerPayload', 'reservedInfo']],
+    postPurchase: [5, 2, Infinity, ['purchaseData']],
+    bindPlayer: [7, 3, 3],
+    unbindPlayer: [8, 3, 3],
+    verifyLocalPlayer: [9, 2, 2, ['thirdOpenId', 'isRealName', 'isAdult', 'ageRange']],
+    unionLogin: [10, 2, 2, ['showLoginDialog', 'loginPanelType', 'thirdAccountInfos']],
+    launchWelcomeBanner: [13, 1, Infinity],
+    quickGameLogin: [14, 2, 2, ['gameAppId']],
+    launchCommonPage: [15, 1, Infinity],
+};
+
+/** What a promise became by now: [] while it is pending, [error] or [undefined, value]. */
+function follow(promise) {
+    const fate = [];
+    promise.then((value) => fate.push(undefined, value), (error) => fate.push(error));
+    return fate;
+}
+
+/** How a call ended: ['returned', value] or ['threw', error]. */
+function attempt(call) {
+    try {
+        return ['returned', call()];
+    } catch (error) {
+        return ['threw', error];
+    }
+}
+
+const messageOf = ([how, what]) => (how === 'threw' ? what.message : undefined);
+
+/** The parameters as they travel; throws a TypeError for a value that cannot. */
+function travelled(value, depth = 0) {
+    if (typeof value === 'number' || typeof value === 'boolean') {
+        return value;
+    }
+    if (typeof value === 'string') {
+        return Buffer.from(value).toString();
+    }
+    if (Array.isArray(value) && Array.from(value).every((item) => typeof item === 'string')) {
+        return value.map((item) => travelled(item));
+    }
+    const prototype = typeof value === 'object' && value !== null ? Object.getPrototypeOf(value) : undefined;
+    if (prototype === undefined || (prototype && Object.getPrototypeOf(prototype) !== null) || depth > MAX_DEPTH) {
+        throw new TypeError('cannot travel');
+    }
+    return Object.fromEntries(Object.entries(value).filter(([, each]) => each !== undefined)
+        .map(([key, each]) => [travelled(key), travelled(each, depth + 1)]));
+}
+
+const hasProxy = (value, depth = 0) => isProxy(value) || (typeof value === 'object' && value !== null && depth < 5 &&
+    Object.values(Object.getOwnPropertyDescriptors(value)).some((each) => hasProxy(each.value, depth + 1)));
+
+class Trial {
+    constructor(seed) {
+        this.values = new Values(seeded(seed));
+    }
+
+    /** Null, or what was not as it should be. */
+    async run() {
+        const { values } = this;
+        device.reset();
+        device.setSystemApp(true);
+        device.clock.manual();
+        device.answerOn('caller');
+        const kind = values.random();
+        if (kind < 0.7) {
+            return this.tryRequest(values.pick(Object.keys(REQUESTS)));
+        }
+        const trials = [this.tryParameters, this.tryListening, this.tryEvent, this.tryReport, this.tryTrace, this.tryLimit];
+        return values.pick(trials).call(this);
+    }
+
+    same(what, given, expected, actual) {
+        const show = (value) => inspect(value, { depth: 6, maxStringLength: 300 });
+        return isDeepStrictEqual(expected, actual) ? null :
+            `${what}(${show(given)})\nexpected ${show(expected)}\nactual   ${show(actual)}`;
+    }
+
+    bytes() {
+        return Uint8Array.from({ length: this.values.below(this.values.pick([3, 50, 4000])) }, () => this.values.below(256));
+    }
+
+    modules() {
+        return { entry: { mediaById: { 1: this.bytes(), 4294967295: this.bytes() }, mediaByName: { icon: this.bytes() },
+            rawFiles: { icon: this.bytes(), 'a.png': this.bytes(), 'app.icon': this.bytes() } }, bare: {}, locked: null };
+    }
+
+    icon(key) {
+        const { values } = this;
+        const names = ['icon', 'a.png', 'app.media.icon', '', '.', values.any()];
+        return { moduleName: () => values.pick(['entry', 'entry', 'entry', 'bare', 'locked', values.any()]),
+            id: () => values.pick([1, -1, 0, 4294967297, values.any()]),
+            params: () => values.pick([Array.from({ length: values.below(4) }, () => values.pick(names)), values.any()])
+        }[key]();
+    }
+
+    account(key) {
+        return key === 'accountName' ? this.values.any() :
+            this.values.record(['moduleName', 'id', 'params'], (each) => this.icon(each));
+    }
+
+    member(key) {
+        const { values } = this;
+        return key === 'thirdAccountInfos' && values.random() < 0.9 ? Array.from({ length: values.below(4) },
+            () => values.record(['accountName', 'accountIcon'], (each) => this.account(each))) : values.any();
+    }
+
+    tryRequest(method) {
+        const { values } = this;
+        const [type, least, most, keys] = REQUESTS[method];
+        const modules = this.modules();
+        const isAbility = values.random() < 0.9;
+        const context = isAbility ? device.createAbilityContext({ modules }) : device.createUIExtensionContext();
+        const isUsable = values.random() < 0.9;
+        const rest = [keys ? values.record(keys, (key) => this.member(key)) : values.any(), values.any(), values.any()];
+        const count = values.random() < 0.9 ? Math.min(most, Math.max(least, 2)) : values.below(5);
+        const args = [isUsable ? context : values.pick([values.any(), values.proxy(context)]), ...rest].slice(0, count);
+        const expected = attempt(() => (isUsable && args.length >= least && args.length <= most ?
+            sent(method, args.slice(1), () => {}, isAbility ? modules : {}) : null));
+        const before = device.modals().length;
+        const actual = attempt(() => follow(game[method](...args) || Promise.resolve()));
+        const wants = device.modals().slice(before).map(({ want: { parameters } }) => parameters);
+        if (expected[0] === 'threw') {
+            return this.same(method, args, ['threw', messageOf(expected), []], [actual[0], messageOf(actual), wants]);
+        }
+        const want = { requestType: type, 'ability.want.params.uiExtensionType': 'sys/commonUI', traceId: '' };
+        return this.same(method, args, expected[1] ? [{ ...want, ...expected[1] }] : [], wants);
+    }
+
+    // Proxies travel as Node-API shows them, which is not what the language shows of them.
+    async tryParameters() {
+        const { values } = this;
+        const given = values.random() < 0.5 ? values.any(5) : values.record(['b', 'a', '\u00e9', '__proto__x', '1'], () =>
+            values.pick([values.text(), values.number(), [values.text()], values.record(['a', 'b'])]));
+        const promise = game.getLocalPlayer(device.createAbilityContext());
+        const settled = follow(promise);
+        const modal = device.modals().at(-1);
+        const expected = given === undefined ? ['returned', undefined] : attempt(() => travelled(given));
+        const answered = follow(modal.receive({ resultCode: 0, resultMessage: given }));
+        await turn();
+        if (hasProxy(given)) {
+            return null;
+        }
+        if (expected[0] === 'threw') {
+            return this.same('receive', given, [true, []], [answered[0] instanceof Error, settled]);
+        }
+        return this.same('receive', given, [[undefined, undefined], [undefined, expected[1]]], [answered, settled]);
+    }
+
+    tryListening() {
+        const { values } = this;
+        const name = values.pick(['on', 'off']);
+        const args = [values.pick([...EVENT_TYPES, 'playerChanged\0x', values.any()]), values.any(), values.any()]
+            .slice(0, values.pick([0, 1, 2, 2, 2, 2, 3]));
+        const isFunction = typeof args[1] === 'function';
+        const isGood = EVENT_TYPES.includes(text(args[0])) &&
+            (args.length === 2 ? isFunction : name === 'off' && args.length === 1);
+        const [how, what] = attempt(() => game[name](...args));
+        EVENT_TYPES.forEach((type) => game.off(type));
+        return this.same(name, args, isGood ? ['returned', undefined, undefined] : ['threw', 401, 'Parameter error.'], [how, what?.code, what?.message]);
+    }
+
+    async tryEvent() {
+        const { values } = this;
+        const heard = [];
+        const given = values.record(['resultCode', 'resultInfo'], (key) =>
+            (key === 'resultCode' && values.random() < 0.8 ? PLAYER_INVALID : values.any()));
+        const expected = attempt(() => (int(get(given, 'resultCode')) === PLAYER_INVALID ?
+            [{ event: 0, resultInfo: text(get(given, 'resultInfo')) }] : []));
+        game.on('playerChanged', (event) => heard.push(event));
+        const actual = attempt(() => game.onEventCallback(given));
+        await turn();
+        game.off('playerChanged');
+        return this.same('onEventCallback', given,
+            expected[0] === 'threw' ? ['threw', messageOf(expected), []] : ['returned', undefined, expected[1]],
+            [actual[0], messageOf(actual), heard]);
+    }
+
+    tryReport() {
+        const args = [this.values.any(), this.values.any(), this.values.any()];
+        game.reportEventOperation(...args);
+        const { api_name: api, begin_time: begin, error_code: code } =
+            Object.fromEntries(device.analytics.events().at(-1).params);
+        const [name, cost, error] = args;
+        return this.same('reportEventOperation', args,
+            [argument(name, () => {}), device.clock.now() - int(cost), int(error)], [api, begin, code]);
+    }
+
+    tryTrace() {
+        const given = this.values.any();
+        game.syncTraceId(given);
+        game.init(device.createAbilityContext());
+        game.syncTraceId('');
+        return this.same('syncTraceId', given, text(given), device.modals().at(-1).want.parameters.traceId);
+    }
+
+    async tryLimit() {
+        const { values } = this;
+        const args = [values.pick([values.any(), 1]), values.any(), values.any()];
+        game.launchAntiAddiction(device.createAbilityContext(), ...args);
+        await device.clock.advance(15000);
+        const shown = device.modals().at(-1)?.want.parameters;
+        return this.same('launchAntiAddiction', args, int(args[0]) < 15 ? text(args[1]) : undefined, shown?.endText);
+    }
+}
+
+module.exports = { Trial };

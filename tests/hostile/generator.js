@@ -1,0 +1,226 @@
+'use strict';
+
+// Draws steps from a seed. It looks at the model, so that answers find modals and nothing ends the process too soon.
+
+const { METHODS, codeOf, isDeadly } = require('./tables');
+
+/** A generator of numbers from 0 to below 1 that a 32-bit seed determines. */
+function seeded(seed) {
+    let state = seed >>> 0;
+    return () => {
+        state = (state + 0x6d2b79f5) >>> 0;
+        let mixed = Math.imul(state ^ (state >>> 15), state | 1);
+        mixed ^= mixed + Math.imul(mixed ^ (mixed >>> 7), mixed | 61);
+        return ((mixed ^ (mixed >>> 14)) >>> 0) / 4294967296;
+    };
+}
+
+const CODES = [0, 0, 0, 0, 9, 10, 1002000006, 1002000011, 1002000015, 1002000002, 1002000017, 202, 401, 100015, -1, 5,
+    1002000018, 2147483647];
+const WRONG_CODES = ['0', 0.5, true, -0, undefined, [], { a: 0 }];
+const TEXTS = ['', 'text', '{"a":1}', '\u6f22\u{1f600}', 'a\0b', 'x'.repeat(5000)];
+const NO_TEXTS = [undefined, null, 7, -0.5, true, {}, ['text']];
+const NUMBERS = [0, 1, 2, -5, 1.5, 4294967297, 40000000, NaN];
+const RESULT_MESSAGES = ['data', '', 5, -2.5, true, [], ['a', ''], { a: { b: 1.5 } }, undefined];
+const MINUTES = [undefined, undefined, 0, 1, 1, 2, -5, 1.5, '1', 40000000];
+const EVENT_NAMES = ['playerChanged', 'playerChanged', 'playerChanged', 'gameAddictionPrevented', 'other'];
+const SPANS = [1, 999, 1000, 1000, 5000, 15000, 15000, 60000];
+const LONGEST_SPAN = 150000;
+const KINDS = ['result', 'result', 'receive', 'receive', 'receive', 'error', 'release', 'release'];
+const RECORDS = {
+    savePlayerRole: ['roleId', 'roleName', 'serverId', 'gamePlayerId', 'other'],
+    prePurchase: ['productId', 'productType', 'developerPayload', 'reservedInfo'],
+    postPurchase: ['purchaseData'],
+    verifyLocalPlayer: ['thirdOpenId', 'isRealName', 'isAdult', 'ageRange'],
+    unionLogin: ['showLoginDialog', 'loginPanelType', 'thirdAccountInfos'],
+    quickGameLogin: ['gameAppId'],
+};
+const REQUEST_NAMES = Object.keys(METHODS);
+const OTHER_CALLS = ['syncTraceId', 'reportEventOperation', 'onEventCallback', 'onEventCallback'];
+const ACTING = ['off', 'call'];
+
+class Generator {
+    /** `isTame`: deliveries may run beside the next answer, so functions only take note and throw. */
+    constructor(random, model, isTame, hasWorkers) {
+        Object.assign(this, { random, model, isTame, hasWorkers, calls: 0 });
+    }
+
+    below(count) {
+        return Math.floor(this.random() * count);
+    }
+
+    pick(list) {
+        return list[this.below(list.length)];
+    }
+
+    /** Steps are drawn by weight; one that makes no sense now gives way to a call. */
+    next() {
+        const drawn = this.draw([
+            [30, () => this.request(this.env())], [25, () => this.answers(1)], [12, () => this.answers(2 + this.below(4))],
+            [8, () => this.listen()], [6, () => this.otherCall()], [8, () => this.advance()], [5, () => this.window()],
+            [2, () => ['system', this.random() < 0.7]], [1, () => ['gc']],
+            [this.hasWorkers ? 5 : 0, () => this.changeWorkers()],
+        ]);
+        return drawn || this.request(this.env());
+    }
+
+    draw(choices) {
+        let left = this.below(choices.reduce((sum, [weight]) => sum + weight, 0));
+        return choices.find(([weight]) => (left -= weight) < 0)[1]();
+    }
+
+    env() {
+        return this.pick([...this.model.envs.keys()]);
+    }
+
+    id() {
+        return `c${++this.calls}`;
+    }
+
+    request(env, method = this.pick(REQUEST_NAMES)) {
+        const id = this.id();
+        const { least = 3, most = least, callbackAt } = METHODS[method];
+        const args = [this.context(env), ...this.rest(method)];
+        const hasCallback = callbackAt && this.random() < 0.5;
+        if (hasCallback) {
+            args.push(this.random() < 0.9 ? { fn: this.kind(env, args[0]), as: id } : { value: this.pick(NO_TEXTS) });
+        } else if (this.random() < 0.1) {
+            args.length = this.below(Math.max(args.length, most) + 1);
+        } else if (this.random() < 0.1) {
+            args.push({ fn: 'plain', as: id }, { value: 1 });
+        }
+        return ['call', env, id, method, args, 0];
+    }
+
+    context() {
+        return this.random() < 0.9 ? { ctx: this.below(4) } : { bad: this.below(6) };
+    }
+
+    // What settles while the clock moves must not act: the clock goes on meanwhile.
+    kind(env, { ctx }) {
+        const isAwaited = ctx !== undefined && !this.model.envs.get(env).windows[ctx].isShown;
+        return this.pick(['plain', 'plain', 'throws', ...(this.isTame || isAwaited ? [] : ACTING)]);
+    }
+
+    rest(method) {
+        if (method in RECORDS) {
+            return [{ value: this.random() < 0.1 ? this.pick(NO_TEXTS) : this.record(RECORDS[method]) }];
+        }
+        if (method === 'launchAntiAddiction') {
+            const type = this.random() < 0.6 ? 14 : this.pick([0, 2, 6, 13, 99, -1, '2']);
+            return [this.number(), this.text(), { value: type }];
+        }
+        return METHODS[method].callbackAt ? [] : [this.text(), this.text()].slice(method.startsWith('launch') ? 1 : 0);
+    }
+
+    record(keys) {
+        const entries = keys.filter(() => this.random() < 0.7).map((key) => [key, this.member(key)]);
+        return Object.fromEntries(entries);
+    }
+
+    member(key) {
+        if (key === 'thirdAccountInfos') {
+            return this.random() < 0.2 ? this.pick(NO_TEXTS) : [{ accountName: this.pick(TEXTS) }, 5,
+                { accountName: 'a', accountIcon: { moduleName: this.pick(['', 'entry']) } }].slice(this.below(3));
+        }
+        return this.pick([...TEXTS, ...NO_TEXTS, ...NUMBERS, ...(key === 'loginPanelType' ? [1, 1, 1] : [])]);
+    }
+
+    text() {
+        return { value: this.random() < 0.8 ? this.pick(TEXTS) : this.pick(NO_TEXTS) };
+    }
+
+    number() {
+        return { value: this.random() < 0.8 ? this.pick(NUMBERS) : this.pick(NO_TEXTS) };
+    }
+
+    listen() {
+        const type = this.pick(EVENT_NAMES);
+        const kinds = this.isTame || type !== 'playerChanged' ? ['plain', 'plain', 'throws'] : ['plain', 'throws', ...ACTING];
+        const index = this.below(kinds.length);
+        const listener = this.random() < 0.9 ? { fn: kinds[index], as: `${kinds[index]}${index}` } : this.text();
+        const args = [this.random() < 0.95 ? { value: type } : this.text(), listener];
+        const method = this.random() < 0.7 ? 'on' : 'off';
+        if (this.random() < (method === 'on' ? 0.1 : 0.5)) {
+            args.length = this.below(2);
+        } else if (this.random() < 0.05) {
+            args.push({ value: 1 });
+        }
+        return ['call', this.env(), this.id(), method, args, this.below(3)];
+    }
+
+    otherCall() {
+        const method = this.pick(OTHER_CALLS);
+        const changed = { resultCode: this.pick([1002000015, 1002000015, 0, '1002000015']), resultInfo: this.text().value };
+        const args = {
+            syncTraceId: [this.text()],
+            reportEventOperation: [this.text(), this.number(), this.number()],
+            onEventCallback: [{ value: this.random() < 0.9 ? changed : this.pick(NO_TEXTS) }],
+        }[method];
+        return ['call', this.env(), this.id(), method, this.random() < 0.9 ? args : args.slice(1), 0];
+    }
+
+    advance() {
+        const { now, sleepers } = this.model;
+        const next = Math.min(...sleepers.map(({ at }) => at)) - now;
+        const span = Math.min(Number.isFinite(next) && this.random() < 0.6 ? next : this.pick(SPANS),
+            this.model.exitTime() - now - 1, LONGEST_SPAN);
+        return span > 0 ? ['advance', span] : null;
+    }
+
+    window() {
+        return ['window', this.env(), this.below(4), this.pick(['show', 'show', 'hide', 'hide', 'renew'])];
+    }
+
+    changeWorkers() {
+        const workers = [...this.model.envs.keys()].slice(1);
+        const isStart = workers.length < 2 && (workers.length === 0 || this.random() < 0.5);
+        return isStart ? ['start', `worker ${this.id()}`] : ['end', this.pick(workers)];
+    }
+
+    /** Answers given without waiting for one another, calls among them if they are several. */
+    answers(count) {
+        if (this.model.modals.length === 0) {
+            return null;
+        }
+        return ['answers', Array.from({ length: count }, () => (count > 1 && this.random() < 0.15 ?
+            this.request('main') : this.answer(false)))];
+    }
+
+    answer(isDeath) {
+        const { modals } = this.model;
+        for (;;) {
+            const recent = Math.min(modals.length, 4);
+            const index = this.random() < 0.7 ? modals.length - 1 - this.below(recent) : this.below(modals.length);
+            const { request } = modals[index];
+            const [kind, ...payload] = this.payload();
+            if (isDeath === (!request.isEnded && isDeadly(kind, codeOf(kind, payload[0]), request.type))) {
+                return ['answer', index, kind, ...payload];
+            }
+        }
+    }
+
+    payload() {
+        const kind = this.pick(KINDS);
+        const code = this.pick(CODES);
+        const params = { resultMessage: this.pick(RESULT_MESSAGES), resultInfo: this.pick(['who', '', 5, undefined]) };
+        if (kind === 'receive') {
+            const resultCode = this.random() < 0.9 ? code : this.pick(WRONG_CODES);
+            return [kind, { ...params, resultCode, playableTime: this.pick(MINUTES), endText: this.pick(['end', 7]) }];
+        }
+        const rest = { result: this.random() < 0.9 ? [params] : [], error: this.pick([[], ['name', 'text']]), release: [] };
+        return [kind, kind === 'release' ? this.pick([0, 0, 1, -1]) : code, ...rest[kind]];
+    }
+
+    /** An answer or a moment that ends the process; null if there is none. */
+    death() {
+        const exitAt = this.model.exitTime();
+        if (Number.isFinite(exitAt) && this.random() < 0.5) {
+            return ['advance', exitAt - this.model.now];
+        }
+        const isAnyOpen = this.model.modals.some(({ request }) => !request.isEnded);
+        return isAnyOpen ? ['answers', [this.answer(true)]] : null;
+    }
+}
+
+module.exports = { Generator, seeded };

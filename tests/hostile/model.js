@@ -1,0 +1,167 @@
+'use strict';
+
+// What the game, the extension, the log's warnings and errors, and analytics are to see of the module: told as
+// tables and rules on a world of plain records, without a thread, a queue of the loop or a line of the module.
+// Here is the game's side: its calls, and what reaches its functions.
+
+const { argument, get, int, sent, text } = require('../fuzz/reading');
+const { Sessions } = require('./sessions');
+const { BAD_CONTEXTS, EVENT_TYPES, MESSAGES, METHODS, PLAYER_INVALID, rulesOf } = require('./tables');
+
+class Model extends Sessions {
+    call(name, id, method, args, receiver) {
+        const env = this.envs.get(name);
+        return method in METHODS ? this.request(env, id, method, args) : this[method](env, args, receiver);
+    }
+
+    request(env, id, method, args) {
+        const { type, least = 0, most = Infinity, callbackAt, failsAs = method, page } = METHODS[method];
+        const failure = rulesOf(type).hidden ? 0 : 401;
+        if (args.length < least || args.length > most) {
+            this.end(method, this.now, 401);
+            return this.threw(failure);
+        }
+        const callback = args.length === callbackAt ? args[callbackAt - 1] : null;
+        const request = { env, id, type, method, callback, start: this.now, hasBack: Boolean(page), isReset: true,
+            hasNoError: true, isTimed: false, isEnded: false, params: {}, window: this.windowOf(env, args[0]) };
+        const values = args.slice(1).map((arg) => ('fn' in arg ? () => {} : arg.ctx === undefined ? arg.value : {}));
+        if (request.window && this.begin(request, values)) {
+            return ['returned', callback ? undefined : 'promise'];
+        }
+        if (page) {
+            this.log(`${page} build context failed`);
+            return ['returned', 'promise'];
+        }
+        this.end(failsAs, request.start, 401);
+        return this.fail(request, failure);
+    }
+
+    windowOf(env, arg = { bad: 0 }) {
+        if (arg.ctx !== undefined) {
+            return env.windows[arg.ctx];
+        }
+        const complaint = 'bad' in arg ? BAD_CONTEXTS[arg.bad] : 'it is not a stage mode';
+        if (complaint) {
+            this.log(complaint);
+        }
+        return null;
+    }
+
+    begin(request, values) {
+        const say = (message) => this.log(message);
+        if (request.method === 'launchAntiAddiction') {
+            request.type = int(values[2]);
+            this.startTimer(request, argument(values[1], say), int(values[0]));
+            return true;
+        }
+        const more = sent(request.method, values, say);
+        if (more) {
+            this.open(request, { requestType: request.type, ...more });
+        }
+        return more !== null;
+    }
+
+    fail(request, code) {
+        const { env, callback } = request;
+        const error = code === 0 ? null : ['error', code, MESSAGES[code]];
+        if (callback) {
+            return callback.fn && this.invoke(env, callback, 'none', [error, code === 0 ? undefined : null]) ?
+                ['threw', undefined, 'on purpose'] : ['returned', undefined];
+        }
+        if (code === 0) {
+            return ['threw', undefined, 'Invalid argument'];
+        }
+        env.micro.push(() => env.heard.push(['rejected', request.id, error]));
+        return ['returned', 'promise'];
+    }
+
+    on(env, args, receiver) {
+        const type = args.length === 2 ? argument(args[0].value, (message) => this.log(message)) : '';
+        const code = args[1]?.fn && EVENT_TYPES.includes(type) && args.length === 2 ? this.permit(type) : 401;
+        const listeners = this.listeners.get(type) || [];
+        if (code === 0 && !listeners.some((each) => each.env === env && each.fn.as === args[1].as)) {
+            this.listeners.set(type, [...listeners, { env, fn: args[1], receiver }]);
+        }
+        return this.endListening('on', code);
+    }
+
+    off(env, args) {
+        const type = argument(args[0]?.value, (message) => this.log(message));
+        let code = args.length <= 2 && EVENT_TYPES.includes(type) ? this.permit(type) : 401;
+        if (code === 0 && args.length === 2 && !args[1].fn) {
+            this.log(`Off eventType: ${type} or callback function invalid`);
+            code = 401;
+        }
+        if (code === 0) {
+            this.removeListeners(type, (each) => each.env === env && (!args[1] || each.fn.as === args[1].as), args[1]);
+        }
+        return this.endListening('off', code);
+    }
+
+    removeListeners(type, isMeant, one) {
+        const listeners = this.listeners.get(type);
+        const rest = listeners?.filter((each) => !isMeant(each));
+        if (!listeners || (one && rest.length === listeners.length)) {
+            this.log(`UnRegisterGameEventCallback eventType ${type} ${listeners ? 'callback ' : ''}not existed`);
+        } else if (rest.length === 0) {
+            this.listeners.delete(type);
+        } else {
+            this.listeners.set(type, rest);
+        }
+    }
+
+    permit(type) {
+        const isPermitted = type === 'playerChanged' || this.isSystem;
+        if (!isPermitted) {
+            this.log(MESSAGES[202]);
+        }
+        return isPermitted ? 0 : 202;
+    }
+
+    endListening(method, code) {
+        this.end(method, this.now, code);
+        return code === 0 ? ['returned', undefined] : this.threw(code);
+    }
+
+    onEventCallback(env, [result]) {
+        if (int(get(result?.value, 'resultCode')) === PLAYER_INVALID) {
+            this.raise(env, 'playerChanged', text(get(result.value, 'resultInfo')));
+        }
+        return ['returned', undefined];
+    }
+
+    reportEventOperation(env, args) {
+        if (args.length === 3) {
+            const [api, cost, code] = args.map(({ value }) => value);
+            this.end(argument(api, (message) => this.log(message)), this.now - int(cost), int(code));
+        }
+        return ['returned', undefined];
+    }
+
+    syncTraceId(env, [traceId]) {
+        this.traceId = argument(traceId?.value, (message) => this.log(message));
+        return ['returned', undefined];
+    }
+
+    invoke(env, fn, receiver, args) {
+        env.heard.push(['called', fn.as, receiver, ...args]);
+        if (fn.fn === 'off') {
+            this.off(env, [{ value: 'playerChanged' }]);
+        } else if (fn.fn === 'call') {
+            this.request(env, `${fn.as}!`, 'bindPlayer', [{ ctx: 0 }, { value: 'again' }, { value: '' }]);
+        }
+        return fn.fn === 'throws';
+    }
+
+    deliverTo(env, fn, receiver, args) {
+        if (this.invoke(env, fn, receiver, args)) {
+            env.heard.push(['uncaught', 'on purpose']);
+        }
+    }
+
+    threw(code) {
+        return ['threw', code, MESSAGES[code]];
+    }
+}
+
+module.exports = { Model };

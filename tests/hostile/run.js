@@ -1,0 +1,95 @@
+'use strict';
+
+const { inspect, parseArgs } = require('node:util');
+
+const USAGE = `usage: node tests/hostile/run.js --seed N [--steps M] [--ending]  play one sequence, step by step; --ending adds
+                                                            a last step that ends the process
+       node tests/hostile/run.js --seed N --count K         play K sequences, from that of seed N on
+       node tests/hostile/run.js --soak SECONDS [--seed N]  play as many as there is time for`;
+const MAX_NUMBER = 0xffffffff;
+
+const show = (value) =>
+    inspect(value, { depth: 9, breakLength: 118, maxArrayLength: 1000, maxStringLength: 200 });
+
+function complain(problem) {
+    console.error(`${problem}\n${USAGE}`);
+    process.exit(2);
+}
+
+function readOptions() {
+    const text = { type: 'string' };
+    const options = { seed: text, steps: text, count: text, soak: text, ending: { type: 'boolean' } };
+    try {
+        const { values } = parseArgs({ options });
+        return Object.fromEntries(Object.entries(values).map(([name, value]) => [name, readNumber(name, value)]));
+    } catch (error) {
+        return complain(error.message);
+    }
+}
+
+function readNumber(name, value) {
+    const number = Number(value);
+    if (value !== true && !(value !== '' && Number.isInteger(number) && number >= (name === 'seed' ? 0 : 1) &&
+        number <= MAX_NUMBER)) {
+        throw new Error(`--${name} must be a whole number from ${name === 'seed' ? 0 : 1} on, not '${value}'`);
+    }
+    return value === true || number;
+}
+
+function tell({ index, step, what, expected, actual }) {
+    console.log(`The first difference, in ${what} after step ${index}, ${show(step)}:`);
+    console.log(`expected ${show(expected)}`);
+    console.log(`actual   ${show(actual)}`);
+    process.exitCode = 1;
+}
+
+async function playOne({ seed, steps, ending }) {
+    const { Sequence } = require('./sequence');
+    const sequence = new Sequence(seed, { steps, isWatched: true });
+    const watch = (index, step) => console.log(index, show(step));
+    process.exitCode = 1;  // until the end was reached
+    const difference = ending ? await sequence.runToDeath(watch, (notes) => console.log(JSON.stringify(notes))) :
+        await sequence.run(watch);
+    process.exitCode = 0;
+    if (difference) {
+        tell(difference);
+    } else {
+        console.log(`${sequence.steps} steps, no difference`);
+    }
+}
+
+async function playMany({ seed, count }) {
+    const { Sequence } = require('./sequence');
+    const report = process.send ? (progress) => process.send(progress) : () => {};
+    for (let i = 0; i < count; ++i) {
+        const sequence = new Sequence(seed + i);
+        report({ seed: seed + i });
+        const difference = await sequence.run();
+        if (difference) {
+            tell(difference);
+            console.log(`again, step by step: node --expose-gc tests/hostile/run.js --seed ${seed + i}`);
+            break;
+        }
+        report({ seed: seed + i, isDone: true, steps: sequence.steps });
+    }
+    process.disconnect?.();
+}
+
+async function soak({ soak: seconds, seed = Date.now() % MAX_NUMBER }) {
+    const end = Date.now() + seconds * 1000;
+    const { sequences, steps, problem } = await require('./batches').playBatches(seed, 2, () => Date.now() < end);
+    console.log(`${problem ? `${problem}\n` : ''}hostile answers: ${sequences} sequences from seed ${seed} on, ` +
+        `${steps} steps, ${problem ? 'a difference' : 'no difference'}`);
+    process.exitCode = problem ? 1 : 0;
+}
+
+const options = readOptions();
+if (options.soak) {
+    soak(options);
+} else if (options.seed === undefined) {
+    complain('--seed or --soak is missing');
+} else if (options.count) {
+    playMany(options);
+} else {
+    playOne(options);
+}

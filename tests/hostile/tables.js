@@ -1,0 +1,99 @@
+'use strict';
+
+// The rules of the module as tables, written from what it promises and not from its code.
+
+const { int } = require('../fuzz/reading');
+
+const UNDER_AGE = 1002000006;
+const NOT_AGREED = 1002000011;
+const PLAYER_INVALID = 1002000015;
+const SYSTEM_ERROR = 1002000001;
+const ICONS_TOO_LARGE = 100015;
+const QUICK_GAME = 14;
+
+const MESSAGES = {
+    0: 'Success',
+    202: 'Permission denied, non-system app called system api.',
+    401: 'Parameter error.',
+    1002000001: 'System internal error.',
+    1002000002: 'Network connection error.',
+    1002000003: 'The Lumora ID is not signed in or not authorized.',
+    1002000004: 'User cancels real name authentication or not real name.',
+    1002000005: 'The country or region of the signed-in Lumora ID does not support.',
+    1002000006: 'The user is under age or not real-name.',
+    1002000007: 'The application to which the product belongs is not listed in the specified country.',
+    1002000008: 'The LUMORA ID is in the blocklist.',
+    1002000009: 'The game account is unavailable for the game.',
+    1002000010: 'The playerId is not current player.',
+    1002000011: 'Agreement not agreed.',
+    1002000012: 'The thirdOpenId or teamPlayerId has been bound.',
+    1002000013: 'The thirdOpenId and teamPlayerId are not bound.',
+    1002000014: 'This interface is not available for this game.',
+    1002000015: 'The current player information is invalid. Execute the login process again to obtain the player ' +
+        'information.',
+    1002000016: 'Union login canceled by user.',
+    1002000017: 'Illegal application identity.',
+};
+
+/** The asynchronous methods: their request type, how many arguments they take, and which count has a callback. */
+const METHODS = {
+    init: { type: 1, least: 1, callbackAt: 2 },
+    getLocalPlayer: { type: 2, least: 1, callbackAt: 2 },
+    savePlayerRole: { type: 3, least: 2, callbackAt: 3 },
+    prePurchase: { type: 4, least: 2, callbackAt: 3 },
+    postPurchase: { type: 5, least: 2, callbackAt: 3 },
+    bindPlayer: { type: 7, least: 3, most: 3 },
+    unbindPlayer: { type: 8, least: 3, most: 3 },
+    verifyLocalPlayer: { type: 9, least: 2, most: 2 },
+    unionLogin: { type: 10, least: 2, most: 2, failsAs: 'unbindPlayer' },
+    quickGameLogin: { type: QUICK_GAME, least: 2, most: 2 },
+    launchWelcomeBanner: { type: 13, page: 'LaunchWelcomeBanner' },
+    launchCommonPage: { type: 15, page: 'LaunchCommonPage' },
+    launchAntiAddiction: { type: 0, page: 'LaunchAntiAddiction' },
+};
+
+/**
+ * What a request type makes of its answers; a type without a row does none of it.
+ * hidden: a failure is told as a success. data: a success brings the result message. stays: a success that is received
+ * leaves the request open. timed: it may start the anti-addiction timer. stores: whose parameters are the data.
+ * ends: a successful result ends an open request. closes: any release closes, not only one that tells of a failure.
+ */
+const TYPES = {
+    1: { hidden: true },
+    2: { data: true, stays: true, timed: true, stores: ['receive'], ends: true, closes: true },
+    3: { hidden: true },
+    4: { data: true, stores: ['receive', 'result'] },
+    9: { stays: true, timed: true, stores: ['receive'], ends: true, closes: true },
+    10: { data: true, stays: true, stores: ['receive'], closes: true },
+    13: { closes: true },
+    [QUICK_GAME]: { data: true, stays: true, timed: true, stores: ['receive'], closes: true },
+    15: { closes: true },
+};
+const rulesOf = (type) => TYPES[type] || {};
+
+const BAD_CONTEXTS = ['param invalid', 'param invalid', 'it is not a stage mode', 'it is not a stage mode',
+    'get context failed', null];
+const EVENT_TYPES = ['playerChanged', 'gameAddictionPrevented'];
+const CALLBACK_NAMES = { result: 'OnResultForModal', receive: 'OnReceive', error: 'OnError', release: 'OnRelease' };
+
+const isInt32 = (value) => value === int(value) && !Object.is(value, -0);
+const intParam = (params, key, missing) => (isInt32(params[key]) ? params[key] : missing);
+const textParam = (params, key) => (typeof params[key] === 'string' ? params[key] : '');
+
+/** Whether an answer ends the process. Errors and releases never do. */
+function isDeadly(kind, code, type) {
+    return (kind === 'result' || kind === 'receive') &&
+        (code === 10 || (code === NOT_AGREED && type === 1) || (code === UNDER_AGE && type !== QUICK_GAME));
+}
+
+const EXIT_REASONS = { [NOT_AGREED]: ['game exit when init not agreed agreement.'],
+    [UNDER_AGE]: ['game exit when anti-addiction'] };
+/** What the log tells of an answer that ends the process. */
+const exitNotes = (kind, code) => [...(EXIT_REASONS[code] || []), `${CALLBACK_NAMES[kind]} game exit`];
+
+const codeOf = (kind, payload) => (kind === 'receive' ? intParam(payload, 'resultCode', SYSTEM_ERROR) : payload);
+
+module.exports = {
+    BAD_CONTEXTS, CALLBACK_NAMES, EVENT_TYPES, ICONS_TOO_LARGE, MESSAGES, METHODS, PLAYER_INVALID, QUICK_GAME,
+    SYSTEM_ERROR, UNDER_AGE, codeOf, exitNotes, intParam, isDeadly, rulesOf, textParam,
+};

@@ -1,0 +1,80 @@
+'use strict';
+
+// The world that the model of the module lives in: environments with what is on its way to them, time, and records of
+// what was logged and reported. Nothing in it runs by itself.
+
+class World {
+    constructor(now) {
+        Object.assign(this, { now, births: 0, traceId: '', isSystem: false, logs: [], ends: [] });
+        this.envs = new Map();
+        this.modals = [];
+        this.sleepers = [];
+        this.listeners = new Map();
+    }
+
+    // Each environment has contexts of its own: two of abilities, one of a UI extension, one that shows no window yet.
+    addEnv(name) {
+        const windows = [true, true, true, false].map((isShown) => ({ isShown }));
+        this.envs.set(name, { isAlive: true, windows, queue: [], micro: [], heard: [] });
+    }
+
+    endEnv(name) {
+        const env = this.envs.get(name);
+        Object.assign(env, { isAlive: false, queue: [], heard: [] });
+        this.listeners.forEach((list, type) => this.listeners.set(type, list.filter((each) => each.env !== env)));
+        this.envs.delete(name);
+    }
+
+    setWindow(name, slot, change) {
+        const { windows } = this.envs.get(name);
+        windows[slot] = change === 'renew' ? { isShown: true } : windows[slot];
+        windows[slot].isShown = change !== 'hide';
+    }
+
+    /** Lets all that is on its way reach the game. Returns what each environment heard since the last time. */
+    flush() {
+        const heard = {};
+        for (const [name, env] of this.envs) {
+            while (env.micro.length + env.queue.length > 0) {
+                (env.micro.shift() || env.queue.shift())();
+            }
+            heard[name] = env.heard.splice(0);
+        }
+        return heard;
+    }
+
+    sleep(ms, wake, exitAt = Infinity) {
+        const birth = ++this.births;
+        const lie = (span, then, exits = Infinity) =>
+            this.sleepers.push({ at: this.now + span, birth, exitAt: exits, wake: () => then(again) });
+        const again = (span, then) => lie(span, then, exitAt);
+        lie(ms, wake, exitAt);
+    }
+
+    advance(ms) {
+        const target = this.now + ms;
+        this.sleepers.sort((a, b) => a.at - b.at || a.birth - b.birth);
+        while (this.sleepers[0]?.at <= target) {
+            const first = this.sleepers.shift();
+            this.now = first.at;
+            first.wake();
+            this.sleepers.sort((a, b) => a.at - b.at || a.birth - b.birth);
+        }
+        this.now = target;
+    }
+
+    /** The moment at which a timer ends the process. */
+    exitTime() {
+        return Math.min(...this.sleepers.map(({ exitAt }) => exitAt));
+    }
+
+    log(message) {
+        this.logs.push(message);
+    }
+
+    end(api, begin, code) {
+        this.ends.push([api, begin, this.now, code]);
+    }
+}
+
+module.exports = { World };

@@ -1,0 +1,117 @@
+'use strict';
+
+// The package as a game sees it: its types let good programs compile and bad ones not, and tell of what is there at
+// run time; and it is one module, however it is loaded.
+
+const assert = require('node:assert/strict');
+const { execFile } = require('node:child_process');
+const fs = require('node:fs');
+const path = require('node:path');
+const { test } = require('node:test');
+const { promisify } = require('node:util');
+const { ROOT, device, expectChild, game } = require('./support');
+const { ErrorCode } = require('game-player-extension-module/errors');
+
+const OUT = path.join(ROOT, 'out', 'types');
+const FIRST_SERVICE_CODE = 1002000000;
+const DATA = '{"playerId":"p1"}';
+
+let compilation;
+
+async function runCompiler() {
+    fs.rmSync(OUT, { recursive: true, force: true });
+    try {
+        await promisify(execFile)('tsc', ['-p', path.join(ROOT, 'tests', 'types')], { timeout: 60000 });
+    } catch (error) {
+        assert.fail(error.code === 'ENOENT' ? 'tsc is not on PATH: install node-typescript' : error.stdout || error.message);
+    }
+}
+
+/** Compiles tests/types into OUT, once. There a line under @ts-expect-error that compiles is an error, too. */
+function compile() {
+    compilation = compilation || runCompiler();
+    return compilation;
+}
+
+test('programs compile against the types, and lines that must not do not', compile);
+
+test('the types declare what is there at run time and nothing else', async () => {
+    await compile();
+    const { clockNames, codes, deviceNames, methods } = require(path.join(OUT, 'names.js'));
+    assert.deepEqual(Object.keys(methods), Object.getOwnPropertyNames(game));
+    assert.deepEqual(Object.keys(deviceNames).sort(), Object.keys(device).sort());
+    assert.deepEqual(Object.keys(clockNames).sort(), Object.keys(device.clock).sort());
+    assert.deepEqual(codes, ErrorCode);
+});
+
+for (const [file, out] of [
+    ['game.js', [
+        '6 done', 'p1', DATA, DATA, DATA, 'done', 'done', 'done', DATA, DATA, 'Mei', '0',
+        'The thirdOpenId or teamPlayerId has been bound.', '3 launched',
+    ]],
+    ['game.mjs', ['Mei', 'This interface is not available for this game.', 'one module']],
+]) {
+    test(`what TypeScript made of ${file.replace('js', 'ts')} plays`, async () => {
+        await compile();
+        await expectChild(async (_, program) => {
+            const { play } = await import(program);
+            console.log((await play()).join('\n'));
+        }, { args: [path.join(OUT, file)], out });
+    });
+}
+
+test('the error codes are those that the module passes on', async () => {
+    const passed = [0];
+    for (const code of [1, 202, 401, 402, ...Array.from({ length: 32 }, (_, i) => FIRST_SERVICE_CODE + i)]) {
+        const request = game.bindPlayer(device.createAbilityContext(), '', '').catch((error) => error.code);
+        await device.modals().at(-1).error(code);
+        passed.push(...(await request === code ? [code] : []));
+    }
+    device.reset();
+    assert.deepEqual(passed, Object.values(ErrorCode));
+});
+
+test('an error of the module is told from others', () => {
+    const { isBusinessError } = require('game-player-extension-module/errors');
+    const errorOf = (code) => Object.assign(new Error('text'), { code });
+    for (const [value, expected] of [
+        [errorOf(401), true], [errorOf(402), false], [errorOf('401'), false], [errorOf('ENOENT'), false],
+        [new Error('text'), false], [{ code: 401 }, false], [401, false], [null, false], [undefined, false],
+    ]) {
+        assert.equal(isBusinessError(value), expected);
+    }
+    assert.throws(() => game.bindPlayer(), isBusinessError);
+});
+
+test('require and import give one module by folder and by name, in a Worker as well', () => expectChild(
+    async ({ startWorker, once }) => {
+        const check = async ({ ROOT }) => {
+            const name = 'game-player-extension-module';
+            const pathOf = require('node:path').join;
+            for (const [entry, file] of [['', 'index.js'], ['/device', 'device/index.js'], ['/errors', 'errors.js']]) {
+                const required = require(name + entry);
+                const { default: imported, ...names } = await import(name + entry);
+                const isSame = [
+                    required === imported, required === require(pathOf(ROOT, file)),
+                    Object.getOwnPropertyNames(required).every((key) => names[key] === required[key]),
+                    Object.keys(names).length === Object.getOwnPropertyNames(required).length,
+                ];
+                console.log(entry, ...isSame);
+            }
+        };
+        await check({ ROOT: process.cwd() });
+        await once(startWorker(check), 'exit');
+    }, {
+        out: ['', '/device', '/errors', '', '/device', '/errors'].map((entry) => `${entry} true true true true`),
+    }));
+
+test('the package holds all that is in its folder, and starts what there is', () => {
+    const { files, scripts } = require('game-player-extension-module/package.json');
+    const there = fs.readdirSync(ROOT, { withFileTypes: true })
+        .filter(({ name }) => !/^(\..*|out|node_modules|package\.json|README\.md|.*\.tgz)$/.test(name))
+        .map((entry) => (entry.isDirectory() ? `${entry.name}/` : entry.name));
+    assert.deepEqual(files.filter((name) => !name.startsWith('.')).sort(), there.sort());
+    for (const command of Object.values(scripts)) {
+        fs.accessSync(path.join(ROOT, command), fs.constants.X_OK);
+    }
+});
