@@ -4,8 +4,9 @@
  * A request opens the game service over the game's window, and is answered when the player or the service is
  * done there. It is answered by a promise or, where a callback is offered and given, by that callback. Errors are
  * `BusinessError`s: thrown if the number of arguments is wrong, otherwise rejected with or passed to the callback.
+ * Page launches report no failure at all.
  *
- * Every request can end with 401, if its context or parameters will not do or if the window shows no page within
+ * Every other request can end with 401, if its context or parameters will not do or if the window shows no page within
  * five seconds; with 1002000001, if the platform fails or the game service answers with a code without a meaning;
  * and with any code of the game service, 1002000002 to 1002000017. Three of its answers end the game process, with
  * status 0 and without any notice: its order to do so, 1002000006 (to quickGameLogin it is an error), and
