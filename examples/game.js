@@ -5,25 +5,61 @@
 
 const { spawn } = require('node:child_process');
 const { once } = require('node:events');
+const fs = require('node:fs');
 const path = require('node:path');
 const device = require('../device');
-const { world } = require('./extension');
+const { answer, rest, world } = require('./extension');
 const screen = require('./screen');
 const { open, pass, perform, scene, watch } = require('./stage');
 
+const QUICK_GAME_LOGIN = 14;
+const SECOND = 1000;
+const MINUTE = 60 * SECOND;
+const SUN = 0x01000001;
+const readIcon = (name) => fs.readFileSync(path.join(__dirname, 'icons', `${name}.png`));
+
 open();
 const game = watch(require('..'));
-const context = screen.named('context', device.createAbilityContext());
+const context = screen.named('context', device.createAbilityContext({
+    modules: {
+        entry: {
+            mediaById: { [SUN]: readIcon('sun') },
+            mediaByName: { moon: readIcon('moon') },
+            rawFiles: { 'leaf.png': readIcon('leaf') },
+        },
+    },
+}));
 const morning = device.clock.now();
-const news = [];
+let player = null;
+
+const news = []; // what the listeners heard
+const onPlayerChanged = ({ resultInfo }) => news.push(resultInfo);
+const onPrevented = (reason) => news.push(reason);
+
+/** The code of the error with which `call` throws or rejects. */
+async function codeOf(call) {
+    try {
+        await call();
+    } catch (error) {
+        return error.code;
+    }
+}
+
+/** Lets `ms` pass, after which the module shows that the time is up, for 15 s. Returns what the game heard. */
+async function runOut(ms) {
+    await pass(ms);
+    const page = device.modals().at(-1);
+    await pass(15 * SECOND);
+    screen.line('window', page.isOpen ? 'still shows the page' : 'shows the game again');
+    await answer(page, 'release', 0);
+    return news.splice(0);
+}
 
 scene('The game starts', {
     about: 'It names its trace, listens for a change of player, and calls init, which returns a promise.',
     async play() {
         game.syncTraceId('morning-1');
-        game.on('playerChanged', function onPlayerChanged({ resultInfo }) {
-            news.push(resultInfo);
-        });
+        game.on('playerChanged', onPlayerChanged);
         await game.init(context);
     },
 });
@@ -35,19 +71,43 @@ scene('A window that is late', {
         const started = new Promise((resolve) => {
             game.init(lateContext, (error) => resolve(error ? error.code : 'started'));
         });
-        await pass(3000);
+        await pass(3 * SECOND);
         screen.line('window', 'shows its first page');
         device.showWindow(lateContext);
-        await pass(1000);
+        await pass(SECOND);
         return started;
     },
     comesTo: 'started',
 });
 
+scene('Not for every game', {
+    about: 'Only a system application may listen for the end of the playable time.',
+    async play() {
+        const code = await codeOf(() => game.on('gameAddictionPrevented', onPrevented));
+        screen.line('device', 'makes the game a system application');
+        device.setSystemApp(true);
+        game.on('gameAddictionPrevented', onPrevented);
+        return code;
+    },
+    comesTo: 202,
+});
+
+scene('Ten minutes of a quick game', {
+    about: 'Its login limits the time. At the end the module shows a page for 15 s and tells the listener; the game '
+        + 'goes on.',
+    async play() {
+        world.playableMinutes = 10;
+        await game.quickGameLogin(context, { gameAppId: 'com.example.quick' });
+        world.playableMinutes = 0;
+        return runOut(10 * MINUTE + 15 * SECOND); // the module looks at its clock every 15 s
+    },
+    comesTo: ['The user is under age.'],
+});
+
 scene('Who is playing', {
     about: 'The extension hands over the player; its page stays until it is released.',
     async play() {
-        const player = JSON.parse(await game.getLocalPlayer(context));
+        player = JSON.parse(await game.getLocalPlayer(context));
         return player.playerName;
     },
     comesTo: 'Lin',
@@ -55,35 +115,73 @@ scene('Who is playing', {
 
 scene('Is it really Lin', {
     about: 'The game tells what it knows of its own account, and the extension agrees.',
-    async play() {
-        await game.verifyLocalPlayer(context, { thirdOpenId: 'open-7', isRealName: true, isAdult: true });
-    },
+    play: () => game.verifyLocalPlayer(context, { thirdOpenId: 'open-7', isRealName: true, isAdult: true }),
 });
 
 scene('Two accounts become one', {
     about: 'The game binds its own account to the player.',
-    async play() {
-        await game.bindPlayer(context, 'open-7', 'team-7');
-    },
+    play: () => game.bindPlayer(context, 'open-7', player.teamPlayerId),
 });
 
 scene('Once is enough', {
     about: 'The same again: the extension refuses, and the game catches a business error.',
-    async play() {
-        try {
-            await game.bindPlayer(context, 'open-7', 'team-7');
-        } catch (error) {
-            return error.code;
-        }
-    },
+    play: () => codeOf(() => game.bindPlayer(context, 'open-7', player.teamPlayerId)),
     comesTo: 1002000012,
 });
 
 scene('Two accounts again', {
     about: 'The game takes the binding back.',
+    play: () => game.unbindPlayer(context, 'open-7', player.teamPlayerId),
+});
+
+scene('A hero with a name', {
+    about: 'The game saves the role that Lin plays; its texts reach the extension as they are.',
     async play() {
-        await game.unbindPlayer(context, 'open-7', 'team-7');
+        const { gamePlayerId, teamPlayerId } = player;
+        await game.savePlayerRole(context, {
+            roleId: 'R-3', roleName: '云中剑客', serverId: 'S-1', serverName: '华东一区·春暖花开', gamePlayerId, teamPlayerId,
+        });
+        return world.roleName;
     },
+    comesTo: '云中剑客',
+});
+
+scene('A purchase', {
+    about: 'The extension sells, and the game has the purchase completed once it has handed out the gems.',
+    async play() {
+        const purchaseData = await game.prePurchase(context, { productId: 'gems-60', developerPayload: 'level-4' });
+        await game.postPurchase(context, { purchaseData });
+        return JSON.parse(purchaseData).productId;
+    },
+    comesTo: 'gems-60',
+});
+
+scene('One of many accounts', {
+    about: 'Icons by identifier, by media name and as a raw file. An account without its icon is left out.',
+    async play() {
+        return JSON.parse(await game.unionLogin(context, {
+            showLoginDialog: true,
+            loginPanelType: 2,
+            thirdAccountInfos: [
+                { accountName: '晓阳', accountIcon: { moduleName: 'entry', id: SUN } },
+                { accountName: '月光', accountIcon: { moduleName: 'entry', params: ['app.media.moon'] } },
+                { accountName: 'Nobody', accountIcon: { moduleName: 'entry', params: ['app.media.gone'] } },
+                { accountName: '青叶', accountIcon: { moduleName: 'entry', params: ['leaf.png'] } },
+            ],
+        }));
+    },
+    comesTo: { accounts: 3, accountName: '青叶' },
+});
+
+scene('A welcome, and a page', {
+    about: 'These launches await no answer: the player closes each page, and their promises never settle.',
+    async play() {
+        const text = '欢迎回来，今天也请和伙伴们一起守护云中城！';
+        game.launchWelcomeBanner(context, JSON.stringify({ playerName: player.playerName, text }));
+        await rest();
+        game.launchCommonPage(context, JSON.stringify({ page: 'achievements' }));
+    },
+    pending: ['launchWelcomeBanner', 'launchCommonPage'],
 });
 
 scene('Out of reach', {
@@ -91,7 +189,7 @@ scene('Out of reach', {
     async play() {
         world.isOnline = false;
         const outcome = await new Promise((resolve) => {
-            game.getLocalPlayer(context, (error, player) => resolve(error ? error.code : player));
+            game.getLocalPlayer(context, (error, data) => resolve(error ? error.code : data));
         });
         world.isOnline = true;
         return outcome;
@@ -102,30 +200,47 @@ scene('Out of reach', {
 scene('Someone else takes over', {
     about: 'Mei signs in on the page. The listener hears of it before the request is answered.',
     async play() {
-        world.nextPlayer = { playerId: 'P-2002', playerName: 'Mei' };
-        const player = JSON.parse(await game.getLocalPlayer(context));
-        return [...news, player.playerName];
+        world.nextPlayer = { gamePlayerId: 'G-2002', teamPlayerId: 'T-2002', playerName: 'Mei' };
+        player = JSON.parse(await game.getLocalPlayer(context));
+        return [...news.splice(0), player.playerName];
     },
     comesTo: ['Mei signed in', 'Mei'],
 });
 
+scene('The old listener retires', {
+    about: 'A server finds the player invalid. The game passes that on, and who still listens hears it.',
+    async play() {
+        game.off('playerChanged', onPlayerChanged);
+        const heard = new Promise((resolve) => {
+            game.on('playerChanged', function onPlayerInvalid({ resultInfo }) {
+                resolve(resultInfo);
+            });
+        });
+        game.onEventCallback({ resultCode: 1002000015, resultInfo: 'Mei has to sign in again' });
+        return [...news, await heard];
+    },
+    comesTo: ['Mei has to sign in again'],
+});
+
 scene('A mistake in the game', {
     about: 'An argument is missing: nothing goes out, and the call itself throws.',
-    async play() {
-        try {
-            await game.bindPlayer(context, 'open-7');
-        } catch (error) {
-            return error.code;
-        }
-    },
+    play: () => codeOf(() => game.bindPlayer(context, 'open-7')),
     comesTo: 401,
 });
 
 scene('A timing of the game\'s own', {
     about: 'The game reports that its level took 1500 ms to load, without an error.',
+    play: () => game.reportEventOperation('loadLevel', 1500, 0),
+});
+
+scene('A limit of the game\'s own', {
+    about: 'The game allows a minute itself; with the request type of a quick game it goes on afterwards.',
     play() {
-        game.reportEventOperation('loadLevel', 1500, 0);
+        game.launchAntiAddiction(context, 60, 'The trial is over.', QUICK_GAME_LOGIN);
+        return runOut(MINUTE + 15 * SECOND);
     },
+    comesTo: ['The user is under age.'],
+    pending: ['launchAntiAddiction'],
 });
 
 scene('Time is up', {
@@ -142,7 +257,8 @@ scene('Time is up', {
 });
 
 scene('What analytics got', {
-    about: 'One event for each call that ended, with the device\'s times in milliseconds since the morning.',
+    about: 'One event for each request that ended, each on and off, and each report, with the device\'s times in '
+        + 'milliseconds since the morning.',
     play() {
         const events = device.analytics.events().map(({ params }) => Object.fromEntries(params));
         screen.table(['api_name', 'begin_time', 'end_time', 'error_code', 'result', 'sdk_name', 'trans_id'],
@@ -155,7 +271,7 @@ scene('What analytics got', {
             spentMs: events.reduce((sum, event) => sum + event.end_time - event.begin_time, 0),
         };
     },
-    comesTo: { requests: 9, events: 12, errors: 3, spentMs: 5500 },
+    comesTo: { requests: 18, events: 21, errors: 4, spentMs: 5500 },
 });
 
 if (process.argv.length > 2) {

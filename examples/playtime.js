@@ -3,7 +3,7 @@
 // The evening's session, in a process of its own: the module ends it when the playable time is over.
 
 const device = require('../device');
-const extension = require('./extension');
+const { world } = require('./extension');
 const { named } = require('./screen');
 const { fail, open, pass, watch } = require('./stage');
 
@@ -12,10 +12,9 @@ const game = watch(require('..'));
 
 async function play() {
     const context = named('context', device.createAbilityContext());
-    extension.world.playableMinutes = 30;
+    world.playableMinutes = 30;
     game.syncTraceId('evening-1');
     await game.getLocalPlayer(context);
-    await extension.rest();
     await pass(30 * 60000 + 15000); // the module looks at its clock every 15 s
     if (device.modals().length < 2) {
         fail('the time is up, and no page says so');

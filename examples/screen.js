@@ -7,8 +7,9 @@ const util = require('node:util');
 const WIDTH = Math.max(72, Math.min(process.stdout.columns || 100, 100));
 const MARGIN = ' '.repeat(4);
 const LABEL = 11;
-const ROOM = WIDTH - MARGIN.length - LABEL - 2; // beside a label and an arrow
-const REAL_TIME = '  (999.9 ms)'.length;
+const ARROW = '→ ';
+const ROOM = WIDTH - MARGIN.length - LABEL - ARROW.length; // of a line under an arrow
+const REAL_TIME = '  (999.9 ms)';
 const HAS_COLOUR = Boolean(process.stdout.isTTY) && !process.env.NO_COLOR;
 const STYLES = { bold: 1, dim: 2, red: 31, green: 32, yellow: 33, cyan: 36 };
 const LABEL_STYLES = { game: 'green', want: 'cyan', extension: 'yellow' };
@@ -24,16 +25,47 @@ function print(text = '') {
     process.stdout.write(`${text.trimEnd()}\n`);
 }
 
-/** The lines of `text`, none wider than `width`, cut after a blank or a comma where there is one. */
+// East Asian wide characters and emoji, from the first to the last of each range, take two columns.
+const WIDE = [
+    [0x1100, 0x115f], [0x2e80, 0x303e], [0x3041, 0xa4cf], [0xac00, 0xd7a3], [0xf900, 0xfaff], [0xfe30, 0xfe6f],
+    [0xff01, 0xff60], [0xffe0, 0xffe6], [0x1f300, 0x1faff], [0x20000, 0x3fffd],
+];
+
+function columnsOf(character) {
+    const point = character.codePointAt(0);
+    return WIDE.some(([first, last]) => first <= point && point <= last) ? 2 : 1;
+}
+
+/** As much of the beginning of `text` as `width` columns hold. */
+function beginning(text, width) {
+    let [end, left] = [0, width];
+    for (const character of text) {
+        left -= columnsOf(character);
+        if (left < 0) {
+            break;
+        }
+        end += character.length;
+    }
+    return text.slice(0, end);
+}
+
+/** The lines of `text`, none wider than `width`, cut after a blank or a comma where there is one, and indented. */
 function fold(text, width) {
     return text.split('\n').flatMap((line) => {
-        if (line.length <= width) {
+        const full = beginning(line, width);
+        if (full === line) {
             return [line];
         }
-        const gap = Math.max(line.lastIndexOf(' ', width - 1), line.lastIndexOf(',', width - 1)) + 1;
-        const end = gap > width / 2 ? gap : width;
-        return [line.slice(0, end).trimEnd(), ...fold(line.slice(end), width)];
+        const [indent] = line.match(/^ */);
+        const gap = Math.max(full.lastIndexOf(' '), full.lastIndexOf(',')) + 1;
+        const end = gap > indent.length + width / 3 ? gap : full.length;
+        return [line.slice(0, end).trimEnd(), ...fold(indent + line.slice(end), width)];
     });
+}
+
+/** Whether no line of `text` has to be folded if the first stands behind an arrow. */
+function fits(text) {
+    return (ARROW + text).split('\n').every((line) => beginning(line, ROOM) === line);
 }
 
 const names = new WeakMap();
@@ -44,6 +76,11 @@ function named(name, value) {
     return value;
 }
 
+/** `text` without the most of each word that nobody reads, such as base64. */
+function shorten(text) {
+    return text.replace(/[\w+/=]{65,}/g, (word) => `${word.slice(0, 8)}…\u00a0${word.length}\u00a0characters`);
+}
+
 /** A value as it would stand in code, on one line or on several of about `width`. */
 function describe(value, width = Infinity) {
     if (value instanceof Error) {
@@ -52,12 +89,13 @@ function describe(value, width = Infinity) {
     if (typeof value === 'function') {
         return value.name || 'callback';
     }
-    return names.get(value) || util.inspect(value, { breakLength: width, depth: 5, maxArrayLength: 8 });
+    return names.get(value) || shorten(util.inspect(value, { breakLength: width, depth: 5, maxArrayLength: 8 }));
 }
 
 function describeCall(name, args) {
-    const onLinesOf = (width) => `${name}(${args.map((value) => describe(value, width)).join(', ')})`;
-    return onLinesOf(Infinity).length <= ROOM ? onLinesOf(Infinity) : onLinesOf(ROOM / 2);
+    const forms = [Infinity, ROOM, ROOM / 2].map((width) => (
+        `${name}(${args.map((value) => describe(value, width)).join(', ')})`));
+    return forms.find(fits) || forms.pop();
 }
 
 /** A span of time, given in milliseconds, in the units that suit it. */
@@ -73,13 +111,13 @@ function duration(ms) {
 function line(label, text, style) {
     fold(text, ROOM).forEach((part, i) => {
         const head = paint(LABEL_STYLES[label] || 'dim', label) + ' '.repeat(LABEL - label.length);
-        print(MARGIN + (i === 0 ? head : ' '.repeat(LABEL + 2)) + paint(style, part));
+        print(MARGIN + (i === 0 ? head : ' '.repeat(LABEL + ARROW.length)) + paint(style, part));
     });
 }
 
 /** What the game got, and the time it took if that is known. How the lines fall does not hang on a real time. */
 function received(text, time, style) {
-    const gap = text.length + REAL_TIME <= ROOM ? '  ' : '\n';
+    const gap = fits(text + REAL_TIME) ? '  ' : '\n';
     line('game', `← ${text}${time ? `${gap}(${time})` : ''}`, style);
 }
 

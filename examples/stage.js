@@ -9,6 +9,7 @@ const screen = require('./screen');
 
 const LIMIT_MS = 30000;
 const scenes = [];
+const unsettled = new Map(); // by promise: the method that returned it
 let current = null;
 
 /** Tells the time since now: the device's if that moved, else the real one. */
@@ -39,6 +40,17 @@ function showingListener(listener) {
     return listeners.get(listener);
 }
 
+function follow(name, promise, onResolved, onRejected) {
+    const settle = (show) => (value) => {
+        show(value);
+        if (!unsettled.delete(promise)) {
+            fail(`${name} settled after its scene`);
+        }
+    };
+    unsettled.set(promise, name);
+    promise.then(settle(onResolved), settle(onRejected));
+}
+
 function call(module, name, args) {
     screen.line('game', `→ ${screen.describeCall(name, args)}`);
     const time = stopwatch();
@@ -48,7 +60,7 @@ function call(module, name, args) {
     try {
         const result = module[name](...given);
         if (result instanceof Promise) {
-            result.then(show('resolves with'), show('rejects with', 'red'));
+            follow(name, result, show('resolves with'), show('rejects with', 'red'));
         }
         return result;
     } catch (error) {
@@ -63,18 +75,21 @@ function watch(module) {
     return Object.fromEntries(methods.map((name) => [name, (...args) => call(module, name, args)]));
 }
 
-/** Lets `ms` milliseconds pass on the device, without waiting for them. */
+/** Lets `ms` milliseconds pass on the device, without waiting for them, with no answer due before or after. */
 async function pass(ms) {
+    await extension.rest();
     screen.line('clock', `${screen.duration(ms)} pass`);
     await device.clock.advance(ms);
+    await extension.rest();
 }
 
 /**
  * Adds a scene: `play` is the game's code, and what it returns or resolves with has to equal `comesTo`, which is
- * undefined if left out. `about` is for the reader.
+ * undefined if left out. The methods in `pending`, and no others, leave a promise unsettled. `about` is for the
+ * reader.
  */
-function scene(title, { about, play, comesTo }) {
-    scenes.push({ title, about, play, comesTo });
+function scene(title, { about, play, comesTo, pending = [] }) {
+    scenes.push({ title, about, play, comesTo, pending });
 }
 
 /** Says in one line what went wrong, and where, and ends the process with status 1. */
@@ -91,15 +106,28 @@ function open() {
     extension.open();
 }
 
-async function playScene({ title, about, play, comesTo }, number) {
+function expect(what, found, expected) {
+    if (!util.isDeepStrictEqual(found, expected)) {
+        fail(`${what} ${screen.describe(found)} instead of ${screen.describe(expected)}`);
+    }
+}
+
+/** Takes the promises that are unsettled and shows them. Returns the names of their methods. */
+function takeUnsettled() {
+    const methods = [...unsettled.values()];
+    unsettled.clear();
+    methods.forEach((name) => screen.line('game', `… the promise of ${name} stays pending`));
+    return methods;
+}
+
+async function playScene({ title, about, play, comesTo, pending }, number) {
     screen.title(number, title, about);
     const limit = setTimeout(fail, LIMIT_MS, `it is not over after ${LIMIT_MS / 1000} s`).unref();
     const outcome = await play();
     await extension.rest();
     clearTimeout(limit);
-    if (!util.isDeepStrictEqual(outcome, comesTo)) {
-        fail(`it came to ${screen.describe(outcome)} instead of ${screen.describe(comesTo)}`);
-    }
+    expect('it came to', outcome, comesTo);
+    expect('it left pending', takeUnsettled(), pending);
     if (device.modals().some(({ isOpen }) => isOpen)) {
         fail('it left a modal open');
     }

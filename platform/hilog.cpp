@@ -46,35 +46,39 @@ int PrintedLevel()
 /// Past the privacy mark that `text` starts with, if any.
 const char* SkipMark(const char* text)
 {
-    for (const char* mark : {"{public}", "{private}"}) {
-        const size_t length = std::strlen(mark);
-        if (std::strncmp(text, mark, length) == 0) {
-            return text + length;
+    if (*text != '{') {
+        return text;
+    }
+    for (const std::string_view mark : {"{public}", "{private}"}) {
+        if (std::strncmp(text, mark.data(), mark.size()) == 0) {
+            return text + mark.size();
         }
     }
     return text;
 }
 
-/// Copies `format` without its privacy marks; false if it is too long.
+/// Copies `format` without its privacy marks, from one percent sign to the next; false if it is too long.
 bool StripMarks(const char* format, char (&plain)[LINE_SIZE])
 {
     size_t used = 0;
-    while (used < LINE_SIZE) {
-        const char current = *format++;
-        plain[used++] = current;
-        if (current == '\0') {
+    for (;;) {
+        const char* percent = std::strchr(format, '%');
+        const size_t length = percent == nullptr ? std::strlen(format) : percent - format;
+        if (used + length + 3 > LINE_SIZE) {
+            return false;
+        }
+        std::memcpy(plain + used, format, length);
+        used += length;
+        if (percent == nullptr) {
+            plain[used] = '\0';
             return true;
         }
-        if (current != '%') {
-            continue;
-        }
-        if (*format != '%') {
-            format = SkipMark(format);
-        } else if (used < LINE_SIZE) {
+        plain[used++] = '%';
+        format = SkipMark(percent + 1);
+        if (*format == '%') {
             plain[used++] = *format++;
         }
     }
-    return false;
 }
 
 void Print(LogLevel level, std::string_view tag, std::string_view message)

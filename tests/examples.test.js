@@ -6,22 +6,42 @@ const path = require('node:path');
 const { test } = require('node:test');
 const { promisify } = require('node:util');
 
-const GAME = path.join(__dirname, '..', 'examples', 'game.js');
+const ROOT = path.join(__dirname, '..');
+const GAME = path.join(ROOT, 'examples', 'game.js');
 const OPTIONS = { timeout: 60000, killSignal: 'SIGKILL' };
+const WIDTH = 100;
 const SCENES = [
-    'The game starts', 'A window that is late', 'Who is playing', 'Is it really Lin', 'Two accounts become one',
-    'Once is enough', 'Two accounts again', 'Out of reach', 'Someone else takes over', 'A mistake in the game',
-    'A timing of the game\'s own', 'Time is up', 'What analytics got',
-];
-const METHODS = [
-    'bindPlayer', 'getLocalPlayer', 'init', 'on', 'reportEventOperation', 'syncTraceId', 'unbindPlayer',
-    'verifyLocalPlayer',
+    'The game starts', 'A window that is late', 'Not for every game', 'Ten minutes of a quick game', 'Who is playing',
+    'Is it really Lin', 'Two accounts become one', 'Once is enough', 'Two accounts again', 'A hero with a name',
+    'A purchase', 'One of many accounts', 'A welcome, and a page', 'Out of reach', 'Someone else takes over',
+    'The old listener retires', 'A mistake in the game', 'A timing of the game\'s own', 'A limit of the game\'s own',
+    'Time is up', 'What analytics got',
 ];
 
-test('the sample game plays all its scenes, calls its methods and ends with status 0', async () => {
-    const { stdout } = await promisify(execFile)(process.execPath, [GAME], OPTIONS);
-    const found = (pattern) => Array.from(stdout.matchAll(pattern), ([, text]) => text);
-    assert.deepEqual(found(/^ ?\d+ {2}(\S.*)$/gm), SCENES);
-    assert.deepEqual([...new Set(found(/^ +game +→ (\w+)\(/gm))].sort(), METHODS);
-    assert.equal(found(/ (transId_\d+)$/gm).length, 12);
+const played = promisify(execFile)(process.execPath, [GAME], OPTIONS);
+
+async function found(pattern) {
+    return Array.from((await played).stdout.matchAll(pattern), ([, text]) => text);
+}
+
+test('the sample game plays all its scenes, calls every method of the module and ends with status 0', async () => {
+    assert.deepEqual(await found(/^ ?\d+ {2}(\S.*)$/gm), SCENES);
+    const methods = new Set(await found(/^ +game +→ (\w+)\(/gm));
+    assert.deepEqual([...methods].sort(), Object.getOwnPropertyNames(require(ROOT)).sort());
+    assert.equal((await found(/ (transId_\d+)$/gm)).length, 21);
+});
+
+test('the sample game shows the icons that were sent, and the promises that stay pending', async () => {
+    assert.deepEqual(await found(/ shows (.+) pixels/g), [
+        '晓阳 with an icon of 16 × 16', '月光 with an icon of 24 × 24', '青叶 with an icon of 32 × 32']);
+    assert.deepEqual(await found(/ the promise of (\w+) stays pending/g), [
+        'launchWelcomeBanner', 'launchCommonPage', 'launchAntiAddiction']);
+});
+
+test('what the sample game prints fits the screen, and base64 is shortened', async () => {
+    const { stdout } = await played;
+    const columns = (line) => line.replace(/[\p{Script=Han}，！]/gu, '..').length;
+    assert.deepEqual(stdout.split('\n').filter((line) => columns(line) > WIDTH), []);
+    assert.deepEqual(await found(/"encodedIcon":"(.*?)"/g), [184, 172, 264].map((length) => (
+        `iVBORw0K…\u00a0${length}\u00a0characters`)));
 });
