@@ -41,23 +41,21 @@ constexpr napi_property_descriptor METHODS[] = {
     Method("onEventCallback", Manager::OnEventCallback),
 };
 
-// One environment per thread is the expected setting: a later one on the same thread stays unregistered. So
-// does one whose end could not be hooked, as nobody would notice it; its next import tries again.
+// One environment per thread is the expected setting: a later one on the same thread stays unregistered. One
+// whose end could not be hooked works like any other; `SaveEnvInfo` takes it off when its handle is in use
+// again.
 void RegisterEnvironment(napi_env env)
 {
     static thread_local bool hooked = false;
     if (hooked) {
         return;
     }
+    hooked = true;
     gEnvInfo = std::make_shared<EnvInfo>(EnvInfo{env});
     auto unregister = [](void* info) {
         DeleteEnvInfo(static_cast<EnvInfo*>(info));
     };
-    if (napi_add_env_cleanup_hook(env, unregister, gEnvInfo.get()) != napi_ok) {
-        GAME_LOGE("Entry add env hook failed");
-        return;
-    }
-    hooked = true;
+    (void)napi_add_env_cleanup_hook(env, unregister, gEnvInfo.get());
     SaveEnvInfo(gEnvInfo);
 }
 

@@ -36,12 +36,15 @@ const leftPending = { promise: new Set(), callback: new Set() };
 function read({ code, signal, stdout, stderr }) {
     const problems = [];
     let point = 'before the first point';
+    let hasEnded = false;
     for (const line of stdout.split('\n').filter(Boolean)) {
         const [, kind, value] = /^(\w+) (.*)$/.exec(line);
         if (kind === 'point') {
             point = value;
         } else if (kind === 'problem') {
             problems.push(`${point}: ${value}`);
+        } else if (kind === 'end') {
+            hasEnded = true;
         } else {
             const { call, pending } = JSON.parse(value);
             points += 1;
@@ -49,7 +52,8 @@ function read({ code, signal, stdout, stderr }) {
             pending.forEach((form) => leftPending[form].add(call));
         }
     }
-    if (code !== 0) {
+    // The module may end the process with status 0.
+    if (code !== 0 || !hasEnded) {
         problems.push(`${point}: the process ended with ${signal || code}\n${stderr.slice(-2000)}`);
     }
     return problems;

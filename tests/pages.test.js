@@ -2,8 +2,7 @@
 
 const assert = require('node:assert/strict');
 const {
-    CALLS, answer, countLogs, device, ends, expectChild, game, outcomeOf, sleepers, start, test, timeUp, track, turn,
-    wantOf,
+    CALLS, answer, countLogs, device, ends, expectChild, game, outcomeOf, sleepers, test, timeUp, track, turn, wantOf,
 } = require('./support');
 
 const { clock } = device;
@@ -38,15 +37,6 @@ test('a launch without any argument is a promise that stays pending, and nothing
         assert.deepEqual(await outcomeOf(() => game[name]()), ['pending']);
     }
     assert.deepEqual([device.modals(), await sleepers(), ends(), countLogs('build context failed')], [[], 0, [], 3]);
-});
-
-test('a page may be answered and closed again and again, and nobody is told', async () => {
-    const request = start('launchCommonPage');
-    for (const given of [['release', 0], ['result', 0], ['receive', { resultCode: 1002000015 }], ['error', 401]]) {
-        await answer(request.modal, given);
-        assert.deepEqual([request.state, request.modal.isOpen, ends()], [['pending'], false, []]);
-    }
-    assert.equal(countLogs('baseContext is null'), 3);
 });
 
 // What is no 32-bit number of seconds becomes one; the page comes when they are over, but never within 15 s.

@@ -1,7 +1,7 @@
 'use strict';
 
 const assert = require('node:assert/strict');
-const { PARAMETER_ERROR, answer, device, ends, game, start, test, testTexts, track, wantOf } = require('./support');
+const { answer, device, ends, game, start, test, testTexts, track, wantOf } = require('./support');
 
 const purchaseText = (type, more = {}) => {
     const { developerPayload = '', productId = '', reservedInfo = '' } = more;
@@ -40,13 +40,4 @@ test('a purchase and its completion, each told by what the extension answers', a
     await answer(device.modals()[1], ['result', 0, { resultMessage: 'not for this request' }]);
     assert.deepEqual(post.state, ['resolved', undefined]);
     assert.deepEqual(ends(), [['prePurchase', 0], ['postPurchase', 0]]);
-});
-
-test('both purchases call back with the error that the extension answers, and with undefined', async () => {
-    for (const name of ['prePurchase', 'postPurchase']) {
-        const calls = [];
-        game[name](device.createAbilityContext(), {}, (error, data) => calls.push([error.code, error.message, data]));
-        await answer(device.modals().at(-1), ['result', 401]);
-        assert.deepEqual(calls, [[...PARAMETER_ERROR, undefined]]);
-    }
 });

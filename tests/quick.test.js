@@ -74,20 +74,6 @@ for (const isPageLate of [false, true]) {
     });
 }
 
-test('what the page of a quick game answers changes nothing for it before its fifteen seconds', async () => {
-    const heard = listen();
-    const request = start('quickGameLogin');
-    await answer(request.modal, limit(1));
-    await timeUp();
-    const page = device.modals()[1];
-    await answer(page, ['receive', { resultCode: 0 }], ['result', 0], ['error', 5], ['release', 1]);
-    assert.deepEqual([page.isOpen, heard, countLogs('baseContext is null')], [false, [], 0]);
-    await clock.advance(15000);
-    await turn();
-    assert.deepEqual([heard, await isReleased(page), await isReleased(page)], [[UNDER_AGE], false, true]);
-    assert.equal(ends().filter(([name]) => name === 'quickGameLogin').length, 1);
-});
-
 test('an under-age result ends the limit of a quick game, whose time then runs out without a trace', async () => {
     const heard = listen();
     const request = start('quickGameLogin');

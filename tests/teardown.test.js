@@ -5,7 +5,7 @@
 
 const assert = require('node:assert/strict');
 const { after } = require('node:test');
-const { device, startWorker, test } = require('./support');
+const { device, nextMessage, startWorker, test } = require('./support');
 const {
     SCENARIOS, Stage, endAllModals, leftovers, messages, playNext, prepare, runOut,
 } = require('./support/scenarios.js');
@@ -86,6 +86,13 @@ function openTooLong() {
     return device.modals().filter(({ isOpen }) => isOpen).slice(replaced);
 }
 
+async function assertUnharmed() {
+    await answerLate();
+    assert.deepEqual(await playNext(), ['resolved', 'next']);
+    assert.deepEqual([leftovers(), device.clock.sleepers()], [NOTHING, 0]);
+    assert.deepEqual([openTooLong(), refusedTooMuch()], [[], []]);
+}
+
 for (const scenario of Object.keys(SCENARIOS)) {
     for (const [how, [status, leave]] of Object.entries(ENDS)) {
         test(`${scenario}: an environment that ends by ${how} at any step`, async () => {
@@ -94,13 +101,28 @@ for (const scenario of Object.keys(SCENARIOS)) {
                 prepare(MODES[step % 2]);
                 assert.equal(await end(play(scenario, step, leave), how), status, `step ${step}`);
                 tornDown += 1;
-                await answerLate();
-                assert.deepEqual(await playNext(), ['resolved', 'next']);
-                assert.deepEqual([leftovers(), device.clock.sleepers()], [NOTHING, 0]);
-                assert.deepEqual([openTooLong(), refusedTooMuch()], [[], []]);
+                await assertUnharmed();
             }
         });
     }
 }
+
+test('answers that come while their environment ends find it whole or gone', async () => {
+    for (let round = 0; round < 20; ++round) {
+        prepare('ui');
+        const worker = startWorker(({ game, start, parentPort }) => {
+            game.on('playerChanged', () => {});
+            for (let i = 0; i < 10; ++i) {
+                start('getLocalPlayer');
+            }
+            parentPort.postMessage('there');
+        });
+        await nextMessage(worker);
+        const given = device.modals().flatMap((modal) => [modal.receive({ resultCode: 1002000015 }), modal.result(0)]);
+        await Promise.all([worker.terminate(), ...given]);
+        tornDown += 1;
+        await assertUnharmed();
+    }
+});
 
 after(() => console.log(`${tornDown} environments torn down`));

@@ -1,8 +1,7 @@
 'use strict';
 
 const assert = require('node:assert/strict');
-const { PARAMETER_ERROR, answer, attempt, countLogs, device, ends, game, start, test, testTexts, turn } =
-    require('./support');
+const { attempt, countLogs, device, ends, game, test, testTexts, turn } = require('./support');
 
 const [TEN, ELEVEN] = [Buffer.from('ten'), Buffer.from([0, 0xff, 0xfb, 11])];
 const MODULES = {
@@ -210,11 +209,4 @@ test('an icon of 32 MiB goes out whole, on one line', () => {
     const text = sentText({ thirdAccountInfos: [{ accountIcon: icon({ params: ['large'] }) }] }, context);
     const expected = unionText(false, undefined, `{"accountName":"","encodedIcon":"${bytes.toString('base64')}"}`);
     assert.ok(text === expected, 'another text came out');
-});
-
-test('the extension judges the icons, and its judgement is a parameter error of its own text', async () => {
-    const request = start('unionLogin');
-    await answer(request.modal, ['receive', { resultCode: 100015 }]);
-    assert.deepEqual(request.state, ['rejected', PARAMETER_ERROR[0], 'Total size of icon resource is too large']);
-    assert.deepEqual(ends(), [['unionLogin', 401]]);
 });

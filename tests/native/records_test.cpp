@@ -109,19 +109,6 @@ TEST(Base64, EncodesNothingToNothing)
     }
 }
 
-TEST(Records, AreEmptyTextsFromTheStart)
-{
-    EXPECT_EQ(ThirdUserInfo().ToString(), R"({"thirdOpenId":""})");
-    EXPECT_EQ(RVQPlayerRole().ToString(),
-              R"({"gamePlayerId":"","roleId":"","roleName":"","serverId":"","serverName":"",)"
-              R"("teamPlayerId":"","thirdOpenId":""})");
-    EXPECT_EQ(PurchaseParameter().ToString(),
-              R"({"developerPayload":"","productId":"","productType":0,"reservedInfo":""})");
-    EXPECT_EQ(CreatePurchaseResult().ToString(), R"({"purchaseData":""})");
-    EXPECT_EQ(QuickGameLoginParam().ToString(), R"({"gameAppId":""})");
-    EXPECT_EQ(UnionLoginParam().ToString(), R"({"showLoginDialog":false,"thirdAccountInfos":[]})");
-}
-
 TEST(Records, WriteTheirFieldsByKeyAndTextAsItIs)
 {
     EXPECT_EQ((RVQPlayerRole{"1", "\u5c0f\u9f99", "3", "\U0001f409", "5", "6", "7"}.ToString()),
@@ -129,6 +116,7 @@ TEST(Records, WriteTheirFieldsByKeyAndTextAsItIs)
               "\"serverName\":\"\U0001f409\",\"teamPlayerId\":\"6\",\"thirdOpenId\":\"7\"}");
     EXPECT_EQ((PurchaseParameter{"1", INT32_MIN, "3", "4"}.ToString()),
               R"({"developerPayload":"3","productId":"1","productType":-2147483648,"reservedInfo":"4"})");
+    EXPECT_EQ(QuickGameLoginParam{"1"}.ToString(), R"({"gameAppId":"1"})");
     EXPECT_EQ(CreatePurchaseResult{"{\"a\":\"\\\n\"}"}.ToString(), R"({"purchaseData":"{\"a\":\"\\\n\"}"})");
     EXPECT_EQ((UnionLoginParam{true, 0, {{"Zg==", "b"}, {"", "a"}}, true}.ToString()),
               R"({"loginPanelType":0,"showLoginDialog":true,"thirdAccountInfos":)"
