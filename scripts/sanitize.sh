@@ -38,7 +38,7 @@ sanitize() {
     instruments=(env "LD_PRELOAD=$preload" GAMEAPI_TEST_PATIENCE=4
         "ASAN_OPTIONS=$common:detect_leaks=1:intercept_tls_get_addr=0:detect_stack_use_after_return=1:strict_string_checks=1"
         "LSAN_OPTIONS=suppressions=$PWD/tests/suppressions/leaks.supp:print_suppressions=0"
-        "UBSAN_OPTIONS=$common:print_stacktrace=1"
+        "UBSAN_OPTIONS=$common:print_stacktrace=1:exitcode=66"
         # Node and V8 are not compiled for it: what they do to memory is not looked at, their locks are.
         "TSAN_OPTIONS=$common:ignore_noninstrumented_modules=1:exitcode=66:atexit_sleep_ms=50")
     # It wants its addresses where many kernels would not put them.
@@ -47,10 +47,13 @@ sanitize() {
     fi
 }
 
-# Shows the reports in a folder; fails if there are any.
+# Shows the reports in a folder of results; fails if there are any. Beside AddressSanitizer's runtime the one for
+# undefined behaviour does not write files, so its lines are looked for in what the runners printed.
 no_reports() {
-    local files=("$1"/report.*)
+    local files=("$1"/reports/report.*) logs=("$1"/*.log "$1"/*.tap) lines=()
     ((${#files[@]} == 0)) || head -n 60 "${files[@]}"
-    say "${#files[@]} sanitizer reports"
-    ((${#files[@]} == 0))
+    ((${#logs[@]} == 0)) || mapfile -t lines < <(grep -h ': runtime error: ' "${logs[@]}")
+    ((${#lines[@]} == 0)) || printf '%s\n' "${lines[@]}"
+    say "$((${#files[@]} + ${#lines[@]})) sanitizer reports"
+    ((${#files[@]} + ${#lines[@]} == 0))
 }

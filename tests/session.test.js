@@ -61,7 +61,7 @@ for (const kind of KINDS) {
 
 for (const name of Object.keys(CALLS)) {
     const isLaunch = name in PAGES;
-    test(`${name} is ${isLaunch ? 'given up' : 'answered'}, but not analytics, once no window came in 5 s`, async () => {
+    test(`${name} is ${isLaunch ? 'given up' : 'answered'}, but not analytics, with no window for 5 s`, async () => {
         const context = device.createAbilityContext({ window: false });
         const request = start(name, context);
         await advance(4999);

@@ -1,7 +1,7 @@
 'use strict';
 
 const assert = require('node:assert/strict');
-const { device, nextMessage, once, startWorker, test } = require('./support');
+const { countLogs, device, nextMessage, once, startWorker, test } = require('./support');
 
 const ROUNDS = 12;
 const QUICK_GAME_LOGIN = 14;
@@ -60,4 +60,27 @@ test('Workers, the UI thread, timers and late starts at work at once disturb eac
     assert.deepEqual(await outcomes, names.map((name) =>
         [4 * ROUNDS, Array.from({ length: ROUNDS }, (_, round) => `${name} ${round}`)]));
     await Promise.all(exits);
+});
+
+test('a quick game whose time is up before its Worker took the result still gets it, and its record goes', async () => {
+    const worker = startWorker(({ game, device, parentPort }) => {
+        parentPort.once('message', async (gate) => {
+            const login = game.quickGameLogin(device.createAbilityContext(), { gameAppId: 'app' });
+            Atomics.wait(gate, 0, 0);
+            parentPort.postMessage(await login);
+            parentPort.unref();
+        });
+    });
+    const exit = once(worker, 'exit');
+    const gate = new Int32Array(new SharedArrayBuffer(4));
+    worker.postMessage(gate);
+    const modal = await device.nextModal();
+    await modal.receive({ resultCode: 0, resultMessage: 'mine', playableTime: 1 });
+    await device.clock.advance(100000);
+    assert.equal(countLogs('DoMessageBackSuccess'), 0);
+    Atomics.store(gate, 0, 1);
+    Atomics.notify(gate, 0);
+    assert.equal(await nextMessage(worker), 'mine');
+    await exit;
+    assert.deepEqual([device.modals().at(-1).isOpen, countLogs('DoMessageBackSuccess release context')], [false, 1]);
 });

@@ -1,0 +1,140 @@
+// What no JS is needed for. Each benchmark is named "<work> module" or "<work> floor", and has its size as
+// argument.
+
+#include <benchmark/benchmark.h>
+
+#include <algorithm>
+#include <array>
+#include <memory>
+#include <mutex>
+#include <shared_mutex>
+#include <string>
+#include <vector>
+
+#include "benchmarks/floors/base64_floor.h"
+#include "common/velmor_log.h"
+#include "common/velmor_util.h"
+#include "napi/native_api.h"
+
+using namespace TAVIK::GAME_PLAYER;
+
+// In Node's place: called by the module's constructor before main.
+extern "C" void napi_module_register(napi_module* /*record*/) {}
+
+namespace {
+
+template <std::string (*ENCODE)(const uint8_t*, size_t)>
+void Encode(benchmark::State& state)
+{
+    std::vector<uint8_t> bytes(state.range(0));
+    std::generate(bytes.begin(), bytes.end(),
+                  [next = 0U]() mutable { return static_cast<uint8_t>(next += 7); });
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(ENCODE(bytes.data(), bytes.size()));
+    }
+}
+
+struct FloorRegistry {
+    std::shared_mutex mutex;
+    std::vector<const EnvInfo*> infos;
+};
+
+FloorRegistry& gFloorRegistry = *new FloorRegistry();
+std::vector<std::shared_ptr<EnvInfo>>& gAlive = *new std::vector<std::shared_ptr<EnvInfo>>();
+
+void BringToLife(int64_t count)
+{
+    for (int64_t i = 0; i < count; ++i) {
+        gAlive.push_back(std::make_shared<EnvInfo>());
+        gFloorRegistry.infos.push_back(gAlive.back().get());
+        SaveEnvInfo(gAlive.back());
+    }
+}
+
+void EndAll()
+{
+    for (const auto& info : gAlive) {
+        DeleteEnvInfo(info.get());
+    }
+    gFloorRegistry.infos.clear();
+    gAlive.clear();
+}
+
+bool IsValidInFloor(const EnvInfo* info)
+{
+    std::shared_lock<std::shared_mutex> guard(gFloorRegistry.mutex);
+    const auto& infos = gFloorRegistry.infos;
+    return std::find(infos.begin(), infos.end(), info) != infos.end();
+}
+
+/// Asks for each of the environments in turn; the threads wait for each other before and after the loop.
+template <bool (*IS_VALID)(const EnvInfo*)>
+void AskForAll(benchmark::State& state)
+{
+    if (state.thread_index() == 0) {
+        BringToLife(state.range(0));
+    }
+    size_t next = 0;
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(IS_VALID(gAlive[next].get()));
+        next = next + 1 < gAlive.size() ? next + 1 : 0;
+    }
+    if (state.thread_index() == 0) {
+        EndAll();
+    }
+}
+
+void LogInModule(benchmark::State& state)
+{
+    const std::string text(state.range(0), 'x');
+    for (auto _ : state) {
+        GAME_LOGI("end %{public}s, code %{public}d", text.c_str(), 401);
+    }
+}
+
+struct FloorLog {
+    std::mutex mutex;
+    size_t written = 0;
+    std::vector<std::array<char, 512>> lines{8192};
+};
+
+FloorLog& gFloorLog = *new FloorLog();
+
+void LogInFloor(benchmark::State& state)
+{
+    const std::string text(state.range(0), 'x');
+    for (auto _ : state) {
+        std::lock_guard<std::mutex> guard(gFloorLog.mutex);
+        auto& line = gFloorLog.lines[gFloorLog.written++ % gFloorLog.lines.size()];
+        (void)std::snprintf(line.data(), line.size(), "[%s(%s:%d)]end %s, code %d", "", __FUNCTION__,
+                            __LINE__, text.c_str(), 401);
+    }
+}
+
+using benchmark::internal::Benchmark;
+
+void IconSizes(Benchmark* work)
+{
+    work->ArgsProduct({{1 << 10, 1 << 15, 1 << 20, 1 << 24}});
+}
+
+void Environments(Benchmark* work)
+{
+    work->ArgsProduct({{1, 8, 64}})->Threads(2);
+}
+
+void TextSizes(Benchmark* work)
+{
+    work->ArgsProduct({{32, 256}});
+}
+
+BENCHMARK(Encode<Base64Encode>)->Name("Base64Encode module")->Apply(IconSizes);
+BENCHMARK(Encode<Floors::EncodeBase64>)->Name("Base64Encode floor")->Apply(IconSizes);
+BENCHMARK(AskForAll<IsValidEnv>)->Name("IsValidEnv module")->Apply(Environments);
+BENCHMARK(AskForAll<IsValidInFloor>)->Name("IsValidEnv floor")->Apply(Environments);
+BENCHMARK(LogInModule)->Name("log line module")->Apply(TextSizes);
+BENCHMARK(LogInFloor)->Name("log line floor")->Apply(TextSizes);
+
+}  // namespace
+
+BENCHMARK_MAIN();

@@ -1,0 +1,47 @@
+'use strict';
+
+// The table of the figures, and what of it goes into the documents.
+
+const fs = require('fs');
+const path = require('path');
+const { makeChart } = require('./chart');
+
+const DOCS = path.join(__dirname, '..', 'docs');
+const PAGE = path.join(DOCS, 'performance.md');
+const CHART = path.join(DOCS, 'performance.svg');
+const BEGIN = '<!-- written by ./bench from here -->';
+const END = '<!-- to here -->';
+
+const HIGHER_IS_BETTER = '1/s';
+
+const isReached = ({ unit, ratio, goal }) => (unit === HIGHER_IS_BETTER ? ratio >= goal : ratio <= goal);
+const digits = (value) => (value >= 100 ? Math.round(value).toString() : value.toPrecision(3));
+
+function makeTable(rows) {
+    const head = ['work', 'size', 'cores', 'module', 'floor', 'unit', 'ratio', 'goal', 'reached'];
+    const lines = [head, head.map(() => '-'), ...rows.map((row) => [
+        row.work, `${row.size} ${row.of}`, `${row.cores}`, digits(row.module), digits(row.floor), row.unit,
+        row.ratio.toFixed(2), `${row.goal}`, isReached(row) ? 'yes' : '**no**'
+    ])];
+    const widths = head.map((_, i) => Math.max(...lines.map((line) => line[i].length)));
+    return lines.map((line, i) => {
+        const cells = line.map((cell, j) => cell.padEnd(widths[j], i === 1 ? '-' : ' '));
+        return `| ${cells.join(' | ')} |`;
+    }).join('\n');
+}
+
+// The page's own words stay; what stands between the two marks is written anew.
+function writeDocuments(rows, machine) {
+    const page = fs.readFileSync(PAGE, 'utf8');
+    const [begin, end] = [page.indexOf(BEGIN), page.indexOf(END)];
+    if (begin < 0 || end < begin) {
+        throw new Error(`docs/performance.md has no place for the table: put the lines ${BEGIN} and ${END} into it`);
+    }
+    const missed = rows.filter((row) => !isReached(row)).length;
+    const summary = `Measured on ${machine}: ${rows.length - missed} of ${rows.length} figures are reached.`;
+    const written = [BEGIN, summary, makeTable(rows), page.slice(end)].join('\n\n');
+    fs.writeFileSync(PAGE, page.slice(0, begin) + written);
+    fs.writeFileSync(CHART, makeChart(rows.filter(({ unit }) => unit !== HIGHER_IS_BETTER), digits));
+}
+
+module.exports = { makeTable, writeDocuments };

@@ -1,0 +1,125 @@
+'use strict';
+
+// Measures the module against its floors, prints the table, and writes it into docs/performance.md and .svg.
+// usage: node benchmarks/run.js [--json FILE] [--only WORD] [--quick]   (after a build; ./bench does both)
+// With --only or --quick, which leave out rows or care, the documents stay as they are.
+
+const { execFileSync } = require('child_process');
+const fs = require('fs');
+const os = require('os');
+const path = require('path');
+const { parseArgs } = require('util');
+const { makeTable, writeDocuments } = require('./report');
+const works = require('./works');
+
+const BUILD = path.join(__dirname, '..', 'out', process.env.GAMEAPI_BUILD || 'release');
+const MS = 800;  // for each work, size and list of cores
+const MEMORY_ROUNDS = 3;
+const LIMIT_MS = 120000;
+const NATIVE = {
+    Base64Encode: { goal: 1.05, of: 'bytes' },
+    IsValidEnv: { goal: 1.2, of: 'environments' },
+    'log line': { goal: 1.2, of: 'bytes of text' }
+};
+
+const median = (values) => values.sort((a, b) => a - b)[values.length >> 1];
+
+// One core that this process may use, and two of them if there are.
+function coreLists() {
+    const [, list] = /^Cpus_allowed_list:\s+(\S+)/m.exec(fs.readFileSync('/proc/self/status', 'utf8'));
+    const cores = list.split(',').flatMap((range) => {
+        const [first, last = first] = range.split('-').map(Number);
+        return Array.from({ length: last - first + 1 }, (_, i) => first + i);
+    });
+    return cores.length > 1 ? [`${cores[0]}`, `${cores[0]},${cores[1]}`] : [`${cores[0]}`];
+}
+
+function run(command, args, env = {}) {
+    const options = { encoding: 'utf8', env: { ...process.env, ...env }, timeout: LIMIT_MS, maxBuffer: 1 << 26 };
+    return JSON.parse(execFileSync(command, args, { ...options, stdio: ['ignore', 'pipe', 'inherit'] }));
+}
+
+function runChild(work, size, ms, side, lists) {
+    const child = path.join(__dirname, 'child.js');
+    return run(process.execPath, ['--expose-gc', child, works.indexOf(work), size, ms, side, ...lists]);
+}
+
+const makeRow = (work, size, cores, { module, floor }, { unit, goal }, of) => (
+    { work, size, module, floor, unit, ratio: module / floor, goal, cores: cores.split(',').length, of });
+
+const nameOf = ({ work }, { name }) => (name ? `${work}, ${name}` : work);
+
+function measureTimes(work, size, lists, isQuick) {
+    const results = runChild(work, size, isQuick ? 0 : MS, 'both', lists);
+    return work.figures.flatMap((figure, i) => results.map(({ module, floor }, j) => (
+        makeRow(nameOf(work, figure), size, lists[j], { module: module[i], floor: floor[i] }, figure, work.of))));
+}
+
+// Each side in processes of its own, as memory that was freed may stay with the process.
+function measureMemory(work, size, lists, isQuick) {
+    const take = (side) => runChild(work, size, 0, side, lists.slice(-1))[0][side][0];
+    const samples = Array.from({ length: isQuick ? 1 : MEMORY_ROUNDS }, () => [take('module'), take('floor')]);
+    const [module, floor] = [0, 1].map((side) => median(samples.map((sample) => sample[side])));
+    return [makeRow(work.work, size, lists.at(-1), { module, floor }, work.figures[0], work.of)];
+}
+
+function measureNative(names, lists, isQuick) {
+    const care = isQuick ? ['--benchmark_min_time=0.001']
+        : ['--benchmark_min_time=0.01', '--benchmark_repetitions=25', '--benchmark_enable_random_interleaving=true'];
+    return lists.flatMap((cores) => {
+        const { benchmarks } = run('taskset', ['--cpu-list', cores, path.join(BUILD, 'native_bench'),
+            '--benchmark_format=json', `--benchmark_filter=^(${names.join('|')}) `, ...care]);
+        const groups = new Map();
+        for (const { run_name: runName, run_type: type, real_time: ns } of benchmarks) {
+            const [, work, side, size] = /^(.*) (module|floor)\/(\d+)/.exec(runName);
+            const group = groups.get(`${work}/${size}`) || { work, size: Number(size), module: [], floor: [] };
+            groups.set(`${work}/${size}`, group);
+            group[side].push(...(type === 'iteration' ? [ns / 1000] : []));
+        }
+        return [...groups.values()].map(({ work, size, module, floor }) => makeRow(
+            work, size, cores, { module: median(module), floor: median(floor) }, { unit: 'us', ...NATIVE[work] },
+            NATIVE[work].of));
+    }).sort((a, b) => names.indexOf(a.work) - names.indexOf(b.work) || a.size - b.size || a.cores - b.cores);
+}
+
+function measureAll(only, isQuick) {
+    const isWanted = (name) => name.toLowerCase().includes(only.toLowerCase());
+    const lists = isQuick ? coreLists().slice(0, 1) : coreLists();
+    const jobs = works.filter(({ work }) => isWanted(work)).flatMap((work) => (
+        (isQuick ? work.sizes.slice(0, 1) : work.sizes).map((size) => () => (
+            (work.isMemory ? measureMemory : measureTimes)(work, size, lists, isQuick)))));
+    const natives = Object.keys(NATIVE).filter(isWanted);
+    if (natives.length > 0) {
+        jobs.push(() => measureNative(natives, lists, isQuick));
+    }
+    if (jobs.length === 0) {
+        const names = [...works.map(({ work }) => work), ...Object.keys(NATIVE)].join(', ');
+        throw new Error(`no row has "${only}" in its name; there are ${names}`);
+    }
+    return jobs.flatMap((job) => job());
+}
+
+function main() {
+    const { json, only = '', quick = false } = parseArgs({
+        options: { json: { type: 'string' }, only: { type: 'string' }, quick: { type: 'boolean' } }
+    }).values;
+    if (json) {
+        fs.closeSync(fs.openSync(json, 'a'));  // rather now than after minutes
+    }
+    const rows = measureAll(only, quick);
+    process.stdout.write(`${makeTable(rows)}\n`);
+    if (json) {
+        fs.writeFileSync(json, `${JSON.stringify(rows.map(({ of, ...row }) => row), null, 4)}\n`);
+    }
+    if (!only && !quick) {
+        const [node] = process.versions.node.split('.');
+        writeDocuments(rows, `${os.cpus().length} cores of ${os.arch()} with Node ${node}`);
+    }
+}
+
+try {
+    main();
+} catch (error) {
+    process.stderr.write(`bench: ${error.message.split('\n')[0]}\n`);
+    process.exitCode = 1;
+}
