@@ -16,7 +16,7 @@ function run(args, env = {}) {
     return spawnSync(process.execPath, [RUN, ...args], options);
 }
 
-test('two thousand sequences of calls, answers and ends show what the model shows', { timeout: 120000 }, async (t) => {
+test('two thousand sequences of calls, answers and ends show what the model shows', { timeout: 300000 }, async (t) => {
     const { sequences, steps, problem } = await playBatches(FIRST_SEED, 2, (batch) => batch < BATCHES);
     assert.equal(problem, null);
     assert.ok(steps > 10 * sequences);
@@ -46,8 +46,10 @@ test('a module that does otherwise is noticed, and the seed shows it again', asy
 
 test('a wrong argument is told in one line, with the usage', () => {
     for (const [args, complaint] of [
-        [[], '--seed or --soak is missing'], [['--seed', 'x'], "--seed must be a whole number from 0 on, not 'x'"],
-        [['--soak', '0'], "--soak must be a whole number from 1 on, not '0'"], [['--nothing'], "Unknown option '--nothing'"],
+        [[], '--seed or --soak is missing'],
+        [['--seed', 'x'], "--seed must be a whole number from 0 on, not 'x'"],
+        [['--soak', '0'], "--soak must be a whole number from 1 on, not '0'"],
+        [['--nothing'], "Unknown option '--nothing'"],
     ]) {
         const { status, stderr } = run(args);
         assert.equal(status, 2);

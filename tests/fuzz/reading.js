@@ -10,7 +10,7 @@ const PANEL_WITHOUT_ICONS = 1;
 
 const isObject = (value) => typeof value === 'object' && value !== null;
 // A proxy of an array is no array to Node-API.
-const isArray = (value) => Array.isArray(value) && !isProxy(value);
+const isArray = (value) => !isProxy(value) && Array.isArray(value);
 const has = (value, key) => value !== undefined && value !== null && key in Object(value);
 const get = (value, key) => (has(value, key) ? Object(value)[key] : undefined);
 

@@ -35,12 +35,16 @@ async function play({ seconds, trials, seed }) {
             break;
         }
     }
-    console.log(`fuzzing: ${played} trials from seed ${seed} on, ${process.exitCode ? 'a difference' : 'no difference'}`);
+    const outcome = process.exitCode ? 'a difference' : 'no difference';
+    console.log(`fuzzing: ${played} trials from seed ${seed} on, ${outcome}`);
     require('../support').device.reset();
 }
 
 try {
-    play(readOptions());
+    play(readOptions()).catch((error) => {
+        console.log('a trial failed:', error);
+        process.exit(1);
+    });
 } catch (error) {
     console.error(`${error.message}\n${USAGE}`);
     process.exitCode = 2;

@@ -54,7 +54,7 @@ function travelled(value, depth = 0) {
         return Buffer.from(value).toString();
     }
     if (Array.isArray(value) && Array.from(value).every((item) => typeof item === 'string')) {
-        return value.map((item) => travelled(item));
+        return Array.from(value, (item) => travelled(item));
     }
     const prototype = typeof value === 'object' && value !== null ? Object.getPrototypeOf(value) : undefined;
     if (prototype === undefined || (prototype && Object.getPrototypeOf(prototype) !== null) || depth > MAX_DEPTH) {
@@ -64,7 +64,7 @@ function travelled(value, depth = 0) {
         .map(([key, each]) => [travelled(key), travelled(each, depth + 1)]));
 }
 
-const hasProxy = (value, depth = 0) => isProxy(value) || (typeof value === 'object' && value !== null && depth < 5 &&
+const hasProxy = (value, depth = 0) => isProxy(value) || (typeof value === 'object' && value !== null && depth < 10 &&
     Object.values(Object.getOwnPropertyDescriptors(value)).some((each) => hasProxy(each.value, depth + 1)));
 
 class Trial {
@@ -81,45 +81,53 @@ class Trial {
         device.answerOn('caller');
         const kind = values.random();
         if (kind < 0.7) {
-            return this.tryRequest(values.pick(Object.keys(REQUESTS)));
+            return this.tryRequest(kind < 0.2 ? 'unionLogin' : values.pick(Object.keys(REQUESTS)));
         }
-        const trials = [this.tryParameters, this.tryListening, this.tryEvent, this.tryReport, this.tryTrace, this.tryLimit];
-        return values.pick(trials).call(this);
+        return values.pick([this.tryParameters, this.tryListening, this.tryEvent, this.tryReport, this.tryTrace,
+            this.tryLimit]).call(this);
     }
 
     same(what, given, expected, actual) {
-        const show = (value) => inspect(value, { depth: 6, maxStringLength: 300 });
+        const show = (value) => {
+            const [how, shown] = attempt(() => inspect(value, { depth: 6, maxStringLength: 300 }));
+            return how === 'threw' ? 'what cannot be shown' : shown;
+        };
         return isDeepStrictEqual(expected, actual) ? null :
             `${what}(${show(given)})\nexpected ${show(expected)}\nactual   ${show(actual)}`;
     }
 
     bytes() {
-        return Uint8Array.from({ length: this.values.below(this.values.pick([3, 50, 4000])) }, () => this.values.below(256));
+        const length = this.values.below(this.values.pick([3, 50, 4000]));
+        return Uint8Array.from({ length }, () => this.values.below(256));
     }
 
     modules() {
-        return { entry: { mediaById: { 1: this.bytes(), 4294967295: this.bytes() }, mediaByName: { icon: this.bytes() },
-            rawFiles: { icon: this.bytes(), 'a.png': this.bytes(), 'app.icon': this.bytes() } }, bare: {}, locked: null };
+        const entry = {
+            mediaById: { 1: this.bytes(), 4294967295: this.bytes() },
+            mediaByName: { icon: this.bytes() },
+            rawFiles: { icon: this.bytes(), 'a.png': this.bytes(), 'app.icon': this.bytes() },
+        };
+        return { entry, bare: {}, locked: null };
     }
 
     icon(key) {
         const { values } = this;
         const names = ['icon', 'a.png', 'app.media.icon', '', '.', values.any()];
-        return { moduleName: () => values.pick(['entry', 'entry', 'entry', 'bare', 'locked', values.any()]),
-            id: () => values.pick([1, -1, 0, 4294967297, values.any()]),
+        return { moduleName: () => values.pick([...Array(9).fill('entry'), 'bare', 'locked', values.any()]),
+            id: () => values.pick([1, -1, 0, 5, 4294967297, values.any()]),
             params: () => values.pick([Array.from({ length: values.below(4) }, () => values.pick(names)), values.any()])
         }[key]();
     }
 
     account(key) {
         return key === 'accountName' ? this.values.any() :
-            this.values.record(['moduleName', 'id', 'params'], (each) => this.icon(each));
+            this.values.record(['moduleName', 'id', 'params'], (each) => this.icon(each), 0.95);
     }
 
     member(key) {
         const { values } = this;
         return key === 'thirdAccountInfos' && values.random() < 0.9 ? Array.from({ length: values.below(4) },
-            () => values.record(['accountName', 'accountIcon'], (each) => this.account(each))) : values.any();
+            () => values.record(['accountName', 'accountIcon'], (each) => this.account(each), 0.95)) : values.any();
     }
 
     tryRequest(method) {
@@ -147,8 +155,9 @@ class Trial {
     // Proxies travel as Node-API shows them, which is not what the language shows of them.
     async tryParameters() {
         const { values } = this;
-        const given = values.random() < 0.5 ? values.any(5) : values.record(['b', 'a', '\u00e9', '__proto__x', '1'], () =>
-            values.pick([values.text(), values.number(), [values.text()], values.record(['a', 'b'])]));
+        const member = () => values.pick([values.text(), values.number(), [values.text()], values.record(['a', 'b'])]);
+        const keys = ['b', 'a', '\u00e9', '__proto__', '1'];
+        const given = values.random() < 0.5 ? values.any(5) : values.record(keys, member);
         const promise = game.getLocalPlayer(device.createAbilityContext());
         const settled = follow(promise);
         const modal = device.modals().at(-1);
@@ -174,7 +183,8 @@ class Trial {
             (args.length === 2 ? isFunction : name === 'off' && args.length === 1);
         const [how, what] = attempt(() => game[name](...args));
         EVENT_TYPES.forEach((type) => game.off(type));
-        return this.same(name, args, isGood ? ['returned', undefined, undefined] : ['threw', 401, 'Parameter error.'], [how, what?.code, what?.message]);
+        const expected = isGood ? ['returned', undefined, undefined] : ['threw', 401, 'Parameter error.'];
+        return this.same(name, args, expected, [how, what?.code, what?.message]);
     }
 
     async tryEvent() {

@@ -2,10 +2,10 @@
 
 // Draws JS values of every kind, the hostile ones included. What throws, throws the one error of its drawer.
 
-const UNITS = ['a', 'Z', '0', ' ', '"', '\\', '/', '\n', '\t', '\u0001', '\u007f', '\u00e9', '\u2028', '\u6f22', '\uffff',
-    '\u{1f600}', '\ud800', '\udc00', '\0', '.'];
-const NUMBERS = [0, -0, 1, -1, 2, 0.5, -1.5, 401, 1002000015, 2147483647, 2147483648, -2147483648, -2147483649, 4294967296,
-    9007199254740993, 1e300, -1e300, 5e-324, NaN, Infinity, -Infinity];
+const UNITS = ['a', 'Z', '0', ' ', '"', '\\', '/', '\n', '\t', '\u0001', '\u007f', '\u00e9', '\u2028', '\u6f22',
+    '\uffff', '\u{1f600}', '\ud800', '\udc00', '\0', '.'];
+const NUMBERS = [0, -0, 1, -1, 2, 0.5, -1.5, 401, 1002000015, 2147483647, 2147483648, -2147483648, -2147483649,
+    4294967296, 9007199254740993, 1e300, -1e300, 5e-324, NaN, Infinity, -Infinity];
 
 class Values {
     constructor(random) {
@@ -50,20 +50,22 @@ class Values {
         if (this.random() < 0.9) {
             return Array.from({ length: this.below(12) }, () => this.pick(UNITS)).join('');
         }
-        return 'x'.repeat(this.below(3)) + this.pick(['a', '\u00e9', '\u6f22', '\ud800', '\n']).repeat(1000 + this.below(5000));
+        const unit = this.pick(['a', '\u00e9', '\u6f22', '\ud800', '\n']);
+        return 'x'.repeat(this.below(3)) + unit.repeat(1000 + this.below(5000));
     }
 
     object(depth) {
         const inner = () => this.any(depth);
         const made = this.pick([
             () => ({ a: inner(), length: 1, 0: inner() }), () => [inner(), inner()], () => Array(3), () => [],
-            () => Object.freeze([this.text(), this.text()]), () => Object.create(null), () => Object.freeze({ a: inner() }),
-            () => new Date(0), () => /x/, () => new Map([[1, inner()]]), () => new Uint8Array(3), () => new Error('e'),
-            () => Promise.resolve(), () => new String('boxed'), () => new Number(1), () => new Boolean(true),
-            () => Object(Symbol('s')), () => () => {}, () => class {}, () => async () => {}, () => this.fails(),
+            () => Object.freeze([this.text(), this.text()]), () => Object.create(null),
+            () => Object.freeze({ a: inner() }), () => new Date(0), () => /x/, () => new Map([[1, inner()]]),
+            () => new Uint8Array(3), () => new Error('e'), () => Promise.resolve(), () => new String('boxed'),
+            () => new Number(1), () => new Boolean(true), () => Object(Symbol('s')), () => () => {},
+            () => class {}, () => async () => {}, () => this.fails(),
             () => ({ toString: this.fails(), valueOf: this.fails(), [Symbol.toPrimitive]: this.fails() }),
-            () => Object.defineProperty([], 0, { get: this.fails() }), () => this.proxy(() => {}), () => this.proxy([inner()]),
-            () => this.proxy({ a: inner() }), () => globalThis,
+            () => Object.defineProperty([], 0, { get: this.fails() }), () => this.proxy(() => {}),
+            () => this.proxy([inner()]), () => this.proxy({ a: inner() }), () => globalThis,
         ])();
         return made;
     }
@@ -81,13 +83,14 @@ class Values {
     }
 
     /** An object with some of `keys`, in one of the shapes that an object can have; `member(key)` draws the values. */
-    record(keys, member = () => this.any()) {
-        const values = keys.filter(() => this.random() < 0.75).map((key) => [key, member(key)]);
+    record(keys, member = () => this.any(), chance = 0.75) {
+        const values = keys.filter(() => this.random() < chance).map((key) => [key, member(key)]);
         const plain = Object.fromEntries(values);
         const getters = Object.fromEntries(values.map(([key, value]) => [key, { get: () => value, enumerable: true }]));
         return this.pick([
-            () => plain, () => plain, () => plain, () => Object.freeze(plain), () => Object.assign(Object.create(null), plain),
-            () => Object.create(plain), () => Object.assign([], plain), () => Object.defineProperties({}, getters),
+            () => plain, () => plain, () => plain, () => Object.freeze(plain),
+            () => Object.assign(Object.create(null), plain), () => Object.create(plain),
+            () => Object.assign([], plain), () => Object.defineProperties({}, getters),
             () => this.proxy(plain), () => this.proxy(Object.freeze(plain)), () => Object.assign(new Date(0), plain),
             () => Object.defineProperty(plain, this.pick(keys), { get: this.fails() }), () => this.any(),
         ])();

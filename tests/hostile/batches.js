@@ -1,7 +1,7 @@
 'use strict';
 
-// Sequences by the hundred, each batch in a process of its own: the threads of the module that a sequence leaves waiting
-// go with it, and a crash costs one batch and names its seed.
+// Sequences by the hundred, each batch in a process of its own: the threads that a sequence leaves waiting go with it,
+// and a crash costs one batch and names its seed.
 
 const { fork } = require('node:child_process');
 

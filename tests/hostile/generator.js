@@ -2,7 +2,7 @@
 
 // Draws steps from a seed. It looks at the model, so that answers find modals and nothing ends the process too soon.
 
-const { METHODS, codeOf, isDeadly } = require('./tables');
+const { METHODS, UNDER_AGE, codeOf, isDeadly } = require('./tables');
 
 /** A generator of numbers from 0 to below 1 that a 32-bit seed determines. */
 function seeded(seed) {
@@ -15,14 +15,14 @@ function seeded(seed) {
     };
 }
 
-const CODES = [0, 0, 0, 0, 9, 10, 1002000006, 1002000011, 1002000015, 1002000002, 1002000017, 202, 401, 100015, -1, 5,
-    1002000018, 2147483647];
+const CODES = [0, 0, 0, 0, 0, 0, 0, 9, 10, 1002000006, 1002000006, 1002000011, 1002000015, 1002000002,
+    1002000017, 202, 401, 100015, -1, 5, 1002000018, 2147483647];
 const WRONG_CODES = ['0', 0.5, true, -0, undefined, [], { a: 0 }];
 const TEXTS = ['', 'text', '{"a":1}', '\u6f22\u{1f600}', 'a\0b', 'x'.repeat(5000)];
 const NO_TEXTS = [undefined, null, 7, -0.5, true, {}, ['text']];
 const NUMBERS = [0, 1, 2, -5, 1.5, 4294967297, 40000000, NaN];
 const RESULT_MESSAGES = ['data', '', 5, -2.5, true, [], ['a', ''], { a: { b: 1.5 } }, undefined];
-const MINUTES = [undefined, undefined, 0, 1, 1, 2, -5, 1.5, '1', 40000000];
+const MINUTES = [undefined, undefined, 0, 1, 1, 1, 1, 2, -5, 1.5, '1', 40000000];
 const EVENT_NAMES = ['playerChanged', 'playerChanged', 'playerChanged', 'gameAddictionPrevented', 'other'];
 const SPANS = [1, 999, 1000, 1000, 5000, 15000, 15000, 60000];
 const LONGEST_SPAN = 150000;
@@ -35,14 +35,18 @@ const RECORDS = {
     unionLogin: ['showLoginDialog', 'loginPanelType', 'thirdAccountInfos'],
     quickGameLogin: ['gameAppId'],
 };
-const REQUEST_NAMES = Object.keys(METHODS);
+// Those whose requests outlive their first answer come more often.
+const REQUEST_NAMES = [...Object.keys(METHODS), 'getLocalPlayer', 'verifyLocalPlayer', 'quickGameLogin',
+    'quickGameLogin', 'unionLogin'];
 const OTHER_CALLS = ['syncTraceId', 'reportEventOperation', 'onEventCallback', 'onEventCallback'];
 const ACTING = ['off', 'call'];
 
 class Generator {
     /** `isTame`: deliveries may run beside the next answer, so functions only take note and throw. */
     constructor(random, model, isTame, hasWorkers) {
-        Object.assign(this, { random, model, isTame, hasWorkers, calls: 0 });
+        Object.assign(this, { random, model, isTame, hasWorkers, calls: 0, focus: 0 });
+        // Half of the sequences make few kinds of requests, and so get further with each.
+        this.methods = this.random() < 0.5 ? REQUEST_NAMES : [this.pick(REQUEST_NAMES), this.pick(REQUEST_NAMES)];
     }
 
     below(count) {
@@ -55,11 +59,12 @@ class Generator {
 
     /** Steps are drawn by weight; one that makes no sense now gives way to a call. */
     next() {
+        const isTimeWanted = this.model.sleepers.length > 0;
         const drawn = this.draw([
-            [30, () => this.request(this.env())], [25, () => this.answers(1)], [12, () => this.answers(2 + this.below(4))],
-            [8, () => this.listen()], [6, () => this.otherCall()], [8, () => this.advance()], [5, () => this.window()],
-            [2, () => ['system', this.random() < 0.7]], [1, () => ['gc']],
-            [this.hasWorkers ? 5 : 0, () => this.changeWorkers()],
+            [20, () => this.request(this.env())], [44, () => this.answers(1)],
+            [16, () => this.answers(2 + this.below(4))], [8, () => this.listen()], [6, () => this.otherCall()],
+            [isTimeWanted ? 16 : 4, () => this.advance()], [5, () => this.window()], [1, () => ['gc']],
+            [2, () => ['system', this.random() < 0.7]], [this.hasWorkers ? 5 : 0, () => this.changeWorkers()],
         ]);
         return drawn || this.request(this.env());
     }
@@ -77,7 +82,7 @@ class Generator {
         return `c${++this.calls}`;
     }
 
-    request(env, method = this.pick(REQUEST_NAMES)) {
+    request(env, method = this.pick(this.methods)) {
         const id = this.id();
         const { least = 3, most = least, callbackAt } = METHODS[method];
         const args = [this.context(env), ...this.rest(method)];
@@ -136,7 +141,8 @@ class Generator {
 
     listen() {
         const type = this.pick(EVENT_NAMES);
-        const kinds = this.isTame || type !== 'playerChanged' ? ['plain', 'plain', 'throws'] : ['plain', 'throws', ...ACTING];
+        const isTame = this.isTame || type !== 'playerChanged';
+        const kinds = isTame ? ['plain', 'plain', 'throws'] : ['plain', 'throws', ...ACTING];
         const index = this.below(kinds.length);
         const listener = this.random() < 0.9 ? { fn: kinds[index], as: `${kinds[index]}${index}` } : this.text();
         const args = [this.random() < 0.95 ? { value: type } : this.text(), listener];
@@ -151,7 +157,8 @@ class Generator {
 
     otherCall() {
         const method = this.pick(OTHER_CALLS);
-        const changed = { resultCode: this.pick([1002000015, 1002000015, 0, '1002000015']), resultInfo: this.text().value };
+        const resultCode = this.pick([1002000015, 1002000015, 0, '1002000015']);
+        const changed = { resultCode, resultInfo: this.text().value };
         const args = {
             syncTraceId: [this.text()],
             reportEventOperation: [this.text(), this.number(), this.number()],
@@ -190,14 +197,22 @@ class Generator {
     answer(isDeath) {
         const { modals } = this.model;
         for (;;) {
-            const recent = Math.min(modals.length, 4);
-            const index = this.random() < 0.7 ? modals.length - 1 - this.below(recent) : this.below(modals.length);
+            const index = this.modal();
             const { request } = modals[index];
-            const [kind, ...payload] = this.payload();
+            const [kind, ...payload] = request.isTimed && this.random() < 0.15 ? ['result', UNDER_AGE] : this.payload();
             if (isDeath === (!request.isEnded && isDeadly(kind, codeOf(kind, payload[0]), request.type))) {
                 return ['answer', index, kind, ...payload];
             }
         }
+    }
+
+    // Mostly the one that answered last, so that a request sees several answers, or a recent one.
+    modal() {
+        const { length } = this.model.modals;
+        if (this.random() < 0.3) {
+            this.focus = this.random() < 0.7 ? length - 1 - this.below(Math.min(length, 4)) : this.below(length);
+        }
+        return this.focus;
     }
 
     payload() {
@@ -208,8 +223,10 @@ class Generator {
             const resultCode = this.random() < 0.9 ? code : this.pick(WRONG_CODES);
             return [kind, { ...params, resultCode, playableTime: this.pick(MINUTES), endText: this.pick(['end', 7]) }];
         }
-        const rest = { result: this.random() < 0.9 ? [params] : [], error: this.pick([[], ['name', 'text']]), release: [] };
-        return [kind, kind === 'release' ? this.pick([0, 0, 1, -1]) : code, ...rest[kind]];
+        if (kind === 'release') {
+            return [kind, this.pick([0, 0, 1, -1])];
+        }
+        return [kind, code, ...this.pick(kind === 'error' ? [[], ['name', 'text']] : [[], [params], [params]])];
     }
 
     /** An answer or a moment that ends the process; null if there is none. */

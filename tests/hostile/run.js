@@ -1,11 +1,13 @@
 'use strict';
 
+// Plays sequences of hostile steps on the module, and compares it with the model.
+
 const { inspect, parseArgs } = require('node:util');
 
-const USAGE = `usage: node tests/hostile/run.js --seed N [--steps M] [--ending]  play one sequence, step by step; --ending adds
-                                                            a last step that ends the process
-       node tests/hostile/run.js --seed N --count K         play K sequences, from that of seed N on
-       node tests/hostile/run.js --soak SECONDS [--seed N]  play as many as there is time for`;
+const USAGE = `usage: node --expose-gc tests/hostile/run.js WHAT
+  --seed N [--steps M] [--ending]  play one sequence, step by step; --ending adds a step that ends the process
+  --seed N --count K               play K sequences, from that of seed N on
+  --soak SECONDS [--seed N]        play as many as there is time for`;
 const MAX_NUMBER = 0xffffffff;
 
 const show = (value) =>
@@ -72,6 +74,7 @@ async function playMany({ seed, count }) {
         }
         report({ seed: seed + i, isDone: true, steps: sequence.steps });
     }
+    console.log(`${count} sequences from seed ${seed} on, ${process.exitCode ? 'a difference' : 'no difference'}`);
     process.disconnect?.();
 }
 

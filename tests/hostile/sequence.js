@@ -75,7 +75,7 @@ class Sequence {
         this.isStrict = mode < 0.6;
         this.hasWorkers = mode > 0.9;
         this.thread = this.isStrict || this.random() < 0.3 ? 'caller' : 'ui';
-        this.steps = steps || 8 + Math.floor(this.random() * 28);
+        this.steps = steps || 10 + Math.floor(this.random() * 40);
         this.isWatched = isWatched;
         this.seen = 0;
         this.players = new Map([['main', main]]);
