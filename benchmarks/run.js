@@ -39,9 +39,9 @@ function run(command, args, env = {}) {
     return JSON.parse(execFileSync(command, args, { ...options, stdio: ['ignore', 'pipe', 'inherit'] }));
 }
 
-function runChild(work, size, ms, side, lists) {
-    const child = path.join(__dirname, 'child.js');
-    return run(process.execPath, ['--expose-gc', child, works.indexOf(work), size, ms, side, ...lists]);
+function runChild(work, size, ms, side, cores) {
+    const child = [process.execPath, '--expose-gc', path.join(__dirname, 'child.js')];
+    return run('taskset', ['--cpu-list', cores, ...child, works.indexOf(work), size, ms, side]);
 }
 
 const makeRow = (work, size, cores, { module, floor }, { unit, goal }, of) => (
@@ -50,14 +50,14 @@ const makeRow = (work, size, cores, { module, floor }, { unit, goal }, of) => (
 const nameOf = ({ work }, { name }) => (name ? `${work}, ${name}` : work);
 
 function measureTimes(work, size, lists, isQuick) {
-    const results = runChild(work, size, isQuick ? 0 : MS, 'both', lists);
+    const results = lists.map((cores) => runChild(work, size, isQuick ? 0 : MS, 'both', cores));
     return work.figures.flatMap((figure, i) => results.map(({ module, floor }, j) => (
         makeRow(nameOf(work, figure), size, lists[j], { module: module[i], floor: floor[i] }, figure, work.of))));
 }
 
 // Each side in processes of its own, as memory that was freed may stay with the process.
 function measureMemory(work, size, lists, isQuick) {
-    const take = (side) => runChild(work, size, 0, side, lists.slice(-1))[0][side][0];
+    const take = (side) => runChild(work, size, 0, side, lists.at(-1))[side][0];
     const samples = Array.from({ length: isQuick ? 1 : MEMORY_ROUNDS }, () => [take('module'), take('floor')]);
     const [module, floor] = [0, 1].map((side) => median(samples.map((sample) => sample[side])));
     return [makeRow(work.work, size, lists.at(-1), { module, floor }, work.figures[0], work.of)];

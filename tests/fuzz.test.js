@@ -8,7 +8,7 @@ const { ROOT } = require('./support');
 
 // In a process of its own, which a crash would end before its last line.
 function run(...args) {
-    return spawnSync(process.execPath, [path.join(ROOT, 'tests', 'fuzz', 'run.js'), ...args], { encoding: 'utf8' });
+    return spawnSync(process.execPath, [path.join(ROOT, 'soak', 'fuzz', 'run.js'), ...args], { encoding: 'utf8' });
 }
 
 for (const seed of ['1', '100000']) {

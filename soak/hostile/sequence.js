@@ -4,7 +4,7 @@
 
 const { isDeepStrictEqual, inspect } = require('node:util');
 const { Worker } = require('node:worker_threads');
-const { game, device, once } = require('../support');
+const { game, device, once } = require('../../tests/support');
 const { Generator, seeded } = require('./generator');
 const { Model } = require('./model');
 const { Player } = require('./player');

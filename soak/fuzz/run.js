@@ -4,8 +4,8 @@
 
 const { parseArgs } = require('node:util');
 
-const USAGE = `usage: node tests/fuzz/run.js --seconds N [--seed S]  as many trials as there is time for
-       node tests/fuzz/run.js --trials N [--seed S]   N trials, from that of seed S on`;
+const USAGE = `usage: node soak/fuzz/run.js --seconds N [--seed S]  as many trials as there is time for
+       node soak/fuzz/run.js --trials N [--seed S]   N trials, from that of seed S on`;
 
 function readOptions() {
     const text = { type: 'string' };
@@ -37,7 +37,7 @@ async function play({ seconds, trials, seed }) {
     }
     const outcome = process.exitCode ? 'a difference' : 'no difference';
     console.log(`fuzzing: ${played} trials from seed ${seed} on, ${outcome}`);
-    require('../support').device.reset();
+    require('../../tests/support').device.reset();
 }
 
 try {

@@ -3,7 +3,7 @@
 // One trial gives the module or the device a drawn value and compares what comes of it with an independent reading.
 
 const { isDeepStrictEqual, inspect, types: { isProxy } } = require('node:util');
-const { device, game, turn } = require('../support');
+const { device, game, turn } = require('../../tests/support');
 const { seeded } = require('../hostile/generator');
 const { argument, get, int, sent, text } = require('./reading');
 const { Values } = require('./values');
@@ -45,16 +45,23 @@ function attempt(call) {
 
 const messageOf = ([how, what]) => (how === 'threw' ? what.message : undefined);
 
+function travelledText(value) {
+    if (typeof value !== 'string') {
+        throw new TypeError('is no text');
+    }
+    return Buffer.from(value).toString();
+}
+
 /** The parameters as they travel; throws a TypeError for a value that cannot. */
 function travelled(value, depth = 0) {
     if (typeof value === 'number' || typeof value === 'boolean') {
         return value;
     }
     if (typeof value === 'string') {
-        return Buffer.from(value).toString();
+        return travelledText(value);
     }
-    if (Array.isArray(value) && Array.from(value).every((item) => typeof item === 'string')) {
-        return Array.from(value, (item) => travelled(item));
+    if (Array.isArray(value)) {
+        return Array.from({ length: value.length }, (_, i) => travelledText(value[i]));
     }
     const prototype = typeof value === 'object' && value !== null ? Object.getPrototypeOf(value) : undefined;
     if (prototype === undefined || (prototype && Object.getPrototypeOf(prototype) !== null) || depth > MAX_DEPTH) {
@@ -64,8 +71,14 @@ function travelled(value, depth = 0) {
         .map(([key, each]) => [travelled(key), travelled(each, depth + 1)]));
 }
 
-const hasProxy = (value, depth = 0) => isProxy(value) || (typeof value === 'object' && value !== null && depth < 10 &&
-    Object.values(Object.getOwnPropertyDescriptors(value)).some((each) => hasProxy(each.value, depth + 1)));
+/** Whether a proxy is in `value`, or in a chain of prototypes. */
+function hasProxy(value) {
+    if (typeof value !== 'object' || value === null || value === globalThis || isProxy(value)) {
+        return isProxy(value);
+    }
+    const inner = Object.values(Object.getOwnPropertyDescriptors(value)).map((property) => property.value);
+    return [...inner, Object.getPrototypeOf(value)].some(hasProxy);
+}
 
 class Trial {
     constructor(seed) {

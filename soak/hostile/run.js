@@ -4,7 +4,7 @@
 
 const { inspect, parseArgs } = require('node:util');
 
-const USAGE = `usage: node --expose-gc tests/hostile/run.js WHAT
+const USAGE = `usage: node --expose-gc soak/hostile/run.js WHAT
   --seed N [--steps M] [--ending]  play one sequence, step by step; --ending adds a step that ends the process
   --seed N --count K               play K sequences, from that of seed N on
   --soak SECONDS [--seed N]        play as many as there is time for`;
@@ -69,7 +69,7 @@ async function playMany({ seed, count }) {
         const difference = await sequence.run();
         if (difference) {
             tell(difference);
-            console.log(`again, step by step: node --expose-gc tests/hostile/run.js --seed ${seed + i}`);
+            console.log(`again, step by step: node --expose-gc soak/hostile/run.js --seed ${seed + i}`);
             break;
         }
         report({ seed: seed + i, isDone: true, steps: sequence.steps });

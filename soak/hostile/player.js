@@ -4,7 +4,7 @@
 // one more; its owner tells it what to do by messages.
 
 const { parentPort, workerData } = require('node:worker_threads');
-const { turn } = require('../support');
+const { turn } = require('../../tests/support');
 
 const describe = (value) => (value instanceof Error ? ['error', value.code, value.message] : value);
 
@@ -92,7 +92,7 @@ class Player {
 }
 
 if (workerData?.isPlayer) {
-    const { game, device } = require('../support');
+    const { game, device } = require('../../tests/support');
     const player = new Player(game, device);
     parentPort.on('message', async ([method, ...args]) => parentPort.postMessage(await player[method](...args)));
 }
