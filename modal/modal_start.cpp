@@ -144,7 +144,12 @@ void ModalUICallback::AnswerLateStart(const std::shared_ptr<ContextOwner>& owner
     }
     context->errorCode = IsFailureHidden(context->requestType) ? ERROR_SUCCESS : ERROR_PARAMETER;
     auto workData = TakeResult(context, owner);
-    switch (QueueOnLoop(context->envInfo->env, workData.get(), SendMessageBackWork)) {
+    // The address of an environment that has ended may name another one by now.
+    auto queue = [&workData, &envInfo = context->envInfo] {
+        LiveEnv isLive(envInfo);
+        return isLive ? QueueOnLoop(envInfo->env, workData.get(), SendMessageBackWork) : QueueStatus::NO_LOOP;
+    };
+    switch (queue()) {
         case QueueStatus::QUEUED:
             (void)workData.release();
             return;
