@@ -13,8 +13,8 @@ const { makeTable, writeDocuments } = require('./report');
 const works = require('./works');
 
 const BUILD = path.join(__dirname, '..', 'out', process.env.GAMEAPI_BUILD || 'release');
-const MS = 800;  // for each work, size and list of cores
-const MEMORY_ROUNDS = 3;
+const MS = 300;  // for each process
+const PROCESSES = 3;
 const LIMIT_MS = 120000;
 const NATIVE = {
     Base64Encode: { goal: 1.05, of: 'bytes' },
@@ -34,14 +34,15 @@ function coreLists() {
     return cores.length > 1 ? [`${cores[0]}`, `${cores[0]},${cores[1]}`] : [`${cores[0]}`];
 }
 
-function run(command, args, env = {}) {
-    const options = { encoding: 'utf8', env: { ...process.env, ...env }, timeout: LIMIT_MS, maxBuffer: 1 << 26 };
-    return JSON.parse(execFileSync(command, args, { ...options, stdio: ['ignore', 'pipe', 'inherit'] }));
+// What a command, bound to these cores, prints as JSON.
+function runOn(cores, ...command) {
+    const options = { encoding: 'utf8', timeout: LIMIT_MS, maxBuffer: 1 << 26, stdio: ['ignore', 'pipe', 'inherit'] };
+    return JSON.parse(execFileSync('taskset', ['--cpu-list', cores, ...command], options));
 }
 
 function runChild(work, size, ms, side, cores) {
-    const child = [process.execPath, '--expose-gc', path.join(__dirname, 'child.js')];
-    return run('taskset', ['--cpu-list', cores, ...child, works.indexOf(work), size, ms, side]);
+    const child = path.join(__dirname, 'child.js');
+    return runOn(cores, process.execPath, '--expose-gc', child, works.indexOf(work), size, ms, side);
 }
 
 const makeRow = (work, size, cores, { module, floor }, { unit, goal }, of) => (
@@ -49,26 +50,29 @@ const makeRow = (work, size, cores, { module, floor }, { unit, goal }, of) => (
 
 const nameOf = ({ work }, { name }) => (name ? `${work}, ${name}` : work);
 
-function measureTimes(work, size, lists, isQuick) {
-    const results = lists.map((cores) => runChild(work, size, isQuick ? 0 : MS, 'both', cores));
-    return work.figures.flatMap((figure, i) => results.map(({ module, floor }, j) => (
-        makeRow(nameOf(work, figure), size, lists[j], { module: module[i], floor: floor[i] }, figure, work.of))));
+// The two sides of a time take turns in one process. For memory each has a process of its own, as what was freed may
+// stay with it.
+function takeSample(work, size, ms, cores) {
+    const take = (side) => runChild(work, size, work.isMemory ? 0 : ms, side, cores);
+    return work.isMemory ? { ...take('module'), ...take('floor') } : take('both');
 }
 
-// Each side in processes of its own, as memory that was freed may stay with the process.
-function measureMemory(work, size, lists, isQuick) {
-    const take = (side) => runChild(work, size, 0, side, lists.at(-1))[side][0];
-    const samples = Array.from({ length: isQuick ? 1 : MEMORY_ROUNDS }, () => [take('module'), take('floor')]);
-    const [module, floor] = [0, 1].map((side) => median(samples.map((sample) => sample[side])));
-    return [makeRow(work.work, size, lists.at(-1), { module, floor }, work.figures[0], work.of)];
+// Several processes, as where the system puts the threads of one is up to chance, and stays.
+function measure(work, size, lists, isQuick) {
+    const results = (work.isMemory ? lists.slice(-1) : lists).map((cores) => [cores, Array.from(
+        { length: isQuick ? 1 : PROCESSES }, () => takeSample(work, size, isQuick ? 0 : MS, cores))]);
+    return work.figures.flatMap((figure, i) => results.map(([cores, samples]) => {
+        const [module, floor] = ['module', 'floor'].map((side) => median(samples.map((sample) => sample[side][i])));
+        return makeRow(nameOf(work, figure), size, cores, { module, floor }, figure, work.of);
+    }));
 }
 
 function measureNative(names, lists, isQuick) {
     const care = isQuick ? ['--benchmark_min_time=0.001']
-        : ['--benchmark_min_time=0.01', '--benchmark_repetitions=25', '--benchmark_enable_random_interleaving=true'];
+        : ['--benchmark_min_time=0.02', '--benchmark_repetitions=25', '--benchmark_enable_random_interleaving=true'];
     return lists.flatMap((cores) => {
-        const { benchmarks } = run('taskset', ['--cpu-list', cores, path.join(BUILD, 'native_bench'),
-            '--benchmark_format=json', `--benchmark_filter=^(${names.join('|')}) `, ...care]);
+        const { benchmarks } = runOn(cores, path.join(BUILD, 'native_bench'), '--benchmark_format=json',
+            `--benchmark_filter=^(${names.join('|')}) `, ...care);
         const groups = new Map();
         for (const { run_name: runName, run_type: type, real_time: ns } of benchmarks) {
             const [, work, side, size] = /^(.*) (module|floor)\/(\d+)/.exec(runName);
@@ -86,8 +90,7 @@ function measureAll(only, isQuick) {
     const isWanted = (name) => name.toLowerCase().includes(only.toLowerCase());
     const lists = isQuick ? coreLists().slice(0, 1) : coreLists();
     const jobs = works.filter(({ work }) => isWanted(work)).flatMap((work) => (
-        (isQuick ? work.sizes.slice(0, 1) : work.sizes).map((size) => () => (
-            (work.isMemory ? measureMemory : measureTimes)(work, size, lists, isQuick)))));
+        (isQuick ? work.sizes.slice(0, 1) : work.sizes).map((size) => () => measure(work, size, lists, isQuick))));
     const natives = Object.keys(NATIVE).filter(isWanted);
     if (natives.length > 0) {
         jobs.push(() => measureNative(natives, lists, isQuick));
@@ -99,12 +102,21 @@ function measureAll(only, isQuick) {
     return jobs.flatMap((job) => job());
 }
 
+// Rather now than after minutes.
+function checkWritable(file) {
+    try {
+        fs.closeSync(fs.openSync(file, 'a'));
+    } catch (error) {
+        throw new Error(`${file} cannot be written (${error.code}): give --json a file that can be`);
+    }
+}
+
 function main() {
     const { json, only = '', quick = false } = parseArgs({
         options: { json: { type: 'string' }, only: { type: 'string' }, quick: { type: 'boolean' } }
     }).values;
     if (json) {
-        fs.closeSync(fs.openSync(json, 'a'));  // rather now than after minutes
+        checkWritable(json);
     }
     const rows = measureAll(only, quick);
     process.stdout.write(`${makeTable(rows)}\n`);

@@ -4,19 +4,22 @@
 // A side does the work once and returns its figures, one for each of the work's `figures`. Requests are left pending
 // where only the call counts: a reset forgets them.
 
+const fs = require('fs');
 const path = require('path');
 
 const ROOT = path.dirname(__dirname);
 const ICON_ID = 1;
 const ICON_COUNTS = { [50 * 102400]: 50, [1 << 24]: 1 };
 const PENDING = 10000;
+const MIB = 1 << 20;
 const PLAYER_INVALID = 1002000015;
 
-const load = () => {
+// In the process that measures; the one that only reads the list loads nothing.
+function load() {
     const build = process.env.GAMEAPI_BUILD || 'release';
     const [device, game] = [require(path.join(ROOT, 'device')), require(ROOT)];
     return { device, game, floors: require(path.join(ROOT, 'out', build, 'bench_floors.node')) };
-};
+}
 
 const us = (begin) => (performance.now() - begin) * 1000;
 const median = (values) => values.sort((a, b) => a - b)[values.length >> 1];
@@ -39,7 +42,8 @@ function caught(call) {
     throw new Error('a call that was to be refused was not');
 }
 
-const refused = (call) => () => (_, isQuick) => {
+// Calls that throw.
+const refused = (call) => (_, isQuick) => {
     const { game, device, floors } = load();
     const calls = isQuick ? 5 : 200;
     const context = device.createAbilityContext();
@@ -173,11 +177,8 @@ function logins(size) {
     };
 }
 
-const { gc } = global;
-const MIB = 1 << 20;
-
 function kibOf(field) {
-    const status = require('fs').readFileSync('/proc/self/status', 'utf8');
+    const status = fs.readFileSync('/proc/self/status', 'utf8');
     return Number(new RegExp(`^${field}:\\s+(\\d+) kB$`, 'm').exec(status)[1]);
 }
 
@@ -185,8 +186,8 @@ function kibOf(field) {
 function loginPeak(size) {
     const { device, run } = prepareLogin(size);
     run(0);
-    gc();
-    require('fs').writeFileSync('/proc/self/clear_refs', '5');
+    global.gc();
+    fs.writeFileSync('/proc/self/clear_refs', '5');
     const before = kibOf('VmRSS');
     run();
     const peak = kibOf('VmHWM') - before;
@@ -201,7 +202,7 @@ const waiting = (start) => () => {
         for (let i = 0; i < PENDING; ++i) {
             start().then(ignore);
         }
-        gc();
+        global.gc();
         return process.memoryUsage.rss();
     };
     return [(-wave() + wave()) / PENDING];
@@ -219,10 +220,10 @@ function pending() {
 const time = (goal, more = {}) => [{ unit: 'us', goal, ...more }];
 
 module.exports = [
-    { work: 'refused init()', figures: time(2), sizes: [1], of: 'call', prepare: refused((game) => game.init())() },
+    { work: 'refused init()', figures: time(2), sizes: [1], of: 'call', prepare: refused((game) => game.init()) },
     {
         work: 'refused bindPlayer(ctx)', figures: time(2), sizes: [1], of: 'call',
-        prepare: refused((game, context) => game.bindPlayer(context))()
+        prepare: refused((game, context) => game.bindPlayer(context))
     },
     {
         work: 'prePurchase', figures: time(1.5), sizes: [16, 256, 4096], of: 'bytes a text',

@@ -2,6 +2,7 @@
 // argument.
 
 #include <benchmark/benchmark.h>
+#include <sched.h>
 
 #include <algorithm>
 #include <array>
@@ -67,10 +68,35 @@ bool IsValidInFloor(const EnvInfo* info)
     return std::find(infos.begin(), infos.end(), info) != infos.end();
 }
 
+std::vector<int> AllowedCores()
+{
+    cpu_set_t set;
+    CPU_ZERO(&set);
+    (void)sched_getaffinity(0, sizeof(set), &set);
+    std::vector<int> cores;
+    for (int core = 0; core < CPU_SETSIZE; ++core) {
+        if (CPU_ISSET(core, &set)) {
+            cores.push_back(core);
+        }
+    }
+    return cores;
+}
+
+/// Binds this thread to a core of its own, if there are as many as threads: left alone, they may share one.
+void TakeCore(int thread)
+{
+    static const std::vector<int> ALLOWED = AllowedCores();
+    cpu_set_t own;
+    CPU_ZERO(&own);
+    CPU_SET(ALLOWED[thread % ALLOWED.size()], &own);
+    (void)sched_setaffinity(0, sizeof(own), &own);
+}
+
 /// Asks for each of the environments in turn; the threads wait for each other before and after the loop.
 template <bool (*IS_VALID)(const EnvInfo*)>
 void AskForAll(benchmark::State& state)
 {
+    TakeCore(state.thread_index());
     if (state.thread_index() == 0) {
         BringToLife(state.range(0));
     }
