@@ -17,13 +17,14 @@ async function play({ game, device, parentPort }, name, rounds) {
         game.on('playerChanged', hear);
         game.on('gameAddictionPrevented', () => {});
         game.syncTraceId(`${name} ${round}`);
+        // Before the requests: time is fast here, and they may all be answered before the next line.
+        game.onEventCallback({ resultCode: 1002000015, resultInfo: `${name} ${round}` });
         const requests = [
             game.bindPlayer(late, 'open', 'team'),
             game.getLocalPlayer(context),
             game.quickGameLogin(context, { gameAppId: 'app' }),
             new Promise((resolve) => game.init(context, resolve)),
         ];
-        game.onEventCallback({ resultCode: 1002000015, resultInfo: `${name} ${round}` });
         device.showWindow(late);
         settled += (await Promise.allSettled(requests)).length;
         game.reportEventOperation(name, 0, 0);
