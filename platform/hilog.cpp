@@ -3,10 +3,10 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <thread>
 
 #include "clock.h"
 
@@ -14,7 +14,6 @@ namespace StandIn {
 
 namespace {
 
-constexpr size_t LINE_SIZE = 4096;  // the end of the text included
 constexpr char LETTERS[] = "DIWEF";
 constexpr int NOTHING_PRINTED = LOG_FATAL + 1;
 
@@ -43,54 +42,15 @@ int PrintedLevel()
 // Asked once while the library is loaded, so that a wrong value is told of even if nothing is ever logged.
 [[maybe_unused]] const int PRINTED_AT_LOAD = PrintedLevel();
 
-/// Past the privacy mark that `text` starts with, if any.
-const char* SkipMark(const char* text)
+void Print(const LogLine& line)
 {
-    if (*text != '{') {
-        return text;
-    }
-    for (const std::string_view mark : {"{public}", "{private}"}) {
-        if (std::strncmp(text, mark.data(), mark.size()) == 0) {
-            return text + mark.size();
-        }
-    }
-    return text;
-}
-
-/// Copies `format` without its privacy marks, from one percent sign to the next; false if it is too long.
-bool StripMarks(const char* format, char (&plain)[LINE_SIZE])
-{
-    size_t used = 0;
-    for (;;) {
-        const char* percent = std::strchr(format, '%');
-        const size_t length = percent == nullptr ? std::strlen(format) : percent - format;
-        if (used + length + 3 > LINE_SIZE) {
-            return false;
-        }
-        std::memcpy(plain + used, format, length);
-        used += length;
-        if (percent == nullptr) {
-            plain[used] = '\0';
-            return true;
-        }
-        plain[used++] = '%';
-        format = SkipMark(percent + 1);
-        if (*format == '%') {
-            plain[used++] = *format++;
-        }
-    }
-}
-
-void Print(LogLevel level, std::string_view tag, std::string_view message)
-{
-    char line[LINE_SIZE + 128];
+    char text[MAX_LINE_LENGTH + 128];
     const int64_t now = Clock::Get().NowMs();
-    const int length =
-        std::snprintf(line, sizeof(line), "%lld.%03lld %c %.*s: %.*s\n", static_cast<long long>(now / 1000),
-                      static_cast<long long>(now % 1000), LetterOf(level), static_cast<int>(tag.size()),
-                      tag.data(), static_cast<int>(message.size()), message.data());
-    const size_t size = std::min(static_cast<size_t>(std::max(length, 0)), sizeof(line) - 1);
-    [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, line, size);
+    const int length = std::snprintf(text, sizeof(text), "%lld.%03lld %c %s: %s\n",
+                                     static_cast<long long>(now / 1000), static_cast<long long>(now % 1000),
+                                     LetterOf(line.level), line.tag.c_str(), line.message.c_str());
+    const size_t size = std::min(static_cast<size_t>(std::max(length, 0)), sizeof(text) - 1);
+    [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, text, size);
 }
 
 }  // namespace
@@ -106,55 +66,65 @@ LogStore& LogStore::Get()
     return store;
 }
 
-void LogStore::Append(LogLevel level, unsigned int domain, std::string_view tag, std::string_view message)
+/// Exclusive use of a slot. It takes so little that others wait for it without being put to sleep.
+class LogStore::Turn
 {
-    std::lock_guard<std::mutex> guard(mutex_);
-    const size_t slot = written_++ % CAPACITY;
-    LogLine& line = slot < slots_.size() ? slots_[slot] : slots_.emplace_back();
-    line.level = level;
-    line.domain = domain;
-    line.tag.assign(tag);
-    line.message.assign(message);
+public:
+    explicit Turn(Slot& slot) : slot_(slot)
+    {
+        while (slot_.isInUse.test_and_set(std::memory_order_acquire)) {
+            std::this_thread::yield();
+        }
+    }
+    ~Turn() { slot_.isInUse.clear(std::memory_order_release); }
+
+private:
+    Slot& slot_;
+};
+
+void LogStore::Append(const LogOrigin& origin, std::string_view packedArguments)
+{
+    const uint64_t number = next_++;
+    Slot& slot = slots_[number % CAPACITY];
+    const Turn turn(slot);
+    if (slot.number > number) {
+        return;  // overtaken by a whole round
+    }
+    slot.number = number;
+    slot.origin = origin;
+    slot.length = std::min(packedArguments.size(), sizeof(slot.bytes));
+    std::memcpy(slot.bytes, packedArguments.data(), slot.length);
+    slot.more.assign(packedArguments.substr(slot.length));
 }
 
 std::vector<LogLine> LogStore::Lines()
 {
-    std::lock_guard<std::mutex> guard(mutex_);
+    const uint64_t end = next_;
     std::vector<LogLine> lines;
-    for (size_t i = written_ - std::min(written_, CAPACITY); i < written_; ++i) {
-        lines.push_back(slots_[i % CAPACITY]);
+    for (uint64_t number = std::max<uint64_t>(first_, end - std::min(end, CAPACITY)); number < end;
+         ++number) {
+        Slot& slot = slots_[number % CAPACITY];
+        const Turn turn(slot);
+        if (slot.number == number) {
+            lines.push_back(FormatLine(slot.origin, std::string(slot.bytes, slot.length) + slot.more));
+        }
     }
     return lines;
 }
 
-void LogStore::Clear()
-{
-    std::lock_guard<std::mutex> guard(mutex_);
-    written_ = 0;
-}
-
 }  // namespace StandIn
 
-extern "C" int HiLogPrint(LogType /*type*/, LogLevel level, unsigned int domain, const char* tag,
-                          const char* format, ...)
+int HiLogWrite(LogLevel level, unsigned int domain, const char* tag, const char* format,
+               const LogArgument* arguments, size_t count)
 {
-    char plain[StandIn::LINE_SIZE];
-    char line[StandIn::LINE_SIZE];
-    if (tag == nullptr || format == nullptr || !StandIn::StripMarks(format, plain)) {
+    if (tag == nullptr) {
         return -1;
     }
-    va_list arguments;
-    va_start(arguments, format);
-    const int whole = std::vsnprintf(line, sizeof(line), plain, arguments);
-    va_end(arguments);
-    if (whole < 0) {
-        return whole;
-    }
-    const std::string_view message(line, std::min<size_t>(whole, sizeof(line) - 1));
-    const std::string_view shortTag(tag, strnlen(tag, 31));
-    StandIn::LogStore::Get().Append(level, domain, shortTag, message);
+    const StandIn::LogOrigin origin = {level, domain, tag, format};
+    const StandIn::PackedArguments packed(arguments, count);
+    StandIn::LogStore::Get().Append(origin, packed.Bytes());
     if (level >= StandIn::PrintedLevel()) {
-        StandIn::Print(level, shortTag, message);
+        StandIn::Print(StandIn::FormatLine(origin, packed.Bytes()));
     }
-    return static_cast<int>(message.size());
+    return 0;
 }

@@ -1,43 +1,50 @@
 #ifndef PLATFORM_HILOG_H
 #define PLATFORM_HILOG_H
 
-#include <cstddef>
-#include <mutex>
+#include <atomic>
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "hilog/log.h"
+#include "log_line.h"
 
 namespace StandIn {
-
-struct LogLine {
-    LogLevel level = LOG_DEBUG;
-    unsigned int domain = 0;
-    std::string tag;
-    std::string message;
-};
 
 /// 'D', 'I', 'W', 'E' or 'F'.
 char LetterOf(LogLevel level);
 
-/// The latest lines of the log, oldest forgotten first. Thread-safe.
+/// The latest lines of the log, oldest forgotten first. Thread-safe; writers wait for each other only where
+/// they write the same slot, which is once in a round of the ring.
 class LogStore
 {
 public:
     static LogStore& Get();
 
-    void Append(LogLevel level, unsigned int domain, std::string_view tag, std::string_view message);
+    void Append(const LogOrigin& origin, std::string_view packedArguments);
     /// A copy of the lines, oldest first.
     std::vector<LogLine> Lines();
-    void Clear();
+    void Clear() { first_ = next_.load(); }
 
 private:
-    static constexpr size_t CAPACITY = 8192;
+    static constexpr uint64_t CAPACITY = 8192;
 
-    std::mutex mutex_;
-    std::vector<LogLine> slots_;  // a ring; its texts keep their memory for the lines to come
-    size_t written_ = 0;          // lines since the last clear
+    /// One line and its number. The bytes of its arguments are mostly few enough to lie in the slot, so that
+    /// writing line after line walks straight through the memory.
+    struct alignas(64) Slot {
+        std::atomic_flag isInUse = ATOMIC_FLAG_INIT;
+        uint64_t number = 0;
+        LogOrigin origin;
+        uint32_t length = 0;
+        char bytes[44];
+        std::string more;  // keeps its memory for the lines to come
+    };
+
+    class Turn;
+
+    std::vector<Slot> slots_{CAPACITY};
+    std::atomic<uint64_t> next_{1};   // the number of the next line
+    std::atomic<uint64_t> first_{1};  // of the first since the last clear
 };
 
 }  // namespace StandIn
