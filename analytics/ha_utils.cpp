@@ -1,6 +1,7 @@
 #include "analytics/ha_utils.h"
 
 #include <cstdlib>
+#include <utility>
 
 #include "app_event.h"
 #include "app_event_processor_mgr.h"
@@ -71,7 +72,7 @@ void HaUtils::WriteEndEvent(const std::string& apiName, int64_t beginTime, int32
     event.AddParam("end_time", MiscServices::TimeServiceClient::GetInstance()->GetBootTimeMs());
     event.AddParam("result", 0);
     event.AddParam("error_code", errorCode);
-    (void)HiviewDFX::Write(event);
+    (void)HiviewDFX::Write(std::move(event));
 }
 
 void HaUtils::ReportEnd(const std::string& apiName, int64_t beginTime, int32_t errorCode)

@@ -69,7 +69,7 @@ void ModalUICallback::RunAntiAddictionTimer(const std::shared_ptr<ContextOwner>&
 
     Want want = MakeGameServiceWant(REQUEST_LAUNCH_ANTI_ADDICTION);
     want.SetParam(KEY_END_TEXT, endText);
-    StartUIExtensionAbility(want, owner);
+    StartUIExtensionAbility(std::move(want), owner);
     GAME_LOGI("launched anti-addiction ability.");
     std::this_thread::sleep_for(PAGE_TIME);
     if (requestType != REQUEST_QUICK_GAME_LOGIN) {

@@ -2,7 +2,6 @@
 
 #include "analytics/ha_utils.h"
 #include "common/handle_scope.h"
-#include "common/loop_work.h"
 #include "common/velmor_error.h"
 #include "common/velmor_log.h"
 #include "modal/modal_ui_callback.h"
@@ -35,13 +34,8 @@ void SettlePromise(napi_env env, napi_deferred deferred, int32_t errorCode, cons
 
 }  // namespace
 
-void ModalUICallback::SendMessageBack()
+void ModalUICallback::SendMessageBack(LockedContext context)
 {
-    LockedContext context = owner_->Lock();
-    if (!context) {
-        GAME_LOGE("SendMessageBack baseContext is null");
-        return;
-    }
     const char* apiName = FindApiName(context->requestType);
     GAME_LOGI("SendMessageBack %{public}s", apiName);
     if (context->hasMsgBack || context->isMsgQueued) {
@@ -54,32 +48,37 @@ void ModalUICallback::SendMessageBack()
         CloseModalUIExtension(&*context);
     }
     OHOS::Velmor::HaUtils::ReportEnd(apiName, context->startTime, context->errorCode);
-    auto workData = TakeResult(context, owner_);
-    if (QueueMessageBack(workData)) {
-        return;
+    std::unique_ptr<WorkData> workData = TakeResult(context, owner_);
+    context.Unlock();
+    const bool isLive = IsValidEnv(workData->context->envInfo);
+    switch (QueueMessageBack(workData)) {
+        case QueueStatus::QUEUED:
+            return;
+        case QueueStatus::NO_LOOP:
+            GAME_LOGE("isValidEnv[%{public}d] or get loop failed", isLive);
+            break;
+        case QueueStatus::REFUSED:
+            GAME_LOGE("SendMessageBack uv_queue_work call failed");
+            break;
     }
     DoMessageBackException(*workData);
 }
 
-// True if the delivery is on its way and owns `workData` now.
-bool ModalUICallback::QueueMessageBack(std::unique_ptr<WorkData>& workData)
+// Unless the status is QUEUED, `workData` stays the caller's. The context must not be locked, as its delivery
+// may begin at once. The address of an environment that has ended may name another one by now, so it is kept
+// from ending meanwhile.
+QueueStatus ModalUICallback::QueueMessageBack(std::unique_ptr<WorkData>& workData)
 {
-    const std::shared_ptr<EnvInfo>& envInfo = workData->context->envInfo;
+    const std::shared_ptr<EnvInfo> envInfo = workData->context->envInfo;
     LiveEnv isLive(envInfo);
-    QueueStatus status =
-        isLive ? QueueOnLoop(envInfo->env, workData.get(), SendMessageBackWork) : QueueStatus::NO_LOOP;
-    switch (status) {
-        case QueueStatus::QUEUED:
-            (void)workData.release();
-            return true;
-        case QueueStatus::NO_LOOP:
-            GAME_LOGE("isValidEnv[%{public}d] or get loop failed", static_cast<bool>(isLive));
-            return false;
-        case QueueStatus::REFUSED:
-            GAME_LOGE("SendMessageBack uv_queue_work call failed");
-            return false;
+    if (!isLive) {
+        return QueueStatus::NO_LOOP;
     }
-    return false;
+    const QueueStatus status = QueueOnLoop(envInfo->env, workData.get(), SendMessageBackWork);
+    if (status == QueueStatus::QUEUED) {
+        (void)workData.release();
+    }
+    return status;
 }
 
 // A result that ends the request takes the context along, so that an answer which comes before the delivery
@@ -204,7 +203,9 @@ void ModalUICallback::DoMessageBackSuccess(const WorkData& workData)
         GAME_LOGI("DoMessageBackSuccess set hasMsgBack to true");
         return;
     }
-    workData.owner->Release();
+    if (context) {
+        workData.owner->Release();
+    }
     GAME_LOGI("DoMessageBackSuccess release context");
 }
 

@@ -1,5 +1,7 @@
 #include <unistd.h>
 
+#include <utility>
+
 #include "common/velmor_error.h"
 #include "common/velmor_log.h"
 #include "events/game_player_event_callback.h"
@@ -64,7 +66,7 @@ void ModalUICallback::OnResultForModal(int32_t resultCode, const Want& result)
     } else {
         DealResponseForModal(*context, result);
     }
-    SendMessageBack();
+    SendMessageBack(std::move(context));
 }
 
 void ModalUICallback::DealResponseForModal(BaseContext& context, const Want& result)
@@ -114,7 +116,7 @@ void ModalUICallback::OnReceive(const WantParams& data)
     } else {
         DealResponseForReceive(*context, data);
     }
-    SendMessageBack();
+    SendMessageBack(std::move(context));
 }
 
 void ModalUICallback::DealResponseForReceive(BaseContext& context, const WantParams& data)
@@ -157,7 +159,7 @@ void ModalUICallback::OnError(int32_t code, const std::string& name, const std::
     context->isResetContext = true;
     context->errorCode = code;
     AssembleErrorMessage(*context);
-    SendMessageBack();
+    SendMessageBack(std::move(context));
 }
 
 void ModalUICallback::OnRelease(int32_t releaseCode)
@@ -216,6 +218,10 @@ void ModalUICallback::CloseModalUIExtension(BaseContext* context)
 {
     if (context == nullptr) {
         GAME_LOGE("CloseModalUIExtension asyncContext is null");
+        return;
+    }
+    if (context->sessionId == SESSION_OPENING) {
+        context->sessionId = SESSION_UNWANTED;
         return;
     }
     if (context->sessionId <= 0) {

@@ -2,7 +2,6 @@
 #include <thread>
 #include <utility>
 
-#include "common/loop_work.h"
 #include "common/velmor_error.h"
 #include "common/velmor_log.h"
 #include "modal/modal_ui_callback.h"
@@ -55,11 +54,10 @@ ModalUICallback::ModalUICallback(std::shared_ptr<ContextOwner> owner) : owner_(s
     GAME_LOGI("constructor ModalUICallback");
 }
 
-void ModalUICallback::StartUIExtensionAbility(Want& want, const std::shared_ptr<ContextOwner>& owner)
+void ModalUICallback::StartUIExtensionAbility(Want want, const std::shared_ptr<ContextOwner>& owner)
 {
-    // Held until the session id is stored: an answer that comes at once waits for it.
-    LockedContext context = owner->Lock();
-    if (!context) {
+    const std::shared_ptr<BaseContext> context = owner->Get();
+    if (context == nullptr) {
         GAME_LOGE("asyncContext is nullptr");
         return;
     }
@@ -69,14 +67,14 @@ void ModalUICallback::StartUIExtensionAbility(Want& want, const std::shared_ptr<
     UIContent* content = GetUIContent(*context);
     if (content == nullptr) {
         GAME_LOGW("UIContent is nullptr and delay start UIExtensionAbility");
-        DelayStartUIExtensionAbility(want, owner, std::move(callbacks));
+        DelayStartUIExtensionAbility(std::move(want), owner, std::move(callbacks));
         return;
     }
     if (!IsValidEnv(context->envInfo)) {
         GAME_LOGE("StartUIExtensionAbility invalid env");
         return;
     }
-    CreateModal(*context, *content, want, callbacks);
+    CreateModal(*owner, *content, std::move(want), std::move(callbacks));
     GAME_LOGI("StartUIExtensionAbility create modal succeeded");
 }
 
@@ -93,10 +91,27 @@ UIContent* ModalUICallback::GetUIContent(const BaseContext& context)
     return nullptr;
 }
 
-void ModalUICallback::CreateModal(BaseContext& context, UIContent& content, const Want& want,
-                                  const ModalUIExtensionCallbacks& callbacks)
+// Not locked while the platform opens the modal: it may do so on the thread that brings the answers, where
+// one may wait for the lock. One that came before the session id was known, and wanted the modal closed, is
+// obeyed now.
+void ModalUICallback::CreateModal(ContextOwner& owner, UIContent& content, Want want,
+                                  ModalUIExtensionCallbacks callbacks)
 {
-    context.sessionId = content.CreateModalUIExtension(want, callbacks, MakeModalConfig());
+    std::shared_ptr<BaseContext> context;
+    if (LockedContext locked = owner.Lock()) {
+        locked->sessionId = SESSION_OPENING;
+        context = locked.Share();
+    } else {
+        return;
+    }
+    const int32_t sessionId =
+        content.CreateModalUIExtension(std::move(want), std::move(callbacks), MakeModalConfig());
+    LockedContext locked = owner.Lock();
+    const bool isWanted = context->sessionId != SESSION_UNWANTED;
+    context->sessionId = sessionId;
+    if (!isWanted) {
+        CloseModalUIExtension(context.get());
+    }
 }
 
 void ModalUICallback::DelayStartUIExtensionAbility(Want want, std::shared_ptr<ContextOwner> owner,
@@ -105,8 +120,8 @@ void ModalUICallback::DelayStartUIExtensionAbility(Want want, std::shared_ptr<Co
     std::thread(WaitForWindow, std::move(want), std::move(owner), std::move(callbacks)).detach();
 }
 
-void ModalUICallback::WaitForWindow(const Want& want, const std::shared_ptr<ContextOwner>& owner,
-                                    const ModalUIExtensionCallbacks& callbacks)
+void ModalUICallback::WaitForWindow(Want want, const std::shared_ptr<ContextOwner>& owner,
+                                    ModalUIExtensionCallbacks callbacks)
 {
     for (int round = 0; round < RETRY_COUNT; ++round) {
         std::this_thread::sleep_for(RETRY_INTERVAL);
@@ -115,24 +130,13 @@ void ModalUICallback::WaitForWindow(const Want& want, const std::shared_ptr<Cont
             GAME_LOGE("DelayStartUIExtensionAbility invalid env");
             break;
         }
-        if (RetryStart(want, *owner, callbacks)) {
+        if (UIContent* content = GetUIContent(*context)) {
+            CreateModal(*owner, *content, std::move(want), std::move(callbacks));
             return;
         }
     }
     GAME_LOGE("After delay 5s, uiContent is still nullptr.");
     AnswerLateStart(owner);
-}
-
-bool ModalUICallback::RetryStart(const Want& want, ContextOwner& owner,
-                                 const ModalUIExtensionCallbacks& callbacks)
-{
-    LockedContext context = owner.Lock();
-    UIContent* content = context ? GetUIContent(*context) : nullptr;
-    if (content == nullptr) {
-        return false;
-    }
-    CreateModal(*context, *content, want, callbacks);
-    return true;
 }
 
 void ModalUICallback::AnswerLateStart(const std::shared_ptr<ContextOwner>& owner)
@@ -143,15 +147,10 @@ void ModalUICallback::AnswerLateStart(const std::shared_ptr<ContextOwner>& owner
         return;
     }
     context->errorCode = IsFailureHidden(context->requestType) ? ERROR_SUCCESS : ERROR_PARAMETER;
-    auto workData = TakeResult(context, owner);
-    // The address of an environment that has ended may name another one by now.
-    auto queue = [&workData, &envInfo = context->envInfo] {
-        LiveEnv isLive(envInfo);
-        return isLive ? QueueOnLoop(envInfo->env, workData.get(), SendMessageBackWork) : QueueStatus::NO_LOOP;
-    };
-    switch (queue()) {
+    std::unique_ptr<WorkData> workData = TakeResult(context, owner);
+    context.Unlock();
+    switch (QueueMessageBack(workData)) {
         case QueueStatus::QUEUED:
-            (void)workData.release();
             return;
         case QueueStatus::NO_LOOP:
             GAME_LOGE("DelayStartUIExtensionAbility invalid work or get loop failed");

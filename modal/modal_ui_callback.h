@@ -7,6 +7,7 @@
 #include <memory>
 #include <string>
 
+#include "common/loop_work.h"
 #include "modal_ui_extension_config.h"
 #include "napi/base_context.h"
 #include "ui_content.h"
@@ -38,7 +39,7 @@ public:
     /// Opens the extension for the request over its caller's window, or waits up to five seconds for the
     /// window; adds the parameters that every request carries. From here on the session owns the context. On
     /// the JS thread, or on the anti-addiction timer's.
-    static void StartUIExtensionAbility(OHOS::AAFwk::Want& want, const std::shared_ptr<ContextOwner>& owner);
+    static void StartUIExtensionAbility(OHOS::AAFwk::Want want, const std::shared_ptr<ContextOwner>& owner);
 
     /// Counts `seconds` down on a thread of its own, then shows the anti-addiction page with `endText` and,
     /// 15 seconds later, ends the process; for a quick game it closes the page and raises an event instead.
@@ -59,15 +60,12 @@ public:
 
 private:
     static OHOS::Ace::UIContent* GetUIContent(const BaseContext& context);
-    static void CreateModal(BaseContext& context, OHOS::Ace::UIContent& content,
-                            const OHOS::AAFwk::Want& want,
-                            const OHOS::Ace::ModalUIExtensionCallbacks& callbacks);
+    static void CreateModal(ContextOwner& owner, OHOS::Ace::UIContent& content, OHOS::AAFwk::Want want,
+                            OHOS::Ace::ModalUIExtensionCallbacks callbacks);
     static void DelayStartUIExtensionAbility(OHOS::AAFwk::Want want, std::shared_ptr<ContextOwner> owner,
                                              OHOS::Ace::ModalUIExtensionCallbacks callbacks);
-    static void WaitForWindow(const OHOS::AAFwk::Want& want, const std::shared_ptr<ContextOwner>& owner,
-                              const OHOS::Ace::ModalUIExtensionCallbacks& callbacks);
-    static bool RetryStart(const OHOS::AAFwk::Want& want, ContextOwner& owner,
-                           const OHOS::Ace::ModalUIExtensionCallbacks& callbacks);
+    static void WaitForWindow(OHOS::AAFwk::Want want, const std::shared_ptr<ContextOwner>& owner,
+                              OHOS::Ace::ModalUIExtensionCallbacks callbacks);
     static void AnswerLateStart(const std::shared_ptr<ContextOwner>& owner);
 
     bool IsCloseModalUIExtension(int32_t requestType, int32_t releaseCode);
@@ -81,11 +79,11 @@ private:
                                       const std::string& endText, int32_t seconds);
     static void PreventQuickGame(ContextOwner& owner);
 
-    void SendMessageBack();
+    void SendMessageBack(LockedContext context);
     static void AssembleErrorMessage(BaseContext& context);
     static std::unique_ptr<WorkData> TakeResult(const LockedContext& context,
                                                 const std::shared_ptr<ContextOwner>& owner);
-    static bool QueueMessageBack(std::unique_ptr<WorkData>& workData);
+    static QueueStatus QueueMessageBack(std::unique_ptr<WorkData>& workData);
     static void SendMessageBackWork(uv_work_t* work, int status);
     static bool SettleRequest(WorkData& workData);
     static void CreateResultMessage(WorkData& workData, napi_value (&result)[2]);

@@ -39,7 +39,7 @@ struct BaseContext {
     int32_t requestType;
     int32_t errorCode = 0;              // of the extension's answer, or assembled for it
     std::string errorMessage;           // goes with `errorCode`
-    int32_t sessionId = 0;              // above 0 while a modal is open
+    int32_t sessionId = 0;              // above 0 while a modal is open; or a SESSION_
     int64_t startTime;                  // boot milliseconds
     bool isResetContext = true;         // the session may close the modal and end the request
     bool hasMsgBack = false;            // JS has its result, or expects none
@@ -50,6 +50,11 @@ struct BaseContext {
 private:
     void ReleaseCallback();
 };
+
+/// Session ids of a modal that the platform is opening: its own is not known yet, and an answer that came
+/// already wants it closed.
+inline constexpr int32_t SESSION_OPENING = -1;
+inline constexpr int32_t SESSION_UNWANTED = -2;
 
 /// Exclusive use of a context that keeps it from being freed; false if the request has ended.
 class LockedContext
@@ -65,6 +70,13 @@ public:
     BaseContext& operator*() const { return *context_; }
     const std::shared_ptr<BaseContext>& Share() const { return context_; }
 
+    /// Gives the context back before this object's end.
+    void Unlock()
+    {
+        context_.reset();
+        lock_.unlock();
+    }
+
 private:
     std::unique_lock<std::recursive_mutex> lock_;
     std::shared_ptr<BaseContext> context_;
@@ -75,7 +87,7 @@ private:
 /// meanwhile holds the lock or a share, and finds it gone afterwards. Thread-safe.
 ///
 /// The lock may be taken again by its holder: the platform may answer from within the call that opens or
-/// closes a modal. It is never held while JS runs.
+/// closes a modal. It is never held while JS runs, nor while a modal opens.
 class ContextOwner
 {
 public:

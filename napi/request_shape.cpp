@@ -67,7 +67,7 @@ void OpenExtension(const RequestRule& rule, const std::shared_ptr<BaseContext>& 
     GAME_LOGI("begin Execute%{public}s", rule.method);
     OHOS::AAFwk::Want want = MakeGameServiceWant(rule.type);
     addParams(*context, want);
-    ModalUICallback::StartUIExtensionAbility(want, std::make_shared<ContextOwner>(context));
+    ModalUICallback::StartUIExtensionAbility(std::move(want), std::make_shared<ContextOwner>(context));
     GAME_LOGI("end Execute%{public}s", rule.method);
 }
 

@@ -72,18 +72,6 @@ void LoopHold::Drop()
     }
 }
 
-void RequestHold::Drop()
-{
-    std::lock_guard<std::mutex> guard(mutex_);
-    hold_.Drop();
-}
-
-LoopHold RequestHold::Share()
-{
-    std::lock_guard<std::mutex> guard(mutex_);
-    return hold_.Share();
-}
-
 std::shared_ptr<Environment> Environment::Attach(napi_env env)
 {
     uv_loop_t* loop = nullptr;
@@ -169,7 +157,7 @@ void Environment::CloseEnv(void* env)
 void Environment::End()
 {
     gCurrent = nullptr;
-    std::deque<Item> rest;
+    std::vector<Item> rest;
     {
         std::lock_guard<std::mutex> guard(mutex_);
         hasEnded_ = true;
@@ -198,34 +186,59 @@ bool Environment::Post(napi_env env, Job job)
         return false;
     }
     queue_.push_back({env, std::move(job)});
-    Wake();
+    if (queue_.size() == 1) {
+        if (IsLoopThread()) {
+            UpdateRef();
+        }
+        (void)uv_async_send(&async_);
+    }
     return true;
+}
+
+bool Environment::PostTo(const uv_loop_t* loop, Job job)
+{
+    if (gCurrent != nullptr && gCurrent->loop_ == loop) {
+        return gCurrent->Post(nullptr, std::move(job));
+    }
+    auto environment = OfLoop(loop);
+    return environment != nullptr && environment->Post(nullptr, std::move(job));
 }
 
 void Environment::Hold()
 {
     std::lock_guard<std::mutex> guard(mutex_);
-    ++holds_;
-    Wake();
+    AddHold();
 }
 
 void Environment::Unhold()
 {
     std::lock_guard<std::mutex> guard(mutex_);
-    --holds_;
-    Wake();
+    RemoveHold();
 }
 
-// Whether the handle keeps the loop alive is the loop thread's to change: at once if this is it.
-void Environment::Wake()
+void Environment::AddHold()
+{
+    if (++holds_ == 1 && queue_.empty()) {
+        ChangeRef();
+    }
+}
+
+void Environment::RemoveHold()
+{
+    if (--holds_ == 0 && queue_.empty()) {
+        ChangeRef();
+    }
+}
+
+// The loop thread alone may tell the loop what keeps it alive.
+void Environment::ChangeRef()
 {
     if (hasEnded_) {
         return;
     }
-    if (std::this_thread::get_id() == thread_) {
+    if (IsLoopThread()) {
         UpdateRef();
-    }
-    if (!queue_.empty() || std::this_thread::get_id() != thread_) {
+    } else {
         (void)uv_async_send(&async_);
     }
 }
@@ -242,14 +255,14 @@ void Environment::UpdateRef()
 
 void Environment::RunQueued()
 {
-    std::deque<Item> batch;
     {
         std::lock_guard<std::mutex> guard(mutex_);
-        batch.swap(queue_);
+        batch_.swap(queue_);
     }
-    for (const Item& item : batch) {
+    for (const Item& item : batch_) {
         RunItem(item);
     }
+    batch_.clear();
     std::lock_guard<std::mutex> guard(mutex_);
     UpdateRef();
 }

@@ -4,8 +4,6 @@
 #include <node_api.h>
 #include <uv.h>
 
-#include <atomic>
-#include <deque>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -16,6 +14,7 @@
 namespace StandIn {
 
 class Environment;
+class RequestHold;
 
 /// Keeps the loop of one environment from ending while it lives. Movable, droppable on any thread.
 class LoopHold
@@ -28,25 +27,9 @@ public:
     ~LoopHold() { Drop(); }
 
     void Drop();
-    /// Another hold of the same loop; of none if this one was dropped.
-    LoopHold Share() const { return LoopHold(environment_); }
 
 private:
     std::shared_ptr<Environment> environment_;
-};
-
-/// The hold of one request: taken when its modal opens or its start begins to wait for a window, dropped when
-/// the modal closes, the waiting ends, or the request is answered in JS, whichever comes first.
-class RequestHold
-{
-public:
-    explicit RequestHold(LoopHold hold) : hold_(std::move(hold)) {}
-    void Drop();
-    LoopHold Share();
-
-private:
-    std::mutex mutex_;
-    LoopHold hold_;
 };
 
 /// One JS thread as the device sees it: the main thread or a Worker. Node gives every addon a `napi_env` of
@@ -64,8 +47,6 @@ public:
     static std::shared_ptr<Environment> Attach(napi_env env);
     /// Any thread. Empty for an environment that has ended or was never attached.
     static std::shared_ptr<Environment> Of(napi_env env);
-    /// Any thread. Empty as above.
-    static std::shared_ptr<Environment> OfLoop(const uv_loop_t* loop);
     /// The environment of this JS thread; null on other threads and after its end.
     static Environment* Current();
     /// Whether this is the JS thread of `env`, and `env` is alive. The cheap check of every guarded call.
@@ -75,30 +56,14 @@ public:
     /// module's own) becomes an uncaught exception. The loop stays alive until it has run. False, dropping
     /// the job, once ended.
     bool Post(napi_env env, Job job);
+    /// Any thread. The same for the environment of `loop`, with its module's `napi_env`; false without one.
+    static bool PostTo(const uv_loop_t* loop, Job job);
 
     uv_loop_t* Loop() const { return loop_; }
 
-    /// The hold of the request that is being started on this thread, for the modal that opens now: on a JS
-    /// thread of the promise or callback made last, on a waiting start's thread the one it was born with,
-    /// elsewhere one of `environment`'s own.
-    static std::shared_ptr<RequestHold> HoldRequest(const std::shared_ptr<Environment>& environment);
-    /// A start found no window on this JS thread: the thread born next waits for it.
-    static void NoteWindowMissing();
-    /// For a thread being born: the hold it takes along; empty unless it will wait for a window.
-    static std::shared_ptr<RequestHold> InheritHold();
-    /// On a thread just born: what `InheritHold` gave its parent.
-    static void AdoptHold(std::shared_ptr<RequestHold> hold);
-    /// On that thread, as it ends.
-    static void ReturnHold();
-    /// Drops the holds of all starts that wait for a window: their threads are never to wake.
-    static void DropInheritedHolds();
-    /// A promise or callback reference was made on this JS thread: the request now being started.
-    static void NoteRequest(const void* settler);
-    /// The promise or callback is being settled on this JS thread: its request holds nothing any more.
-    static void NoteSettled(const void* settler);
-
 private:
     friend class LoopHold;
+    friend class RequestHold;
     struct Item {
         napi_env env;
         Job job;
@@ -108,12 +73,16 @@ private:
     void Start(napi_env env);
     void Hold();
     void Unhold();
-    void Wake();
+    void AddHold();
+    void RemoveHold();
+    bool IsLoopThread() const { return std::this_thread::get_id() == thread_; }
+    void ChangeRef();
     void UpdateRef();
     void RunQueued();
     void RunItem(const Item& item);
     void End();
     static void CloseEnv(void* env);
+    static std::shared_ptr<Environment> OfLoop(const uv_loop_t* loop);
 
     uv_loop_t* const loop_;
     const std::thread::id thread_ = std::this_thread::get_id();
@@ -121,11 +90,12 @@ private:
     napi_env scopeEnv_ = nullptr;
     napi_async_context asyncContext_ = nullptr;
     napi_async_cleanup_hook_handle cleanupHandle_ = nullptr;
-    std::unordered_map<const void*, std::weak_ptr<RequestHold>> unsettled_;  // JS thread only
+    std::vector<Item> batch_;  // JS thread only: being run, or spare memory
 
     std::mutex mutex_;
-    std::deque<Item> queue_;
+    std::vector<Item> queue_;
     size_t holds_ = 0;
+    std::unordered_map<const void*, RequestHold*> requests_;  // that hold, by what they are settled through
     bool hasEnded_ = false;
 };
 

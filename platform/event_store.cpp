@@ -1,5 +1,7 @@
 #include "event_store.h"
 
+#include <utility>
+
 namespace StandIn {
 
 EventStore& EventStore::Get()
@@ -8,17 +10,16 @@ EventStore& EventStore::Get()
     return store;
 }
 
-void EventStore::Write(const Event& event)
+void EventStore::Write(Event event)
 {
-    auto copy = std::make_shared<const Event>(event);
     std::lock_guard<std::mutex> guard(mutex_);
     if (events_.size() == CAPACITY) {
         events_.pop_front();
     }
-    events_.push_back(std::move(copy));
+    events_.push_back(std::move(event));
 }
 
-std::deque<std::shared_ptr<const EventStore::Event>> EventStore::Events()
+std::deque<EventStore::Event> EventStore::Events()
 {
     std::lock_guard<std::mutex> guard(mutex_);
     return events_;

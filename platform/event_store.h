@@ -3,7 +3,6 @@
 
 #include <cstdint>
 #include <deque>
-#include <memory>
 #include <mutex>
 #include <vector>
 
@@ -22,9 +21,9 @@ public:
 
     static EventStore& Get();
 
-    void Write(const Event& event);
-    /// The events, oldest first.
-    std::deque<std::shared_ptr<const Event>> Events();
+    void Write(Event event);
+    /// A copy of the events, oldest first.
+    std::deque<Event> Events();
     void ClearEvents();
 
     /// Returns the processor's id. A processor stays for the life of the process.
@@ -36,7 +35,7 @@ private:
     static constexpr size_t CAPACITY = 65536;
 
     std::mutex mutex_;
-    std::deque<std::shared_ptr<const Event>> events_;
+    std::deque<Event> events_;
     std::vector<ReportConfig> processors_;
 };
 

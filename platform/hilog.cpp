@@ -66,50 +66,60 @@ LogStore& LogStore::Get()
     return store;
 }
 
-/// Exclusive use of a slot. It takes so little that others wait for it without being put to sleep.
+/// Exclusive use of the store. It takes some ten nanoseconds, so those who wait for it are not put to sleep.
 class LogStore::Turn
 {
 public:
-    explicit Turn(Slot& slot) : slot_(slot)
+    explicit Turn(LogStore& store) : store_(store)
     {
-        while (slot_.isInUse.test_and_set(std::memory_order_acquire)) {
+        while (store_.isTaken_.test_and_set(std::memory_order_acquire)) {
             std::this_thread::yield();
         }
     }
-    ~Turn() { slot_.isInUse.clear(std::memory_order_release); }
+    Turn(const Turn&) = delete;
+    Turn& operator=(const Turn&) = delete;
+    ~Turn() { store_.isTaken_.clear(std::memory_order_release); }
 
 private:
-    Slot& slot_;
+    LogStore& store_;
 };
 
 void LogStore::Append(const LogOrigin& origin, std::string_view packedArguments)
 {
-    const uint64_t number = next_++;
-    Slot& slot = slots_[number % CAPACITY];
-    const Turn turn(slot);
-    if (slot.number > number) {
-        return;  // overtaken by a whole round
-    }
-    slot.number = number;
+    const Turn turn(*this);
+    Slot& slot = slots_[written_++ % CAPACITY];
     slot.origin = origin;
-    slot.length = std::min(packedArguments.size(), sizeof(slot.bytes));
-    std::memcpy(slot.bytes, packedArguments.data(), slot.length);
-    slot.more.assign(packedArguments.substr(slot.length));
+    slot.length = std::min(packedArguments.size(), slot.bytes.size());
+    std::memcpy(slot.bytes.data(), packedArguments.data(), slot.length);
+    if (packedArguments.size() > slot.length || !slot.more.empty()) {
+        slot.more.assign(packedArguments.substr(slot.length));
+    }
 }
 
 std::vector<LogLine> LogStore::Lines()
 {
-    const uint64_t end = next_;
     std::vector<LogLine> lines;
-    for (uint64_t number = std::max<uint64_t>(first_, end - std::min(end, CAPACITY)); number < end;
-         ++number) {
-        Slot& slot = slots_[number % CAPACITY];
-        const Turn turn(slot);
-        if (slot.number == number) {
-            lines.push_back(FormatLine(slot.origin, std::string(slot.bytes, slot.length) + slot.more));
-        }
+    for (const Slot& slot : Kept()) {
+        lines.push_back(FormatLine(slot.origin, std::string(slot.bytes.data(), slot.length) + slot.more));
     }
     return lines;
+}
+
+std::vector<LogStore::Slot> LogStore::Kept()
+{
+    std::vector<Slot> kept;
+    kept.reserve(CAPACITY);
+    const Turn turn(*this);
+    for (size_t i = written_ - std::min(written_, CAPACITY); i < written_; ++i) {
+        kept.push_back(slots_[i % CAPACITY]);
+    }
+    return kept;
+}
+
+void LogStore::Clear()
+{
+    const Turn turn(*this);
+    written_ = 0;
 }
 
 }  // namespace StandIn

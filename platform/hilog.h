@@ -1,6 +1,7 @@
 #ifndef PLATFORM_HILOG_H
 #define PLATFORM_HILOG_H
 
+#include <array>
 #include <atomic>
 #include <cstdint>
 #include <string>
@@ -14,8 +15,7 @@ namespace StandIn {
 /// 'D', 'I', 'W', 'E' or 'F'.
 char LetterOf(LogLevel level);
 
-/// The latest lines of the log, oldest forgotten first. Thread-safe; writers wait for each other only where
-/// they write the same slot, which is once in a round of the ring.
+/// The latest lines of the log, oldest forgotten first. Thread-safe.
 class LogStore
 {
 public:
@@ -24,27 +24,27 @@ public:
     void Append(const LogOrigin& origin, std::string_view packedArguments);
     /// A copy of the lines, oldest first.
     std::vector<LogLine> Lines();
-    void Clear() { first_ = next_.load(); }
+    void Clear();
 
 private:
-    static constexpr uint64_t CAPACITY = 8192;
-
-    /// One line and its number. The bytes of its arguments are mostly few enough to lie in the slot, so that
-    /// writing line after line walks straight through the memory.
-    struct alignas(64) Slot {
-        std::atomic_flag isInUse = ATOMIC_FLAG_INIT;
-        uint64_t number = 0;
-        LogOrigin origin;
-        uint32_t length = 0;
-        char bytes[44];
-        std::string more;  // keeps its memory for the lines to come
-    };
+    static constexpr size_t CAPACITY = 8192;
 
     class Turn;
 
-    std::vector<Slot> slots_{CAPACITY};
-    std::atomic<uint64_t> next_{1};   // the number of the next line
-    std::atomic<uint64_t> first_{1};  // of the first since the last clear
+    /// The bytes of a line's arguments are mostly few enough to lie in its slot, so that writing line after
+    /// line walks straight through the memory.
+    struct alignas(64) Slot {
+        LogOrigin origin;
+        uint32_t length = 0;
+        std::array<char, 60> bytes{};
+        std::string more;  // keeps its memory for the lines to come
+    };
+
+    std::vector<Slot> Kept();
+
+    std::atomic_flag isTaken_ = ATOMIC_FLAG_INIT;
+    std::vector<Slot> slots_{CAPACITY};  // a ring
+    size_t written_ = 0;                 // lines since the last clear
 };
 
 }  // namespace StandIn

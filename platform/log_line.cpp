@@ -73,7 +73,7 @@ std::string ConvertNext(const char*& format, Unpacker& arguments)
         ++format;
         return "%";
     }
-    const std::string flags = "%" + std::string(format, std::strspn(format, "-+ #0123456789."));
+    std::string flags = "%" + std::string(format, std::strspn(format, "-+ #0123456789."));
     format += flags.size() - 1;
     format += std::strspn(format, "hljzt");
     if (*format == '\0' || arguments.IsAtEnd()) {
@@ -97,6 +97,7 @@ std::string Format(const char* format, Unpacker& arguments)
 
 }  // namespace
 
+// NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init): zeroing the bytes would take longer than the rest
 PackedArguments::PackedArguments(const LogArgument* arguments, size_t count)
 {
     size_t room = MAX_LINE_LENGTH;

@@ -10,8 +10,8 @@
 #include <mutex>
 #include <vector>
 
-#include "environment.h"
 #include "modal_ui_extension_config.h"
+#include "request_hold.h"
 
 namespace StandIn {
 

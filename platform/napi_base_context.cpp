@@ -12,6 +12,22 @@ namespace {
 // Marks the JS objects whose wrapped pointer is a ContextRecord.
 constexpr napi_type_tag CONTEXT_TAG = {0x8b1f4a0c6d2e4957, 0xa3c57e19b06d42f8};
 
+bool IsContextObject(napi_env env, napi_value value)
+{
+    napi_valuetype type = napi_undefined;
+    bool isTagged = false;
+    return napi_typeof(env, value, &type) == napi_ok && type == napi_object &&
+           napi_check_object_type_tag(env, value, &CONTEXT_TAG, &isTagged) == napi_ok && isTagged;
+}
+
+// Of an object that is tagged as a context.
+const ContextRecord* Unwrap(napi_env env, napi_value object)
+{
+    void* record = nullptr;
+    (void)napi_unwrap(env, object, &record);
+    return static_cast<const ContextRecord*>(record);
+}
+
 }  // namespace
 
 napi_value MakeContextObject(napi_env env, ContextRecord record)
@@ -32,15 +48,7 @@ napi_value MakeContextObject(napi_env env, ContextRecord record)
 
 const ContextRecord* FindContextRecord(napi_env env, napi_value value)
 {
-    napi_valuetype type = napi_undefined;
-    bool isTagged = false;
-    void* record = nullptr;
-    if (napi_typeof(env, value, &type) != napi_ok || type != napi_object ||
-        napi_check_object_type_tag(env, value, &CONTEXT_TAG, &isTagged) != napi_ok || !isTagged ||
-        napi_unwrap(env, value, &record) != napi_ok) {
-        return nullptr;
-    }
-    return static_cast<const ContextRecord*>(record);
+    return IsContextObject(env, value) ? Unwrap(env, value) : nullptr;
 }
 
 }  // namespace StandIn
@@ -52,13 +60,13 @@ napi_status IsStageContext(napi_env env, napi_value value, bool& isStage)
     if (StandIn::Faults::Trip("IsStageContext")) {
         return napi_generic_failure;
     }
-    isStage = StandIn::FindContextRecord(env, value) != nullptr;
+    isStage = StandIn::IsContextObject(env, value);
     return napi_ok;
 }
 
 std::shared_ptr<Context> GetStageModeContext(napi_env env, napi_value value)
 {
-    const StandIn::ContextRecord* record = StandIn::FindContextRecord(env, value);
+    const StandIn::ContextRecord* record = StandIn::Unwrap(env, value);
     return StandIn::Faults::Trip("GetStageModeContext") || record == nullptr ? nullptr : record->context;
 }
 

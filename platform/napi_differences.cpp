@@ -4,6 +4,7 @@
 
 #include "guarded_call.h"
 #include "hilog/log.h"
+#include "request_hold.h"
 
 // The calls in which Node and the device differ, or which the stand-in watches, turned here by the linker.
 
@@ -91,6 +92,7 @@ napi_status RefuseForeign(const char* call, napi_env env)
 using StandIn::Environment;
 using StandIn::Faults;
 using StandIn::Guarded;
+using StandIn::RequestHold;
 
 extern "C" {
 
@@ -144,7 +146,7 @@ napi_status __wrap_napi_create_promise(napi_env env, napi_deferred* deferred, na
 {
     napi_status status = Guarded("napi_create_promise", napi_create_promise, env, deferred, promise);
     if (status == napi_ok) {
-        Environment::NoteRequest(*deferred);
+        RequestHold::NoteRequest(*deferred);
     }
     return status;
 }
@@ -154,32 +156,33 @@ napi_status __wrap_napi_create_reference(napi_env env, napi_value value, uint32_
     napi_status status =
         Guarded("napi_create_reference", napi_create_reference, env, value, count, reference);
     if (status == napi_ok) {
-        Environment::NoteRequest(*reference);
+        RequestHold::NoteRequest(*reference);
     }
     return status;
 }
 
 napi_status __wrap_napi_resolve_deferred(napi_env env, napi_deferred deferred, napi_value value)
 {
-    Environment::NoteSettled(deferred);
+    RequestHold::NoteSettled(deferred);
     return Guarded("napi_resolve_deferred", napi_resolve_deferred, env, deferred, value);
 }
 
 napi_status __wrap_napi_reject_deferred(napi_env env, napi_deferred deferred, napi_value value)
 {
-    Environment::NoteSettled(deferred);
+    RequestHold::NoteSettled(deferred);
     return Guarded("napi_reject_deferred", napi_reject_deferred, env, deferred, value);
 }
 
 napi_status __wrap_napi_get_reference_value(napi_env env, napi_ref reference, napi_value* value)
 {
-    Environment::NoteSettled(reference);
+    RequestHold::NoteSettled(reference);
     return Guarded("napi_get_reference_value", napi_get_reference_value, env, reference, value);
 }
 
 napi_status __wrap_napi_delete_reference(napi_env env, napi_ref reference)
 {
     if (Environment::IsOwn(env)) {
+        RequestHold::NoteSettled(reference);
         return Guarded("napi_delete_reference", napi_delete_reference, env, reference);
     }
     auto environment = Environment::Of(env);
@@ -188,6 +191,7 @@ napi_status __wrap_napi_delete_reference(napi_env env, napi_ref reference)
     }
     auto remove = [env, reference](bool isEnding) {
         if (!isEnding) {
+            RequestHold::NoteSettled(reference);
             (void)napi_delete_reference(env, reference);
         }
     };
@@ -198,6 +202,10 @@ napi_status __wrap_napi_get_uv_event_loop(napi_env env, uv_loop_t** loop)
 {
     if (Faults::Trip("napi_get_uv_event_loop")) {
         return StandIn::FailOnPurpose();
+    }
+    if (Environment::IsOwn(env)) {
+        *loop = Environment::Current()->Loop();
+        return napi_ok;
     }
     auto environment = Environment::Of(env);
     if (environment == nullptr) {
@@ -213,7 +221,6 @@ int __wrap_uv_queue_work(uv_loop_t* loop, uv_work_t* work, uv_work_cb run, uv_af
     if (run == nullptr || Faults::Trip("uv_queue_work")) {
         return run == nullptr ? UV_EINVAL : UV_ENOMEM;
     }
-    auto environment = Environment::OfLoop(loop);
     work->loop = loop;
     work->work_cb = run;
     work->after_work_cb = after;
@@ -223,7 +230,7 @@ int __wrap_uv_queue_work(uv_loop_t* loop, uv_work_t* work, uv_work_cb run, uv_af
             work->after_work_cb(work, isEnding ? UV_ECANCELED : 0);
         }
     };
-    return environment != nullptr && environment->Post(nullptr, job) ? 0 : UV_ECANCELED;
+    return Environment::PostTo(loop, job) ? 0 : UV_ECANCELED;
 }
 
 }  // extern "C"

@@ -1,7 +1,8 @@
+#include "request_hold.h"
+
+#include <mutex>
 #include <set>
 #include <utility>
-
-#include "environment.h"
 
 namespace StandIn {
 
@@ -24,53 +25,91 @@ Starts& WaitingStarts()
 
 }  // namespace
 
-std::shared_ptr<RequestHold> Environment::HoldRequest(const std::shared_ptr<Environment>& environment)
+RequestHold::RequestHold(std::shared_ptr<Environment> environment, const void* settler)
+    : environment_(std::move(environment)), settler_(settler)
+{
+    if (environment_ == nullptr) {
+        return;
+    }
+    std::lock_guard<std::mutex> guard(environment_->mutex_);
+    environment_->AddHold();
+    if (settler_ != nullptr) {
+        environment_->requests_[settler_] = this;
+    }
+}
+
+void RequestHold::Drop()
+{
+    if (environment_ == nullptr) {
+        return;
+    }
+    std::lock_guard<std::mutex> guard(environment_->mutex_);
+    if (isDropped_.exchange(true)) {
+        return;
+    }
+    auto found = environment_->requests_.find(settler_);
+    if (found != environment_->requests_.end() && found->second == this) {
+        environment_->requests_.erase(found);
+    }
+    environment_->RemoveHold();
+}
+
+void RequestHold::NoteSettled(const void* settler)
+{
+    Environment* current = Environment::Current();
+    if (current == nullptr) {
+        return;
+    }
+    std::lock_guard<std::mutex> guard(current->mutex_);
+    auto found = current->requests_.find(settler);
+    if (found == current->requests_.end()) {
+        return;
+    }
+    found->second->isDropped_ = true;
+    current->requests_.erase(found);
+    current->RemoveHold();
+}
+
+std::shared_ptr<RequestHold> RequestHold::Take(const std::shared_ptr<Environment>& environment)
 {
     if (gInherited != nullptr) {
         return gInherited;
     }
-    auto hold = std::make_shared<RequestHold>(LoopHold(environment));
-    if (Current() == environment.get() && gLatestSettler != nullptr) {
-        environment->unsettled_[gLatestSettler] = hold;
-        gLatestSettler = nullptr;
-    }
-    return hold;
+    const bool isOnJsThread = Environment::Current() == environment.get();
+    return std::make_shared<RequestHold>(environment,
+                                         isOnJsThread ? std::exchange(gLatestSettler, nullptr) : nullptr);
 }
 
-void Environment::NoteWindowMissing()
+void RequestHold::NoteRequest(const void* settler)
+{
+    gLatestSettler = settler;
+    gIsWindowMissing = false;
+}
+
+void RequestHold::NoteWindowMissing()
 {
     gIsWindowMissing = true;
 }
 
-std::shared_ptr<RequestHold> Environment::InheritHold()
+std::shared_ptr<RequestHold> RequestHold::Inherit()
 {
-    Environment* current = Current();
+    Environment* current = Environment::Current();
     if (!std::exchange(gIsWindowMissing, false) || gLatestSettler == nullptr || current == nullptr) {
         return nullptr;
     }
-    auto hold = HoldRequest(current->shared_from_this());
+    auto hold = Take(current->shared_from_this());
     Starts& starts = WaitingStarts();
     std::lock_guard<std::mutex> guard(starts.mutex);
     starts.holds.insert(hold);
     return hold;
 }
 
-void Environment::DropInheritedHolds()
-{
-    Starts& starts = WaitingStarts();
-    std::lock_guard<std::mutex> guard(starts.mutex);
-    for (const auto& hold : starts.holds) {
-        hold->Drop();
-    }
-    starts.holds.clear();
-}
-
-void Environment::AdoptHold(std::shared_ptr<RequestHold> hold)
+void RequestHold::Adopt(std::shared_ptr<RequestHold> hold)
 {
     gInherited = std::move(hold);
 }
 
-void Environment::ReturnHold()
+void RequestHold::Return()
 {
     if (gInherited == nullptr) {
         return;
@@ -81,29 +120,14 @@ void Environment::ReturnHold()
     gInherited.reset();
 }
 
-void Environment::NoteRequest(const void* settler)
+void RequestHold::DropInherited()
 {
-    gLatestSettler = settler;
-    gIsWindowMissing = false;
-    if (Environment* current = Current()) {
-        current->unsettled_.erase(settler);
-    }
-}
-
-void Environment::NoteSettled(const void* settler)
-{
-    Environment* current = Current();
-    if (current == nullptr || current->unsettled_.empty()) {
-        return;
-    }
-    auto found = current->unsettled_.find(settler);
-    if (found == current->unsettled_.end()) {
-        return;
-    }
-    if (auto hold = found->second.lock()) {
+    Starts& starts = WaitingStarts();
+    std::lock_guard<std::mutex> guard(starts.mutex);
+    for (const auto& hold : starts.holds) {
         hold->Drop();
     }
-    current->unsettled_.erase(found);
+    starts.holds.clear();
 }
 
 }  // namespace StandIn

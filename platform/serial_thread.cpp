@@ -5,31 +5,41 @@
 
 namespace StandIn {
 
-void SerialThread::Post(std::function<void()> task)
+// Told of the first task after the thread took those before, and with the lock released: it could not run.
+void SerialThread::Post(Task task)
 {
-    std::lock_guard<std::mutex> guard(mutex_);
-    tasks_.push_back(std::move(task));
-    if (!std::exchange(isStarted_, true)) {
-        std::thread(&SerialThread::Run, this).detach();
+    bool isFirst = false;
+    {
+        std::lock_guard<std::mutex> guard(mutex_);
+        isFirst = tasks_.empty();
+        tasks_.push_back(std::move(task));
+        if (!std::exchange(isStarted_, true)) {
+            std::thread(&SerialThread::Run, this).detach();
+        }
     }
-    arrived_.notify_one();
+    if (isFirst) {
+        arrived_.notify_one();
+    }
 }
 
 void SerialThread::Run()
 {
+    std::vector<Task> tasks;
     for (;;) {
-        const std::function<void()> task = Next();
-        task();
+        AwaitTasks(tasks);
+        for (Task& task : tasks) {
+            RunTask(task);
+            task = nullptr;  // what it holds goes before the next one runs
+        }
+        tasks.clear();
     }
 }
 
-std::function<void()> SerialThread::Next()
+void SerialThread::AwaitTasks(std::vector<Task>& tasks)
 {
     std::unique_lock<std::mutex> lock(mutex_);
     arrived_.wait(lock, [this] { return !tasks_.empty(); });
-    std::function<void()> task = std::move(tasks_.front());
-    tasks_.pop_front();
-    return task;
+    tasks.swap(tasks_);
 }
 
 }  // namespace StandIn

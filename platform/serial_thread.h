@@ -2,9 +2,9 @@
 #define PLATFORM_SERIAL_THREAD_H
 
 #include <condition_variable>
-#include <deque>
 #include <functional>
 #include <mutex>
+#include <vector>
 
 namespace StandIn {
 
@@ -13,16 +13,24 @@ namespace StandIn {
 class SerialThread
 {
 public:
+    using Task = std::function<void()>;
+
+    virtual ~SerialThread() = default;
+
     /// Any thread.
-    void Post(std::function<void()> task);
+    void Post(Task task);
+
+protected:
+    /// On the thread.
+    virtual void RunTask(const Task& task) { task(); }
 
 private:
     void Run();
-    std::function<void()> Next();
+    void AwaitTasks(std::vector<Task>& tasks);
 
     std::mutex mutex_;
     std::condition_variable arrived_;
-    std::deque<std::function<void()>> tasks_;
+    std::vector<Task> tasks_;
     bool isStarted_ = false;
 };
 

@@ -4,7 +4,7 @@
 #include <thread>
 
 #include "clock.h"
-#include "environment.h"
+#include "request_hold.h"
 
 // The module's std::thread and its sleeps, turned here by the linker.
 
@@ -17,17 +17,17 @@ class ClockedWork final : public std::thread::_State
 {
 public:
     explicit ClockedWork(std::thread::_State_ptr work)
-        : work_(std::move(work)), birth_(Clock::Get().Born()), hold_(Environment::InheritHold())
+        : work_(std::move(work)), birth_(Clock::Get().Born()), hold_(RequestHold::Inherit())
     {
     }
 
     void _M_run() override
     {
         Clock::Began(birth_);
-        Environment::AdoptHold(std::move(hold_));
+        RequestHold::Adopt(std::move(hold_));
         work_->_M_run();
         work_.reset();
-        Environment::ReturnHold();
+        RequestHold::Return();
         Clock::Get().Ended();
     }
 

@@ -1,7 +1,5 @@
 #include "ui_thread.h"
 
-#include <utility>
-
 namespace StandIn {
 
 UiThread& UiThread::Get()
@@ -10,12 +8,7 @@ UiThread& UiThread::Get()
     return thread;
 }
 
-void UiThread::Post(Answer answer)
-{
-    thread_.Post([this, answer = std::move(answer)] { RunHere(answer); });
-}
-
-void UiThread::RunHere(const Answer& answer)
+void UiThread::RunHere(const Task& answer)
 {
     std::lock_guard<std::recursive_mutex> guard(answering_);
     answer();

@@ -4,27 +4,27 @@
 
 namespace OHOS::AAFwk {
 
-Want& Want::SetElementName(const std::string& bundleName, const std::string& abilityName)
+Want& Want::SetElementName(std::string bundleName, std::string abilityName)
 {
-    element_ = {"", bundleName, abilityName};
+    element_ = {"", std::move(bundleName), std::move(abilityName)};
     return *this;
 }
 
-Want& Want::SetParam(const std::string& key, int32_t value)
+Want& Want::SetParam(std::string key, int32_t value)
 {
-    params_.SetParam(key, value);
+    params_.SetParam(std::move(key), value);
     return *this;
 }
 
-Want& Want::SetParam(const std::string& key, std::string value)
+Want& Want::SetParam(std::string key, std::string value)
 {
-    params_.SetParam(key, std::move(value));
+    params_.SetParam(std::move(key), std::move(value));
     return *this;
 }
 
-Want& Want::SetParam(const std::string& key, const char* value)
+Want& Want::SetParam(std::string key, const char* value)
 {
-    return SetParam(key, std::string(value == nullptr ? "" : value));
+    return SetParam(std::move(key), std::string(value == nullptr ? "" : value));
 }
 
 Want& Want::SetParams(WantParams params)

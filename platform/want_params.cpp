@@ -4,9 +4,9 @@
 
 namespace OHOS::AAFwk {
 
-void WantParams::SetParam(const std::string& key, Value value)
+void WantParams::SetParam(std::string key, Value value)
 {
-    params_.insert_or_assign(key, std::move(value));
+    params_.insert_or_assign(std::move(key), std::move(value));
 }
 
 const WantParams::Value* WantParams::GetParam(const std::string& key) const

@@ -1,8 +1,10 @@
 #include "window.h"
 
-#include "environment.h"
+#include <utility>
+
 #include "faults.h"
 #include "modals.h"
+#include "request_hold.h"
 
 namespace StandIn {
 
@@ -14,20 +16,20 @@ Window::Window(const std::shared_ptr<Environment>& environment, bool isShown)
 OHOS::Ace::UIContent* Window::FindContent()
 {
     if (Faults::Trip("GetUIContent") || !isShown_) {
-        Environment::NoteWindowMissing();
+        RequestHold::NoteWindowMissing();
         return nullptr;
     }
     return this;
 }
 
-int32_t Window::CreateModalUIExtension(const OHOS::AAFwk::Want& want,
-                                       const OHOS::Ace::ModalUIExtensionCallbacks& callbacks,
-                                       const OHOS::Ace::ModalUIExtensionConfig& config)
+int32_t Window::CreateModalUIExtension(OHOS::AAFwk::Want want, OHOS::Ace::ModalUIExtensionCallbacks callbacks,
+                                       OHOS::Ace::ModalUIExtensionConfig config)
 {
     if (Faults::Trip("CreateModalUIExtension")) {
         return 0;
     }
-    return Modals::Get().Open({want, config, callbacks, Environment::HoldRequest(environment_.lock())});
+    return Modals::Get().Open(
+        {std::move(want), std::move(config), std::move(callbacks), RequestHold::Take(environment_.lock())});
 }
 
 void Window::CloseModalUIExtension(int32_t sessionId)

@@ -7,6 +7,7 @@
 #include "instance.h"
 #include "making.h"
 #include "reading.h"
+#include "request_hold.h"
 #include "ui_thread.h"
 
 namespace StandIn {
@@ -77,7 +78,7 @@ napi_value Reset(napi_env env, napi_callback_info /*info*/)
     Modals::Get().Reset();
     UiThread::Get().SetBypassed(false);
     Clock::Get().Reset();
-    Environment::DropInheritedHolds();
+    RequestHold::DropInherited();
     SetSystemApp(false);
     EventStore::Get().ClearEvents();
     LogStore::Get().Clear();

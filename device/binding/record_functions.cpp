@@ -121,7 +121,7 @@ napi_value Logs(napi_env env, napi_callback_info /*info*/)
 napi_value AnalyticsEvents(napi_env env, napi_callback_info /*info*/)
 {
     return MakeArray(env, EventStore::Get().Events(),
-                     [env](const std::shared_ptr<const Event>& event) { return MakeEvent(env, *event); });
+                     [env](const Event& event) { return MakeEvent(env, event); });
 }
 
 napi_value AnalyticsProcessors(napi_env env, napi_callback_info /*info*/)

@@ -20,9 +20,9 @@ public:
 
     Event(std::string domain, std::string name, EventType type);
 
-    void AddParam(const std::string& key, int32_t value);
-    void AddParam(const std::string& key, int64_t value);
-    void AddParam(const std::string& key, const std::string& value);
+    void AddParam(std::string key, int32_t value);
+    void AddParam(std::string key, int64_t value);
+    void AddParam(std::string key, std::string value);
 
     const std::string& GetDomain() const { return domain_; }
     const std::string& GetName() const { return name_; }
@@ -30,6 +30,8 @@ public:
     const Params& GetParams() const { return params_; }
 
 private:
+    static constexpr size_t USUAL_PARAMS = 8;
+
     std::string domain_;
     std::string name_;
     EventType type_;
@@ -37,7 +39,7 @@ private:
 };
 
 /// Writes `event` for the registered processors. 0, or a negative error. Callable from any thread.
-int Write(const Event& event);
+int Write(Event event);
 
 }  // namespace OHOS::HiviewDFX
 

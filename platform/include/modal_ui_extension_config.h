@@ -9,7 +9,7 @@
 
 namespace OHOS::Ace {
 
-/// What an extension answers. The platform keeps copies of the callbacks for the life of the modal and calls
+/// What an extension answers. The platform keeps the callbacks for the life of the modal and calls
 /// them on the UI thread of the window that hosts it, one at a time. Empty ones are skipped.
 struct ModalUIExtensionCallbacks {
     std::function<void(int32_t releaseCode)> onRelease;

@@ -19,13 +19,13 @@ public:
     };
 
     /// Addresses an ability of the local device.
-    Want& SetElementName(const std::string& bundleName, const std::string& abilityName);
+    Want& SetElementName(std::string bundleName, std::string abilityName);
     const ElementName& GetElement() const { return element_; }
 
-    Want& SetParam(const std::string& key, int32_t value);
-    Want& SetParam(const std::string& key, std::string value);
+    Want& SetParam(std::string key, int32_t value);
+    Want& SetParam(std::string key, std::string value);
     /// Without this a literal would convert to a number.
-    Want& SetParam(const std::string& key, const char* value);
+    Want& SetParam(std::string key, const char* value);
 
     /// The text under `key`; empty if there is none or it is of another type.
     std::string GetStringParam(const std::string& key) const { return params_.GetStringParam(key); }

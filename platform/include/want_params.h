@@ -20,7 +20,7 @@ public:
                                std::shared_ptr<const WantParams>>;
 
     /// Stores `value` under `key`, replacing a value of any type.
-    void SetParam(const std::string& key, Value value);
+    void SetParam(std::string key, Value value);
 
     /// The value under `key`; null if there is none. Owned by this object, valid until the key changes.
     const Value* GetParam(const std::string& key) const;

@@ -66,15 +66,31 @@ TEST(ManualClock, WakesInOrderOfDeadlineThenBirth)
     EXPECT_FALSE(clock.Advance(1ms));
 }
 
-TEST(Log, FormatsWithoutPrivacyMarksAndCutsLongLines)
+TEST(Log, FormatsWhenReadWithoutPrivacyMarks)
 {
-    HiLogPrint(LOG_CORE, LOG_INFO, 1, "TAG", "%{public}s is %{private}d%% of %{public}lu, %x", "a", 5, 10UL,
-               255U);
-    EXPECT_EQ(LastLine(), "a is 5% of 10, ff");
+    std::string text = "a";
+    HiLogPrint(LOG_CORE, LOG_INFO, 1, "TAG", "%{public}s is %{private}d%% of %{public}lu, %x", text.c_str(),
+               -5, 10UL, 255U);
+    text = "changed";
+    EXPECT_EQ(LastLine(), "a is -5% of 10, ff");
+    HiLogPrint(LOG_CORE, LOG_INFO, 1, "TAG", "%-4d|%{public}05zu|%lld|%u|%x|%.2s|%c", int8_t{-3}, size_t{7},
+               INT64_MIN, -1, -1L, "long", 'c');
+    EXPECT_EQ(LastLine(), "-3  |00007|-9223372036854775808|4294967295|ffffffffffffffff|lo|99");
+    HiLogPrint(LOG_CORE, LOG_INFO, 1, "TAG", "%{public}d %{public}s %{public}s%", "text", 5, nullptr);
+    EXPECT_EQ(LastLine(), "text 5 (null)%") << "types that do not fit, and no conversion at the end";
+    HiLogPrint(LOG_CORE, LOG_INFO, 1, "TAG", "[%{public}d]");
+    EXPECT_EQ(LastLine(), "[%d]") << "no argument";
+}
+
+TEST(Log, CutsLongLinesAndRefusesNoTag)
+{
     const std::string longText(5000, 'x');
-    HiLogPrint(LOG_CORE, LOG_INFO, 1, "TAG", "%{public}s", longText.c_str());
+    HiLogPrint(LOG_CORE, LOG_INFO, 1, "TAG", "%{public}s%{public}s%{public}d", longText.c_str(), "y", 1);
     EXPECT_EQ(LastLine(), longText.substr(0, 4095));
-    EXPECT_LT(HiLogPrint(LOG_CORE, LOG_INFO, 1, "TAG", longText.c_str()), 0);
+    HiLogPrint(LOG_CORE, LOG_INFO, 1, "TAG", "short again");
+    EXPECT_EQ(LastLine(), "short again");
+    EXPECT_LT(HiLogPrint(LOG_CORE, LOG_INFO, 1, nullptr, "no tag"), 0);
+    EXPECT_EQ(LastLine(), "short again");
 }
 
 TEST(Log, KeepsTheLastLines)
