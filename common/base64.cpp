@@ -17,12 +17,8 @@ struct OpenSslDeleter {
 };
 using BioChain = std::unique_ptr<BIO, OpenSslDeleter>;
 
-constexpr size_t EncodedLength(size_t length)
-{
-    return (length + 2) / 3 * 4;
-}
-
-// Of its final size from the start, so that a large output is not copied while it grows.
+// Of its final size from the start, so that a large output is not copied while it grows: told to hold the
+// bytes to encode, the buffer allocates a third more.
 BioChain MakeMemoryBio(size_t size)
 {
     BioChain bio(BIO_new(BIO_s_mem()));
@@ -46,7 +42,7 @@ std::string Base64Encode(const uint8_t* data, size_t length)
         GAME_LOGE("Base64Encode error: invalid input param.");
         return {};
     }
-    BioChain memBio = MakeMemoryBio(EncodedLength(length));
+    BioChain memBio = MakeMemoryBio(length);
     if (memBio == nullptr) {
         GAME_LOGE("Base64Encode error: memBio is nullptr.");
         return {};

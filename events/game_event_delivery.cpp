@@ -1,3 +1,5 @@
+#include <memory>
+#include <new>
 #include <utility>
 
 #include "common/handle_scope.h"
@@ -11,14 +13,19 @@ namespace TAVIK::GAME_PLAYER {
 namespace {
 
 /// One event on its way to one listener.
-struct EventWork {
-    GameEventResult result;
+struct EventWork : uv_work_t {
+    EventWork(std::shared_ptr<const GameEventResult> event, std::weak_ptr<EventCallback> target)
+        : uv_work_t(), result(std::move(event)), listener(std::move(target))
+    {
+    }
+
+    std::shared_ptr<const GameEventResult> result;
     std::weak_ptr<EventCallback> listener;
 };
 
-void QueueEvent(std::unique_ptr<EventWork> eventWork, uv_after_work_cb deliver)
+void QueueEvent(napi_env env, std::unique_ptr<EventWork> eventWork, uv_after_work_cb deliver)
 {
-    switch (QueueOnLoop(eventWork->result.envInfo->env, eventWork.get(), deliver)) {
+    switch (QueueOnLoop(env, eventWork.get(), deliver)) {
         case QueueStatus::QUEUED:
             (void)eventWork.release();
             break;
@@ -34,18 +41,20 @@ void QueueEvent(std::unique_ptr<EventWork> eventWork, uv_after_work_cb deliver)
 }  // namespace
 
 // Queued under the lock, so that events raised at once on two threads reach all listeners in one order.
-void GamePlayerEventCallback::OnEventCallback(const GameEventResult& result)
+void GamePlayerEventCallback::OnEventCallback(GameEventResult event)
 {
     GAME_LOGI("OnEventCallback enter");
+    const auto result = std::make_shared<const GameEventResult>(std::move(event));
     std::lock_guard<std::mutex> guard(mutex_);
-    auto entry = events_.find(result.eventType);
+    auto entry = events_.find(result->eventType);
     if (entry == events_.end()) {
-        GAME_LOGW("OnEventCallback eventType %{public}s not existed", result.eventType.c_str());
+        GAME_LOGW("OnEventCallback eventType %{public}s not existed", result->eventType.c_str());
         return;
     }
     for (const auto& listener : entry->second) {
-        if (listener->envInfo == result.envInfo) {
-            QueueEvent(std::make_unique<EventWork>(EventWork{result, listener}), DoGameEventWork);
+        if (listener->envInfo == result->envInfo) {
+            std::unique_ptr<EventWork> eventWork(new (std::nothrow) EventWork(result, listener));
+            QueueEvent(result->envInfo->env, std::move(eventWork), DoGameEventWork);
         }
     }
     GAME_LOGI("OnEventCallback uv_queue_work success");
@@ -54,12 +63,7 @@ void GamePlayerEventCallback::OnEventCallback(const GameEventResult& result)
 void GamePlayerEventCallback::DoGameEventWork(uv_work_t* work, int /*status*/)
 {
     GAME_LOGI("DoGameEventWork enter");
-    std::unique_ptr<uv_work_t> ownedWork(work);
-    std::unique_ptr<EventWork> eventWork(static_cast<EventWork*>(work->data));
-    if (eventWork == nullptr) {
-        GAME_LOGE("DoGameEventWork dataWorker is nullptr!");
-        return;
-    }
+    std::unique_ptr<EventWork> eventWork(static_cast<EventWork*>(work));
     std::shared_ptr<EventCallback> listener = eventWork->listener.lock();
     if (listener == nullptr) {
         return;
@@ -70,7 +74,7 @@ void GamePlayerEventCallback::DoGameEventWork(uv_work_t* work, int /*status*/)
         GAME_LOGE("DoGameEventWork scope is nullptr");
         return;
     }
-    napi_value argument = AssembleEventResult(env, eventWork->result);
+    napi_value argument = AssembleEventResult(env, *eventWork->result);
     napi_value thisArg = nullptr;
     napi_value callback = nullptr;
     if (napi_get_reference_value(env, listener->thisArgRef, &thisArg) != napi_ok ||

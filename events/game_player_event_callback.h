@@ -67,7 +67,7 @@ public:
 
     /// Queues the event for each listener of its type and environment. Callable from any thread; the
     /// listeners are called later, one by one in order of registration, on their own JS thread.
-    void OnEventCallback(const GameEventResult& result);
+    void OnEventCallback(GameEventResult event);
 
 private:
     using Listeners = std::vector<std::shared_ptr<EventCallback>>;

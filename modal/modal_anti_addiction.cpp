@@ -101,7 +101,7 @@ void ModalUICallback::DoGameEvent(const BaseContext* context, int32_t event, std
     }
     GameEventResult result{context->envInfo, event, std::move(eventType), std::move(resultInfo)};
     (void)WithListeners([&result](GamePlayerEventCallback& listeners) {
-        listeners.OnEventCallback(result);
+        listeners.OnEventCallback(std::move(result));
         return true;
     });
 }

@@ -1,3 +1,4 @@
+#include <new>
 #include <utility>
 
 #include "analytics/ha_utils.h"
@@ -74,8 +75,13 @@ QueueStatus ModalUICallback::QueueMessageBack(std::unique_ptr<WorkData>& workDat
     if (!isLive) {
         return QueueStatus::NO_LOOP;
     }
-    const QueueStatus status = QueueOnLoop(envInfo->env, workData.get(), SendMessageBackWork);
+    std::unique_ptr<uv_work_t> work(new (std::nothrow) uv_work_t{});
+    if (work != nullptr) {
+        work->data = workData.get();
+    }
+    const QueueStatus status = QueueOnLoop(envInfo->env, work.get(), SendMessageBackWork);
     if (status == QueueStatus::QUEUED) {
+        (void)work.release();
         (void)workData.release();
     }
     return status;

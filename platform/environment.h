@@ -4,6 +4,7 @@
 #include <node_api.h>
 #include <uv.h>
 
+#include <atomic>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -49,7 +50,7 @@ public:
     static std::shared_ptr<Environment> Of(napi_env env);
     /// The environment of this JS thread; null on other threads and after its end.
     static Environment* Current();
-    /// Whether this is the JS thread of `env`, and `env` is alive. The cheap check of every guarded call.
+    /// Whether this is the JS thread of `env`, and `env` is alive. Cheap: every guarded call asks.
     static bool IsOwn(napi_env env);
 
     /// Any thread. Queues `job`, first in, first out; an exception it leaves pending in `env` (null: in the
@@ -96,6 +97,7 @@ private:
     std::vector<Item> queue_;
     size_t holds_ = 0;
     std::unordered_map<const void*, RequestHold*> requests_;  // that hold, by what they are settled through
+    std::atomic<size_t> requestCount_{0};                     // of those; they come only from the JS thread
     bool hasEnded_ = false;
 };
 

@@ -28,10 +28,10 @@ public:
 
     /// Asked by every function that can fail on purpose: whether this call is to. `call` is one of the names
     /// in calls.def.
-    static bool Trip(const char* call)
-    {
-        return isWatching_.load(std::memory_order_relaxed) && TripWatched(call);
-    }
+    static bool Trip(const char* call) { return IsWatching() && TripWatched(call); }
+
+    /// Whether any call was told to fail since the last reset.
+    static bool IsWatching() { return isWatching_.load(std::memory_order_relaxed); }
 
 private:
     static bool TripWatched(const char* call);

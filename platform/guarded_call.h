@@ -14,7 +14,7 @@ napi_status RefuseForeign(const char* call, napi_env env);
 /// The failure of a call that `Faults` lets fail; `napi_get_last_error_info` tells of it until the next call.
 napi_status FailOnPurpose();
 
-/// Whether the last call of this thread failed on purpose. Forgotten by the next call.
+/// Whether the last call of this thread failed on purpose. Kept only while `Faults` watches.
 bool& HasFailedOnPurpose();
 
 /// Calls `real` on behalf of the module, unless the environment is not this thread's or the call is to fail.
@@ -24,10 +24,12 @@ napi_status Guarded(const char* call, napi_status (*real)(napi_env, Params...), 
     if (!Environment::IsOwn(env)) {
         return RefuseForeign(call, env);
     }
-    if (Faults::Trip(call)) {
-        return FailOnPurpose();
+    if (Faults::IsWatching()) {
+        if (Faults::Trip(call)) {
+            return FailOnPurpose();
+        }
+        HasFailedOnPurpose() = false;
     }
-    HasFailedOnPurpose() = false;
     return real(env, args...);
 }
 

@@ -84,23 +84,19 @@ private:
     LogStore& store_;
 };
 
-void LogStore::Append(const LogOrigin& origin, std::string_view packedArguments)
+void LogStore::Append(const LogOrigin& origin, const LogArgument* arguments, size_t count)
 {
     const Turn turn(*this);
     Slot& slot = slots_[written_++ % CAPACITY];
     slot.origin = origin;
-    slot.length = std::min(packedArguments.size(), slot.bytes.size());
-    std::memcpy(slot.bytes.data(), packedArguments.data(), slot.length);
-    if (packedArguments.size() > slot.length || !slot.more.empty()) {
-        slot.more.assign(packedArguments.substr(slot.length));
-    }
+    slot.arguments.Pack(arguments, count);
 }
 
 std::vector<LogLine> LogStore::Lines()
 {
     std::vector<LogLine> lines;
     for (const Slot& slot : Kept()) {
-        lines.push_back(FormatLine(slot.origin, std::string(slot.bytes.data(), slot.length) + slot.more));
+        lines.push_back(FormatLine(slot.origin, slot.arguments));
     }
     return lines;
 }
@@ -131,10 +127,11 @@ int HiLogWrite(LogLevel level, unsigned int domain, const char* tag, const char*
         return -1;
     }
     const StandIn::LogOrigin origin = {level, domain, tag, format};
-    const StandIn::PackedArguments packed(arguments, count);
-    StandIn::LogStore::Get().Append(origin, packed.Bytes());
+    StandIn::LogStore::Get().Append(origin, arguments, count);
     if (level >= StandIn::PrintedLevel()) {
-        StandIn::Print(StandIn::FormatLine(origin, packed.Bytes()));
+        StandIn::PackedArguments packed;
+        packed.Pack(arguments, count);
+        StandIn::Print(StandIn::FormatLine(origin, packed));
     }
     return 0;
 }

@@ -1,11 +1,8 @@
 #ifndef PLATFORM_HILOG_H
 #define PLATFORM_HILOG_H
 
-#include <array>
 #include <atomic>
 #include <cstdint>
-#include <string>
-#include <string_view>
 #include <vector>
 
 #include "log_line.h"
@@ -21,7 +18,7 @@ class LogStore
 public:
     static LogStore& Get();
 
-    void Append(const LogOrigin& origin, std::string_view packedArguments);
+    void Append(const LogOrigin& origin, const LogArgument* arguments, size_t count);
     /// A copy of the lines, oldest first.
     std::vector<LogLine> Lines();
     void Clear();
@@ -31,13 +28,10 @@ private:
 
     class Turn;
 
-    /// The bytes of a line's arguments are mostly few enough to lie in its slot, so that writing line after
-    /// line walks straight through the memory.
+    /// All lines are written straight through the memory, one behind another.
     struct alignas(64) Slot {
         LogOrigin origin;
-        uint32_t length = 0;
-        std::array<char, 60> bytes{};
-        std::string more;  // keeps its memory for the lines to come
+        PackedArguments arguments;
     };
 
     std::vector<Slot> Kept();

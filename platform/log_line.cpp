@@ -30,7 +30,7 @@ public:
         }
         int64_t number = 0;
         std::memcpy(&number, rest_.data(), sizeof(number));
-        rest_.remove_prefix(sizeof(number));
+        rest_.remove_prefix(sizeof(number) + 1);
         return mark == sizeof(int32_t) ? LogArgument(static_cast<int32_t>(number)) : LogArgument(number);
     }
 
@@ -97,41 +97,45 @@ std::string Format(const char* format, Unpacker& arguments)
 
 }  // namespace
 
-// NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init): zeroing the bytes would take longer than the rest
-PackedArguments::PackedArguments(const LogArgument* arguments, size_t count)
+void PackedArguments::Pack(const LogArgument* arguments, size_t count)
 {
+    firstSize_ = 0;
+    more_.clear();
     size_t room = MAX_LINE_LENGTH;
-    for (size_t i = 0; i < std::min(count, MAX_ARGUMENTS); ++i) {
-        if (!arguments[i].IsText()) {
-            Add(arguments[i]);
-            continue;
+    for (size_t i = 0; i < std::min(count, MAX_COUNT); ++i) {
+        const LogArgument& argument = arguments[i];
+        if (argument.IsText()) {
+            const char* text = argument.Text() != nullptr ? argument.Text() : "(null)";
+            const size_t length = strnlen(text, room);
+            room -= length;
+            Put(TEXT_MARK, text, length);
+        } else {
+            const int64_t number = argument.Number();
+            Put(static_cast<char>(argument.Size()), &number, sizeof(number));
         }
-        const char* text = arguments[i].Text() != nullptr ? arguments[i].Text() : "(null)";
-        const std::string_view shown(text, strnlen(text, room));
-        Add(shown);
-        room -= shown.size();
     }
 }
 
-void PackedArguments::Add(std::string_view text)
+// In one piece, and once one did not fit, all others behind it.
+void PackedArguments::Put(char mark, const void* data, size_t size)
 {
-    bytes_[used_++] = TEXT_MARK;
-    std::memcpy(bytes_ + used_, text.data(), text.size());
-    used_ += text.size();
-    bytes_[used_++] = '\0';
+    if (more_.empty() && size + 2 <= first_.size() - firstSize_) {
+        char* place = first_.data() + firstSize_;
+        place[0] = mark;
+        std::memcpy(place + 1, data, size);
+        place[1 + size] = '\0';
+        firstSize_ += size + 2;
+        return;
+    }
+    more_ += mark;
+    more_.append(static_cast<const char*>(data), size);
+    more_ += '\0';
 }
 
-void PackedArguments::Add(const LogArgument& number)
+LogLine FormatLine(const LogOrigin& origin, const PackedArguments& packed)
 {
-    bytes_[used_++] = static_cast<char>(number.Size());
-    const int64_t value = number.Number();
-    std::memcpy(bytes_ + used_, &value, sizeof(value));
-    used_ += sizeof(value);
-}
-
-LogLine FormatLine(const LogOrigin& origin, std::string_view packedArguments)
-{
-    Unpacker arguments(packedArguments);
+    const std::string bytes = packed.Bytes();
+    Unpacker arguments(bytes);
     return {origin.level, origin.domain, origin.tag, Format(origin.format, arguments)};
 }
 

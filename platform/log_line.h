@@ -1,17 +1,16 @@
 #ifndef PLATFORM_LOG_LINE_H
 #define PLATFORM_LOG_LINE_H
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <string>
-#include <string_view>
 
 #include "hilog/log.h"
 
 namespace StandIn {
 
 inline constexpr size_t MAX_LINE_LENGTH = 4095;
-inline constexpr size_t MAX_ARGUMENTS = 16;
 
 /// A line as it is read.
 struct LogLine {
@@ -30,25 +29,27 @@ struct LogOrigin {
 };
 
 /// The arguments of a log line in a row of bytes. Most lines are never read, so writing one does not format
-/// it.
+/// it. Few bytes lie in the object itself.
 class PackedArguments
 {
 public:
-    PackedArguments(const LogArgument* arguments, size_t count);
+    /// Replaces what was packed. Texts are cut where the line would be in any case.
+    void Pack(const LogArgument* arguments, size_t count);
 
-    std::string_view Bytes() const { return {bytes_, used_}; }
+    std::string Bytes() const { return std::string(first_.data(), firstSize_) + more_; }
 
 private:
-    void Add(std::string_view text);
-    void Add(const LogArgument& number);
+    static constexpr size_t MAX_COUNT = 16;
 
-    size_t used_ = 0;
-    // All texts together fill no more than a line shows; each argument needs a mark, and a NUL or its number.
-    char bytes_[MAX_LINE_LENGTH + MAX_ARGUMENTS * (1 + sizeof(int64_t))];
+    void Put(char mark, const void* data, size_t size);
+
+    std::string more_;  // keeps its memory for the next line
+    uint32_t firstSize_ = 0;
+    std::array<char, 60> first_{};
 };
 
-/// The line that a format makes of packed arguments.
-LogLine FormatLine(const LogOrigin& origin, std::string_view packedArguments);
+/// The line that a format makes of its arguments.
+LogLine FormatLine(const LogOrigin& origin, const PackedArguments& packed);
 
 }  // namespace StandIn
 

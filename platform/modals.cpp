@@ -12,42 +12,23 @@ Modal::Modal(int32_t id, int32_t generation, Opening opening)
       generation_(generation),
       want_(std::move(opening.want)),
       config_(std::move(opening.config)),
-      callbacks_(std::make_shared<const Callbacks>(std::move(opening.callbacks))),
+      callbacks_(std::move(opening.callbacks)),
       hold_(std::move(opening.hold))
 {
-}
-
-std::shared_ptr<const Modal::Callbacks> Modal::GetCallbacks()
-{
-    std::lock_guard<std::mutex> guard(mutex_);
-    return callbacks_;
-}
-
-LoopHold Modal::HoldLoop()
-{
-    std::lock_guard<std::mutex> guard(mutex_);
-    return hold_ == nullptr ? LoopHold() : hold_->Share();
 }
 
 void Modal::Close()
 {
     isOpen_ = false;
-    std::shared_ptr<RequestHold> hold;
-    {
-        std::lock_guard<std::mutex> guard(mutex_);
-        hold.swap(hold_);
-    }
-    if (hold != nullptr) {
-        hold->Drop();
+    if (hold_ != nullptr) {
+        hold_->Drop();
     }
 }
 
 void Modal::Forget()
 {
     Close();
-    std::shared_ptr<const Callbacks> callbacks;  // the module's objects go outside the lock
-    std::lock_guard<std::mutex> guard(mutex_);
-    callbacks.swap(callbacks_);
+    isForgotten_ = true;
 }
 
 Modals& Modals::Get()
@@ -92,7 +73,7 @@ void Modals::PostAnswer(const std::shared_ptr<Modal>& modal)
         return;
     }
     UiThread::Get().Post([modal, answer = answer_] {
-        const auto callbacks = modal->GetCallbacks();
+        const Modal::Callbacks* callbacks = modal->GetCallbacks();
         if (callbacks != nullptr && callbacks->onReceive) {
             const LoopHold untilQueued = modal->HoldLoop();
             callbacks->onReceive(*answer);

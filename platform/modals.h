@@ -39,11 +39,11 @@ public:
     const Config& GetConfig() const { return config_; }
     bool IsOpen() const { return isOpen_; }
 
-    /// Empty once the modal was forgotten. The caller's share outlives a `Forget` during the call.
-    std::shared_ptr<const Callbacks> GetCallbacks();
+    /// As long as this object lives; null once the modal was forgotten.
+    const Callbacks* GetCallbacks() const { return isForgotten_ ? nullptr : &callbacks_; }
 
     /// Holds the loop that the open modal holds; none once it is closed or its request is answered.
-    LoopHold HoldLoop();
+    LoopHold HoldLoop() const { return hold_ == nullptr ? LoopHold() : hold_->Share(); }
 
     /// Closes the modal and lets go of its request's loop. Harmless if it is closed.
     void Close();
@@ -55,11 +55,10 @@ private:
     const int32_t generation_;
     const Want want_;
     const Config config_;
+    const Callbacks callbacks_;
+    const std::shared_ptr<RequestHold> hold_;
     std::atomic<bool> isOpen_{true};
-
-    std::mutex mutex_;
-    std::shared_ptr<const Callbacks> callbacks_;
-    std::shared_ptr<RequestHold> hold_;
+    std::atomic<bool> isForgotten_{false};
 };
 
 /// All modals opened since the last reset, and those who want to hear of new ones. Thread-safe.

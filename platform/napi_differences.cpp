@@ -98,7 +98,7 @@ extern "C" {
 
 napi_status __wrap_napi_get_last_error_info(napi_env env, const napi_extended_error_info** info)
 {
-    const bool hasFailedOnPurpose = StandIn::HasFailedOnPurpose();
+    const bool hasFailedOnPurpose = Faults::IsWatching() && StandIn::HasFailedOnPurpose();
     napi_status status = Guarded("napi_get_last_error_info", napi_get_last_error_info, env, info);
     if (status == napi_ok && hasFailedOnPurpose) {
         *info = &StandIn::PURPOSE_INFO;
@@ -111,7 +111,7 @@ napi_status __wrap_napi_get_last_error_info(napi_env env, const napi_extended_er
 napi_status __wrap_napi_close_handle_scope(napi_env env, napi_handle_scope scope)
 {
     napi_status status = Guarded("napi_close_handle_scope", napi_close_handle_scope, env, scope);
-    if (StandIn::HasFailedOnPurpose()) {
+    if (Faults::IsWatching() && StandIn::HasFailedOnPurpose()) {
         (void)napi_close_handle_scope(env, scope);
     }
     return status;

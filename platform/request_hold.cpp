@@ -35,6 +35,7 @@ RequestHold::RequestHold(std::shared_ptr<Environment> environment, const void* s
     environment_->AddHold();
     if (settler_ != nullptr) {
         environment_->requests_[settler_] = this;
+        environment_->requestCount_ = environment_->requests_.size();
     }
 }
 
@@ -50,6 +51,7 @@ void RequestHold::Drop()
     auto found = environment_->requests_.find(settler_);
     if (found != environment_->requests_.end() && found->second == this) {
         environment_->requests_.erase(found);
+        environment_->requestCount_ = environment_->requests_.size();
     }
     environment_->RemoveHold();
 }
@@ -57,7 +59,7 @@ void RequestHold::Drop()
 void RequestHold::NoteSettled(const void* settler)
 {
     Environment* current = Environment::Current();
-    if (current == nullptr) {
+    if (current == nullptr || current->requestCount_.load(std::memory_order_relaxed) == 0) {
         return;
     }
     std::lock_guard<std::mutex> guard(current->mutex_);
@@ -67,6 +69,7 @@ void RequestHold::NoteSettled(const void* settler)
     }
     found->second->isDropped_ = true;
     current->requests_.erase(found);
+    current->requestCount_ = current->requests_.size();
     current->RemoveHold();
 }
 
