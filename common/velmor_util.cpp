@@ -73,7 +73,8 @@ void JsObjectToString(napi_env env, const napi_value& object, const char* name, 
     }
     napi_value value = nullptr;
     (void)napi_get_named_property(env, object, name, &value);
-    char buffer[MAX_TEXT_LENGTH + 1] = {'\0'};
+    char buffer[MAX_TEXT_LENGTH + 1];
+    buffer[0] = '\0';  // all that is read of it if it is not written
     const auto size = static_cast<size_t>(std::min(maxLength, MAX_TEXT_LENGTH)) + 1;
     (void)napi_get_value_string_utf8(env, value, buffer, size, nullptr);
     output = buffer;

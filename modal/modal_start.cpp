@@ -74,7 +74,7 @@ void ModalUICallback::StartUIExtensionAbility(Want want, const std::shared_ptr<C
         GAME_LOGE("StartUIExtensionAbility invalid env");
         return;
     }
-    CreateModal(*owner, *content, std::move(want), std::move(callbacks));
+    CreateModal(*owner, *context, *content, std::move(want), std::move(callbacks));
     GAME_LOGI("StartUIExtensionAbility create modal succeeded");
 }
 
@@ -94,23 +94,21 @@ UIContent* ModalUICallback::GetUIContent(const BaseContext& context)
 // Not locked while the platform opens the modal: it may do so on the thread that brings the answers, where
 // one may wait for the lock. One that came before the session id was known, and wanted the modal closed, is
 // obeyed now.
-void ModalUICallback::CreateModal(ContextOwner& owner, UIContent& content, Want want,
+void ModalUICallback::CreateModal(ContextOwner& owner, BaseContext& context, UIContent& content, Want want,
                                   ModalUIExtensionCallbacks callbacks)
 {
-    std::shared_ptr<BaseContext> context;
     if (LockedContext locked = owner.Lock()) {
-        locked->sessionId = SESSION_OPENING;
-        context = locked.Share();
+        context.sessionId = SESSION_OPENING;
     } else {
         return;
     }
     const int32_t sessionId =
         content.CreateModalUIExtension(std::move(want), std::move(callbacks), MakeModalConfig());
     LockedContext locked = owner.Lock();
-    const bool isWanted = context->sessionId != SESSION_UNWANTED;
-    context->sessionId = sessionId;
+    const bool isWanted = context.sessionId != SESSION_UNWANTED;
+    context.sessionId = sessionId;
     if (!isWanted) {
-        CloseModalUIExtension(context.get());
+        CloseModalUIExtension(&context);
     }
 }
 
@@ -131,7 +129,7 @@ void ModalUICallback::WaitForWindow(Want want, const std::shared_ptr<ContextOwne
             break;
         }
         if (UIContent* content = GetUIContent(*context)) {
-            CreateModal(*owner, *content, std::move(want), std::move(callbacks));
+            CreateModal(*owner, *context, *content, std::move(want), std::move(callbacks));
             return;
         }
     }

@@ -60,8 +60,8 @@ public:
 
 private:
     static OHOS::Ace::UIContent* GetUIContent(const BaseContext& context);
-    static void CreateModal(ContextOwner& owner, OHOS::Ace::UIContent& content, OHOS::AAFwk::Want want,
-                            OHOS::Ace::ModalUIExtensionCallbacks callbacks);
+    static void CreateModal(ContextOwner& owner, BaseContext& context, OHOS::Ace::UIContent& content,
+                            OHOS::AAFwk::Want want, OHOS::Ace::ModalUIExtensionCallbacks callbacks);
     static void DelayStartUIExtensionAbility(OHOS::AAFwk::Want want, std::shared_ptr<ContextOwner> owner,
                                              OHOS::Ace::ModalUIExtensionCallbacks callbacks);
     static void WaitForWindow(OHOS::AAFwk::Want want, const std::shared_ptr<ContextOwner>& owner,
