@@ -42,7 +42,7 @@ function runOn(cores, ...command) {
 
 function runChild(work, size, ms, side, cores) {
     const child = path.join(__dirname, 'child.js');
-    return runOn(cores, process.execPath, '--expose-gc', child, works.indexOf(work), size, ms, side);
+    return runOn(cores, process.execPath, '--expose-gc', child, works.indexOf(work), size, ms, side, cores);
 }
 
 const makeRow = (work, size, cores, { module, floor }, { unit, goal }, of) => (
