@@ -39,7 +39,7 @@ void ModalUICallback::SendMessageBack(LockedContext context)
 {
     const char* apiName = FindApiName(context->requestType);
     GAME_LOGI("SendMessageBack %{public}s", apiName);
-    if (context->hasMsgBack || context->isMsgQueued) {
+    if (context->hasMsgBack) {
         GAME_LOGI("SendMessageBack hasMsgBack is true and close modal");
         CloseModalUIExtension();
         return;
@@ -51,12 +51,11 @@ void ModalUICallback::SendMessageBack(LockedContext context)
     OHOS::Velmor::HaUtils::ReportEnd(apiName, context->startTime, context->errorCode);
     std::unique_ptr<WorkData> workData = TakeResult(context, owner_);
     context.Unlock();
-    const bool isLive = IsValidEnv(workData->context->envInfo);
     switch (QueueMessageBack(workData)) {
         case QueueStatus::QUEUED:
             return;
         case QueueStatus::NO_LOOP:
-            GAME_LOGE("isValidEnv[%{public}d] or get loop failed", isLive);
+            GAME_LOGE("isValidEnv[%{public}d] or get loop failed", IsValidEnv(workData->context->envInfo));
             break;
         case QueueStatus::REFUSED:
             GAME_LOGE("SendMessageBack uv_queue_work call failed");
@@ -92,7 +91,7 @@ QueueStatus ModalUICallback::QueueMessageBack(std::unique_ptr<WorkData>& workDat
 std::unique_ptr<WorkData> ModalUICallback::TakeResult(const LockedContext& context,
                                                       const std::shared_ptr<ContextOwner>& owner)
 {
-    context->isMsgQueued = true;
+    context->hasMsgBack = true;
     auto workData = std::make_unique<WorkData>();
     workData->owner = owner;
     workData->context = context.Share();
@@ -205,7 +204,6 @@ void ModalUICallback::DoMessageBackSuccess(const WorkData& workData)
 {
     LockedContext context = workData.owner->Lock();
     if (context && (!context->isResetContext || context->antiAddictionRunning)) {
-        context->hasMsgBack = true;
         GAME_LOGI("DoMessageBackSuccess set hasMsgBack to true");
         return;
     }

@@ -248,7 +248,7 @@ void ModalUICallback::ResetContext()
         GAME_LOGI("ResetContext anti-addiction keep context");
         return;
     }
-    if (!context->isResetContext || !(context->hasMsgBack || context->isMsgQueued)) {
+    if (!context->isResetContext || !context->hasMsgBack) {
         GAME_LOGI("ResetContext isResetContext or hasMsgBack is false and keep context");
         return;
     }

@@ -140,7 +140,7 @@ void ModalUICallback::WaitForWindow(Want want, const std::shared_ptr<ContextOwne
 void ModalUICallback::AnswerLateStart(const std::shared_ptr<ContextOwner>& owner)
 {
     LockedContext context = owner->Lock();
-    if (!context || context->hasMsgBack || context->isMsgQueued) {
+    if (!context || context->hasMsgBack) {
         GAME_LOGI("DelayStartUIExtensionAbility need not message back");
         return;
     }

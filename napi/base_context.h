@@ -42,8 +42,7 @@ struct BaseContext {
     int32_t sessionId = 0;              // above 0 while a modal is open; or a SESSION_
     int64_t startTime;                  // boot milliseconds
     bool isResetContext = true;         // the session may close the modal and end the request
-    bool hasMsgBack = false;            // JS has its result, or expects none
-    bool isMsgQueued = false;           // the one result for JS is on its way
+    bool hasMsgBack = false;            // JS has its result, or it is on its way, or JS expects none
     bool needMessageBack = true;        // an error of the extension may still be reported
     bool antiAddictionRunning = false;  // a timer needs the context
 

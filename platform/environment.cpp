@@ -255,15 +255,18 @@ void Environment::UpdateRef()
 
 void Environment::RunQueued()
 {
+    std::vector<Item> batch;
     {
         std::lock_guard<std::mutex> guard(mutex_);
-        batch_.swap(queue_);
+        batch.swap(queue_);
+        queue_.swap(spare_);
     }
-    for (const Item& item : batch_) {
+    for (const Item& item : batch) {
         RunItem(item);
     }
-    batch_.clear();
+    batch.clear();
     std::lock_guard<std::mutex> guard(mutex_);
+    spare_.swap(batch);
     UpdateRef();
 }
 

@@ -91,10 +91,10 @@ private:
     napi_env scopeEnv_ = nullptr;
     napi_async_context asyncContext_ = nullptr;
     napi_async_cleanup_hook_handle cleanupHandle_ = nullptr;
-    std::vector<Item> batch_;  // JS thread only: being run, or spare memory
 
     std::mutex mutex_;
     std::vector<Item> queue_;
+    std::vector<Item> spare_;  // empty: memory for the next queue
     size_t holds_ = 0;
     std::unordered_map<const void*, RequestHold*> requests_;  // that hold, by what they are settled through
     std::atomic<size_t> requestCount_{0};                     // of those; they come only from the JS thread

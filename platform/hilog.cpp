@@ -66,7 +66,7 @@ LogStore& LogStore::Get()
     return store;
 }
 
-/// Exclusive use of the store. It takes some ten nanoseconds, so those who wait for it are not put to sleep.
+/// Exclusive use of the store. A line takes some ten nanoseconds, so those who wait are not put to sleep.
 class LogStore::Turn
 {
 public:

@@ -28,7 +28,7 @@ private:
 
     class Turn;
 
-    /// All lines are written straight through the memory, one behind another.
+    /// Of two cache lines, one slot behind another: the memory is written straight through.
     struct alignas(64) Slot {
         LogOrigin origin;
         PackedArguments arguments;

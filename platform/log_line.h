@@ -20,7 +20,7 @@ struct LogLine {
     std::string message;
 };
 
-/// What distinguishes one line from another of the same place in the code.
+/// What all lines of one place in the code have in common. Tag and format are kept by address.
 struct LogOrigin {
     LogLevel level = LOG_DEBUG;
     unsigned int domain = 0;

@@ -122,7 +122,7 @@ TEST(BaseContext, StartsAsARequestThatMayBeAnsweredAndFreed)
 {
     BaseContext context(REQUEST_BIND_PLAYER, 7, nullptr);
     EXPECT_TRUE(context.isResetContext && context.needMessageBack);
-    EXPECT_FALSE(context.hasMsgBack || context.antiAddictionRunning || context.isMsgQueued);
+    EXPECT_FALSE(context.hasMsgBack || context.antiAddictionRunning);
     EXPECT_EQ(context.errCode, 0);
     EXPECT_EQ(context.errorCode, 0);
     EXPECT_EQ(context.sessionId, 0);
