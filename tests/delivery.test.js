@@ -1,31 +1,9 @@
 'use strict';
 
 const assert = require('node:assert/strict');
+const { MESSAGES } = require('../soak/hostile/tables');
 const { SYSTEM_ERROR, answer, countLogs, device, ends, expectChild, game, start, test, turn } = require('./support');
 
-const MESSAGES = {
-    0: 'Success',
-    202: 'Permission denied, non-system app called system api.',
-    401: 'Parameter error.',
-    1002000001: 'System internal error.',
-    1002000002: 'Network connection error.',
-    1002000003: 'The Lumora ID is not signed in or not authorized.',
-    1002000004: 'User cancels real name authentication or not real name.',
-    1002000005: 'The country or region of the signed-in Lumora ID does not support.',
-    1002000006: 'The user is under age or not real-name.',
-    1002000007: 'The application to which the product belongs is not listed in the specified country.',
-    1002000008: 'The LUMORA ID is in the blocklist.',
-    1002000009: 'The game account is unavailable for the game.',
-    1002000010: 'The playerId is not current player.',
-    1002000011: 'Agreement not agreed.',
-    1002000012: 'The thirdOpenId or teamPlayerId has been bound.',
-    1002000013: 'The thirdOpenId and teamPlayerId are not bound.',
-    1002000014: 'This interface is not available for this game.',
-    1002000015: 'The current player information is invalid. Execute the login process again to obtain the player ' +
-        'information.',
-    1002000016: 'Union login canceled by user.',
-    1002000017: 'Illegal application identity.',
-};
 const UNKNOWN_CODES = [-2147483648, -1, 9, 10, 203, 100015, 1002000000, 1002000018, 2147483647];
 const ENDING_CODES = [9, 10, 1002000006];
 
