@@ -89,7 +89,7 @@ void LogStore::Append(const LogOrigin& origin, const LogArgument* arguments, siz
     const Turn turn(*this);
     Slot& slot = slots_[written_++ % CAPACITY];
     slot.origin = origin;
-    slot.arguments.Pack(arguments, count);
+    slot.arguments.Keep(arguments, count);
 }
 
 std::vector<LogLine> LogStore::Lines()
@@ -129,9 +129,9 @@ int HiLogWrite(LogLevel level, unsigned int domain, const char* tag, const char*
     const StandIn::LogOrigin origin = {level, domain, tag, format};
     StandIn::LogStore::Get().Append(origin, arguments, count);
     if (level >= StandIn::PrintedLevel()) {
-        StandIn::PackedArguments packed;
-        packed.Pack(arguments, count);
-        StandIn::Print(StandIn::FormatLine(origin, packed));
+        StandIn::KeptArguments kept;
+        kept.Keep(arguments, count);
+        StandIn::Print(StandIn::FormatLine(origin, kept));
     }
     return 0;
 }

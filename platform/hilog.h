@@ -31,7 +31,7 @@ private:
     /// Of two cache lines, one slot behind another: the memory is written straight through.
     struct alignas(64) Slot {
         LogOrigin origin;
-        PackedArguments arguments;
+        KeptArguments arguments;
     };
 
     std::vector<Slot> Kept();

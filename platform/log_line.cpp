@@ -8,36 +8,6 @@ namespace StandIn {
 
 namespace {
 
-constexpr char TEXT_MARK = 's';  // a number's mark is its size
-
-/// Takes packed arguments apart.
-class Unpacker
-{
-public:
-    explicit Unpacker(std::string_view bytes) : rest_(bytes) {}
-
-    bool IsAtEnd() const { return rest_.empty(); }
-
-    /// A text stays in the packed bytes.
-    LogArgument Next()
-    {
-        const char mark = rest_.front();
-        rest_.remove_prefix(1);
-        if (mark == TEXT_MARK) {
-            const char* text = rest_.data();
-            rest_.remove_prefix(std::strlen(text) + 1);
-            return text;
-        }
-        int64_t number = 0;
-        std::memcpy(&number, rest_.data(), sizeof(number));
-        rest_.remove_prefix(sizeof(number) + 1);
-        return mark == sizeof(int32_t) ? LogArgument(static_cast<int32_t>(number)) : LogArgument(number);
-    }
-
-private:
-    std::string_view rest_;
-};
-
 /// Past the privacy mark that `text` starts with, if any.
 const char* SkipMark(const char* text)
 {
@@ -54,19 +24,23 @@ std::string Convert(const std::string& flags, char conversion, const LogArgument
 {
     char text[MAX_LINE_LENGTH + 1];
     if (argument.IsText()) {
-        (void)std::snprintf(text, sizeof(text), (flags + "s").c_str(), argument.Text());
+        const char* shown = argument.value.text != nullptr ? argument.value.text : "(null)";
+        (void)std::snprintf(text, sizeof(text), (flags + "s").c_str(), shown);
         return text;
     }
     const bool isUnsigned = std::strchr("uxXo", conversion) != nullptr;
-    const bool isWide = argument.Size() == sizeof(int64_t);
+    const bool isWide = argument.kind == LogArgument::Kind::INT64;
     const int64_t number =
-        isUnsigned && !isWide ? static_cast<uint32_t>(argument.Number()) : argument.Number();
+        isUnsigned && !isWide ? static_cast<uint32_t>(argument.value.number) : argument.value.number;
     (void)std::snprintf(text, sizeof(text), (flags + "j" + (isUnsigned ? conversion : 'd')).c_str(), number);
     return text;
 }
 
-/// The conversion that `format` starts with, behind its percent sign; `format` is behind it then.
-std::string ConvertNext(const char*& format, Unpacker& arguments)
+using Arguments = std::vector<LogArgument>;
+
+/// The conversion that `format` starts with, behind its percent sign, of the argument `next`; both are behind
+/// it then.
+std::string ConvertNext(const char*& format, Arguments::const_iterator& next, const Arguments& arguments)
 {
     format = SkipMark(format);
     if (*format == '%') {
@@ -76,19 +50,20 @@ std::string ConvertNext(const char*& format, Unpacker& arguments)
     std::string flags = "%" + std::string(format, std::strspn(format, "-+ #0123456789."));
     format += flags.size() - 1;
     format += std::strspn(format, "hljzt");
-    if (*format == '\0' || arguments.IsAtEnd()) {
+    if (*format == '\0' || next == arguments.end()) {
         return flags;
     }
-    return Convert(flags, *format++, arguments.Next());
+    return Convert(flags, *format++, *next++);
 }
 
-std::string Format(const char* format, Unpacker& arguments)
+std::string Format(const char* format, const Arguments& arguments)
 {
     std::string message;
+    auto next = arguments.begin();
     while (const char* percent = std::strchr(format, '%')) {
         message.append(format, percent);
         format = percent + 1;
-        message += ConvertNext(format, arguments);
+        message += ConvertNext(format, next, arguments);
     }
     message += format;
     message.resize(std::min(message.size(), MAX_LINE_LENGTH));
@@ -97,46 +72,46 @@ std::string Format(const char* format, Unpacker& arguments)
 
 }  // namespace
 
-void PackedArguments::Pack(const LogArgument* arguments, size_t count)
+void KeptArguments::Keep(const LogArgument* arguments, size_t count)
 {
-    firstSize_ = 0;
-    more_.clear();
-    size_t room = MAX_LINE_LENGTH;
-    for (size_t i = 0; i < std::min(count, MAX_COUNT); ++i) {
-        const LogArgument& argument = arguments[i];
-        if (argument.IsText()) {
-            const char* text = argument.Text() != nullptr ? argument.Text() : "(null)";
-            const size_t length = strnlen(text, room);
-            room -= length;
-            Put(TEXT_MARK, text, length);
-        } else {
-            const int64_t number = argument.Number();
-            Put(static_cast<char>(argument.Size()), &number, sizeof(number));
+    count_ = count;
+    texts_.clear();
+    for (size_t i = 0; i < count; ++i) {
+        kinds_[i] = arguments[i].kind;
+        values_[i] = arguments[i].value;
+        if (arguments[i].kind == LogArgument::Kind::TEXT) {
+            KeepText(arguments[i].value.text, i);
         }
     }
 }
 
-// In one piece, and once one did not fit, all others behind it.
-void PackedArguments::Put(char mark, const void* data, size_t size)
+void KeptArguments::KeepText(const char* text, size_t index)
 {
-    if (more_.empty() && size + 2 <= first_.size() - firstSize_) {
-        char* place = first_.data() + firstSize_;
-        place[0] = mark;
-        std::memcpy(place + 1, data, size);
-        place[1 + size] = '\0';
-        firstSize_ += size + 2;
+    if (text == nullptr) {
+        kinds_[index] = LogArgument::Kind::LITERAL;
         return;
     }
-    more_ += mark;
-    more_.append(static_cast<const char*>(data), size);
-    more_ += '\0';
+    texts_.append(text, strnlen(text, MAX_LINE_LENGTH));
+    texts_.push_back('\0');
 }
 
-LogLine FormatLine(const LogOrigin& origin, const PackedArguments& packed)
+std::vector<LogArgument> KeptArguments::Arguments() const
 {
-    const std::string bytes = packed.Bytes();
-    Unpacker arguments(bytes);
-    return {origin.level, origin.domain, origin.tag, Format(origin.format, arguments)};
+    std::vector<LogArgument> arguments;
+    const char* text = texts_.c_str();
+    for (size_t i = 0; i < count_; ++i) {
+        LogArgument& argument = arguments.emplace_back(kinds_[i], values_[i]);
+        if (argument.kind == LogArgument::Kind::TEXT) {
+            argument.value.text = text;
+            text += std::strlen(text) + 1;
+        }
+    }
+    return arguments;
+}
+
+LogLine FormatLine(const LogOrigin& origin, const KeptArguments& arguments)
+{
+    return {origin.level, origin.domain, origin.tag, Format(origin.format, arguments.Arguments())};
 }
 
 }  // namespace StandIn

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "hilog/log.h"
 
@@ -28,28 +29,28 @@ struct LogOrigin {
     const char* format = "";
 };
 
-/// The arguments of a log line in a row of bytes. Most lines are never read, so writing one does not format
-/// it. Few bytes lie in the object itself.
-class PackedArguments
+/// The arguments of a log line, kept as they came: most lines are never read, so writing one does not format
+/// it. Copies the texts that are no literals.
+class KeptArguments
 {
 public:
-    /// Replaces what was packed. Texts are cut where the line would be in any case.
-    void Pack(const LogArgument* arguments, size_t count);
+    /// Replaces what was kept. Texts are cut where the line would be in any case.
+    void Keep(const LogArgument* arguments, size_t count);
 
-    std::string Bytes() const { return std::string(first_.data(), firstSize_) + more_; }
+    /// The arguments as they came; copied texts are in this object.
+    std::vector<LogArgument> Arguments() const;
 
 private:
-    static constexpr size_t MAX_COUNT = 16;
+    void KeepText(const char* text, size_t index);
 
-    void Put(char mark, const void* data, size_t size);
-
-    std::string more_;  // keeps its memory for the next line
-    uint32_t firstSize_ = 0;
-    std::array<char, 60> first_{};
+    uint8_t count_ = 0;
+    std::array<LogArgument::Kind, LOG_MAX_ARGUMENTS> kinds_{};
+    std::array<LogArgument::Value, LOG_MAX_ARGUMENTS> values_{};
+    std::string texts_;  // keeps its memory for the next line
 };
 
 /// The line that a format makes of its arguments.
-LogLine FormatLine(const LogOrigin& origin, const PackedArguments& packed);
+LogLine FormatLine(const LogOrigin& origin, const KeptArguments& arguments);
 
 }  // namespace StandIn
 

@@ -69,14 +69,17 @@ TEST(ManualClock, WakesInOrderOfDeadlineThenBirth)
 TEST(Log, FormatsWhenReadWithoutPrivacyMarks)
 {
     std::string text = "a";
-    HiLogPrint(LOG_CORE, LOG_INFO, 1, "TAG", "%{public}s is %{private}d%% of %{public}lu, %x", text.c_str(),
-               -5, 10UL, 255U);
+    char buffer[] = "b";
+    HiLogPrint(LOG_CORE, LOG_INFO, 1, "TAG", "%{public}s%s is %{private}d%% of %{public}lu, %x", text.c_str(),
+               buffer, -5, 10UL, 255U);
     text = "changed";
-    EXPECT_EQ(LastLine(), "a is -5% of 10, ff");
+    buffer[0] = '\0';
+    EXPECT_EQ(LastLine(), "ab is -5% of 10, ff");
     HiLogPrint(LOG_CORE, LOG_INFO, 1, "TAG", "%-4d|%{public}05zu|%lld|%u|%x|%.2s", int8_t{-3}, size_t{7},
                INT64_MIN, -1, -1L, "long");
     EXPECT_EQ(LastLine(), "-3  |00007|-9223372036854775808|4294967295|ffffffffffffffff|lo");
-    HiLogPrint(LOG_CORE, LOG_INFO, 1, "TAG", "%{public}d %{public}s %{public}s%", "text", 5, nullptr);
+    HiLogPrint(LOG_CORE, LOG_INFO, 1, "TAG", "%{public}d %{public}s %{public}s%", "text", 5,
+               static_cast<const char*>(nullptr));
     EXPECT_EQ(LastLine(), "text 5 (null)%") << "types that do not fit, and no conversion at the end";
     HiLogPrint(LOG_CORE, LOG_INFO, 1, "TAG", "[%{public}d]");
     EXPECT_EQ(LastLine(), "[%d]") << "no argument";
