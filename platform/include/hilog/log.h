@@ -13,9 +13,7 @@ enum LogLevel { LOG_DEBUG = 3, LOG_INFO = 4, LOG_WARN = 5, LOG_ERROR = 6, LOG_FA
 
 /// One argument of a log line: a literal, another text, or an integer as a variadic call would pass it. Texts
 /// end with a NUL, may be null, and stay the caller's.
-class LogArgument
-{
-public:
+struct LogArgument {
     enum class Kind : uint8_t { LITERAL, TEXT, INT32, INT64 };
     union Value {
         const char* text;
