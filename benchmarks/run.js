@@ -69,10 +69,11 @@ function measure(work, size, lists, isQuick) {
 
 function measureNative(names, lists, isQuick) {
     const care = isQuick ? ['--benchmark_min_time=0.001']
-        : ['--benchmark_min_time=0.02', '--benchmark_repetitions=25', '--benchmark_enable_random_interleaving=true'];
+        : ['--benchmark_min_time=0.02', '--benchmark_repetitions=9', '--benchmark_enable_random_interleaving=true'];
+    const run = (cores) => runOn(cores, path.join(BUILD, 'native_bench'), '--benchmark_format=json',
+        `--benchmark_filter=^(${names.join('|')}) `, ...care).benchmarks;
     return lists.flatMap((cores) => {
-        const { benchmarks } = runOn(cores, path.join(BUILD, 'native_bench'), '--benchmark_format=json',
-            `--benchmark_filter=^(${names.join('|')}) `, ...care);
+        const benchmarks = Array.from({ length: isQuick ? 1 : PROCESSES }, () => run(cores)).flat();
         const groups = new Map();
         for (const { run_name: runName, run_type: type, real_time: ns } of benchmarks) {
             const [, work, side, size] = /^(.*) (module|floor)\/(\d+)/.exec(runName);

@@ -15,9 +15,12 @@ namespace TAVIK::GAME_PLAYER {
 
 namespace {
 
+// The lock's cache line travels between the threads that ask; the list's stays with each of them.
 struct EnvRegistry {
-    std::shared_mutex mutex;
-    std::vector<std::shared_ptr<EnvInfo>> infos;
+    static constexpr size_t CACHE_LINE = 64;
+
+    alignas(CACHE_LINE) std::shared_mutex mutex;
+    alignas(CACHE_LINE) std::vector<std::shared_ptr<EnvInfo>> infos;
 };
 
 struct TraceId {
