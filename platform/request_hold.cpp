@@ -58,6 +58,9 @@ void RequestHold::Drop()
 
 void RequestHold::NoteSettled(const void* settler)
 {
+    if (gLatestSettler == settler) {
+        gLatestSettler = nullptr;
+    }
     Environment* current = Environment::Current();
     if (current == nullptr || current->requestCount_.load(std::memory_order_relaxed) == 0) {
         return;

@@ -58,15 +58,14 @@ private:
 /// Launches a page over `content`, and returns the owner of its context.
 std::shared_ptr<ContextOwner> Launch(HastyContent& content)
 {
-    gEnvInfo = std::make_shared<EnvInfo>();
-    SaveEnvInfo(gEnvInfo);
     auto context = std::make_shared<LaunchAntiAddictionContext>(REQUEST_LAUNCH_ANTI_ADDICTION, 0, nullptr);
+    context->envInfo = std::make_shared<EnvInfo>();
     context->abilityContext = std::make_shared<HastyContext>(content);
     context->hasMsgBack = true;
-    auto owner = std::make_shared<ContextOwner>(std::move(context));
+    auto owner = std::make_shared<ContextOwner>(context);
+    SaveEnvInfo(context->envInfo);
     ModalUICallback::StartUIExtensionAbility(MakeGameServiceWant(REQUEST_LAUNCH_ANTI_ADDICTION), owner);
-    DeleteEnvInfo(gEnvInfo.get());
-    gEnvInfo.reset();
+    DeleteEnvInfo(context->envInfo.get());
     return owner;
 }
 
