@@ -23,8 +23,10 @@ public:
 
     void Post(napi_deferred request)
     {
-        std::lock_guard<std::mutex> guard(mutex_);
-        requests_.push_back(request);
+        {
+            std::lock_guard<std::mutex> guard(mutex_);
+            requests_.push_back(request);
+        }
         arrived_.notify_one();
     }
 
