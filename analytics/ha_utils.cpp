@@ -45,25 +45,20 @@ int64_t HaUtils::AddProcessor()
     return HiviewDFX::AppEventProcessorMgr::AddProcessor(config);
 }
 
+// Of several first events at once, one registers.
 void HaUtils::Init()
 {
-    std::lock_guard<std::mutex> guard(mutex_);
-    if (initialised_) {
+    if (initialised || initialised.exchange(true)) {
         return;
     }
-    if (processorId_ == -1) {
-        processorId_ = AddProcessor();
-    }
-    initialised_ = true;
+    processorId = AddProcessor();
     (void)HiLogPrint(LOG_CORE, LOG_INFO, TAVIK::GAME_PLAYER::LOG_DOMAIN, PERF_LOG_TAG,
                      "[%{public}s(%{public}s:%{public}d)]ha init success", "", __FUNCTION__, __LINE__);
 }
 
 void HaUtils::WriteEndEvent(const std::string& apiName, int64_t beginTime, int32_t errorCode)
 {
-    if (!initialised_) {
-        Init();
-    }
+    Init();
     Event event(EVENT_DOMAIN, EVENT_END, HiviewDFX::EventType::BEHAVIOR);
     event.AddParam("trans_id", MakeTransactionId());
     event.AddParam("api_name", apiName);

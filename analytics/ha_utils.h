@@ -3,7 +3,6 @@
 
 #include <atomic>
 #include <cstdint>
-#include <mutex>
 #include <string>
 
 namespace OHOS::Velmor {
@@ -24,9 +23,8 @@ private:
     void Init();
     static int64_t AddProcessor();
 
-    std::atomic<bool> initialised_{false};
-    std::mutex mutex_;  // guards the registration
-    int64_t processorId_ = -1;
+    std::atomic<bool> initialised{false};  // by the thread that then writes `processorId`
+    int64_t processorId = -1;
 };
 
 }  // namespace OHOS::Velmor

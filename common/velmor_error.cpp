@@ -1,18 +1,19 @@
 #include "common/velmor_error.h"
 
+#include "common/js_value_helpers.h"
 #include "common/velmor_log.h"
 
 namespace TAVIK::GAME_PLAYER {
 
 namespace {
 
-struct NamedNumber {
-    int32_t number;
-    const char* text;
+struct ErrorRow {
+    int32_t code;
+    const char* message;
 };
 
-// Plain arrays: detached threads read them while the process exits.
-constexpr NamedNumber ERROR_MESSAGES[] = {
+// A plain array: detached threads read it while the process exits.
+constexpr ErrorRow ERROR_MESSAGES[] = {
     {ERROR_SUCCESS, "Success"},
     {ERROR_PERMISSION_DENIED, "Permission denied, non-system app called system api."},
     {ERROR_PARAMETER, "Parameter error."},
@@ -37,58 +38,27 @@ constexpr NamedNumber ERROR_MESSAGES[] = {
     {1002000017, "Illegal application identity."},
 };
 
-constexpr NamedNumber apiNameMap[] = {
-    {REQUEST_UNKNOWN, "UNKNOWN API"},
-    {REQUEST_INIT, "init"},
-    {REQUEST_GET_LOCAL_PLAYER, "getLocalPlayer"},
-    {REQUEST_SAVE_PLAYER_ROLE, "savePlayerRole"},
-    {REQUEST_PRE_PURCHASE, "prePurchase"},
-    {REQUEST_POST_PURCHASE, "postPurchase"},
-    {REQUEST_LAUNCH_ANTI_ADDICTION, "launchAntiAddiction"},
-    {REQUEST_BIND_PLAYER, "bindPlayer"},
-    {REQUEST_UNBIND_PLAYER, "unbindPlayer"},
-    {REQUEST_VERIFY_LOCAL_PLAYER, "verifyLocalPlayer"},
-    {REQUEST_UNION_LOGIN, "unionLogin"},
-    {REQUEST_ON, "on"},
-    {REQUEST_OFF, "off"},
-    {REQUEST_LAUNCH_WELCOME_BANNER, "launchWelcomeBanner"},
-    {REQUEST_QUICK_GAME_LOGIN, "quickGameLogin"},
-    {REQUEST_LAUNCH_COMMON_PAGE, "launchCommonPage"},
-};
-
-template <size_t N>
-const char* Find(const NamedNumber (&rows)[N], int32_t number)
+const char* ChooseText(int32_t code, const std::string& message)
 {
-    for (const NamedNumber& row : rows) {
-        if (row.number == number) {
-            return row.text;
-        }
-    }
-    return nullptr;
+    const char* fixedText = message.empty() ? FindErrorMessage(code) : nullptr;
+    return fixedText != nullptr ? fixedText : message.c_str();
 }
 
 }  // namespace
 
 const char* FindErrorMessage(int32_t code)
 {
-    return Find(ERROR_MESSAGES, code);
-}
-
-const char* FindApiName(int32_t requestType)
-{
-    const char* name = Find(apiNameMap, requestType);
-    return name != nullptr ? name : "undefined";
-}
-
-bool IsFailureHidden(int32_t requestType)
-{
-    return requestType == REQUEST_INIT || requestType == REQUEST_SAVE_PLAYER_ROLE;
+    for (const ErrorRow& row : ERROR_MESSAGES) {
+        if (row.code == code) {
+            return row.message;
+        }
+    }
+    return nullptr;
 }
 
 napi_value CreateBusinessError(const napi_env& env, int32_t code, const std::string& message)
 {
-    const char* fixedText = message.empty() ? FindErrorMessage(code) : nullptr;
-    const char* text = fixedText != nullptr ? fixedText : message.c_str();
+    const char* text = ChooseText(code, message);
     GAME_LOGI("CreateBusinessError errCode: %{public}d errMsg: %{public}s", code, text);
 
     napi_value errorMessage = nullptr;
@@ -104,6 +74,17 @@ napi_value CreateBusinessError(const napi_env& env, int32_t code, const std::str
         GAME_LOGE("napi create errorCode failed");
     }
     GAME_LOGI("CreateBusinessError exit");
+    return error;
+}
+
+// An error that was thrown and taken back takes another way through the environment than one that is made.
+napi_value ObtainBusinessError(napi_env env, int32_t code, const std::string& message)
+{
+    napi_value error = CreateBusinessError(env, code, message);
+    if (error == nullptr && napi_throw_error(env, nullptr, ChooseText(code, message)) == napi_ok &&
+        napi_get_and_clear_last_exception(env, &error) == napi_ok) {
+        (void)SetIntProperty(env, error, "code", code);
+    }
     return error;
 }
 

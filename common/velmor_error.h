@@ -20,41 +20,18 @@ enum ErrorCode : int32_t {
     ERROR_PLAYER_INVALID = 1002000015,
 };
 
-/// Which API a request belongs to, as the game-service extension numbers them.
-enum RequestType : int32_t {
-    REQUEST_UNKNOWN = 0,
-    REQUEST_INIT = 1,
-    REQUEST_GET_LOCAL_PLAYER = 2,
-    REQUEST_SAVE_PLAYER_ROLE = 3,
-    REQUEST_PRE_PURCHASE = 4,
-    REQUEST_POST_PURCHASE = 5,
-    REQUEST_LAUNCH_ANTI_ADDICTION = 6,
-    REQUEST_BIND_PLAYER = 7,
-    REQUEST_UNBIND_PLAYER = 8,
-    REQUEST_VERIFY_LOCAL_PLAYER = 9,
-    REQUEST_UNION_LOGIN = 10,
-    REQUEST_ON = 11,
-    REQUEST_OFF = 12,
-    REQUEST_LAUNCH_WELCOME_BANNER = 13,
-    REQUEST_QUICK_GAME_LOGIN = 14,
-    REQUEST_LAUNCH_COMMON_PAGE = 15,
-};
-
 /// The fixed text of an error code; null for a code without one. Callable from any thread.
 const char* FindErrorMessage(int32_t code);
-
-/// The JS name of a request type; "undefined" for a number that is none. Callable from any thread.
-const char* FindApiName(int32_t requestType);
-
-/// Whether requests of this type report success where others report a failure found on the device:
-/// init and savePlayerRole never fail for the game.
-bool IsFailureHidden(int32_t requestType);
 
 /// A new JS Error with `message`, or the code's fixed text if that is empty, and the number `code` as its
 /// property `code`. Null if the environment refuses. On `env`'s JS thread.
 napi_value CreateBusinessError(const napi_env& env, int32_t code, const std::string& message);
 
-/// Throws such an error into the current JS call. On `env`'s JS thread.
+/// The same, and if the environment refuses it, any other Error that can still be had, with the same message
+/// and, if possible, code. Null if nothing can. No exception may be pending. On `env`'s JS thread.
+napi_value ObtainBusinessError(napi_env env, int32_t code, const std::string& message);
+
+/// Throws a business error into the current JS call. On `env`'s JS thread.
 void ThrowBusinessError(const napi_env& env, int32_t code, const std::string& message);
 
 }  // namespace TAVIK::GAME_PLAYER

@@ -2,10 +2,10 @@
 #include <new>
 #include <utility>
 
+#include "common/env_registry.h"
 #include "common/handle_scope.h"
-#include "common/loop_work.h"
+#include "common/js_value_helpers.h"
 #include "common/velmor_log.h"
-#include "common/velmor_util.h"
 #include "events/game_player_event_callback.h"
 
 namespace TAVIK::GAME_PLAYER {
@@ -23,9 +23,10 @@ struct EventWork : uv_work_t {
     std::weak_ptr<EventCallback> listener;
 };
 
-void QueueEvent(napi_env env, std::unique_ptr<EventWork> eventWork, uv_after_work_cb deliver)
+void QueueEvent(std::unique_ptr<EventWork> eventWork, const std::shared_ptr<EnvInfo>& envInfo,
+                uv_after_work_cb deliver)
 {
-    switch (QueueOnLoop(env, eventWork.get(), deliver)) {
+    switch (QueueOnLoop(envInfo, eventWork.get(), deliver)) {
         case QueueStatus::QUEUED:
             (void)eventWork.release();
             break;
@@ -40,22 +41,37 @@ void QueueEvent(napi_env env, std::unique_ptr<EventWork> eventWork, uv_after_wor
 
 }  // namespace
 
-// Queued under the lock, so that events raised at once on two threads reach all listeners in one order.
+// Null if the type has no entry.
+std::optional<GamePlayerEventCallback::WeakListeners> GamePlayerEventCallback::ListenersFor(
+    const GameEventResult& event)
+{
+    std::lock_guard<std::mutex> guard(mutex_);
+    auto entry = events_.find(event.eventType);
+    if (entry == events_.end()) {
+        return std::nullopt;
+    }
+    WeakListeners listeners;
+    listeners.reserve(entry->second.size());
+    for (const auto& listener : entry->second) {
+        if (listener->envInfo == event.envInfo && listener->env == event.envInfo->env) {
+            listeners.emplace_back(listener);
+        }
+    }
+    return listeners;
+}
+
 void GamePlayerEventCallback::OnEventCallback(GameEventResult event)
 {
     GAME_LOGI("OnEventCallback enter");
     const auto result = std::make_shared<const GameEventResult>(std::move(event));
-    std::lock_guard<std::mutex> guard(mutex_);
-    auto entry = events_.find(result->eventType);
-    if (entry == events_.end()) {
+    auto listeners = ListenersFor(*result);
+    if (!listeners) {
         GAME_LOGW("OnEventCallback eventType %{public}s not existed", result->eventType.c_str());
         return;
     }
-    for (const auto& listener : entry->second) {
-        if (listener->envInfo == result->envInfo) {
-            std::unique_ptr<EventWork> eventWork(new (std::nothrow) EventWork(result, listener));
-            QueueEvent(result->envInfo->env, std::move(eventWork), DoGameEventWork);
-        }
+    for (auto& listener : *listeners) {
+        std::unique_ptr<EventWork> eventWork(new (std::nothrow) EventWork(result, std::move(listener)));
+        QueueEvent(std::move(eventWork), result->envInfo, DoGameEventWork);
     }
     GAME_LOGI("OnEventCallback uv_queue_work success");
 }
@@ -68,22 +84,32 @@ void GamePlayerEventCallback::DoGameEventWork(uv_work_t* work, int /*status*/)
     if (listener == nullptr) {
         return;
     }
-    napi_env env = listener->envInfo->env;
+    const std::optional<napi_status> status = CallListener(std::move(listener), *eventWork->result);
+    eventWork.reset();
+    if (status) {
+        GAME_LOGI("DoGameEventWork exit, callBack status %{public}d", *status == napi_ok ? 1 : 0);
+    }
+}
+
+// The status of the call; empty if it was not made. A listener that removes itself goes before it returns.
+std::optional<napi_status> GamePlayerEventCallback::CallListener(std::shared_ptr<EventCallback> listener,
+                                                                 const GameEventResult& result)
+{
+    const napi_env env = listener->env;
     HandleScope scope(env);
     if (!scope) {
         GAME_LOGE("DoGameEventWork scope is nullptr");
-        return;
+        return std::nullopt;
     }
-    napi_value argument = AssembleEventResult(env, *eventWork->result);
+    napi_value argument = AssembleEventResult(env, result);
     napi_value thisArg = nullptr;
     napi_value callback = nullptr;
     if (napi_get_reference_value(env, listener->thisArgRef, &thisArg) != napi_ok ||
         napi_get_reference_value(env, listener->callbackRef, &callback) != napi_ok) {
-        return;
+        return std::nullopt;
     }
     listener.reset();
-    napi_status status = napi_call_function(env, thisArg, callback, 1, &argument, nullptr);
-    GAME_LOGI("DoGameEventWork exit, callBack status %{public}d", status == napi_ok ? 1 : 0);
+    return napi_call_function(env, thisArg, callback, 1, &argument, nullptr);
 }
 
 napi_value GamePlayerEventCallback::AssembleEventResult(napi_env env, const GameEventResult& result)

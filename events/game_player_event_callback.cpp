@@ -1,6 +1,9 @@
 #include "events/game_player_event_callback.h"
 
 #include <algorithm>
+#include <functional>
+#include <iterator>
+#include <utility>
 
 #include "common/velmor_log.h"
 
@@ -9,29 +12,26 @@ namespace TAVIK::GAME_PLAYER {
 namespace {
 
 struct EventCallbackHook {
-    std::shared_ptr<EnvInfo> envInfo;
+    napi_env env;
     GamePlayerEventCallback* registry;
 };
 
-thread_local bool gIsHooked = false;
-
-napi_value FunctionOf(napi_env env, const EventCallback& listener)
+// Whether a listener is of this thread's `env`.
+auto IsOf(napi_env env)
 {
-    napi_value function = nullptr;
-    (void)napi_get_reference_value(env, listener.callbackRef, &function);
-    return function;
+    return [env](const std::shared_ptr<EventCallback>& listener) {
+        return listener->envInfo == gEnvInfo && listener->env == env;
+    };
 }
 
-// The listener of this thread's environment whose function is strictly equal to `callback`. `complaint` is
-// logged for those whose function cannot be had.
-template <typename List>
-auto FindListener(napi_env env, List& listeners, napi_value callback, const char* complaint)
+// The listener whose function is strictly equal to `callback`; null if there is none. `complaint` is logged
+// for those whose function cannot be had.
+EventCallback* FindListener(napi_env env, const std::vector<EventCallback*>& listeners, napi_value callback,
+                            const char* complaint)
 {
-    for (auto listener = listeners.begin(); listener != listeners.end(); ++listener) {
-        if ((*listener)->envInfo != gEnvInfo) {
-            continue;
-        }
-        napi_value function = FunctionOf(env, **listener);
+    for (EventCallback* listener : listeners) {
+        napi_value function = nullptr;
+        (void)napi_get_reference_value(env, listener->callbackRef, &function);
         if (function == nullptr) {
             GAME_LOGW("%{public}s", complaint);
             continue;
@@ -42,35 +42,36 @@ auto FindListener(napi_env env, List& listeners, napi_value callback, const char
             return listener;
         }
     }
-    return listeners.end();
+    return nullptr;
 }
 
-auto IsOf(const EnvInfo* envInfo)
+bool IsEventCallbackExisted(napi_env env, const std::vector<EventCallback*>& listeners, napi_value callback)
 {
-    return [envInfo](const std::shared_ptr<EventCallback>& listener) {
-        return listener->envInfo.get() == envInfo;
-    };
+    return FindListener(env, listeners, callback, "IsEventCallbackExisted get callback reference failed.") !=
+           nullptr;
 }
 
+// Moves the elements that `predicate` holds for out of a list, the order of both kept.
 template <typename List, typename Predicate>
-void EraseIf(List& list, Predicate predicate)
+List TakeIf(List& list, Predicate predicate)
 {
-    list.erase(std::remove_if(list.begin(), list.end(), predicate), list.end());
+    auto first = std::stable_partition(list.begin(), list.end(), std::not_fn(predicate));
+    List taken(std::make_move_iterator(first), std::make_move_iterator(list.end()));
+    list.erase(first, list.end());
+    return taken;
 }
 
 }  // namespace
 
 EventCallback::~EventCallback()
 {
-    if (IsValidEnv(envInfo)) {
-        if (callbackRef != nullptr) {
-            (void)napi_delete_reference(envInfo->env, callbackRef);
-            GAME_LOGI("EventCallback release callbackRef");
-        }
-        if (thisArgRef != nullptr) {
-            (void)napi_delete_reference(envInfo->env, thisArgRef);
-            GAME_LOGI("EventCallback release thisArgRef");
-        }
+    if (callbackRef != nullptr) {
+        (void)napi_delete_reference(env, callbackRef);
+        GAME_LOGI("EventCallback release callbackRef");
+    }
+    if (thisArgRef != nullptr) {
+        (void)napi_delete_reference(env, thisArgRef);
+        GAME_LOGI("EventCallback release thisArgRef");
     }
     GAME_LOGI("EventCallback release exit");
 }
@@ -80,18 +81,41 @@ GamePlayerEventCallback::GamePlayerEventCallback()
     GAME_LOGI("GamePlayerEventCallback clear all cache events.");
 }
 
+// Null if the type has no entry.
+std::optional<std::vector<EventCallback*>> GamePlayerEventCallback::ListenersOf(napi_env env,
+                                                                                const std::string& eventType)
+{
+    std::lock_guard<std::mutex> guard(mutex_);
+    auto entry = events_.find(eventType);
+    if (entry == events_.end()) {
+        return std::nullopt;
+    }
+    std::vector<EventCallback*> listeners;
+    for (const auto& listener : entry->second) {
+        if (IsOf(env)(listener)) {
+            listeners.push_back(listener.get());
+        }
+    }
+    return listeners;
+}
+
 void GamePlayerEventCallback::RegisterGameEventCallback(napi_env env, const std::string& eventType,
                                                         napi_value callback, napi_value thisArg)
 {
-    std::lock_guard<std::mutex> guard(mutex_);
-    auto [entry, isFirst] = events_.try_emplace(eventType);
-    if (!isFirst && IsEventCallbackExisted(env, entry->second, callback)) {
+    const auto listeners = ListenersOf(env, eventType);
+    if (listeners && IsEventCallbackExisted(env, *listeners, callback)) {
         GAME_LOGI("RegisterGameEventCallback current callback existed");
         return;
     }
-    auto eventCallback = std::make_shared<EventCallback>(gEnvInfo);
+    auto eventCallback = std::make_shared<EventCallback>(env);
     AssembleEventCallback(env, callback, thisArg, *eventCallback);
-    entry->second.push_back(std::move(eventCallback));
+    bool isFirst = false;
+    {
+        std::lock_guard<std::mutex> guard(mutex_);
+        auto inserted = events_.try_emplace(eventType);
+        inserted.first->second.push_back(std::move(eventCallback));
+        isFirst = inserted.second;
+    }
     if (isFirst) {
         GAME_LOGI("RegisterGameEventCallback first register succeeded");
     } else {
@@ -99,71 +123,67 @@ void GamePlayerEventCallback::RegisterGameEventCallback(napi_env env, const std:
     }
 }
 
-bool GamePlayerEventCallback::IsEventCallbackExisted(napi_env env, const Listeners& listeners,
-                                                     napi_value callback)
-{
-    return FindListener(env, listeners, callback, "IsEventCallbackExisted get callback reference failed.") !=
-           listeners.end();
-}
-
+// The first environment of a thread alone gets a hook.
 void GamePlayerEventCallback::AssembleEventCallback(napi_env env, napi_value callback, napi_value thisArg,
                                                     EventCallback& eventCallback)
 {
+    static thread_local bool isHooked = false;
     (void)napi_create_reference(env, callback, 1, &eventCallback.callbackRef);
     (void)napi_create_reference(env, thisArg, 1, &eventCallback.thisArgRef);
-    HookEnvironment(env);
-}
-
-void GamePlayerEventCallback::HookEnvironment(napi_env env)
-{
-    if (gIsHooked) {
+    if (isHooked) {
         return;
     }
-    auto hook = std::make_unique<EventCallbackHook>(EventCallbackHook{gEnvInfo, this});
-    if (napi_add_env_cleanup_hook(env, CleanupEventCallback, hook.get()) != napi_ok) {
-        GAME_LOGE("AssembleEventCallback add env hook failed");
-        return;
+    isHooked = true;
+    auto hook = std::make_unique<EventCallbackHook>(EventCallbackHook{env, this});
+    if (napi_add_env_cleanup_hook(env, CleanupEventCallback, hook.get()) == napi_ok) {
+        (void)hook.release();
     }
-    (void)hook.release();
-    gIsHooked = true;
     GAME_LOGI("AssembleEventCallback add env hook succeeded");
 }
 
-void GamePlayerEventCallback::UnRegisterGameEventCallback(napi_env /*env*/, const std::string& eventType)
+// Null if the type has no entry, which goes with its last listener.
+template <typename Predicate>
+std::optional<GamePlayerEventCallback::Listeners> GamePlayerEventCallback::TakeListeners(
+    const std::string& eventType, Predicate predicate)
 {
     std::lock_guard<std::mutex> guard(mutex_);
     auto entry = events_.find(eventType);
     if (entry == events_.end()) {
-        GAME_LOGW("UnRegisterGameEventCallback eventType %{public}s not existed", eventType.c_str());
-        return;
+        return std::nullopt;
     }
-    EraseIf(entry->second, IsOf(gEnvInfo.get()));
+    Listeners taken = TakeIf(entry->second, predicate);
     if (entry->second.empty()) {
         events_.erase(entry);
     }
+    return taken;
+}
+
+void GamePlayerEventCallback::UnRegisterGameEventCallback(napi_env env, const std::string& eventType)
+{
+    auto removed = TakeListeners(eventType, IsOf(env));
+    if (!removed) {
+        GAME_LOGW("UnRegisterGameEventCallback eventType %{public}s not existed", eventType.c_str());
+        return;
+    }
+    removed.reset();
     GAME_LOGI("UnRegisterGameEventCallback eventType %{public}s succeeded", eventType.c_str());
 }
 
 void GamePlayerEventCallback::UnRegisterGameEventCallback(napi_env env, const std::string& eventType,
                                                           napi_value callback)
 {
-    std::lock_guard<std::mutex> guard(mutex_);
-    auto entry = events_.find(eventType);
-    if (entry == events_.end()) {
+    const auto listeners = ListenersOf(env, eventType);
+    if (!listeners) {
         GAME_LOGW("UnRegisterGameEventCallback eventType %{public}s not existed", eventType.c_str());
         return;
     }
-    Listeners& listeners = entry->second;
-    auto found =
-        FindListener(env, listeners, callback, "UnRegisterGameEventCallback get callback reference failed");
-    if (found == listeners.end()) {
+    const EventCallback* found =
+        FindListener(env, *listeners, callback, "UnRegisterGameEventCallback get callback reference failed");
+    if (found == nullptr) {
         GAME_LOGW("UnRegisterGameEventCallback eventType %{public}s callback not existed", eventType.c_str());
         return;
     }
-    listeners.erase(found);
-    if (listeners.empty()) {
-        events_.erase(entry);
-    }
+    (void)TakeListeners(eventType, [found](const auto& listener) { return listener.get() == found; });
     GAME_LOGI("UnRegisterGameEventCallback eventType %{public}s succeeded", eventType.c_str());
 }
 
@@ -175,15 +195,22 @@ void GamePlayerEventCallback::CleanupEventCallback(void* hookRecord)
         GAME_LOGW("CleanupEventCallback eventCallbackHook is nullptr");
         return;
     }
-    hook->registry->RemoveListeners(hook->envInfo.get());
+    hook->registry->RemoveListeners(hook->env);
     GAME_LOGI("CleanupEventCallback end");
 }
 
-void GamePlayerEventCallback::RemoveListeners(const EnvInfo* envInfo)
+// Types without listeners keep their entries.
+void GamePlayerEventCallback::RemoveListeners(napi_env env)
 {
-    std::lock_guard<std::mutex> guard(mutex_);
-    for (auto& [eventType, listeners] : events_) {
-        EraseIf(listeners, IsOf(envInfo));
+    std::vector<std::pair<std::string, Listeners>> removed;
+    {
+        std::lock_guard<std::mutex> guard(mutex_);
+        for (auto& [eventType, listeners] : events_) {
+            removed.emplace_back(eventType, TakeIf(listeners, IsOf(env)));
+        }
+    }
+    for (auto& [eventType, listeners] : removed) {
+        listeners.clear();
         GAME_LOGI("CleanupEventCallback delete %{public}s finished", eventType.c_str());
     }
 }

@@ -7,12 +7,12 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
-#include <utility>
 #include <vector>
 
+#include "common/env_registry.h"
 #include "common/velmor_log.h"
-#include "common/velmor_util.h"
 #include "napi/native_api.h"
 #include "singleton.h"
 
@@ -30,14 +30,18 @@ struct GameEventResult {
     std::string resultInfo;
 };
 
-/// One JS listener: its function and the `this` that `on` was called with. Made and destroyed on the JS
-/// thread of its environment; if that ended unnoticed, its references are left alone.
+/// One JS listener: its function, and the `this` that `on` was called with. Made, used and destroyed on the
+/// JS thread of its environment; destroying it deletes its references.
+///
+/// `envInfo` tells environments apart whose `env` has the same address, one after the other; `env` tells
+/// apart those that share a thread, and so an `EnvInfo`.
 struct EventCallback {
-    std::shared_ptr<EnvInfo> envInfo;
+    const std::shared_ptr<EnvInfo> envInfo = gEnvInfo;
+    const napi_env env;
     napi_ref callbackRef = nullptr;
     napi_ref thisArgRef = nullptr;
 
-    explicit EventCallback(std::shared_ptr<EnvInfo> info) : envInfo(std::move(info)) {}
+    explicit EventCallback(napi_env owner) : env(owner) {}
     EventCallback(const EventCallback&) = delete;
     EventCallback& operator=(const EventCallback&) = delete;
     ~EventCallback();
@@ -62,7 +66,7 @@ public:
     void UnRegisterGameEventCallback(napi_env env, const std::string& eventType);
     void UnRegisterGameEventCallback(napi_env env, const std::string& eventType, napi_value callback);
 
-    /// The clean-up hook of an environment: removes its listeners. Owns `hookRecord`.
+    /// The clean-up hook of an environment, on its JS thread: removes its listeners. Owns `hookRecord`.
     static void CleanupEventCallback(void* hookRecord);
 
     /// Queues the event for each listener of its type and environment. Callable from any thread; the
@@ -71,21 +75,27 @@ public:
 
 private:
     using Listeners = std::vector<std::shared_ptr<EventCallback>>;
+    using WeakListeners = std::vector<std::weak_ptr<EventCallback>>;
 
+    std::optional<std::vector<EventCallback*>> ListenersOf(napi_env env, const std::string& eventType);
+    std::optional<WeakListeners> ListenersFor(const GameEventResult& event);
     void AssembleEventCallback(napi_env env, napi_value callback, napi_value thisArg,
                                EventCallback& eventCallback);
-    void HookEnvironment(napi_env env);
-    static bool IsEventCallbackExisted(napi_env env, const Listeners& listeners, napi_value callback);
-    void RemoveListeners(const EnvInfo* envInfo);
+    template <typename Predicate>
+    std::optional<Listeners> TakeListeners(const std::string& eventType, Predicate predicate);
+    void RemoveListeners(napi_env env);
     static void DoGameEventWork(uv_work_t* work, int status);
+    static std::optional<napi_status> CallListener(std::shared_ptr<EventCallback> listener,
+                                                   const GameEventResult& result);
     static napi_value AssembleEventResult(napi_env env, const GameEventResult& result);
 
+    // Guards the map. Nothing is called under it, nor is a listener destroyed. A listener goes on its own JS
+    // thread alone, which may therefore use its listeners without the lock.
     std::mutex mutex_;
     std::map<std::string, Listeners> events_;
 };
 
-/// Runs `use` with the listeners of the process, and answers what it answers. False, and logged, if there are
-/// none, as memory ran out.
+/// Runs `use` with the listeners of the process. False, and logged, if there are none, as memory ran out.
 template <typename Use>
 bool WithListeners(const Use& use)
 {
@@ -94,7 +104,8 @@ bool WithListeners(const Use& use)
         GAME_LOGE("GamePlayerEventCallback is nullptr");
         return false;
     }
-    return use(*listeners);
+    use(*listeners);
+    return true;
 }
 
 }  // namespace TAVIK::GAME_PLAYER

@@ -4,8 +4,9 @@
 #include <thread>
 #include <utility>
 
-#include "common/velmor_error.h"
+#include "common/request_types.h"
 #include "common/velmor_log.h"
+#include "common/velmor_util.h"
 #include "events/game_player_event_callback.h"
 #include "modal/game_service_want.h"
 #include "modal/modal_ui_callback.h"
@@ -32,34 +33,39 @@ int32_t ToSeconds(int32_t minutes)
 
 }  // namespace
 
-void ModalUICallback::DoAntiAddiction(BaseContext& context, const WantParams& data)
+void ModalUICallback::DoAntiAddiction(const WantParams& data)
 {
-    if (context.antiAddictionRunning) {
+    const int32_t minutes = data.GetIntParam(KEY_PLAYABLE_TIME, NO_LIMIT);
+    if (IsTimerRunning()) {
         GAME_LOGI("DoAntiAddiction anti-addiction task started and return");
         return;
     }
-    const int32_t minutes = data.GetIntParam(KEY_PLAYABLE_TIME, NO_LIMIT);
-    if (minutes < 1) {
-        return;
+    if (minutes >= 1) {
+        LaunchAntiAddictionAbility(data.GetStringParam(KEY_END_TEXT), ToSeconds(minutes));
     }
-    LaunchAntiAddictionAbility(owner_, data.GetStringParam(KEY_END_TEXT), ToSeconds(minutes));
 }
 
-void ModalUICallback::LaunchAntiAddictionAbility(const std::shared_ptr<ContextOwner>& owner,
-                                                 std::string endText, int32_t seconds)
+bool ModalUICallback::IsTimerRunning()
 {
-    LockedContext context = owner->Lock();
-    if (!context) {
-        return;
+    std::lock_guard<std::mutex> guard(mutex_);
+    return context_ != nullptr && context_->antiAddictionRunning;
+}
+
+void ModalUICallback::LaunchAntiAddictionAbility(std::string endText, int32_t seconds)
+{
+    {
+        std::lock_guard<std::mutex> guard(mutex_);
+        if (context_ == nullptr || std::exchange(context_->antiAddictionRunning, true)) {
+            return;
+        }
     }
-    context->antiAddictionRunning = true;
     GAME_LOGI("LaunchAntiAddictionAbility playable time %{public}d seconds", seconds);
-    std::thread(RunAntiAddictionTimer, owner, context->requestType, std::move(endText), seconds).detach();
+    std::thread(&ModalUICallback::RunAntiAddictionTimer, shared_from_this(), std::move(endText), seconds)
+        .detach();
 }
 
 // Time is up for the game even if the request has ended meanwhile.
-void ModalUICallback::RunAntiAddictionTimer(const std::shared_ptr<ContextOwner>& owner, int32_t requestType,
-                                            const std::string& endText, int32_t seconds)
+void ModalUICallback::RunAntiAddictionTimer(const std::string& endText, int32_t seconds)
 {
     const int64_t deadline = GetCurrentTimestamp() + seconds * MILLISECONDS;
     do {
@@ -69,41 +75,48 @@ void ModalUICallback::RunAntiAddictionTimer(const std::shared_ptr<ContextOwner>&
 
     Want want = MakeGameServiceWant(REQUEST_LAUNCH_ANTI_ADDICTION);
     want.SetParam(KEY_END_TEXT, endText);
-    StartUIExtensionAbility(std::move(want), owner);
+    StartUIExtensionAbility(std::move(want));
     GAME_LOGI("launched anti-addiction ability.");
     std::this_thread::sleep_for(PAGE_TIME);
-    if (requestType != REQUEST_QUICK_GAME_LOGIN) {
+    if (requestType_ != REQUEST_QUICK_GAME_LOGIN) {
         _exit(0);
     }
-    PreventQuickGame(*owner);
+    PreventQuickGame();
 }
 
-void ModalUICallback::PreventQuickGame(ContextOwner& owner)
+// The request ends with the next release of the page.
+void ModalUICallback::PreventQuickGame()
 {
-    LockedContext context = owner.Lock();
-    if (!context) {
-        return;
+    std::shared_ptr<BaseContext> request;
+    {
+        std::lock_guard<std::mutex> guard(mutex_);
+        if (context_ == nullptr) {
+            return;
+        }
+        context_->antiAddictionRunning = false;
+        context_->isResetContext = true;
+        request = context_;
     }
-    context->antiAddictionRunning = false;
-    context->isResetContext = true;
-    DoGameEvent(&*context, 0, EVENT_GAME_ADDICTION_PREVENTED, "The user is under age.");
-    CloseModalUIExtension(&*context);
+    PreventGameAddiction();
+    CloseModalUIExtension(*request);
 }
 
-void ModalUICallback::DoGameEvent(const BaseContext* context, int32_t event, std::string eventType,
-                                  std::string resultInfo)
+void ModalUICallback::PreventGameAddiction() const
+{
+    DoGameEvent(envInfo_, 0, EVENT_GAME_ADDICTION_PREVENTED, "The user is under age.");
+}
+
+void ModalUICallback::DoGameEvent(const std::shared_ptr<EnvInfo>& envInfo, int32_t event,
+                                  std::string eventType, std::string resultInfo)
 {
     GAME_LOGI("DoGameEvent %{public}s[%{public}d] called", eventType.c_str(), event);
-    LiveEnv isLive(context != nullptr ? context->envInfo : nullptr);
-    if (!isLive) {
+    if (!IsValidEnv(envInfo)) {
         GAME_LOGW("DoGameEvent invalid context or env");
         return;
     }
-    GameEventResult result{context->envInfo, event, std::move(eventType), std::move(resultInfo)};
-    (void)WithListeners([&result](GamePlayerEventCallback& listeners) {
-        listeners.OnEventCallback(std::move(result));
-        return true;
-    });
+    GameEventResult result{envInfo, event, std::move(eventType), std::move(resultInfo)};
+    (void)WithListeners(
+        [&result](GamePlayerEventCallback& listeners) { listeners.OnEventCallback(std::move(result)); });
 }
 
 }  // namespace TAVIK::GAME_PLAYER

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "common/request_types.h"
 #include "common/velmor_error.h"
 #include "common/velmor_log.h"
 #include "events/game_player_event_callback.h"
@@ -14,28 +15,41 @@ using OHOS::AAFwk::WantParams;
 
 namespace {
 
-// Answers that are no result of a request.
-constexpr int32_t CODE_PLAYER_CHANGED = 9;
-constexpr int32_t CODE_GAME_EXIT = 10;
-
 constexpr const char* KEY_RESULT_CODE = "resultCode";
 constexpr const char* KEY_RESULT_INFO = "resultInfo";
-constexpr const char* TEXT_UNDER_AGE = "The user is under age.";
 
-bool IsKillApp(int32_t code, int32_t requestType)
+constexpr int32_t CODE_ICONS_TOO_LARGE = 100015;
+constexpr const char* TEXT_ICONS_TOO_LARGE = "Total size of icon resource is too large";
+
+[[noreturn]] void ExitGame(const char* callback, int32_t code)
 {
-    if (code == CODE_GAME_EXIT) {
-        return true;
-    }
-    if (code == ERROR_AGREEMENT_NOT_AGREED && requestType == REQUEST_INIT) {
+    if (code == ERROR_AGREEMENT_NOT_AGREED) {
         GAME_LOGI("game exit when init not agreed agreement.");
-        return true;
-    }
-    if (code == ERROR_UNDER_AGE && requestType != REQUEST_QUICK_GAME_LOGIN) {
+    } else if (code == ERROR_UNDER_AGE) {
         GAME_LOGI("game exit when anti-addiction");
-        return true;
     }
-    return false;
+    GAME_LOGI("%{public}s game exit", callback);
+    _exit(0);
+}
+
+// The text that goes with a failure's code, and the code that JS is told.
+const char* AssembleErrorMessage(int32_t requestType, int32_t& code)
+{
+    if (HasFlag(requestType, HIDES_FAILURES)) {
+        GAME_LOGI("AssembleErrorMessage transfer code %{public}d to 0", code);
+        code = ERROR_SUCCESS;
+        return FindErrorMessage(ERROR_SUCCESS);
+    }
+    if (const char* message = FindErrorMessage(code)) {
+        return message;
+    }
+    GAME_LOGE("AssembleErrorMessage resultCode not existed: %{public}d", code);
+    if (requestType == REQUEST_UNION_LOGIN && code == CODE_ICONS_TOO_LARGE) {
+        code = ERROR_PARAMETER;
+        return TEXT_ICONS_TOO_LARGE;
+    }
+    code = ERROR_SYSTEM_INTERNAL;
+    return FindErrorMessage(ERROR_SYSTEM_INTERNAL);
 }
 
 }  // namespace
@@ -43,102 +57,90 @@ bool IsKillApp(int32_t code, int32_t requestType)
 void ModalUICallback::OnResultForModal(int32_t resultCode, const Want& result)
 {
     GAME_LOGI("OnResultForModal resultCode=%{public}d", resultCode);
-    LockedContext context = owner_->Lock();
-    if (!context) {
+    Decision decision = Decide(AnswerKind::RESULT, resultCode);
+    if (decision.context == nullptr) {
         GAME_LOGE("OnResultForModal baseContext is null");
         return;
     }
-    if (IsKillApp(resultCode, context->requestType)) {
-        GAME_LOGI("OnResultForModal game exit");
-        _exit(0);
+    if (decision.verdict.exits) {
+        ExitGame("OnResultForModal", resultCode);
     }
-    context->errorCode = resultCode;
-    if (resultCode == ERROR_UNDER_AGE) {
-        context->antiAddictionRunning = false;
-        DoGameEvent(&*context, 0, EVENT_GAME_ADDICTION_PREVENTED, TEXT_UNDER_AGE);
-    } else if (resultCode == CODE_PLAYER_CHANGED) {
-        DoGameEvent(&*context, 0, EVENT_PLAYER_CHANGED, result.GetStringParam(KEY_RESULT_INFO));
-        return;
-    } else if (resultCode != ERROR_SUCCESS) {
+    switch (decision.verdict.event) {
+        case GameEvent::PLAYER_CHANGED:
+            DoGameEvent(envInfo_, 0, EVENT_PLAYER_CHANGED, result.GetStringParam(KEY_RESULT_INFO));
+            return;
+        case GameEvent::GAME_ADDICTION_PREVENTED:
+            PreventGameAddiction();
+            SendMessageBack(std::move(decision), resultCode);
+            return;
+        case GameEvent::NONE:
+            break;
+    }
+    const char* message = "";
+    if (decision.verdict.isFailure) {
         GAME_LOGI("OnResultForModal set isResetContext to true");
-        context->isResetContext = true;
-        AssembleErrorMessage(*context);
+        message = AssembleErrorMessage(requestType_, resultCode);
     } else {
-        DealResponseForModal(*context, result);
+        DealResponseForModal(decision, result);
     }
-    SendMessageBack(std::move(context));
+    SendMessageBack(std::move(decision), resultCode, message);
 }
 
-void ModalUICallback::DealResponseForModal(BaseContext& context, const Want& result)
+void ModalUICallback::DealResponseForModal(const Decision& decision, const Want& result) const
 {
-    switch (context.requestType) {
-        case REQUEST_GET_LOCAL_PLAYER:
-        case REQUEST_VERIFY_LOCAL_PLAYER:
-            context.isResetContext = true;
-            GAME_LOGI("DealResponseForModal %{public}s close modal and reset context.",
-                      FindApiName(context.requestType));
-            break;
-        case REQUEST_PRE_PURCHASE:
-            context.resultParams = result.GetParams();
-            break;
-        default:
-            GAME_LOGI("DealResponseForModal %{public}s succeed.", FindApiName(context.requestType));
-            break;
+    if (decision.verdict.marksEnd) {
+        GAME_LOGI("DealResponseForModal %{public}s close modal and reset context.",
+                  FindApiName(requestType_));
+    } else if (!decision.verdict.stores) {
+        GAME_LOGI("DealResponseForModal %{public}s succeed.", FindApiName(requestType_));
+    } else if (decision.verdict.settles) {
+        decision.context->resultParams = result.GetParams();
     }
 }
 
 void ModalUICallback::OnReceive(const WantParams& data)
 {
     GAME_LOGI("OnReceive enter");
-    LockedContext context = owner_->Lock();
-    if (!context) {
+    int32_t code = data.GetIntParam(KEY_RESULT_CODE, ERROR_SYSTEM_INTERNAL);
+    const bool isHeard = IsValidEnv(envInfo_);
+    Decision decision = Decide(AnswerKind::RECEIVE, code, isHeard);
+    if (decision.context == nullptr) {
         GAME_LOGE("OnReceive baseContext is null");
         return;
     }
-    const int32_t code = data.GetIntParam(KEY_RESULT_CODE, ERROR_SYSTEM_INTERNAL);
-    context->errorCode = code;
-    if (IsKillApp(code, context->requestType)) {
-        GAME_LOGI("OnReceive game exit");
-        _exit(0);
+    if (decision.verdict.exits) {
+        ExitGame("OnReceive", code);
     }
-    if (!IsValidEnv(context->envInfo)) {
+    if (!isHeard) {
         GAME_LOGE("OnReceive invalid env");
         return;
     }
-    if (code == ERROR_PLAYER_INVALID || code == CODE_PLAYER_CHANGED) {
-        DoGameEvent(&*context, 0, EVENT_PLAYER_CHANGED, data.GetStringParam(KEY_RESULT_INFO));
+    if (decision.verdict.event == GameEvent::PLAYER_CHANGED) {
+        DoGameEvent(envInfo_, 0, EVENT_PLAYER_CHANGED, data.GetStringParam(KEY_RESULT_INFO));
         if (code == CODE_PLAYER_CHANGED) {
             return;
         }
-    } else if (code != ERROR_SUCCESS) {
-        context->isResetContext = true;
-        AssembleErrorMessage(*context);
-    } else {
-        DealResponseForReceive(*context, data);
     }
-    SendMessageBack(std::move(context));
+    const char* message = "";
+    if (decision.verdict.isFailure) {
+        message = AssembleErrorMessage(requestType_, code);
+    } else if (code == ERROR_SUCCESS) {
+        DealResponseForReceive(decision, data);
+    }
+    SendMessageBack(std::move(decision), code, message);
 }
 
-void ModalUICallback::DealResponseForReceive(BaseContext& context, const WantParams& data)
+void ModalUICallback::DealResponseForReceive(const Decision& decision, const WantParams& data)
 {
-    switch (context.requestType) {
-        case REQUEST_GET_LOCAL_PLAYER:
-        case REQUEST_VERIFY_LOCAL_PLAYER:
-        case REQUEST_QUICK_GAME_LOGIN:
-            context.isResetContext = false;
-            context.resultParams = data;
-            DoAntiAddiction(context, data);
-            break;
-        case REQUEST_PRE_PURCHASE:
-            context.resultParams = data;
-            break;
-        case REQUEST_UNION_LOGIN:
-            context.isResetContext = false;
-            context.resultParams = data;
-            break;
-        default:
-            GAME_LOGW("DealResponseForReceive API not supported");
-            break;
+    if (!decision.verdict.stores) {
+        GAME_LOGW("DealResponseForReceive API not supported");
+        return;
+    }
+    if (decision.verdict.settles) {
+        decision.context->resultParams = data;
+    }
+    if (decision.verdict.startsTimer) {
+        DoAntiAddiction(data);
     }
 }
 
@@ -146,113 +148,153 @@ void ModalUICallback::OnError(int32_t code, const std::string& name, const std::
 {
     GAME_LOGE("OnError code=%{public}d, name=%{public}s, message=%{public}s", code, name.c_str(),
               message.c_str());
-    LockedContext context = owner_->Lock();
-    if (!context) {
+    Decision decision = Decide(AnswerKind::ERROR, code);
+    if (decision.context == nullptr) {
         GAME_LOGE("OnError baseContext is null");
         return;
     }
-    if (!context->needMessageBack) {
+    if (decision.isRepeatedError) {
         GAME_LOGE("OnError message has been back");
         return;
     }
-    context->needMessageBack = false;
-    context->isResetContext = true;
-    context->errorCode = code;
-    AssembleErrorMessage(*context);
-    SendMessageBack(std::move(context));
+    const char* text = AssembleErrorMessage(requestType_, code);
+    SendMessageBack(std::move(decision), code, text);
 }
 
 void ModalUICallback::OnRelease(int32_t releaseCode)
 {
     GAME_LOGI("OnRelease releaseCode=%{public}d", releaseCode);
-    LockedContext context = owner_->Lock();
-    if (!context) {
+    Decision decision = Decide(AnswerKind::RELEASE, releaseCode);
+    if (decision.context == nullptr) {
         GAME_LOGE("OnRelease baseContext is null");
         return;
     }
-    if (!IsCloseModalUIExtension(context->requestType, releaseCode)) {
+    if (!decision.verdict.closes) {
         GAME_LOGI("OnRelease end, not need close modal UI extension");
         return;
     }
-    CloseModalUIExtension();
+    if (!HasFlag(requestType_, CLOSES_ON_RELEASE)) {
+        GAME_LOGW("ModalUIExtension meet exception and close modal");
+    }
+    CloseModalUIExtension(std::move(decision));
     GAME_LOGI("OnRelease end, close modal UI extension finished");
 }
 
-bool ModalUICallback::IsCloseModalUIExtension(int32_t requestType, int32_t releaseCode)
+std::shared_ptr<BaseContext> ModalUICallback::Share()
 {
-    switch (requestType) {
-        case REQUEST_GET_LOCAL_PLAYER:
-        case REQUEST_VERIFY_LOCAL_PLAYER:
-        case REQUEST_UNION_LOGIN:
-        case REQUEST_LAUNCH_WELCOME_BANNER:
-        case REQUEST_QUICK_GAME_LOGIN:
-        case REQUEST_LAUNCH_COMMON_PAGE:
-            break;
-        default:
-            if (releaseCode == 0) {
-                return false;
-            }
-            GAME_LOGW("ModalUIExtension meet exception and close modal");
-            break;
-    }
-    LockedContext context = owner_->Lock();
-    if (context && !context->antiAddictionRunning) {
-        context->isResetContext = true;
-    }
-    return true;
+    std::lock_guard<std::mutex> guard(mutex_);
+    return context_;
 }
 
-void ModalUICallback::CloseModalUIExtension()
+// An answer that is not heard, as its environment has ended, may still end the process.
+ModalUICallback::Decision ModalUICallback::Decide(AnswerKind kind, int32_t code, bool isHeard)
 {
-    LockedContext context = owner_->Lock();
-    if (!context) {
-        GAME_LOGE("CloseModalUIExtension baseContext is null");
-        return;
+    std::lock_guard<std::mutex> guard(mutex_);
+    Decision decision;
+    decision.context = context_;
+    decision.verdict = Judge(kind, code, requestType_, state_);
+    if (context_ != nullptr && isHeard) {
+        Note(kind, decision);
     }
-    GAME_LOGI("CloseModalUIExtension %{public}s", FindApiName(context->requestType));
-    CloseModalUIExtension(&*context);
-    ResetContext();
+    return decision;
 }
 
-void ModalUICallback::CloseModalUIExtension(BaseContext* context)
+void ModalUICallback::Note(AnswerKind kind, Decision& decision)
 {
-    if (context == nullptr) {
-        GAME_LOGE("CloseModalUIExtension asyncContext is null");
+    Verdict& verdict = decision.verdict;
+    BaseContext& request = *context_;
+    if (kind == AnswerKind::ERROR && !std::exchange(request.needMessageBack, false)) {
+        decision.isRepeatedError = true;
         return;
     }
-    if (context->sessionId == SESSION_OPENING) {
-        context->sessionId = SESSION_UNWANTED;
-        return;
+    if (state_ == RequestState::ANSWERED && MayEnd()) {
+        verdict.marksStay = verdict.startsTimer = false;  // nothing takes back that its delivery ends it
     }
-    if (context->sessionId <= 0) {
+    if (verdict.event == GameEvent::GAME_ADDICTION_PREVENTED) {
+        request.antiAddictionRunning = false;
+    }
+    if (verdict.marksStay) {
+        request.isResetContext = false;
+    }
+    if (verdict.marksEnd && !(kind == AnswerKind::RELEASE && request.antiAddictionRunning)) {
+        request.isResetContext = true;
+    }
+    if (verdict.settles) {
+        state_ = RequestState::ANSWERED;
+    }
+    decision.isResetContext = request.isResetContext;
+    decision.isTimerRunning = request.antiAddictionRunning;
+    decision.hasEnded = verdict.closes && state_ == RequestState::OPEN && MayEnd();
+    if (decision.hasEnded) {
+        End();
+    }
+}
+
+bool ModalUICallback::MayEnd() const
+{
+    return context_->isResetContext && !context_->antiAddictionRunning;
+}
+
+// The caller holds a share, so that nothing is destroyed under the lock.
+void ModalUICallback::End()
+{
+    state_ = RequestState::ENDED;
+    context_.reset();
+}
+
+void ModalUICallback::CloseModalUIExtension(Decision decision)
+{
+    GAME_LOGI("CloseModalUIExtension %{public}s", FindApiName(requestType_));
+    CloseModalUIExtension(*decision.context);
+    ResetContext(std::move(decision));
+}
+
+// Taken before the platform closes it: an answer from within that call must not close it again.
+void ModalUICallback::CloseModalUIExtension(BaseContext& request)
+{
+    const int32_t sessionId = TakeSessionId(request);
+    if (sessionId <= 0) {
         GAME_LOGI("CloseModalUIExtension need not close modal");
         return;
     }
-    OHOS::Ace::UIContent* content = GetUIContent(*context);
+    OHOS::Ace::UIContent* content = request.FindUIContent();
     if (content == nullptr) {
+        ReturnSessionId(request, sessionId);
         return;
     }
-    content->CloseModalUIExtension(context->sessionId);
-    context->sessionId = 0;
+    content->CloseModalUIExtension(sessionId);
     GAME_LOGI("CloseModalUIExtension closed");
 }
 
-void ModalUICallback::ResetContext()
+int32_t ModalUICallback::TakeSessionId(BaseContext& request)
 {
-    LockedContext context = owner_->Lock();
-    if (!context) {
-        GAME_LOGE("ResetContext context is nullptr");
-        return;
+    std::lock_guard<std::mutex> guard(mutex_);
+    if (request.sessionId <= 0) {
+        isCloseWanted_ = isOpening_;
     }
-    if (context->antiAddictionRunning) {
+    return std::exchange(request.sessionId, 0);
+}
+
+// Unless another modal has opened meanwhile.
+void ModalUICallback::ReturnSessionId(BaseContext& request, int32_t sessionId)
+{
+    std::lock_guard<std::mutex> guard(mutex_);
+    if (request.sessionId == 0) {
+        request.sessionId = sessionId;
+    }
+}
+
+void ModalUICallback::ResetContext(Decision decision)
+{
+    if (decision.isTimerRunning) {
         GAME_LOGI("ResetContext anti-addiction keep context");
         return;
     }
-    if (!context->isResetContext || !context->hasMsgBack) {
+    if (!decision.hasEnded) {
         GAME_LOGI("ResetContext isResetContext or hasMsgBack is false and keep context");
         return;
     }
-    owner_->Release();
+    decision.context.reset();
     GAME_LOGI("ResetContext delete context");
 }
 

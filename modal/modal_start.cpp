@@ -2,8 +2,10 @@
 #include <thread>
 #include <utility>
 
+#include "common/request_types.h"
 #include "common/velmor_error.h"
 #include "common/velmor_log.h"
+#include "common/velmor_util.h"
 #include "modal/modal_ui_callback.h"
 
 namespace TAVIK::GAME_PLAYER {
@@ -29,8 +31,55 @@ ModalUIExtensionConfig MakeModalConfig()
     return config;
 }
 
-ModalUIExtensionCallbacks BindCallbacks(const std::shared_ptr<ModalUICallback>& session)
+UIContent* GetUIContent(const BaseContext& request)
 {
+    if (request.abilityContext != nullptr) {
+        GAME_LOGI("GetUIContent abilityContext is not nullptr");
+    } else if (request.extensionContext != nullptr) {
+        GAME_LOGI("GetUIContent extensionContext is not nullptr");
+    }
+    return request.FindUIContent();
+}
+
+}  // namespace
+
+ModalUICallback::ModalUICallback(std::shared_ptr<BaseContext> request)
+    : envInfo_(request->envInfo),
+      requestType_(request->requestType),
+      context_(std::move(request)),
+      state_(context_->hasMsgBack ? RequestState::OPEN : RequestState::WAITING)
+{
+}
+
+void ModalUICallback::StartUIExtensionAbility(Want want)
+{
+    const std::shared_ptr<BaseContext> request = Share();
+    if (request == nullptr) {
+        GAME_LOGE("asyncContext is nullptr");
+        return;
+    }
+    ModalUIExtensionCallbacks callbacks = BindCallbacks();
+    want.SetParam("ability.want.params.uiExtensionType", "sys/commonUI");
+    want.SetParam("traceId", GetTraceId());
+    UIContent* content = GetUIContent(*request);
+    if (content == nullptr) {
+        GAME_LOGW("UIContent is nullptr and delay start UIExtensionAbility");
+        DelayStartUIExtensionAbility(std::move(want), std::move(callbacks));
+        return;
+    }
+    if (!IsValidEnv(envInfo_)) {
+        GAME_LOGE("StartUIExtensionAbility invalid env");
+        return;
+    }
+    CreateModal(*request, *content, std::move(want), std::move(callbacks));
+    GAME_LOGI("StartUIExtensionAbility create modal succeeded");
+}
+
+// Each start binds the session anew, and says so.
+ModalUIExtensionCallbacks ModalUICallback::BindCallbacks()
+{
+    GAME_LOGI("constructor ModalUICallback");
+    const auto session = shared_from_this();
     ModalUIExtensionCallbacks callbacks;
     callbacks.onRelease = [session](int32_t releaseCode) {
         session->OnRelease(releaseCode);
@@ -47,107 +96,73 @@ ModalUIExtensionCallbacks BindCallbacks(const std::shared_ptr<ModalUICallback>& 
     return callbacks;
 }
 
-}  // namespace
-
-ModalUICallback::ModalUICallback(std::shared_ptr<ContextOwner> owner) : owner_(std::move(owner))
-{
-    GAME_LOGI("constructor ModalUICallback");
-}
-
-void ModalUICallback::StartUIExtensionAbility(Want want, const std::shared_ptr<ContextOwner>& owner)
-{
-    const std::shared_ptr<BaseContext> context = owner->Get();
-    if (context == nullptr) {
-        GAME_LOGE("asyncContext is nullptr");
-        return;
-    }
-    ModalUIExtensionCallbacks callbacks = BindCallbacks(std::make_shared<ModalUICallback>(owner));
-    want.SetParam("ability.want.params.uiExtensionType", "sys/commonUI");
-    want.SetParam("traceId", GetTraceId());
-    UIContent* content = GetUIContent(*context);
-    if (content == nullptr) {
-        GAME_LOGW("UIContent is nullptr and delay start UIExtensionAbility");
-        DelayStartUIExtensionAbility(std::move(want), owner, std::move(callbacks));
-        return;
-    }
-    if (!IsValidEnv(context->envInfo)) {
-        GAME_LOGE("StartUIExtensionAbility invalid env");
-        return;
-    }
-    CreateModal(*owner, *context, *content, std::move(want), std::move(callbacks));
-    GAME_LOGI("StartUIExtensionAbility create modal succeeded");
-}
-
-UIContent* ModalUICallback::GetUIContent(const BaseContext& context)
-{
-    if (context.abilityContext != nullptr) {
-        GAME_LOGI("GetUIContent abilityContext is not nullptr");
-        return context.abilityContext->GetUIContent();
-    }
-    if (context.extensionContext != nullptr) {
-        GAME_LOGI("GetUIContent extensionContext is not nullptr");
-        return context.extensionContext->GetUIContent();
-    }
-    return nullptr;
-}
-
-// Not locked while the platform opens the modal: it may do so on the thread that brings the answers, where
-// one may wait for the lock. One that came before the session id was known, and wanted the modal closed, is
-// obeyed now.
-void ModalUICallback::CreateModal(ContextOwner& owner, BaseContext& context, UIContent& content, Want want,
+// Until the new modal's id is known, answers close the one before. Without one they have the new modal closed
+// as soon as its id is known.
+void ModalUICallback::CreateModal(BaseContext& request, UIContent& content, Want want,
                                   ModalUIExtensionCallbacks callbacks)
 {
-    if (LockedContext locked = owner.Lock()) {
-        context.sessionId = SESSION_OPENING;
-    } else {
-        return;
+    {
+        std::lock_guard<std::mutex> guard(mutex_);
+        if (state_ == RequestState::ENDED) {
+            return;
+        }
+        isOpening_ = true;
     }
     const int32_t sessionId =
         content.CreateModalUIExtension(std::move(want), std::move(callbacks), MakeModalConfig());
-    LockedContext locked = owner.Lock();
-    const bool isWanted = context.sessionId != SESSION_UNWANTED;
-    context.sessionId = sessionId;
-    if (!isWanted) {
-        CloseModalUIExtension(&context);
+    bool isCloseWanted = false;
+    {
+        std::lock_guard<std::mutex> guard(mutex_);
+        request.sessionId = sessionId;
+        isOpening_ = false;
+        isCloseWanted = std::exchange(isCloseWanted_, false);
+    }
+    if (isCloseWanted) {
+        CloseModalUIExtension(request);
     }
 }
 
-void ModalUICallback::DelayStartUIExtensionAbility(Want want, std::shared_ptr<ContextOwner> owner,
-                                                   ModalUIExtensionCallbacks callbacks)
+void ModalUICallback::DelayStartUIExtensionAbility(Want want, ModalUIExtensionCallbacks callbacks)
 {
-    std::thread(WaitForWindow, std::move(want), std::move(owner), std::move(callbacks)).detach();
+    std::thread(&ModalUICallback::WaitForWindow, shared_from_this(), std::move(want), std::move(callbacks))
+        .detach();
 }
 
-void ModalUICallback::WaitForWindow(Want want, const std::shared_ptr<ContextOwner>& owner,
-                                    ModalUIExtensionCallbacks callbacks)
+void ModalUICallback::WaitForWindow(Want want, ModalUIExtensionCallbacks callbacks)
 {
     for (int round = 0; round < RETRY_COUNT; ++round) {
         std::this_thread::sleep_for(RETRY_INTERVAL);
-        auto context = owner->Get();
-        if (context == nullptr || !IsValidEnv(context->envInfo)) {
+        const std::shared_ptr<BaseContext> request = Share();
+        if (request == nullptr || !IsValidEnv(envInfo_)) {
             GAME_LOGE("DelayStartUIExtensionAbility invalid env");
             break;
         }
-        if (UIContent* content = GetUIContent(*context)) {
-            CreateModal(*owner, *context, *content, std::move(want), std::move(callbacks));
+        if (UIContent* content = GetUIContent(*request)) {
+            CreateModal(*request, *content, std::move(want), std::move(callbacks));
             return;
         }
     }
     GAME_LOGE("After delay 5s, uiContent is still nullptr.");
-    AnswerLateStart(owner);
+    AnswerLateStart();
 }
 
-void ModalUICallback::AnswerLateStart(const std::shared_ptr<ContextOwner>& owner)
+// Analytics are not told.
+void ModalUICallback::AnswerLateStart()
 {
-    LockedContext context = owner->Lock();
-    if (!context || context->hasMsgBack) {
+    std::shared_ptr<BaseContext> request;
+    {
+        std::lock_guard<std::mutex> guard(mutex_);
+        if (state_ == RequestState::WAITING) {
+            state_ = RequestState::ANSWERED;
+            request = context_;
+        }
+    }
+    if (request == nullptr) {
         GAME_LOGI("DelayStartUIExtensionAbility need not message back");
         return;
     }
-    context->errorCode = IsFailureHidden(context->requestType) ? ERROR_SUCCESS : ERROR_PARAMETER;
-    std::unique_ptr<WorkData> workData = TakeResult(context, owner);
-    context.Unlock();
-    switch (QueueMessageBack(workData)) {
+    request->errorCode = HasFlag(requestType_, HIDES_FAILURES) ? ERROR_SUCCESS : ERROR_PARAMETER;
+    switch (QueueMessageBack(request)) {
         case QueueStatus::QUEUED:
             return;
         case QueueStatus::NO_LOOP:
@@ -157,7 +172,7 @@ void ModalUICallback::AnswerLateStart(const std::shared_ptr<ContextOwner>& owner
             GAME_LOGE("DelayStartUIExtensionAbility uv_queue_work call failed");
             break;
     }
-    DoMessageBackException(*workData);
+    DoMessageBackException(std::move(request));
 }
 
 }  // namespace TAVIK::GAME_PLAYER

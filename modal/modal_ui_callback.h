@@ -5,51 +5,52 @@
 
 #include <cstdint>
 #include <memory>
+#include <mutex>
 #include <string>
 
-#include "common/loop_work.h"
+#include "common/env_registry.h"
+#include "modal/answer_rules.h"
+#include "modal/base_context.h"
 #include "modal_ui_extension_config.h"
-#include "napi/base_context.h"
 #include "ui_content.h"
 #include "want.h"
 
 namespace TAVIK::GAME_PLAYER {
 
-/// What travels to the JS thread: one result, and the request it belongs to. The result is the delivery's
-/// own, so that answers which come later cannot change it; and so is the context, if the result ends the
-/// request.
-struct WorkData {
-    std::shared_ptr<ContextOwner> owner;
-    std::shared_ptr<BaseContext> context;
-    int32_t errorCode = 0;
-    std::string errorMessage;
-    OHOS::AAFwk::WantParams resultParams;
-};
-
-/// One modal UI-extension session: opens the game-service extension for a request, and decides what each of
-/// its answers means. The platform's callbacks hold it, and it shares the ownership of the request's context,
-/// which a second session of the same request (the anti-addiction page) shares too.
+/// One request from its hand-over to its end: opens the game-service extension, decides what each of its
+/// answers means, and has the result delivered to JS. It owns the request's context. The platform's
+/// callbacks, a start that waits for a window, the anti-addiction timer and a queued delivery share it.
 ///
-/// The four callbacks come on a thread of the platform; results reach JS on the thread of its environment.
-class ModalUICallback
+/// | state    | means                                                       | is left by |
+/// |----------|-------------------------------------------------------------|----------------------------------|
+/// | WAITING  | no answer yet; its modal may be opening, open, or not there | an answer that queues the
+/// result | | ANSWERED | the result is on its way to JS                              | its delivery | | OPEN
+/// | JS has its result, or expects none; the page stays          | a release, an error or another   | | | |
+/// code than 0, unless a timer runs | | ENDED    | the context is gone; answers find nothing | never |
+///
+/// A request is settled once, by its first answer. What comes later may still end the process, raise an
+/// event, close the modal, or end the request.
+///
+/// A callback decides under the lock and acts afterwards. So an answer may come from within any call of the
+/// platform, on any thread, also on one that the platform waits for. Any thread may call any public member.
+class ModalUICallback : public std::enable_shared_from_this<ModalUICallback>
 {
 public:
-    explicit ModalUICallback(std::shared_ptr<ContextOwner> owner);
+    /// Takes over `request`, which must not be null. With its `hasMsgBack` set, JS expects no result.
+    explicit ModalUICallback(std::shared_ptr<BaseContext> request);
 
-    /// Opens the extension for the request over its caller's window, or waits up to five seconds for the
-    /// window; adds the parameters that every request carries. From here on the session owns the context. On
-    /// the JS thread, or on the anti-addiction timer's.
-    static void StartUIExtensionAbility(OHOS::AAFwk::Want want, const std::shared_ptr<ContextOwner>& owner);
+    /// Opens the extension over the caller's window, or waits up to five seconds for the window; adds the
+    /// parameters that every request carries. On the JS thread for the request itself, on the anti-addiction
+    /// timer's for its page, whose modal then takes the place of the request's.
+    void StartUIExtensionAbility(OHOS::AAFwk::Want want);
 
     /// Counts `seconds` down on a thread of its own, then shows the anti-addiction page with `endText` and,
     /// 15 seconds later, ends the process; for a quick game it closes the page and raises an event instead.
-    /// The context is kept meanwhile. Any thread.
-    static void LaunchAntiAddictionAbility(const std::shared_ptr<ContextOwner>& owner, std::string endText,
-                                           int32_t seconds);
+    /// Does nothing while a timer runs.
+    void LaunchAntiAddictionAbility(std::string endText, int32_t seconds);
 
-    /// Hands a game event of the request's environment to the listeners; dropped if that has ended. Any
-    /// thread.
-    static void DoGameEvent(const BaseContext* context, int32_t event, std::string eventType,
+    /// Hands a game event to the listeners of an environment; dropped if that has ended.
+    static void DoGameEvent(const std::shared_ptr<EnvInfo>& envInfo, int32_t event, std::string eventType,
                             std::string resultInfo);
 
     // The platform's callbacks.
@@ -59,38 +60,65 @@ public:
     void OnError(int32_t code, const std::string& name, const std::string& message);
 
 private:
-    static OHOS::Ace::UIContent* GetUIContent(const BaseContext& context);
-    static void CreateModal(ContextOwner& owner, BaseContext& context, OHOS::Ace::UIContent& content,
-                            OHOS::AAFwk::Want want, OHOS::Ace::ModalUIExtensionCallbacks callbacks);
-    static void DelayStartUIExtensionAbility(OHOS::AAFwk::Want want, std::shared_ptr<ContextOwner> owner,
-                                             OHOS::Ace::ModalUIExtensionCallbacks callbacks);
-    static void WaitForWindow(OHOS::AAFwk::Want want, const std::shared_ptr<ContextOwner>& owner,
-                              OHOS::Ace::ModalUIExtensionCallbacks callbacks);
-    static void AnswerLateStart(const std::shared_ptr<ContextOwner>& owner);
+    struct WorkData;
 
-    bool IsCloseModalUIExtension(int32_t requestType, int32_t releaseCode);
-    void CloseModalUIExtension();
-    static void CloseModalUIExtension(BaseContext* context);
-    void ResetContext();
-    void DealResponseForModal(BaseContext& context, const OHOS::AAFwk::Want& result);
-    void DealResponseForReceive(BaseContext& context, const OHOS::AAFwk::WantParams& data);
-    void DoAntiAddiction(BaseContext& context, const OHOS::AAFwk::WantParams& data);
-    static void RunAntiAddictionTimer(const std::shared_ptr<ContextOwner>& owner, int32_t requestType,
-                                      const std::string& endText, int32_t seconds);
-    static void PreventQuickGame(ContextOwner& owner);
+    /// What an answer means, and what was noted of it.
+    struct Decision {
+        std::shared_ptr<BaseContext> context;  // null: the request had ended before
+        Verdict verdict;
+        bool isRepeatedError = false;
+        bool isResetContext = false;
+        bool isTimerRunning = false;
+        bool hasEnded = false;  // this answer ends the request
+    };
 
-    void SendMessageBack(LockedContext context);
-    static void AssembleErrorMessage(BaseContext& context);
-    static std::unique_ptr<WorkData> TakeResult(const LockedContext& context,
-                                                const std::shared_ptr<ContextOwner>& owner);
-    static QueueStatus QueueMessageBack(std::unique_ptr<WorkData>& workData);
+    // Starting.
+    OHOS::Ace::ModalUIExtensionCallbacks BindCallbacks();
+    void CreateModal(BaseContext& request, OHOS::Ace::UIContent& content, OHOS::AAFwk::Want want,
+                     OHOS::Ace::ModalUIExtensionCallbacks callbacks);
+    void DelayStartUIExtensionAbility(OHOS::AAFwk::Want want, OHOS::Ace::ModalUIExtensionCallbacks callbacks);
+    void WaitForWindow(OHOS::AAFwk::Want want, OHOS::Ace::ModalUIExtensionCallbacks callbacks);
+    void AnswerLateStart();
+
+    // Deciding.
+    std::shared_ptr<BaseContext> Share();
+    Decision Decide(AnswerKind kind, int32_t code, bool isHeard = true);
+    void Note(AnswerKind kind, Decision& decision);  // these three under the lock
+    bool MayEnd() const;
+    void End();
+
+    // Acting.
+    void DealResponseForModal(const Decision& decision, const OHOS::AAFwk::Want& result) const;
+    void DealResponseForReceive(const Decision& decision, const OHOS::AAFwk::WantParams& data);
+    void SendMessageBack(Decision decision, int32_t code, const char* message = "");
+    void CloseModalUIExtension(Decision decision);
+    void CloseModalUIExtension(BaseContext& request);
+    int32_t TakeSessionId(BaseContext& request);
+    void ReturnSessionId(BaseContext& request, int32_t sessionId);
+    static void ResetContext(Decision decision);
+
+    // The anti-addiction timer.
+    void DoAntiAddiction(const OHOS::AAFwk::WantParams& data);
+    bool IsTimerRunning();
+    void RunAntiAddictionTimer(const std::string& endText, int32_t seconds);
+    void PreventQuickGame();
+    void PreventGameAddiction() const;
+
+    // Delivering.
+    QueueStatus QueueMessageBack(const std::shared_ptr<BaseContext>& request);
     static void SendMessageBackWork(uv_work_t* work, int status);
-    static bool SettleRequest(WorkData& workData);
-    static void CreateResultMessage(WorkData& workData, napi_value (&result)[2]);
-    static void DoMessageBackSuccess(const WorkData& workData);
-    static void DoMessageBackException(const WorkData& workData);
+    void DoMessageBackSuccess(std::shared_ptr<BaseContext> request);
+    void DoMessageBackException(std::shared_ptr<BaseContext> request);
 
-    const std::shared_ptr<ContextOwner> owner_;
+    const std::shared_ptr<EnvInfo> envInfo_;  // of the context, which it outlives
+    const int32_t requestType_;
+
+    // Guards what follows, and the context's third group of members. Nothing is called under it.
+    std::mutex mutex_;
+    std::shared_ptr<BaseContext> context_;  // null once the request has ended
+    RequestState state_;
+    bool isOpening_ = false;      // the platform is opening a modal, whose id is not known yet
+    bool isCloseWanted_ = false;  // it is to be closed once that is known
 };
 
 }  // namespace TAVIK::GAME_PLAYER

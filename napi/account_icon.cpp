@@ -3,7 +3,9 @@
 #include <cstddef>
 #include <memory>
 
+#include "common/js_value_helpers.h"
 #include "common/velmor_log.h"
+#include "common/velmor_util.h"
 #include "resource_manager.h"
 
 namespace TAVIK::GAME_PLAYER {
@@ -75,7 +77,7 @@ bool ReadByNames(napi_env env, napi_value descriptor, ResourceManager& resources
 std::string GetEncodedAccountIcon(napi_env env, napi_value icon, const BaseContext& context)
 {
     std::string moduleName;
-    JsObjectToString(env, icon, "moduleName", MAX_TEXT_LENGTH, moduleName);
+    JsObjectToString(env, icon, "moduleName", MAX_STRING_LENGTH, moduleName);
     if (moduleName.empty()) {
         GAME_LOGE("GetEncodedAccountIcon moduleName is empty");
         return {};

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "napi/base_context.h"
+#include "modal/base_context.h"
 #include "napi/native_api.h"
 
 namespace TAVIK::GAME_PLAYER {

@@ -1,8 +1,12 @@
 #include <string>
+#include <utility>
 
 #include "analytics/ha_utils.h"
+#include "common/js_value_helpers.h"
+#include "common/request_types.h"
 #include "common/velmor_error.h"
 #include "common/velmor_log.h"
+#include "common/velmor_util.h"
 #include "events/game_player_event_callback.h"
 #include "modal/modal_ui_callback.h"
 #include "napi/game_player_extension_ability.h"
@@ -14,12 +18,6 @@ using Manager = GamePlayerExtensionAbilityManager;
 using OHOS::Velmor::HaUtils;
 
 namespace {
-
-bool IsFunction(napi_env env, napi_value value)
-{
-    napi_valuetype type = napi_undefined;
-    return napi_typeof(env, value, &type) == napi_ok && type == napi_function;
-}
 
 bool IsEventType(const std::string& eventType)
 {
@@ -39,7 +37,7 @@ int32_t SubscribeListener(napi_env env, const CallArguments& args)
     const std::string eventType = GetStringUtf8(env, args.values[0]);
     GAME_LOGI("On params size:%{public}lu, eventType == %{public}s", static_cast<unsigned long>(args.count),
               eventType.c_str());
-    if (!IsFunction(env, args.values[1]) || !IsEventType(eventType)) {
+    if (TypeOf(env, args.values[1]) != napi_function || !IsEventType(eventType)) {
         return ERROR_PARAMETER;
     }
     if (!IsPermitted(eventType)) {
@@ -47,7 +45,6 @@ int32_t SubscribeListener(napi_env env, const CallArguments& args)
     }
     const bool isListening = WithListeners([&](GamePlayerEventCallback& listeners) {
         listeners.RegisterGameEventCallback(env, eventType, args.values[1], args.thisArg);
-        return true;
     });
     return isListening ? ERROR_SUCCESS : ERROR_SYSTEM_INTERNAL;
 }
@@ -64,7 +61,7 @@ int32_t UnsubscribeListener(napi_env env, const CallArguments& args)
         return ERROR_PERMISSION_DENIED;
     }
     const bool isOfAll = args.count < 2;
-    if (!isOfAll && !IsFunction(env, args.values[1])) {
+    if (!isOfAll && TypeOf(env, args.values[1]) != napi_function) {
         GAME_LOGE("Off eventType: %{public}s or callback function invalid", eventType.c_str());
         return ERROR_PARAMETER;
     }
@@ -74,15 +71,15 @@ int32_t UnsubscribeListener(napi_env env, const CallArguments& args)
         } else {
             listeners.UnRegisterGameEventCallback(env, eventType, args.values[1]);
         }
-        return true;
     });
     return isRemoved ? ERROR_SUCCESS : ERROR_SYSTEM_INTERNAL;
 }
 
 // The event is written before an error is thrown.
-napi_value RunListenerCall(napi_env env, napi_callback_info info, RequestType api,
+napi_value RunListenerCall(napi_env env, napi_callback_info info, const char* method, RequestType api,
                            int32_t (*run)(napi_env env, const CallArguments& args))
 {
+    GAME_LOGI("begin %{public}s", method);
     const int64_t startTime = GetCurrentTimestamp();
     CallArguments args;
     if (!args.Read(env, info, 2)) {
@@ -92,7 +89,9 @@ napi_value RunListenerCall(napi_env env, napi_callback_info info, RequestType ap
     HaUtils::ReportEnd(FindApiName(api), startTime, code);
     if (code != ERROR_SUCCESS) {
         ThrowBusinessError(env, code, "");
+        return args.undefined;
     }
+    GAME_LOGI("end %{public}s", method);
     return args.undefined;
 }
 
@@ -100,14 +99,12 @@ napi_value RunListenerCall(napi_env env, napi_callback_info info, RequestType ap
 
 napi_value Manager::On(napi_env env, napi_callback_info info)
 {
-    GAME_LOGI("begin On");
-    return RunListenerCall(env, info, REQUEST_ON, SubscribeListener);
+    return RunListenerCall(env, info, "On", REQUEST_ON, SubscribeListener);
 }
 
 napi_value Manager::Off(napi_env env, napi_callback_info info)
 {
-    GAME_LOGI("begin Off");
-    return RunListenerCall(env, info, REQUEST_OFF, UnsubscribeListener);
+    return RunListenerCall(env, info, "Off", REQUEST_OFF, UnsubscribeListener);
 }
 
 napi_value Manager::OnEventCallback(napi_env env, napi_callback_info info)
@@ -127,13 +124,16 @@ napi_value Manager::OnEventCallback(napi_env env, napi_callback_info info)
         return args.undefined;
     }
     std::string resultInfo;
-    JsObjectToString(env, args.values[0], "resultInfo", MAX_TEXT_LENGTH, resultInfo);
+    JsObjectToString(env, args.values[0], "resultInfo", MAX_STRING_LENGTH, resultInfo);
     if (IsExceptionPending(env)) {
         return nullptr;
     }
-    BaseContext context(REQUEST_UNKNOWN, GetCurrentTimestamp(), args.values[0]);
-    ModalUICallback::DoGameEvent(&context, 0, EVENT_PLAYER_CHANGED, resultInfo);
+    {
+        const BaseContext context;
+        ModalUICallback::DoGameEvent(context.envInfo, 0, EVENT_PLAYER_CHANGED, std::move(resultInfo));
+    }
     GAME_LOGI("OnEventCallback switch game account event callback end");
+    GAME_LOGI("end OnEventCallback");
     return args.undefined;
 }
 
@@ -155,6 +155,7 @@ napi_value Manager::ReportEventOperation(napi_env env, napi_callback_info info)
     const int32_t costTime = ToInt32(env, args.values[1]);
     const std::string apiName = GetStringUtf8(env, args.values[0]);
     HaUtils::ReportEnd(apiName, GetCurrentTimestamp() - costTime, errorCode);
+    GAME_LOGI("end ReportEventOperation");
     return args.undefined;
 }
 

@@ -2,6 +2,8 @@
 
 #include <iterator>
 
+#include "common/env_registry.h"
+#include "common/js_value_helpers.h"
 #include "common/velmor_error.h"
 #include "common/velmor_log.h"
 #include "napi_base_context.h"
@@ -111,8 +113,8 @@ napi_value Manager::Entry(napi_env env, napi_value exports)
 bool Manager::BuildContextForCallback(napi_env env, BaseContext& context)
 {
     GAME_LOGI("this is callback api");
-    napi_valuetype type = napi_undefined;
-    if (napi_typeof(env, context.callbackValue, &type) != napi_ok) {
+    const std::optional<napi_valuetype> type = TypeOf(env, context.callbackValue);
+    if (!type) {
         return false;
     }
     if (type == napi_function &&

@@ -1,7 +1,7 @@
 #ifndef NAPI_GAME_PLAYER_EXTENSION_ABILITY_H
 #define NAPI_GAME_PLAYER_EXTENSION_ABILITY_H
 
-#include "napi/base_context.h"
+#include "modal/base_context.h"
 #include "napi/native_api.h"
 
 namespace TAVIK::GAME_PLAYER {

@@ -1,3 +1,6 @@
+#include <utility>
+
+#include "common/js_value_helpers.h"
 #include "modal/modal_ui_callback.h"
 #include "napi/game_player_extension_ability.h"
 #include "napi/request_contexts.h"
@@ -42,35 +45,38 @@ bool ParseLaunchAntiAddictionReq(napi_env env, const CallArguments& args, Launch
 }
 
 // No page yet: the timer opens it.
-void StartAntiAddiction(const RequestRule& /*rule*/, const std::shared_ptr<BaseContext>& context)
+void StartAntiAddiction(const RequestRule& /*rule*/, const RequestRule::Context& context)
 {
     auto& launch = static_cast<LaunchAntiAddictionContext&>(*context);
-    ModalUICallback::LaunchAntiAddictionAbility(std::make_shared<ContextOwner>(context),
-                                                std::move(launch.antiAddictionInfo), launch.playableTime);
+    std::make_shared<ModalUICallback>(context)->LaunchAntiAddictionAbility(
+        std::move(launch.antiAddictionInfo), launch.playableTime);
 }
 
 }  // namespace
 
 napi_value Manager::LaunchWelcomeBanner(napi_env env, napi_callback_info info)
 {
-    static constexpr RequestRule RULE = PageLaunch("LaunchWelcomeBanner", REQUEST_LAUNCH_WELCOME_BANNER, 2);
-    return RunRequest<LaunchWelcomeBannerContext, ParseLaunchWelcomeBannerReq, ExecuteLaunchWelcomeBanner>(
-        env, info, RULE);
+    static constexpr auto RULE =
+        PageLaunch<LaunchWelcomeBannerContext, ParseLaunchWelcomeBannerReq, ExecuteLaunchWelcomeBanner>(
+            "LaunchWelcomeBanner", REQUEST_LAUNCH_WELCOME_BANNER, 2);
+    return RunRequest(env, info, RULE);
 }
 
 napi_value Manager::LaunchCommonPage(napi_env env, napi_callback_info info)
 {
-    static constexpr RequestRule RULE = PageLaunch("LaunchCommonPage", REQUEST_LAUNCH_COMMON_PAGE, 2);
-    return RunRequest<LaunchCommonPageContext, ParseLaunchCommonPageReq, ExecuteLaunchCommonPage>(env, info,
-                                                                                                  RULE);
+    static constexpr auto RULE =
+        PageLaunch<LaunchCommonPageContext, ParseLaunchCommonPageReq, ExecuteLaunchCommonPage>(
+            "LaunchCommonPage", REQUEST_LAUNCH_COMMON_PAGE, 2);
+    return RunRequest(env, info, RULE);
 }
 
 napi_value Manager::LaunchAntiAddiction(napi_env env, napi_callback_info info)
 {
-    static constexpr RequestRule RULE = PageLaunch("LaunchAntiAddiction", REQUEST_UNKNOWN, 4);
-    static constexpr RequestSteps STEPS =
-        MakeSteps<LaunchAntiAddictionContext, ParseLaunchAntiAddictionReq>(StartAntiAddiction);
-    return RunRequest(env, info, RULE, STEPS);
+    static constexpr auto RULE =
+        PageLaunch<LaunchAntiAddictionContext, ParseLaunchAntiAddictionReq, AddNothing>("LaunchAntiAddiction",
+                                                                                        REQUEST_UNKNOWN, 4)
+            .StartedBy(StartAntiAddiction);
+    return RunRequest(env, info, RULE);
 }
 
 }  // namespace TAVIK::GAME_PLAYER

@@ -1,5 +1,8 @@
+#include <utility>
+
 #include "common/velmor_log.h"
 #include "napi/game_player_extension_ability.h"
+#include "napi/record_reader.h"
 #include "napi/request_contexts.h"
 #include "napi/request_shape.h"
 
@@ -12,27 +15,13 @@ namespace {
 
 constexpr const char* KEY_EXTRA = "tavikExtra";
 
-void ReadText(napi_env env, napi_value object, const char* name, std::string& output)
-{
-    JsObjectToString(env, object, name, MAX_TEXT_LENGTH, output);
-}
-
-// No field is required: an object with none of them is a role of seven empty texts.
+// No field is required: an object with none of them is a role of seven empty strings.
 bool ParseSavePlayerRoleReq(napi_env env, const CallArguments& args, SavePlayerRoleContext& context)
 {
     GAME_LOGI("begin ParseSavePlayerRoleReq");
-    napi_value object = args.values[1];
-    if (!IsObject(env, object)) {
+    if (!ReadRecord(env, args.values[1], context.playerRole)) {
         return false;
     }
-    RVQPlayerRole& role = context.playerRole;
-    ReadText(env, object, "roleId", role.roleId);
-    ReadText(env, object, "roleName", role.roleName);
-    ReadText(env, object, "serverId", role.serverId);
-    ReadText(env, object, "serverName", role.serverName);
-    ReadText(env, object, "gamePlayerId", role.gamePlayerId);
-    ReadText(env, object, "teamPlayerId", role.teamPlayerId);
-    ReadText(env, object, "thirdOpenId", role.thirdOpenId);
     GAME_LOGI("end ParseSavePlayerRoleReq");
     return true;
 }
@@ -44,16 +33,7 @@ void ExecuteSavePlayerRole(SavePlayerRoleContext& context, Want& want)
 
 bool ParsePrePurchaseReq(napi_env env, const CallArguments& args, PrePurchaseContext& context)
 {
-    napi_value object = args.values[1];
-    if (!IsObject(env, object)) {
-        return false;
-    }
-    PurchaseParameter& purchase = context.purchaseParameter;
-    ReadText(env, object, "productId", purchase.productId);
-    JsObjectToInt(env, object, "productType", purchase.productType);
-    ReadText(env, object, "developerPayload", purchase.developerPayload);
-    ReadText(env, object, "reservedInfo", purchase.reservedInfo);
-    return true;
+    return ReadRecord(env, args.values[1], context.purchaseParameter);
 }
 
 void ExecutePrePurchase(PrePurchaseContext& context, Want& want)
@@ -63,12 +43,7 @@ void ExecutePrePurchase(PrePurchaseContext& context, Want& want)
 
 bool ParsePostPurchaseReq(napi_env env, const CallArguments& args, PostPurchaseContext& context)
 {
-    napi_value object = args.values[1];
-    if (!IsObject(env, object)) {
-        return false;
-    }
-    ReadText(env, object, "purchaseData", context.purchaseResult.purchaseData);
-    return true;
+    return ReadRecord(env, args.values[1], context.purchaseResult);
 }
 
 void ExecutePostPurchase(PostPurchaseContext& context, Want& want)
@@ -78,12 +53,7 @@ void ExecutePostPurchase(PostPurchaseContext& context, Want& want)
 
 bool ParseQuickGameLoginReq(napi_env env, const CallArguments& args, QuickGameLoginContext& context)
 {
-    napi_value object = args.values[1];
-    if (!IsObject(env, object)) {
-        return false;
-    }
-    ReadText(env, object, "gameAppId", context.quickGameLoginParam.gameAppId);
-    return true;
+    return ReadRecord(env, args.values[1], context.quickGameLoginParam);
 }
 
 void ExecuteQuickGameLogin(QuickGameLoginContext& context, Want& want)
@@ -95,28 +65,32 @@ void ExecuteQuickGameLogin(QuickGameLoginContext& context, Want& want)
 
 napi_value Manager::SavePlayerRole(napi_env env, napi_callback_info info)
 {
-    static constexpr RequestRule RULE = {"SavePlayerRole", REQUEST_SAVE_PLAYER_ROLE, 3, AtLeast(2),
-                                         CallbackAt(3)};
-    return RunRequest<SavePlayerRoleContext, ParseSavePlayerRoleReq, ExecuteSavePlayerRole>(env, info, RULE);
+    static constexpr auto RULE =
+        Request<SavePlayerRoleContext, ParseSavePlayerRoleReq, ExecuteSavePlayerRole>(
+            "SavePlayerRole", REQUEST_SAVE_PLAYER_ROLE, WithCallback(2));
+    return RunRequest(env, info, RULE);
 }
 
 napi_value Manager::PrePurchase(napi_env env, napi_callback_info info)
 {
-    static constexpr RequestRule RULE = {"PrePurchase", REQUEST_PRE_PURCHASE, 3, AtLeast(2), CallbackAt(3)};
-    return RunRequest<PrePurchaseContext, ParsePrePurchaseReq, ExecutePrePurchase>(env, info, RULE);
+    static constexpr auto RULE = Request<PrePurchaseContext, ParsePrePurchaseReq, ExecutePrePurchase>(
+        "PrePurchase", REQUEST_PRE_PURCHASE, WithCallback(2));
+    return RunRequest(env, info, RULE);
 }
 
 napi_value Manager::PostPurchase(napi_env env, napi_callback_info info)
 {
-    static constexpr RequestRule RULE = {"PostPurchase", REQUEST_POST_PURCHASE, 3, AtLeast(2), CallbackAt(3)};
-    return RunRequest<PostPurchaseContext, ParsePostPurchaseReq, ExecutePostPurchase>(env, info, RULE);
+    static constexpr auto RULE = Request<PostPurchaseContext, ParsePostPurchaseReq, ExecutePostPurchase>(
+        "PostPurchase", REQUEST_POST_PURCHASE, WithCallback(2));
+    return RunRequest(env, info, RULE);
 }
 
 napi_value Manager::QuickGameLogin(napi_env env, napi_callback_info info)
 {
-    static constexpr RequestRule RULE = {"QuickGameLogin", REQUEST_QUICK_GAME_LOGIN, 2, Exactly(2),
-                                         PROMISE_ONLY};
-    return RunRequest<QuickGameLoginContext, ParseQuickGameLoginReq, ExecuteQuickGameLogin>(env, info, RULE);
+    static constexpr auto RULE =
+        Request<QuickGameLoginContext, ParseQuickGameLoginReq, ExecuteQuickGameLogin>(
+            "QuickGameLogin", REQUEST_QUICK_GAME_LOGIN, PromiseOnly(2));
+    return RunRequest(env, info, RULE);
 }
 
 }  // namespace TAVIK::GAME_PLAYER

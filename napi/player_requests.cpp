@@ -1,5 +1,8 @@
+#include <utility>
+
 #include "common/velmor_log.h"
 #include "napi/game_player_extension_ability.h"
+#include "napi/record_reader.h"
 #include "napi/request_contexts.h"
 #include "napi/request_shape.h"
 
@@ -10,50 +13,43 @@ using OHOS::AAFwk::Want;
 
 namespace {
 
-constexpr const char* KEY_THIRD_OPEN_ID = "thirdOpenId";
-constexpr const char* KEY_TEAM_PLAYER_ID = "teamPlayerId";
-constexpr const char* KEY_IS_REAL_NAME = "isRealName";
-constexpr const char* KEY_IS_ADULT = "isAdult";
-constexpr const char* KEY_AGE_RANGE = "ageRange";
+// The type of the request says it all.
+void ExecuteInit(InitContext& /*context*/, Want& /*want*/) {}
+void ExecuteGetLocalPlayer(GetLocalPlayerContext& /*context*/, Want& /*want*/) {}
 
-template <typename Context>
-bool ParseBindPlayerReq(napi_env env, const CallArguments& args, Context& context)
+bool ParseBindPlayerReq(napi_env env, const CallArguments& args, BindPlayerContext& context)
 {
     context.thirdOpenId = GetStringUtf8(env, args.values[1]);
     context.teamPlayerId = GetStringUtf8(env, args.values[2]);
     return true;
 }
 
-template <typename Context>
-void ExecuteBindPlayer(Context& context, Want& want)
+void ExecuteBindPlayer(BindPlayerContext& context, Want& want)
 {
-    want.SetParam(KEY_THIRD_OPEN_ID, std::move(context.thirdOpenId));
-    want.SetParam(KEY_TEAM_PLAYER_ID, std::move(context.teamPlayerId));
+    want.SetParam("thirdOpenId", std::move(context.thirdOpenId));
+    want.SetParam("teamPlayerId", std::move(context.teamPlayerId));
+}
+
+void ExecuteUnbindPlayer(UnbindPlayerContext& context, Want& want)
+{
+    ExecuteBindPlayer(context, want);
 }
 
 // A missing or wrong `thirdOpenId` is sent as an empty one, and left to the extension to judge.
 bool ParseVerifyLocalPlayerReq(napi_env env, const CallArguments& args, VerifyLocalPlayerContext& context)
 {
     GAME_LOGI("begin ParseVerifyLocalPlayerReq");
-    napi_value object = args.values[1];
-    if (!IsObject(env, object)) {
+    ThirdUserInfo& info = context.thirdUserInfo;
+    if (!ReadRecord(env, args.values[1], info)) {
         return false;
     }
-    ThirdUserInfo& info = context.thirdUserInfo;
-    JsObjectToString(env, object, KEY_THIRD_OPEN_ID, MAX_TEXT_LENGTH, info.thirdOpenId);
-    if (HasProperty(env, object, KEY_IS_REAL_NAME)) {
-        JsObjectToBool(env, object, KEY_IS_REAL_NAME, info.isRealName);
-        info.isRealNameSet = true;
+    if (info.isRealNameSet) {
         GAME_LOGI("has isRealName field");
     }
-    if (HasProperty(env, object, KEY_IS_ADULT)) {
-        JsObjectToBool(env, object, KEY_IS_ADULT, info.isAdult);
-        info.isAdultSet = true;
+    if (info.isAdultSet) {
         GAME_LOGI("has isAdult field");
     }
-    if (HasProperty(env, object, KEY_AGE_RANGE)) {
-        JsObjectToInt(env, object, KEY_AGE_RANGE, info.ageRange);
-        info.ageRangeSet = true;
+    if (info.ageRangeSet) {
         GAME_LOGI("has ageRange field");
     }
     GAME_LOGI("end ParseVerifyLocalPlayerReq");
@@ -69,37 +65,40 @@ void ExecuteVerifyLocalPlayer(VerifyLocalPlayerContext& context, Want& want)
 
 napi_value Manager::Init(napi_env env, napi_callback_info info)
 {
-    static constexpr RequestRule RULE = {"Init", REQUEST_INIT, 2, AtLeast(1), CallbackAt(2)};
-    return RunRequest<InitContext>(env, info, RULE);
+    static constexpr auto RULE =
+        Request<InitContext, ParseNothing, ExecuteInit>("Init", REQUEST_INIT, WithCallback(1));
+    return RunRequest(env, info, RULE);
 }
 
 napi_value Manager::GetLocalPlayer(napi_env env, napi_callback_info info)
 {
-    static constexpr RequestRule RULE = {"GetLocalPlayer", REQUEST_GET_LOCAL_PLAYER, 2, AtLeast(1),
-                                         CallbackAt(2)};
-    return RunRequest<GetLocalPlayerContext>(env, info, RULE);
+    static constexpr auto RULE = Request<GetLocalPlayerContext, ParseNothing, ExecuteGetLocalPlayer>(
+        "GetLocalPlayer", REQUEST_GET_LOCAL_PLAYER, WithCallback(1));
+    return RunRequest(env, info, RULE);
 }
 
 napi_value Manager::BindPlayer(napi_env env, napi_callback_info info)
 {
-    static constexpr RequestRule RULE = {"BindPlayer", REQUEST_BIND_PLAYER, 3,
-                                         Exactly(3),   PROMISE_ONLY,        false};
-    return RunRequest<BindPlayerContext, ParseBindPlayerReq, ExecuteBindPlayer>(env, info, RULE);
+    static constexpr auto RULE = Request<BindPlayerContext, ParseBindPlayerReq, ExecuteBindPlayer>(
+                                     "BindPlayer", REQUEST_BIND_PLAYER, PromiseOnly(3))
+                                     .WithoutCountLog();
+    return RunRequest(env, info, RULE);
 }
 
 napi_value Manager::UnbindPlayer(napi_env env, napi_callback_info info)
 {
-    static constexpr RequestRule RULE = {"UnbindPlayer", REQUEST_UNBIND_PLAYER, 3,
-                                         Exactly(3),     PROMISE_ONLY,          false};
-    return RunRequest<UnbindPlayerContext, ParseBindPlayerReq, ExecuteBindPlayer>(env, info, RULE);
+    static constexpr auto RULE = Request<UnbindPlayerContext, ParseBindPlayerReq, ExecuteUnbindPlayer>(
+                                     "UnbindPlayer", REQUEST_UNBIND_PLAYER, PromiseOnly(3))
+                                     .WithoutCountLog();
+    return RunRequest(env, info, RULE);
 }
 
 napi_value Manager::VerifyLocalPlayer(napi_env env, napi_callback_info info)
 {
-    static constexpr RequestRule RULE = {"VerifyLocalPlayer", REQUEST_VERIFY_LOCAL_PLAYER, 2, Exactly(2),
-                                         PROMISE_ONLY};
-    return RunRequest<VerifyLocalPlayerContext, ParseVerifyLocalPlayerReq, ExecuteVerifyLocalPlayer>(
-        env, info, RULE);
+    static constexpr auto RULE =
+        Request<VerifyLocalPlayerContext, ParseVerifyLocalPlayerReq, ExecuteVerifyLocalPlayer>(
+            "VerifyLocalPlayer", REQUEST_VERIFY_LOCAL_PLAYER, PromiseOnly(2));
+    return RunRequest(env, info, RULE);
 }
 
 }  // namespace TAVIK::GAME_PLAYER

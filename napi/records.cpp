@@ -44,61 +44,44 @@ std::string DumpLong(const json& object, size_t length)
     return text;
 }
 
-}  // namespace
-
 // Members are assigned one by one: the library copies what an initialiser list holds.
+template <typename Record>
+json ToJson(Record& record)
+{
+    json object;
+    record.VisitFields([&object](const char* key, auto& value, bool isSet = true) {
+        if (isSet) {
+            object[key] = std::move(value);
+        }
+    });
+    return object;
+}
+
+}  // namespace
 
 std::string ThirdUserInfo::ToString() &&
 {
-    json object;
-    object["thirdOpenId"] = std::move(thirdOpenId);
-    if (isRealNameSet) {
-        object["isRealName"] = isRealName;
-    }
-    if (isAdultSet) {
-        object["isAdult"] = isAdult;
-    }
-    if (ageRangeSet) {
-        object["ageRange"] = ageRange;
-    }
-    return object.dump();
+    return ToJson(*this).dump();
 }
 
 std::string RVQPlayerRole::ToString() &&
 {
-    json object;
-    object["roleId"] = std::move(roleId);
-    object["roleName"] = std::move(roleName);
-    object["serverId"] = std::move(serverId);
-    object["serverName"] = std::move(serverName);
-    object["gamePlayerId"] = std::move(gamePlayerId);
-    object["teamPlayerId"] = std::move(teamPlayerId);
-    object["thirdOpenId"] = std::move(thirdOpenId);
-    return object.dump();
+    return ToJson(*this).dump();
 }
 
 std::string PurchaseParameter::ToString() &&
 {
-    json object;
-    object["productId"] = std::move(productId);
-    object["productType"] = productType;
-    object["developerPayload"] = std::move(developerPayload);
-    object["reservedInfo"] = std::move(reservedInfo);
-    return object.dump();
+    return ToJson(*this).dump();
 }
 
 std::string CreatePurchaseResult::ToString() &&
 {
-    json object;
-    object["purchaseData"] = std::move(purchaseData);
-    return object.dump();
+    return ToJson(*this).dump();
 }
 
 std::string QuickGameLoginParam::ToString() &&
 {
-    json object;
-    object["gameAppId"] = std::move(gameAppId);
-    return object.dump();
+    return ToJson(*this).dump();
 }
 
 std::string UnionLoginParam::ToString() &&
@@ -109,16 +92,11 @@ std::string UnionLoginParam::ToString() &&
     json accounts = json::array();
     for (ThirdAccountInfo& info : thirdAccountInfos) {
         length += info.encodedIcon.size() + info.accountName.size() + ACCOUNT_FRAME_LENGTH;
-        json account;
+        json account = ToJson(info);
         account["encodedIcon"] = std::move(info.encodedIcon);
-        account["accountName"] = std::move(info.accountName);
         accounts.push_back(std::move(account));
     }
-    json object;
-    object["showLoginDialog"] = showLoginDialog;
-    if (hasLoginPanelType) {
-        object["loginPanelType"] = loginPanelType;
-    }
+    json object = ToJson(*this);
     object["thirdAccountInfos"] = std::move(accounts);
     return DumpLong(object, length);
 }

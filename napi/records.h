@@ -7,11 +7,12 @@
 
 namespace TAVIK::GAME_PLAYER {
 
-// What a game passes to the extension. Each record is read from a JS object, leniently: what is missing or of
-// the wrong type stays empty. `ToString` makes compact JSON (RFC 8259) in UTF-8, with the keys in order; it
-// hands the record's texts over to the JSON, and so is called once.
+// What a game passes to the extension. `VisitFields` tells a record's fields by key, in the order in which
+// they are read from a JS object; a field with a third argument counts only if the game gave it. `ToString`
+// makes compact JSON (RFC 8259) in UTF-8, with the keys in order; it hands the record's strings over to the
+// JSON, and so is called once.
 
-/// What a game knows of its own account. A fact counts only if the game gave it.
+/// What a game knows of its own account.
 struct ThirdUserInfo {
     std::string thirdOpenId;  // the account's id in the game
     bool isRealName = false;
@@ -21,6 +22,14 @@ struct ThirdUserInfo {
     bool isAdultSet = false;
     bool ageRangeSet = false;
 
+    template <typename Visitor>
+    void VisitFields(Visitor visit)
+    {
+        visit("thirdOpenId", thirdOpenId);
+        visit("isRealName", isRealName, isRealNameSet);
+        visit("isAdult", isAdult, isAdultSet);
+        visit("ageRange", ageRange, ageRangeSet);
+    }
     std::string ToString() &&;
 };
 
@@ -34,6 +43,17 @@ struct RVQPlayerRole {
     std::string teamPlayerId;
     std::string thirdOpenId;
 
+    template <typename Visitor>
+    void VisitFields(Visitor visit)
+    {
+        visit("roleId", roleId);
+        visit("roleName", roleName);
+        visit("serverId", serverId);
+        visit("serverName", serverName);
+        visit("gamePlayerId", gamePlayerId);
+        visit("teamPlayerId", teamPlayerId);
+        visit("thirdOpenId", thirdOpenId);
+    }
     std::string ToString() &&;
 };
 
@@ -44,6 +64,14 @@ struct PurchaseParameter {
     std::string developerPayload;
     std::string reservedInfo;
 
+    template <typename Visitor>
+    void VisitFields(Visitor visit)
+    {
+        visit("productId", productId);
+        visit("productType", productType);
+        visit("developerPayload", developerPayload);
+        visit("reservedInfo", reservedInfo);
+    }
     std::string ToString() &&;
 };
 
@@ -51,6 +79,11 @@ struct PurchaseParameter {
 struct CreatePurchaseResult {
     std::string purchaseData;
 
+    template <typename Visitor>
+    void VisitFields(Visitor visit)
+    {
+        visit("purchaseData", purchaseData);
+    }
     std::string ToString() &&;
 };
 
@@ -58,22 +91,39 @@ struct CreatePurchaseResult {
 struct QuickGameLoginParam {
     std::string gameAppId;
 
+    template <typename Visitor>
+    void VisitFields(Visitor visit)
+    {
+        visit("gameAppId", gameAppId);
+    }
     std::string ToString() &&;
 };
 
 /// One of the game's own accounts, as the login panel shows it.
 struct ThirdAccountInfo {
-    std::string encodedIcon;  // base64
+    std::string encodedIcon;  // base64; read from the game's resources
     std::string accountName;
+
+    template <typename Visitor>
+    void VisitFields(Visitor visit)
+    {
+        visit("accountName", accountName);
+    }
 };
 
 /// A joint login.
 struct UnionLoginParam {
     bool showLoginDialog = false;
     int32_t loginPanelType = 0;
-    std::vector<ThirdAccountInfo> thirdAccountInfos;
-    bool hasLoginPanelType = false;  // the game gave one
+    std::vector<ThirdAccountInfo> thirdAccountInfos;  // read one by one
+    bool hasLoginPanelType = false;
 
+    template <typename Visitor>
+    void VisitFields(Visitor visit)
+    {
+        visit("showLoginDialog", showLoginDialog);
+        visit("loginPanelType", loginPanelType, hasLoginPanelType);
+    }
     std::string ToString() &&;
 };
 

@@ -1,7 +1,12 @@
 #include "napi/request_shape.h"
 
+#include <utility>
+
 #include "analytics/ha_utils.h"
+#include "common/js_value_helpers.h"
+#include "common/velmor_error.h"
 #include "common/velmor_log.h"
+#include "common/velmor_util.h"
 #include "modal/game_service_want.h"
 #include "modal/modal_ui_callback.h"
 #include "napi/game_player_extension_ability.h"
@@ -17,15 +22,25 @@ void ReportFailure(RequestType type, int64_t startTime)
     OHOS::Velmor::HaUtils::ReportEnd(FindApiName(type), startTime, ERROR_PARAMETER);
 }
 
-int32_t FailureCode(const RequestRule& rule)
+int32_t FailureCode(RequestType type)
 {
-    return IsFailureHidden(rule.type) ? ERROR_SUCCESS : ERROR_PARAMETER;
+    return HasFlag(type, HIDES_FAILURES) ? ERROR_SUCCESS : ERROR_PARAMETER;
 }
 
-bool BuildContext(napi_env env, const RequestRule& rule, const CallArguments& args, BaseContext& context,
+RequestRule::Context CreateContext(const RequestRule& rule, const CallArguments& args, int64_t startTime)
+{
+    RequestRule::Context context = rule.create();
+    context->startTime = startTime;
+    context->contextValue = args.values[0];
+    context->requestType = rule.type;
+    context->hasMsgBack = !rule.isAnswered;
+    return context;
+}
+
+bool BuildContext(napi_env env, const ArgumentRule& rule, const CallArguments& args, BaseContext& context,
                   napi_value& promise)
 {
-    if (rule.callbackCount == PROMISE_ONLY || args.count != rule.callbackCount) {
+    if (rule.callbackCount == 0 || args.count != rule.callbackCount) {
         return Manager::BuildContextForPromise(env, context, promise);
     }
     context.callbackValue = args.values[rule.callbackCount - 1];
@@ -34,7 +49,7 @@ bool BuildContext(napi_env env, const RequestRule& rule, const CallArguments& ar
 
 void FailRequest(napi_env env, const RequestRule& rule, BaseContext& context)
 {
-    if (rule.answer == Answer::NONE) {
+    if (!rule.isAnswered) {
         GAME_LOGE("%{public}s build context failed", rule.method);
         return;
     }
@@ -42,7 +57,7 @@ void FailRequest(napi_env env, const RequestRule& rule, BaseContext& context)
     if (IsExceptionPending(env)) {
         return;
     }
-    context.errCode = FailureCode(rule);
+    context.errCode = FailureCode(rule.type);
     napi_value error = CreateBusinessError(env, context.errCode, "");
     Manager::ReturnCallbackOrPromise(env, context, error, nullptr);
 }
@@ -61,46 +76,43 @@ bool CallArguments::Read(napi_env env, napi_callback_info info, size_t maxArgs)
     return true;
 }
 
-void OpenExtension(const RequestRule& rule, const std::shared_ptr<BaseContext>& context,
-                   void (*addParams)(BaseContext& context, OHOS::AAFwk::Want& want))
+void OpenExtension(const RequestRule& rule, const RequestRule::Context& context)
 {
     GAME_LOGI("begin Execute%{public}s", rule.method);
     OHOS::AAFwk::Want want = MakeGameServiceWant(rule.type);
-    addParams(*context, want);
-    ModalUICallback::StartUIExtensionAbility(std::move(want), std::make_shared<ContextOwner>(context));
+    rule.addParams(*context, want);
+    std::make_shared<ModalUICallback>(context)->StartUIExtensionAbility(std::move(want));
     GAME_LOGI("end Execute%{public}s", rule.method);
 }
 
-napi_value RunRequest(napi_env env, napi_callback_info info, const RequestRule& rule,
-                      const RequestSteps& steps)
+napi_value RunRequest(napi_env env, napi_callback_info info, const RequestRule& rule)
 {
     GAME_LOGI("begin %{public}s", rule.method);
-    const int64_t startTime = rule.answer == Answer::EXPECTED ? GetCurrentTimestamp() : 0;
+    const int64_t startTime = rule.isAnswered ? GetCurrentTimestamp() : 0;
     if (!IsValidEnv(gEnvInfo)) {
         GAME_LOGE("%{public}s invalid env", rule.method);
         return nullptr;
     }
     CallArguments args;
-    if (!args.Read(env, info, rule.maxArgs)) {
+    if (!args.Read(env, info, rule.arguments.read)) {
         return nullptr;
     }
     if (rule.isCountLogged) {
         GAME_LOGI("%{public}s params size:%{public}lu", rule.method, static_cast<unsigned long>(args.count));
     }
-    if (!rule.counts.Accepts(args.count)) {
+    if (args.count < rule.arguments.min || args.count > rule.arguments.max) {
         ReportFailure(rule.type, startTime);
-        ThrowBusinessError(env, FailureCode(rule), "");
+        ThrowBusinessError(env, FailureCode(rule.type), "");
         return args.undefined;
     }
-    std::shared_ptr<BaseContext> context = steps.create(rule.type, startTime, args.values[0]);
-    context->hasMsgBack = rule.answer == Answer::NONE;
+    const RequestRule::Context context = CreateContext(rule, args, startTime);
     napi_value result = args.undefined;
-    if (!BuildContext(env, rule, args, *context, result) || !steps.parse(env, args, *context) ||
+    if (!BuildContext(env, rule.arguments, args, *context, result) || !rule.parse(env, args, *context) ||
         IsExceptionPending(env)) {
         FailRequest(env, rule, *context);
         return result;
     }
-    steps.execute(rule, context);
+    rule.start(rule, context);
     GAME_LOGI("end %{public}s", rule.method);
     return result;
 }

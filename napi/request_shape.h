@@ -5,8 +5,8 @@
 #include <cstdint>
 #include <memory>
 
-#include "common/velmor_error.h"
-#include "napi/base_context.h"
+#include "common/request_types.h"
+#include "modal/base_context.h"
 #include "napi/native_api.h"
 #include "want.h"
 
@@ -24,112 +24,122 @@ struct CallArguments {
     bool Read(napi_env env, napi_callback_info info, size_t maxArgs);
 };
 
-/// How many arguments a method takes.
-struct CountRule {
-    size_t min = 0;
-    size_t max = SIZE_MAX;
-
-    constexpr bool Accepts(size_t count) const { return count >= min && count <= max; }
+/// How many arguments a method takes, and which forms it has.
+struct ArgumentRule {
+    size_t min;
+    size_t max;
+    size_t read;
+    size_t callbackCount;  // of the callback form, whose last argument is the callback; 0: there is none
 };
 
-constexpr CountRule AtLeast(size_t count)
+/// `count` arguments and a callback, or any other number from `count` on for a promise.
+constexpr ArgumentRule WithCallback(size_t count)
 {
-    return {count, SIZE_MAX};
-}
-constexpr CountRule Exactly(size_t count)
-{
-    return {count, count};
+    return {count, SIZE_MAX, count + 1, count + 1};
 }
 
-/// The count of arguments that selects the callback form; the last one is the callback then.
-inline constexpr size_t PROMISE_ONLY = 0;
-constexpr size_t CallbackAt(size_t count)
+/// Exactly `count` arguments, for a promise.
+constexpr ArgumentRule PromiseOnly(size_t count)
 {
-    return count;
+    return {count, count, count, 0};
 }
 
-/// Whether the extension's answer, or a failure before it, reaches the caller and analytics. A page launch
-/// expects no answer: its promise, which never settles, only tells that the call was taken.
-enum class Answer { EXPECTED, NONE };
+/// Any number of arguments, of which the first `count` are read, for a promise.
+constexpr ArgumentRule Unchecked(size_t count)
+{
+    return {0, SIZE_MAX, count, 0};
+}
 
-/// What distinguishes one asynchronous method from another before its parameters are read.
+/// One asynchronous method: see `Request` and `PageLaunch`.
 struct RequestRule {
-    const char* method = nullptr;  // as log lines name it
-    RequestType type = REQUEST_UNKNOWN;
-    size_t maxArgs = 0;  // read at most
-    CountRule counts;
-    size_t callbackCount = PROMISE_ONLY;
+    using Context = std::shared_ptr<BaseContext>;
+
+    const char* method;  // as log lines name it
+    RequestType type;
+    ArgumentRule arguments;
+    Context (*create)();
+    bool (*parse)(napi_env env, const CallArguments& args, BaseContext& context);
+    void (*addParams)(BaseContext& context, OHOS::AAFwk::Want& want);
+    void (*start)(const RequestRule& rule, const Context& context);
+    RequestType failureType;
     bool isCountLogged = true;
-    Answer answer = Answer::EXPECTED;
-    RequestType failureType = type;  // whose name a failure after the count was accepted has in analytics
+    bool isAnswered = true;
+
+    /// Writes no line that tells the number of arguments.
+    constexpr RequestRule WithoutCountLog() const
+    {
+        RequestRule rule = *this;
+        rule.isCountLogged = false;
+        return rule;
+    }
+
+    /// Analytics know a call that fails after its arguments were counted under the name of another type.
+    constexpr RequestRule FailingAs(RequestType other) const
+    {
+        RequestRule rule = *this;
+        rule.failureType = other;
+        return rule;
+    }
+
+    /// Hands the request over in another way than by opening the extension.
+    constexpr RequestRule StartedBy(void (*handOver)(const RequestRule& rule, const Context& context)) const
+    {
+        RequestRule rule = *this;
+        rule.start = handOver;
+        return rule;
+    }
 };
 
-constexpr RequestRule PageLaunch(const char* method, RequestType type, size_t maxArgs)
+/// Opens the game-service extension with a Want of the request's type, to which the rule's parameters are
+/// added.
+void OpenExtension(const RequestRule& rule, const RequestRule::Context& context);
+
+inline bool ParseNothing(napi_env /*env*/, const CallArguments& /*args*/, BaseContext& /*context*/)
 {
-    return {method, type, maxArgs, AtLeast(0), PROMISE_ONLY, false, Answer::NONE};
+    return true;
 }
 
-/// What a method does of its own: makes its context, reads its parameters into it and answers whether they
-/// will do, and hands the request over.
-struct RequestSteps {
-    std::shared_ptr<BaseContext> (*create)(int32_t type, int64_t startTime,
-                                           napi_value contextValue) = nullptr;
-    bool (*parse)(napi_env env, const CallArguments& args, BaseContext& context) = nullptr;
-    void (*execute)(const RequestRule& rule, const std::shared_ptr<BaseContext>& context) = nullptr;
-};
+inline void AddNothing(BaseContext& /*context*/, OHOS::AAFwk::Want& /*want*/) {}
+
+/// A method that opens the extension and brings JS its answer: its name, its type, its arguments; the class
+/// of its context; PARSE, which reads the parameters into it and tells whether they will do; and EXECUTE,
+/// which adds to the Want.
+template <typename Context, auto PARSE, auto EXECUTE>
+constexpr RequestRule Request(const char* method, RequestType type, ArgumentRule arguments)
+{
+    return {
+        method,
+        type,
+        arguments,
+        []() -> RequestRule::Context { return std::make_shared<Context>(); },
+        [](napi_env env, const CallArguments& args, BaseContext& context) {
+            return PARSE(env, args, static_cast<Context&>(context));
+        },
+        [](BaseContext& context, OHOS::AAFwk::Want& want) { EXECUTE(static_cast<Context&>(context), want); },
+        OpenExtension,
+        type,
+    };
+}
+
+/// A method whose answer reaches nobody: neither the caller, whose promise never settles and only tells that
+/// the call was taken, nor analytics. The same holds for a failure, which is only logged. It reads `count`
+/// arguments, and takes any number.
+template <typename Context, auto PARSE, auto EXECUTE>
+constexpr RequestRule PageLaunch(const char* method, RequestType type, size_t count)
+{
+    RequestRule rule = Request<Context, PARSE, EXECUTE>(method, type, Unchecked(count));
+    rule.isCountLogged = false;
+    rule.isAnswered = false;
+    return rule;
+}
 
 /// One asynchronous JS method from its call to the opened extension: reads the arguments, builds the context
 /// in the form that the caller chose, parses, and hands the request over to its session. Returns the promise,
 /// or `undefined` in the callback form. What fails on the way is reported to analytics as 401, and to JS as
 /// business error 401 (0 for the types whose failures are hidden): thrown for a wrong count, by promise or
-/// callback otherwise; a page launch only logs it. An exception that a getter throws while parameters are
-/// read ends the call.
-napi_value RunRequest(napi_env env, napi_callback_info info, const RequestRule& rule,
-                      const RequestSteps& steps);
-
-/// Opens the game-service extension with a Want of the request's type, to which `addParams` adds.
-void OpenExtension(const RequestRule& rule, const std::shared_ptr<BaseContext>& context,
-                   void (*addParams)(BaseContext& context, OHOS::AAFwk::Want& want));
-
-template <typename Context>
-bool NoParameters(napi_env /*env*/, const CallArguments& /*args*/, Context& /*context*/)
-{
-    return true;
-}
-
-template <typename Context>
-void AddNothing(Context& /*context*/, OHOS::AAFwk::Want& /*want*/)
-{
-}
-
-/// The steps of a request with a context class of its own and its parser.
-template <typename Context, bool (*PARSE)(napi_env, const CallArguments&, Context&)>
-constexpr RequestSteps MakeSteps(void (*execute)(const RequestRule&, const std::shared_ptr<BaseContext>&))
-{
-    return {
-        [](int32_t type, int64_t startTime, napi_value contextValue) -> std::shared_ptr<BaseContext> {
-            return std::make_shared<Context>(type, startTime, contextValue);
-        },
-        [](napi_env env, const CallArguments& args, BaseContext& context) {
-            return PARSE(env, args, static_cast<Context&>(context));
-        },
-        execute,
-    };
-}
-
-/// `RunRequest` for a request that opens the extension: its context class, its parser, and what it adds to
-/// the Want.
-template <typename Context, bool (*PARSE)(napi_env, const CallArguments&, Context&) = NoParameters<Context>,
-          void (*EXECUTE)(Context&, OHOS::AAFwk::Want&) = AddNothing<Context>>
-napi_value RunRequest(napi_env env, napi_callback_info info, const RequestRule& rule)
-{
-    constexpr auto OPEN = [](const RequestRule& request, const std::shared_ptr<BaseContext>& context) {
-        OpenExtension(request, context, [](BaseContext& base, OHOS::AAFwk::Want& want) {
-            EXECUTE(static_cast<Context&>(base), want);
-        });
-    };
-    return RunRequest(env, info, rule, MakeSteps<Context, PARSE>(OPEN));
-}
+/// callback otherwise. An exception that a getter throws while parameters are read ends the call. On `env`'s
+/// JS thread.
+napi_value RunRequest(napi_env env, napi_callback_info info, const RequestRule& rule);
 
 }  // namespace TAVIK::GAME_PLAYER
 

@@ -4,6 +4,7 @@
 #include "common/velmor_log.h"
 #include "napi/account_icon.h"
 #include "napi/game_player_extension_ability.h"
+#include "napi/record_reader.h"
 #include "napi/request_contexts.h"
 #include "napi/request_shape.h"
 
@@ -14,7 +15,6 @@ using OHOS::AAFwk::Want;
 
 namespace {
 
-constexpr const char* KEY_PANEL_TYPE = "loginPanelType";
 constexpr const char* KEY_ACCOUNTS = "thirdAccountInfos";
 constexpr const char* KEY_ICON = "accountIcon";
 
@@ -46,7 +46,7 @@ bool ReadIcon(napi_env env, napi_value element, const UnionLoginContext& context
 void ReadAccount(napi_env env, napi_value element, UnionLoginContext& context)
 {
     ThirdAccountInfo account;
-    JsObjectToString(env, element, "accountName", MAX_TEXT_LENGTH, account.accountName);
+    account.VisitFields(FieldReader(env, element));
     if (ReadIcon(env, element, context, account)) {
         context.unionLoginParam.thirdAccountInfos.push_back(std::move(account));
     }
@@ -79,18 +79,14 @@ void JsObjectToAccountInfoList(napi_env env, napi_value object, UnionLoginContex
 // Problems with accounts never fail the request.
 bool ParseUnionLoginReq(napi_env env, const CallArguments& args, UnionLoginContext& context)
 {
-    napi_value object = args.values[1];
-    if (!IsObject(env, object)) {
+    UnionLoginParam& param = context.unionLoginParam;
+    if (!ReadRecord(env, args.values[1], param)) {
         return false;
     }
-    UnionLoginParam& param = context.unionLoginParam;
-    JsObjectToBool(env, object, "showLoginDialog", param.showLoginDialog);
-    if (HasProperty(env, object, KEY_PANEL_TYPE)) {
-        JsObjectToInt(env, object, KEY_PANEL_TYPE, param.loginPanelType);
-        param.hasLoginPanelType = true;
+    if (param.hasLoginPanelType) {
         GAME_LOGI("ParseUnionLoginReq hasLoginPanelType");
     }
-    JsObjectToAccountInfoList(env, object, context);
+    JsObjectToAccountInfoList(env, args.values[1], context);
     return true;
 }
 
@@ -105,10 +101,10 @@ napi_value Manager::UnionLogin(napi_env env, napi_callback_info info)
 {
     // A call that fails after its count was accepted counts among those of unbindPlayer; statistics rely on
     // it.
-    static constexpr RequestRule RULE = {"UnionLogin",     REQUEST_UNION_LOGIN,  2,
-                                         Exactly(2),       PROMISE_ONLY,         true,
-                                         Answer::EXPECTED, REQUEST_UNBIND_PLAYER};
-    return RunRequest<UnionLoginContext, ParseUnionLoginReq, ExecuteUnionLogin>(env, info, RULE);
+    static constexpr auto RULE = Request<UnionLoginContext, ParseUnionLoginReq, ExecuteUnionLogin>(
+                                     "UnionLogin", REQUEST_UNION_LOGIN, PromiseOnly(2))
+                                     .FailingAs(REQUEST_UNBIND_PLAYER);
+    return RunRequest(env, info, RULE);
 }
 
 }  // namespace TAVIK::GAME_PLAYER

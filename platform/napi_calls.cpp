@@ -18,6 +18,7 @@ GUARD(napi_create_string_utf8, (napi_env env, const char* text, size_t length, n
 GUARD(napi_define_properties,
       (napi_env env, napi_value object, size_t count, const napi_property_descriptor* properties), env,
       object, count, properties)
+GUARD(napi_get_and_clear_last_exception, (napi_env env, napi_value* error), env, error)
 GUARD(napi_get_array_length, (napi_env env, napi_value array, uint32_t* length), env, array, length)
 GUARD(napi_get_cb_info,
       (napi_env env, napi_callback_info info, size_t* count, napi_value* args, napi_value* self, void** data),

@@ -45,6 +45,29 @@ test('a rejection carries an Error, and the callback form gets it with undefined
     assert.deepEqual([error.code, error.message, data, others], [1002000008, MESSAGES[1002000008], [undefined], []]);
 });
 
+for (const calls of [['napi_create_error'], ['napi_create_error', 'napi_set_named_property'],
+    ['napi_create_error', 'napi_throw_error']]) {
+    test(`a failure is still told as one when ${calls.join(' and ')} fail`, async () => {
+        const error = await new Promise((resolve) => {
+            game.bindPlayer(device.createAbilityContext(), 'open', 'team').catch(resolve);
+            calls.forEach((call) => device.failNext(call));
+            device.modals()[0].error(1002000008);
+        });
+        const code = calls.includes('napi_set_named_property') ? undefined : 1002000008;
+        const isErrorHad = !calls.includes('napi_throw_error');
+        assert.deepEqual([error instanceof Error, error?.code, error?.message],
+            isErrorHad ? [true, code, MESSAGES[1002000008]] : [false, undefined, undefined]);
+    });
+}
+
+test('a callback gets an error too when the environment refuses to make it', async () => {
+    const errors = [];
+    game.getLocalPlayer(device.createAbilityContext(), (error) => errors.push(error.code));
+    device.failNext('napi_create_error');
+    await answer(device.modals()[0], ['error', 1002000008]);
+    assert.deepEqual(errors, [1002000008]);
+});
+
 test('a callback is called with undefined as its receiver', async () => {
     const receivers = [];
     game.init(device.createAbilityContext(), function () {

@@ -16,7 +16,7 @@ const MODULE_LAYERS = {
     common: ['common', 'platform/include'],
     analytics: ['analytics', 'common', 'platform/include'],
     events: ['events', 'analytics', 'common', 'platform/include'],
-    modal: ['modal', 'events', 'analytics', 'common', 'napi/base_context.h', 'platform/include'],
+    modal: ['modal', 'events', 'analytics', 'common', 'platform/include'],
     napi: ['napi', 'modal', 'events', 'analytics', 'common', 'platform/include'],
 };
 const STAND_IN_LAYERS = {

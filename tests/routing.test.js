@@ -65,6 +65,22 @@ for (const [name, kind, code, log] of [
     });
 }
 
+for (const [name, first, second] of [
+    ['bindPlayer', ['result', 0], ['result', 10]],
+    ['bindPlayer', ['error', 5], ['receive', { resultCode: 10 }]],
+    ['getLocalPlayer', ['result', 0], ['result', 1002000006]],
+    ['init', ['receive', { resultCode: 0 }], ['receive', { resultCode: 1002000011 }]],
+]) {
+    const title = `${name} answered by ${JSON.stringify(first)}`;
+    test(`${title} ends the process by ${JSON.stringify(second)} while the first is on its way`, () => expectChild(
+        ({ device, start }, name, ...answers) => {
+            device.answerOn('caller');
+            const { modal } = start(name);
+            answers.forEach(([kind, ...args]) => modal[kind](...args));
+            console.log('went on');
+        }, { args: [name, first, second] }));
+}
+
 test('an answer that ends the process does so after its environment is gone', () => expectChild(
     async ({ device, startWorker, nextMessage, countLogs, answer }) => {
         const worker = startWorker(({ start, parentPort }) => {

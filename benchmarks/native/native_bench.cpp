@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "benchmarks/floors/base64_floor.h"
+#include "common/env_registry.h"
 #include "common/velmor_log.h"
 #include "common/velmor_util.h"
 #include "napi/native_api.h"

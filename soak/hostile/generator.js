@@ -190,8 +190,20 @@ class Generator {
         if (this.model.modals.length === 0) {
             return null;
         }
-        return ['answers', Array.from({ length: count }, () => (count > 1 && this.random() < 0.15 ?
-            this.request('main') : this.answer(false)))];
+        const steps = Array.from({ length: count }, () => (count > 1 && this.random() < 0.15 ?
+            this.request('main') : this.answer(false)));
+        return ['answers', this.isTame ? this.onePerRequest(steps) : steps];
+    }
+
+    // Where a delivery may run beside the next answer, what that finds of a request that ends is not settled.
+    onePerRequest(steps) {
+        const answered = new Set();
+        return steps.filter(([kind, index]) => {
+            const { request } = kind === 'answer' ? this.model.modals[index] : {};
+            const isFirst = !answered.has(request);
+            answered.add(request);
+            return isFirst || !request;
+        });
     }
 
     answer(isDeath) {

@@ -22,8 +22,9 @@ class Model extends Sessions {
             return this.threw(failure);
         }
         const callback = args.length === callbackAt ? args[callbackAt - 1] : null;
-        const request = { env, id, type, method, callback, start: this.now, hasBack: Boolean(page), isReset: true,
-            hasNoError: true, isTimed: false, isEnded: false, params: {}, window: this.windowOf(env, args[0]) };
+        const request = { env, id, type, method, callback, start: this.now, window: this.windowOf(env, args[0]),
+            params: {}, hasBack: Boolean(page), isOnItsWay: false, isReset: true, hasNoError: true, isTimed: false,
+            isEnded: false };
         const values = args.slice(1).map((arg) => ('fn' in arg ? () => {} : arg.ctx === undefined ? arg.value : {}));
         if (request.window && this.begin(request, values)) {
             return ['returned', callback ? undefined : 'promise'];

@@ -9,6 +9,8 @@ const {
 } = require('./tables');
 const { World } = require('./world');
 
+const mayEnd = ({ isReset, isTimed }) => isReset && !isTimed;
+
 class Sessions extends World {
     open(request, params) {
         if (request.isEnded) {
@@ -102,18 +104,19 @@ class Sessions extends World {
             this.assembleError(request);
             return;
         }
+        const isEnding = request.isOnItsWay && mayEnd(request);
         if (kind === 'result') {
             request.isReset = request.isReset || Boolean(rules.ends);
         } else if (!rules.stores) {
             this.log('DealResponseForReceive API not supported');
         } else {
-            request.isReset = request.isReset && !rules.stays;
+            request.isReset = request.isReset && (isEnding || !rules.stays);
         }
         if (rules.stores?.includes(kind)) {
             request.params = params;
         }
         const minutes = intParam(params, 'playableTime', -1);
-        if (rules.timed && kind === 'receive' && !request.isTimed && minutes >= 1) {
+        if (rules.timed && kind === 'receive' && !isEnding && !request.isTimed && minutes >= 1) {
             this.startTimer(request, textParam(params, 'endText'), Math.imul(minutes, 60));
         }
     }
@@ -151,8 +154,7 @@ class Sessions extends World {
         }
     }
 
-    // An answer that comes before the delivery of an earlier one is as one that comes after it: so the request has its
-    // result, or has ended, from the moment that the result is queued.
+    // Settled once, by the first answer; and alive until that was delivered.
     sendBack(request) {
         if (request.hasBack) {
             this.closeAndReset(request);
@@ -168,13 +170,18 @@ class Sessions extends World {
     queue(request, complaint) {
         const { env, code, message = MESSAGES[code], params } = request;
         request.hasBack = true;
-        request.isEnded = request.isReset || !env.isAlive;
-        if (env.isAlive) {
-            env.queue.push(() => this.settle(request, code, message, params.resultMessage));
-        } else {
+        if (!env.isAlive) {
             this.log(complaint);
             this.close(request);
+            request.isEnded = true;
+            return;
         }
+        request.isOnItsWay = true;
+        env.queue.push(() => {
+            this.settle(request, code, message, params.resultMessage);
+            request.isOnItsWay = false;
+            request.isEnded = mayEnd(request);
+        });
     }
 
     settle({ env, id, type, callback }, code, message, resultMessage) {
@@ -198,7 +205,7 @@ class Sessions extends World {
 
     closeAndReset(request) {
         this.close(request);
-        request.isEnded = request.hasBack && request.isReset && !request.isTimed;
+        request.isEnded = request.hasBack && !request.isOnItsWay && mayEnd(request);
     }
 
     // Time is up after the first look, one every 15 seconds, that finds the deadline past.

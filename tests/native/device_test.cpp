@@ -26,19 +26,15 @@ std::string LastLine()
     return StandIn::LogStore::Get().Lines().back().message;
 }
 
-/// A thread as the module's threads are, its birth counted by its parent: sleeps twice and notes when it
-/// woke.
+/// A thread that sleeps twice and notes when it woke.
 std::thread StartSleeper(const std::string& name, Clock::Nanoseconds span, std::vector<std::string>& trace)
 {
-    auto work = [name, span, &trace, start = Clock::Get().NowMs(), birth = Clock::Get().Born()] {
-        Clock::Began(birth);
+    return std::thread([name, span, &trace, start = Clock::Get().NowMs()] {
         for (int round = 0; round < 2; ++round) {
-            Clock::Get().Sleep(span);
+            std::this_thread::sleep_for(span);
             trace.push_back(name + std::to_string(Clock::Get().NowMs() - start));
         }
-        Clock::Get().Ended();
-    };
-    return std::thread(work);
+    });
 }
 
 }  // namespace

@@ -5,11 +5,11 @@
 #include <string>
 #include <vector>
 
+#include "common/env_registry.h"
+#include "common/request_types.h"
 #include "common/velmor_error.h"
-#include "common/velmor_util.h"
 #include "hilog.h"
 #include "napi/native_api.h"
-#include "napi/request_contexts.h"
 
 using namespace TAVIK::GAME_PLAYER;
 
@@ -116,33 +116,6 @@ TEST(EnvRegistry, LogsNullAndPassesOverTheUnknown)
                                                "DeleteEnvInfo envInfo is nullptr",
                                                "IsValidEnv envInfo is nullptr"};
     EXPECT_EQ(TakeLog(), expected);
-}
-
-TEST(BaseContext, StartsAsARequestThatMayBeAnsweredAndFreed)
-{
-    BaseContext context(REQUEST_BIND_PLAYER, 7, nullptr);
-    EXPECT_TRUE(context.isResetContext && context.needMessageBack);
-    EXPECT_FALSE(context.hasMsgBack || context.antiAddictionRunning);
-    EXPECT_EQ(context.errCode, 0);
-    EXPECT_EQ(context.errorCode, 0);
-    EXPECT_EQ(context.sessionId, 0);
-    EXPECT_EQ(context.startTime, 7);
-    EXPECT_TRUE(context.resultParams.IsEmpty());
-}
-
-TEST(ContextOwner, FreesTheContextOnceNobodyUsesIt)
-{
-    auto context = std::make_shared<BindPlayerContext>(REQUEST_BIND_PLAYER, 0, nullptr);
-    std::weak_ptr<BaseContext> observed = context;
-    ContextOwner owner(std::move(context));
-    {
-        LockedContext inUse = owner.Lock();
-        owner.Release();
-        EXPECT_FALSE(observed.expired());
-        EXPECT_FALSE(owner.Lock());
-    }
-    EXPECT_TRUE(observed.expired());
-    EXPECT_EQ(owner.Get(), nullptr);
 }
 
 TEST(ErrorTable, HasNoTextForOtherCodes)

@@ -12,6 +12,7 @@
 #include <utility>
 #include <vector>
 
+#include "common/env_registry.h"
 #include "common/velmor_util.h"
 #include "hilog.h"
 #include "napi/game_player_extension_ability.h"

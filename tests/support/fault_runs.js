@@ -18,6 +18,8 @@ const UNDELIVERED = [
     'napi_get_uv_event_loop', 'napi_open_handle_scope', 'new(nothrow)', 'uv_queue_work',
     // There is no modal, and so nobody to answer.
     'CreateModalUIExtension',
+    // What was to be its error cannot be taken back once it was thrown.
+    'napi_get_and_clear_last_exception',
 ];
 const MAY_STAY_PENDING = {
     promise: [
@@ -37,6 +39,7 @@ const MAY_STAY_PENDING = {
 // The calls whose failure throws a system error into the environment: out of a delivery, where it is uncaught, or out
 // of the answer that the extension gives on the JS thread. On another thread the error is refused.
 const THROWS_IN_DELIVERY = ['napi_open_handle_scope'];
+const THROWS_ANY_IN_DELIVERY = ['napi_get_and_clear_last_exception'];
 const THROWS_IN_ANSWER = ['napi_get_uv_event_loop', 'uv_queue_work', 'new(nothrow)'];
 
 // Its timer would end the process if the kind of request could not be read.
@@ -63,8 +66,8 @@ function judgeOutcome({ requests, refusedAnswers }, { call, mode }) {
             .map(({ method, form }) => `the ${form} of ${method} was never settled`),
         ...requests.filter(({ state, error }) => state === 'threw' && !(error instanceof Error))
             .map(({ method, error }) => `${method} threw ${describe(error)}`),
-        ...uncaught.splice(0).filter((error) => !allowed.uncaught || !isSystemError(error))
-            .map((error) => `uncaught: ${describe(error)}`),
+        ...uncaught.splice(0).filter((error) => !THROWS_ANY_IN_DELIVERY.includes(call) &&
+            (!allowed.uncaught || !isSystemError(error))).map((error) => `uncaught: ${describe(error)}`),
         ...refusedAnswers.filter((error) => !allowed.answer || !isSystemError(error))
             .map((error) => `an answer threw ${describe(error)}`),
         ...(allowed.refusal ? [] : refusals),

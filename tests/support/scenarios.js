@@ -101,6 +101,14 @@ const SCENARIOS = {
         await stage.answer(await stage.call('init', newContext(), CALLBACK), ['error', 5]);
     },
 
+    async 'errors that cannot be made'(stage) {
+        for (const callback of [[], [CALLBACK]]) {
+            const request = await stage.call('init', newContext(), ...callback);
+            device.failNext('napi_create_error');
+            await stage.answer(request, ['receive', { resultCode: PLAYER_INVALID }]);
+        }
+    },
+
     async 'calls that go nowhere'(stage) {
         const other = device.createStageContext('other');
         for (const [method, ...args] of [

@@ -1,0 +1,49 @@
+#ifndef COMMON_REQUEST_TYPES_H
+#define COMMON_REQUEST_TYPES_H
+
+#include <cstdint>
+
+namespace TAVIK::GAME_PLAYER {
+
+/// Which API a request belongs to, as the game-service extension numbers them.
+enum RequestType : int32_t {
+    REQUEST_UNKNOWN = 0,
+    REQUEST_INIT = 1,
+    REQUEST_GET_LOCAL_PLAYER = 2,
+    REQUEST_SAVE_PLAYER_ROLE = 3,
+    REQUEST_PRE_PURCHASE = 4,
+    REQUEST_POST_PURCHASE = 5,
+    REQUEST_LAUNCH_ANTI_ADDICTION = 6,
+    REQUEST_BIND_PLAYER = 7,
+    REQUEST_UNBIND_PLAYER = 8,
+    REQUEST_VERIFY_LOCAL_PLAYER = 9,
+    REQUEST_UNION_LOGIN = 10,
+    REQUEST_ON = 11,
+    REQUEST_OFF = 12,
+    REQUEST_LAUNCH_WELCOME_BANNER = 13,
+    REQUEST_QUICK_GAME_LOGIN = 14,
+    REQUEST_LAUNCH_COMMON_PAGE = 15,
+};
+
+/// What a request type makes of its answers. A received answer comes by `OnReceive`, a result by
+/// `OnResultForModal`.
+enum RequestFlag : uint32_t {
+    HIDES_FAILURES = 1U << 0,     // a failure is reported as a success
+    HAS_MESSAGE = 1U << 1,        // a success brings JS the extension's "resultMessage"
+    STORES_RECEIVED = 1U << 2,    // the parameters of a received success are kept for JS
+    STORES_RESULT = 1U << 3,      // so are those of a successful result
+    STAYS_OPEN = 1U << 4,         // a received success leaves the page open
+    IS_TIMED = 1U << 5,           // and may start the anti-addiction timer
+    ENDS_ON_SUCCESS = 1U << 6,    // a successful result ends the request, though its page stayed open
+    CLOSES_ON_RELEASE = 1U << 7,  // any release closes the page, not only one with an error
+};
+
+/// Whether `requestType`, which need not be one of the above, has the flag. Callable from any thread.
+bool HasFlag(int32_t requestType, RequestFlag flag);
+
+/// The JS name of a request type; "undefined" for a number that is none. Callable from any thread.
+const char* FindApiName(int32_t requestType);
+
+}  // namespace TAVIK::GAME_PLAYER
+
+#endif
