@@ -1,5 +1,4 @@
-#ifndef ANALYTICS_HA_UTILS_H
-#define ANALYTICS_HA_UTILS_H
+#pragma once
 
 #include <atomic>
 #include <cstdint>
@@ -28,5 +27,3 @@ private:
 };
 
 }  // namespace OHOS::Velmor
-
-#endif

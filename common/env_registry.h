@@ -1,5 +1,4 @@
-#ifndef COMMON_ENV_REGISTRY_H
-#define COMMON_ENV_REGISTRY_H
+#pragma once
 
 #include <uv.h>
 
@@ -49,5 +48,3 @@ QueueStatus QueueOnLoop(const std::shared_ptr<EnvInfo>& info, uv_work_t* work, u
 bool DeleteReference(const std::shared_ptr<EnvInfo>& info, napi_ref reference);
 
 }  // namespace TAVIK::GAME_PLAYER
-
-#endif

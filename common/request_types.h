@@ -1,5 +1,4 @@
-#ifndef COMMON_REQUEST_TYPES_H
-#define COMMON_REQUEST_TYPES_H
+#pragma once
 
 #include <cstdint>
 
@@ -45,5 +44,3 @@ bool HasFlag(int32_t requestType, RequestFlag flag);
 const char* FindApiName(int32_t requestType);
 
 }  // namespace TAVIK::GAME_PLAYER
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef COMMON_VELMOR_ERROR_H
-#define COMMON_VELMOR_ERROR_H
+#pragma once
 
 #include <cstdint>
 #include <string>
@@ -35,5 +34,3 @@ napi_value ObtainBusinessError(napi_env env, int32_t code, const std::string& me
 void ThrowBusinessError(const napi_env& env, int32_t code, const std::string& message);
 
 }  // namespace TAVIK::GAME_PLAYER
-
-#endif

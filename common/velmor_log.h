@@ -1,5 +1,4 @@
-#ifndef COMMON_VELMOR_LOG_H
-#define COMMON_VELMOR_LOG_H
+#pragma once
 
 #include "hilog/log.h"
 
@@ -20,5 +19,3 @@ inline constexpr unsigned int LOG_DOMAIN = 0xD00470A;
 inline constexpr const char* LOG_TAG = "GAMEAPISDK";
 
 }  // namespace TAVIK::GAME_PLAYER
-
-#endif

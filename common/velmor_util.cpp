@@ -1,5 +1,10 @@
 #include "common/velmor_util.h"
 
+#include <openssl/bio.h>
+#include <openssl/buffer.h>
+#include <openssl/evp.h>
+
+#include <memory>
 #include <mutex>
 
 #include "common/velmor_log.h"
@@ -19,6 +24,29 @@ struct TraceId {
 
 // Never destroyed: detached threads may ask while the process exits.
 TraceId& gTraceId = *new TraceId();
+
+struct OpenSslDeleter {
+    void operator()(BIO* chain) const { BIO_free_all(chain); }
+    void operator()(BUF_MEM* buffer) const { BUF_MEM_free(buffer); }
+};
+using BioChain = std::unique_ptr<BIO, OpenSslDeleter>;
+
+// Of its final size from the start, so that a large output is not copied while it grows: told to hold the
+// bytes to encode, the buffer allocates a third more.
+BioChain MakeMemoryBio(size_t size)
+{
+    BioChain bio(BIO_new(BIO_s_mem()));
+    std::unique_ptr<BUF_MEM, OpenSslDeleter> buffer(BUF_MEM_new());
+    if (bio == nullptr || buffer == nullptr || BUF_MEM_grow(buffer.get(), size) != size) {
+        return nullptr;
+    }
+    buffer->length = 0;
+    if (BIO_set_mem_buf(bio.get(), buffer.get(), BIO_CLOSE) != 1) {
+        return nullptr;
+    }
+    (void)buffer.release();
+    return bio;
+}
 
 }  // namespace
 
@@ -40,6 +68,38 @@ std::string GetTraceId()
 int64_t GetCurrentTimestamp()
 {
     return OHOS::MiscServices::TimeServiceClient::GetInstance()->GetBootTimeMs();
+}
+
+std::string Base64Encode(const uint8_t* data, size_t length)
+{
+    if (data == nullptr || length == 0) {
+        GAME_LOGE("Base64Encode error: invalid input param.");
+        return {};
+    }
+    BioChain memBio = MakeMemoryBio(length);
+    if (memBio == nullptr) {
+        GAME_LOGE("Base64Encode error: memBio is nullptr.");
+        return {};
+    }
+    BioChain b64Bio(BIO_new(BIO_f_base64()));
+    if (b64Bio == nullptr) {
+        GAME_LOGE("Base64Encode error: b64Bio is nullptr.");
+        return {};
+    }
+    BioChain chain(BIO_push(b64Bio.release(), memBio.release()));
+    BIO_set_flags(chain.get(), BIO_FLAGS_BASE64_NO_NL);
+    if (BIO_write(chain.get(), data, static_cast<int>(length)) < 1) {
+        GAME_LOGE("Base64Encode error: bio write fail.");
+        return {};
+    }
+    (void)BIO_flush(chain.get());
+    BUF_MEM* buffer = nullptr;
+    (void)BIO_get_mem_ptr(chain.get(), &buffer);
+    if (buffer == nullptr) {
+        GAME_LOGE("Base64Encode error: bio get mem ptr fail.");
+        return {};
+    }
+    return std::string(buffer->data, buffer->length);
 }
 
 bool IsSystemAppCalling()

@@ -1,5 +1,4 @@
-#ifndef COMMON_VELMOR_UTIL_H
-#define COMMON_VELMOR_UTIL_H
+#pragma once
 
 #include <cstddef>
 #include <cstdint>
@@ -24,5 +23,3 @@ std::string Base64Encode(const uint8_t* data, size_t length);
 bool IsSystemAppCalling();
 
 }  // namespace TAVIK::GAME_PLAYER
-
-#endif

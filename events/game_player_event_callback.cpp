@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <functional>
 #include <iterator>
+#include <new>
 #include <utility>
 
+#include "common/js_value_helpers.h"
 #include "common/velmor_log.h"
 
 namespace TAVIK::GAME_PLAYER {
@@ -16,20 +18,42 @@ struct EventCallbackHook {
     GamePlayerEventCallback* registry;
 };
 
-// Whether a listener is of this thread's `env`.
-auto IsOf(napi_env env)
+/// One event on its way to one listener.
+struct EventWork : uv_work_t {
+    EventWork(std::shared_ptr<const GameEventResult> event, std::weak_ptr<EventCallback> target)
+        : uv_work_t(), result(std::move(event)), listener(std::move(target))
+    {
+    }
+
+    std::shared_ptr<const GameEventResult> result;
+    std::weak_ptr<EventCallback> listener;
+};
+
+auto IsOf(const std::shared_ptr<EnvInfo>& envInfo, napi_env env)
 {
-    return [env](const std::shared_ptr<EventCallback>& listener) {
-        return listener->envInfo == gEnvInfo && listener->env == env;
+    return [envInfo = envInfo.get(), env](const std::shared_ptr<EventCallback>& listener) {
+        return listener->envInfo.get() == envInfo && listener->env == env;
     };
 }
 
-// The listener whose function is strictly equal to `callback`; null if there is none. `complaint` is logged
-// for those whose function cannot be had.
-EventCallback* FindListener(napi_env env, const std::vector<EventCallback*>& listeners, napi_value callback,
-                            const char* complaint)
+// Moves the elements that `predicate` holds for out of a list, the order of both kept.
+template <typename List, typename Predicate>
+List TakeIf(List& list, Predicate predicate)
 {
-    for (EventCallback* listener : listeners) {
+    auto first = std::stable_partition(list.begin(), list.end(), std::not_fn(predicate));
+    List taken(std::make_move_iterator(first), std::make_move_iterator(list.end()));
+    list.erase(first, list.end());
+    return taken;
+}
+
+// The one of an environment's own listeners whose function is strictly equal to `callback`; null if there is
+// none. `complaint` is logged for those whose function cannot be had.
+std::shared_ptr<EventCallback> FindListener(napi_env env,
+                                            const std::vector<std::weak_ptr<EventCallback>>& listeners,
+                                            napi_value callback, const char* complaint)
+{
+    for (const auto& weak : listeners) {
+        std::shared_ptr<EventCallback> listener = weak.lock();
         napi_value function = nullptr;
         (void)napi_get_reference_value(env, listener->callbackRef, &function);
         if (function == nullptr) {
@@ -45,20 +69,17 @@ EventCallback* FindListener(napi_env env, const std::vector<EventCallback*>& lis
     return nullptr;
 }
 
-bool IsEventCallbackExisted(napi_env env, const std::vector<EventCallback*>& listeners, napi_value callback)
+void QueueEvent(std::unique_ptr<EventWork> eventWork, const std::shared_ptr<EnvInfo>& envInfo,
+                uv_after_work_cb deliver)
 {
-    return FindListener(env, listeners, callback, "IsEventCallbackExisted get callback reference failed.") !=
-           nullptr;
-}
-
-// Moves the elements that `predicate` holds for out of a list, the order of both kept.
-template <typename List, typename Predicate>
-List TakeIf(List& list, Predicate predicate)
-{
-    auto first = std::stable_partition(list.begin(), list.end(), std::not_fn(predicate));
-    List taken(std::make_move_iterator(first), std::make_move_iterator(list.end()));
-    list.erase(first, list.end());
-    return taken;
+    const QueueStatus status = QueueOnLoop(envInfo, eventWork.get(), deliver);
+    if (status == QueueStatus::QUEUED) {
+        (void)eventWork.release();
+    } else if (status == QueueStatus::NO_LOOP) {
+        GAME_LOGE("OnEventCallback work is nullptr or get loop failed");
+    } else {
+        GAME_LOGE("OnEventCallback uv_queue_work call failed");
+    }
 }
 
 }  // namespace
@@ -81,29 +102,26 @@ GamePlayerEventCallback::GamePlayerEventCallback()
     GAME_LOGI("GamePlayerEventCallback clear all cache events.");
 }
 
-// Null if the type has no entry.
-std::optional<std::vector<EventCallback*>> GamePlayerEventCallback::ListenersOf(napi_env env,
-                                                                                const std::string& eventType)
+// Empty if the type has no entry.
+GamePlayerEventCallback::WeakListeners GamePlayerEventCallback::ListenersOf(
+    const std::shared_ptr<EnvInfo>& envInfo, napi_env env, const std::string& eventType)
 {
     std::lock_guard<std::mutex> guard(mutex_);
     auto entry = events_.find(eventType);
     if (entry == events_.end()) {
         return std::nullopt;
     }
-    std::vector<EventCallback*> listeners;
-    for (const auto& listener : entry->second) {
-        if (IsOf(env)(listener)) {
-            listeners.push_back(listener.get());
-        }
-    }
+    std::vector<std::weak_ptr<EventCallback>> listeners;
+    listeners.reserve(entry->second.size());
+    std::copy_if(entry->second.begin(), entry->second.end(), std::back_inserter(listeners),
+                 IsOf(envInfo, env));
     return listeners;
 }
 
 void GamePlayerEventCallback::RegisterGameEventCallback(napi_env env, const std::string& eventType,
                                                         napi_value callback, napi_value thisArg)
 {
-    const auto listeners = ListenersOf(env, eventType);
-    if (listeners && IsEventCallbackExisted(env, *listeners, callback)) {
+    if (IsEventCallbackExisted(env, eventType, callback)) {
         GAME_LOGI("RegisterGameEventCallback current callback existed");
         return;
     }
@@ -121,6 +139,14 @@ void GamePlayerEventCallback::RegisterGameEventCallback(napi_env env, const std:
     } else {
         GAME_LOGI("RegisterGameEventCallback callback register succeeded");
     }
+}
+
+bool GamePlayerEventCallback::IsEventCallbackExisted(napi_env env, const std::string& eventType,
+                                                     napi_value callback)
+{
+    const WeakListeners own = ListenersOf(gEnvInfo, env, eventType);
+    return own && FindListener(env, *own, callback,
+                               "IsEventCallbackExisted get callback reference failed.") != nullptr;
 }
 
 // The first environment of a thread alone gets a hook.
@@ -141,52 +167,53 @@ void GamePlayerEventCallback::AssembleEventCallback(napi_env env, napi_value cal
     GAME_LOGI("AssembleEventCallback add env hook succeeded");
 }
 
-// Null if the type has no entry, which goes with its last listener.
-template <typename Predicate>
-std::optional<GamePlayerEventCallback::Listeners> GamePlayerEventCallback::TakeListeners(
-    const std::string& eventType, Predicate predicate)
-{
-    std::lock_guard<std::mutex> guard(mutex_);
-    auto entry = events_.find(eventType);
-    if (entry == events_.end()) {
-        return std::nullopt;
-    }
-    Listeners taken = TakeIf(entry->second, predicate);
-    if (entry->second.empty()) {
-        events_.erase(entry);
-    }
-    return taken;
-}
-
 void GamePlayerEventCallback::UnRegisterGameEventCallback(napi_env env, const std::string& eventType)
 {
-    auto removed = TakeListeners(eventType, IsOf(env));
-    if (!removed) {
+    if (!RemoveListeners(eventType, IsOf(gEnvInfo, env))) {
         GAME_LOGW("UnRegisterGameEventCallback eventType %{public}s not existed", eventType.c_str());
         return;
     }
-    removed.reset();
     GAME_LOGI("UnRegisterGameEventCallback eventType %{public}s succeeded", eventType.c_str());
 }
 
 void GamePlayerEventCallback::UnRegisterGameEventCallback(napi_env env, const std::string& eventType,
                                                           napi_value callback)
 {
-    const auto listeners = ListenersOf(env, eventType);
-    if (!listeners) {
+    const WeakListeners own = ListenersOf(gEnvInfo, env, eventType);
+    if (!own) {
         GAME_LOGW("UnRegisterGameEventCallback eventType %{public}s not existed", eventType.c_str());
         return;
     }
-    const EventCallback* found =
-        FindListener(env, *listeners, callback, "UnRegisterGameEventCallback get callback reference failed");
+    std::shared_ptr<EventCallback> found =
+        FindListener(env, *own, callback, "UnRegisterGameEventCallback get callback reference failed");
     if (found == nullptr) {
         GAME_LOGW("UnRegisterGameEventCallback eventType %{public}s callback not existed", eventType.c_str());
         return;
     }
-    (void)TakeListeners(eventType, [found](const auto& listener) { return listener.get() == found; });
+    (void)RemoveListeners(eventType, [&found](const auto& listener) { return listener == found; });
+    found.reset();
     GAME_LOGI("UnRegisterGameEventCallback eventType %{public}s succeeded", eventType.c_str());
 }
 
+// False if the type has no entry, which goes with its last listener.
+bool GamePlayerEventCallback::RemoveListeners(
+    const std::string& eventType,
+    const std::function<bool(const std::shared_ptr<EventCallback>& listener)>& isMeant)
+{
+    Listeners removed;  // destroyed after the lock was given back
+    std::lock_guard<std::mutex> guard(mutex_);
+    auto entry = events_.find(eventType);
+    if (entry == events_.end()) {
+        return false;
+    }
+    removed = TakeIf(entry->second, isMeant);
+    if (entry->second.empty()) {
+        events_.erase(entry);
+    }
+    return true;
+}
+
+// Types without listeners keep their entries.
 void GamePlayerEventCallback::CleanupEventCallback(void* hookRecord)
 {
     GAME_LOGI("CleanupEventCallback enter");
@@ -195,24 +222,84 @@ void GamePlayerEventCallback::CleanupEventCallback(void* hookRecord)
         GAME_LOGW("CleanupEventCallback eventCallbackHook is nullptr");
         return;
     }
-    hook->registry->RemoveListeners(hook->env);
-    GAME_LOGI("CleanupEventCallback end");
-}
-
-// Types without listeners keep their entries.
-void GamePlayerEventCallback::RemoveListeners(napi_env env)
-{
-    std::vector<std::pair<std::string, Listeners>> removed;
+    std::map<std::string, Listeners> removed;
     {
-        std::lock_guard<std::mutex> guard(mutex_);
-        for (auto& [eventType, listeners] : events_) {
-            removed.emplace_back(eventType, TakeIf(listeners, IsOf(env)));
+        std::lock_guard<std::mutex> guard(hook->registry->mutex_);
+        for (auto& [eventType, listeners] : hook->registry->events_) {
+            removed[eventType] = TakeIf(listeners, IsOf(gEnvInfo, hook->env));
         }
     }
     for (auto& [eventType, listeners] : removed) {
         listeners.clear();
         GAME_LOGI("CleanupEventCallback delete %{public}s finished", eventType.c_str());
     }
+    GAME_LOGI("CleanupEventCallback end");
+}
+
+void GamePlayerEventCallback::OnEventCallback(GameEventResult event)
+{
+    GAME_LOGI("OnEventCallback enter");
+    const auto result = std::make_shared<const GameEventResult>(std::move(event));
+    const std::shared_ptr<EnvInfo>& envInfo = result->envInfo;
+    WeakListeners listeners = ListenersOf(envInfo, envInfo->env, result->eventType);
+    if (!listeners) {
+        GAME_LOGW("OnEventCallback eventType %{public}s not existed", result->eventType.c_str());
+        return;
+    }
+    for (auto& listener : *listeners) {
+        std::unique_ptr<EventWork> eventWork(new (std::nothrow) EventWork(result, std::move(listener)));
+        QueueEvent(std::move(eventWork), envInfo, DoGameEventWork);
+    }
+    GAME_LOGI("OnEventCallback uv_queue_work success");
+}
+
+void GamePlayerEventCallback::DoGameEventWork(uv_work_t* work, int /*status*/)
+{
+    GAME_LOGI("DoGameEventWork enter");
+    std::unique_ptr<EventWork> eventWork(static_cast<EventWork*>(work));
+    std::shared_ptr<EventCallback> listener = eventWork->listener.lock();
+    if (listener == nullptr) {
+        return;
+    }
+    const std::optional<napi_status> status = CallListener(std::move(listener), *eventWork->result);
+    eventWork.reset();
+    if (status) {
+        GAME_LOGI("DoGameEventWork exit, callBack status %{public}d", *status == napi_ok ? 1 : 0);
+    }
+}
+
+// The status of the call; empty if it was not made. A listener that removes itself goes before it returns.
+std::optional<napi_status> GamePlayerEventCallback::CallListener(std::shared_ptr<EventCallback> listener,
+                                                                 const GameEventResult& result)
+{
+    const napi_env env = listener->env;
+    HandleScope scope(env);
+    if (!scope) {
+        GAME_LOGE("DoGameEventWork scope is nullptr");
+        return std::nullopt;
+    }
+    napi_value argument = AssembleEventResult(env, result);
+    napi_value thisArg = nullptr;
+    napi_value callback = nullptr;
+    if (napi_get_reference_value(env, listener->thisArgRef, &thisArg) != napi_ok ||
+        napi_get_reference_value(env, listener->callbackRef, &callback) != napi_ok) {
+        return std::nullopt;
+    }
+    listener.reset();
+    return napi_call_function(env, thisArg, callback, 1, &argument, nullptr);
+}
+
+napi_value GamePlayerEventCallback::AssembleEventResult(napi_env env, const GameEventResult& result)
+{
+    napi_value value = nullptr;
+    if (result.eventType == EVENT_GAME_ADDICTION_PREVENTED) {
+        (void)napi_create_string_utf8(env, result.resultInfo.c_str(), NAPI_AUTO_LENGTH, &value);
+        return value;
+    }
+    (void)napi_create_object(env, &value);
+    (void)SetIntProperty(env, value, "event", result.event);
+    (void)SetStringProperty(env, value, "resultInfo", result.resultInfo);
+    return value;
 }
 
 }  // namespace TAVIK::GAME_PLAYER

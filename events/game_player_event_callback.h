@@ -1,9 +1,9 @@
-#ifndef EVENTS_GAME_PLAYER_EVENT_CALLBACK_H
-#define EVENTS_GAME_PLAYER_EVENT_CALLBACK_H
+#pragma once
 
 #include <uv.h>
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -75,22 +75,22 @@ public:
 
 private:
     using Listeners = std::vector<std::shared_ptr<EventCallback>>;
-    using WeakListeners = std::vector<std::weak_ptr<EventCallback>>;
+    using WeakListeners = std::optional<std::vector<std::weak_ptr<EventCallback>>>;
 
-    std::optional<std::vector<EventCallback*>> ListenersOf(napi_env env, const std::string& eventType);
-    std::optional<WeakListeners> ListenersFor(const GameEventResult& event);
+    WeakListeners ListenersOf(const std::shared_ptr<EnvInfo>& envInfo, napi_env env,
+                              const std::string& eventType);
+    bool IsEventCallbackExisted(napi_env env, const std::string& eventType, napi_value callback);
     void AssembleEventCallback(napi_env env, napi_value callback, napi_value thisArg,
                                EventCallback& eventCallback);
-    template <typename Predicate>
-    std::optional<Listeners> TakeListeners(const std::string& eventType, Predicate predicate);
-    void RemoveListeners(napi_env env);
+    bool RemoveListeners(const std::string& eventType,
+                         const std::function<bool(const std::shared_ptr<EventCallback>& listener)>& isMeant);
     static void DoGameEventWork(uv_work_t* work, int status);
     static std::optional<napi_status> CallListener(std::shared_ptr<EventCallback> listener,
                                                    const GameEventResult& result);
     static napi_value AssembleEventResult(napi_env env, const GameEventResult& result);
 
-    // Guards the map. Nothing is called under it, nor is a listener destroyed. A listener goes on its own JS
-    // thread alone, which may therefore use its listeners without the lock.
+    // Guards the map. Nothing is called under it, nor is a listener destroyed: that is its own JS thread's
+    // alone to do, which may therefore use its listeners without the lock.
     std::mutex mutex_;
     std::map<std::string, Listeners> events_;
 };
@@ -109,5 +109,3 @@ bool WithListeners(const Use& use)
 }
 
 }  // namespace TAVIK::GAME_PLAYER
-
-#endif

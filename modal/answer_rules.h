@@ -1,5 +1,4 @@
-#ifndef MODAL_ANSWER_RULES_H
-#define MODAL_ANSWER_RULES_H
+#pragma once
 
 #include <cstdint>
 
@@ -42,5 +41,3 @@ bool IsKillApp(int32_t code, int32_t requestType);
 bool IsCloseModalUIExtension(int32_t requestType, int32_t releaseCode);
 
 }  // namespace TAVIK::GAME_PLAYER
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef MODAL_BASE_CONTEXT_H
-#define MODAL_BASE_CONTEXT_H
+#pragma once
 
 #include <cstdint>
 #include <memory>
@@ -53,6 +52,9 @@ struct BaseContext {
     bool antiAddictionRunning = false;  // a timer keeps the request from ending
 };
 
-}  // namespace TAVIK::GAME_PLAYER
+/// Settles a request by its promise, else by its callback, else not at all, with the pair (error, data): as a
+/// failure if `isFailure`. What the callback throws is left to the environment; any other refusal is
+/// returned. On the request's JS thread.
+napi_status Settle(napi_env env, const BaseContext& request, bool isFailure, const napi_value (&result)[2]);
 
-#endif
+}  // namespace TAVIK::GAME_PLAYER

@@ -8,7 +8,6 @@
 #include "common/velmor_log.h"
 #include "common/velmor_util.h"
 #include "events/game_player_event_callback.h"
-#include "modal/game_service_want.h"
 #include "modal/modal_ui_callback.h"
 
 namespace TAVIK::GAME_PLAYER {
@@ -33,22 +32,16 @@ int32_t ToSeconds(int32_t minutes)
 
 }  // namespace
 
-void ModalUICallback::DoAntiAddiction(const WantParams& data)
+void ModalUICallback::DoAntiAddiction(const WantParams& data, bool isTimerRunning)
 {
-    const int32_t minutes = data.GetIntParam(KEY_PLAYABLE_TIME, NO_LIMIT);
-    if (IsTimerRunning()) {
+    if (isTimerRunning) {
         GAME_LOGI("DoAntiAddiction anti-addiction task started and return");
         return;
     }
+    const int32_t minutes = data.GetIntParam(KEY_PLAYABLE_TIME, NO_LIMIT);
     if (minutes >= 1) {
         LaunchAntiAddictionAbility(data.GetStringParam(KEY_END_TEXT), ToSeconds(minutes));
     }
-}
-
-bool ModalUICallback::IsTimerRunning()
-{
-    std::lock_guard<std::mutex> guard(mutex_);
-    return context_ != nullptr && context_->antiAddictionRunning;
 }
 
 void ModalUICallback::LaunchAntiAddictionAbility(std::string endText, int32_t seconds)

@@ -2,7 +2,6 @@
 #include <utility>
 
 #include "analytics/ha_utils.h"
-#include "common/handle_scope.h"
 #include "common/js_value_helpers.h"
 #include "common/request_types.h"
 #include "common/velmor_error.h"
@@ -50,25 +49,6 @@ void CreateResultMessage(BaseContext& request, napi_value (&result)[2])
     }
 }
 
-// A promise for whose error nothing at all can be had is rejected with `undefined`, rather than never.
-void SettlePromise(napi_env env, const BaseContext& request, const napi_value (&result)[2])
-{
-    if (request.errorCode == ERROR_SUCCESS) {
-        (void)napi_resolve_deferred(env, request.deferred, result[1]);
-        return;
-    }
-    (void)napi_reject_deferred(env, request.deferred, result[0] != nullptr ? result[0] : result[1]);
-}
-
-void CallBack(napi_env env, const BaseContext& request, const napi_value (&result)[2])
-{
-    napi_value receiver = nullptr;
-    napi_value callback = nullptr;
-    (void)napi_get_undefined(env, &receiver);
-    (void)napi_get_reference_value(env, request.callbackRef, &callback);
-    (void)napi_call_function(env, receiver, callback, std::size(result), result, nullptr);
-}
-
 // False if no handle scope is to be had.
 bool SettleRequest(BaseContext& request)
 {
@@ -79,13 +59,14 @@ bool SettleRequest(BaseContext& request)
     }
     napi_value result[] = {nullptr, nullptr};
     CreateResultMessage(request, result);
-    if (request.deferred != nullptr) {
-        SettlePromise(env, request, result);
-    } else if (request.callbackRef != nullptr) {
-        CallBack(env, request, result);
-    } else {
+    if (request.deferred == nullptr && request.callbackRef == nullptr) {
         GAME_LOGW("SendMessageBackWork callback and deferred nullptr");
     }
+    const bool isFailure = request.errorCode != ERROR_SUCCESS;
+    if (isFailure && result[0] == nullptr) {
+        result[0] = result[1];  // nothing at all can be had: rejected with `undefined`, rather than never
+    }
+    (void)Settle(env, request, isFailure, result);
     if (!IsValidEnv(request.envInfo)) {
         scope.Abandon();
     }
@@ -122,27 +103,26 @@ void ModalUICallback::SendMessageBack(Decision decision, int32_t code, const cha
         CloseModalUIExtension(request);
     }
     OHOS::Velmor::HaUtils::ReportEnd(apiName, request.startTime, code);
-    switch (QueueMessageBack(decision.context)) {
-        case QueueStatus::QUEUED:
-            return;
-        case QueueStatus::NO_LOOP:
-            GAME_LOGE("isValidEnv[%{public}d] or get loop failed", IsValidEnv(envInfo_));
-            break;
-        case QueueStatus::REFUSED:
-            GAME_LOGE("SendMessageBack uv_queue_work call failed");
-            break;
-    }
-    DoMessageBackException(std::move(decision.context));
+    QueueMessageBack(std::move(decision.context), false);
 }
 
-QueueStatus ModalUICallback::QueueMessageBack(const std::shared_ptr<BaseContext>& request)
+void ModalUICallback::QueueMessageBack(std::shared_ptr<BaseContext> request, bool isLateStart)
 {
     std::unique_ptr<WorkData> workData(new (std::nothrow) WorkData(shared_from_this(), request));
     const QueueStatus status = QueueOnLoop(envInfo_, workData.get(), SendMessageBackWork);
     if (status == QueueStatus::QUEUED) {
         (void)workData.release();
+        return;
     }
-    return status;
+    if (status == QueueStatus::REFUSED) {
+        GAME_LOGE("%{public}s uv_queue_work call failed",
+                  isLateStart ? "DelayStartUIExtensionAbility" : "SendMessageBack");
+    } else if (isLateStart) {
+        GAME_LOGE("DelayStartUIExtensionAbility invalid work or get loop failed");
+    } else {
+        GAME_LOGE("isValidEnv[%{public}d] or get loop failed", IsValidEnv(envInfo_));
+    }
+    DoMessageBackException(std::move(request));
 }
 
 void ModalUICallback::SendMessageBackWork(uv_work_t* work, int /*status*/)

@@ -140,7 +140,7 @@ void ModalUICallback::DealResponseForReceive(const Decision& decision, const Wan
         decision.context->resultParams = data;
     }
     if (decision.verdict.startsTimer) {
-        DoAntiAddiction(data);
+        DoAntiAddiction(data, decision.isTimerRunning);
     }
 }
 

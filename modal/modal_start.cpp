@@ -43,6 +43,14 @@ UIContent* GetUIContent(const BaseContext& request)
 
 }  // namespace
 
+Want MakeGameServiceWant(int32_t requestType)
+{
+    Want want;
+    want.SetElementName("com.lumora.tavik.velmor", "GamePlayerUIExtAbility");
+    want.SetParam("requestType", requestType);
+    return want;
+}
+
 ModalUICallback::ModalUICallback(std::shared_ptr<BaseContext> request)
     : envInfo_(request->envInfo),
       requestType_(request->requestType),
@@ -162,17 +170,7 @@ void ModalUICallback::AnswerLateStart()
         return;
     }
     request->errorCode = HasFlag(requestType_, HIDES_FAILURES) ? ERROR_SUCCESS : ERROR_PARAMETER;
-    switch (QueueMessageBack(request)) {
-        case QueueStatus::QUEUED:
-            return;
-        case QueueStatus::NO_LOOP:
-            GAME_LOGE("DelayStartUIExtensionAbility invalid work or get loop failed");
-            break;
-        case QueueStatus::REFUSED:
-            GAME_LOGE("DelayStartUIExtensionAbility uv_queue_work call failed");
-            break;
-    }
-    DoMessageBackException(std::move(request));
+    QueueMessageBack(std::move(request), true);
 }
 
 }  // namespace TAVIK::GAME_PLAYER

@@ -1,5 +1,4 @@
-#ifndef MODAL_MODAL_UI_CALLBACK_H
-#define MODAL_MODAL_UI_CALLBACK_H
+#pragma once
 
 #include <uv.h>
 
@@ -16,6 +15,9 @@
 #include "want.h"
 
 namespace TAVIK::GAME_PLAYER {
+
+/// A Want addressed to the game-service UI extension that carries the integer parameter "requestType" alone.
+OHOS::AAFwk::Want MakeGameServiceWant(int32_t requestType);
 
 /// One request from its hand-over to its end: opens the game-service extension, decides what each of its
 /// answers means, and has the result delivered to JS. It owns the request's context. The platform's
@@ -98,14 +100,13 @@ private:
     static void ResetContext(Decision decision);
 
     // The anti-addiction timer.
-    void DoAntiAddiction(const OHOS::AAFwk::WantParams& data);
-    bool IsTimerRunning();
+    void DoAntiAddiction(const OHOS::AAFwk::WantParams& data, bool isTimerRunning);
     void RunAntiAddictionTimer(const std::string& endText, int32_t seconds);
     void PreventQuickGame();
     void PreventGameAddiction() const;
 
     // Delivering.
-    QueueStatus QueueMessageBack(const std::shared_ptr<BaseContext>& request);
+    void QueueMessageBack(std::shared_ptr<BaseContext> request, bool isLateStart);
     static void SendMessageBackWork(uv_work_t* work, int status);
     void DoMessageBackSuccess(std::shared_ptr<BaseContext> request);
     void DoMessageBackException(std::shared_ptr<BaseContext> request);
@@ -122,5 +123,3 @@ private:
 };
 
 }  // namespace TAVIK::GAME_PLAYER
-
-#endif

@@ -110,12 +110,8 @@ napi_value Manager::Off(napi_env env, napi_callback_info info)
 napi_value Manager::OnEventCallback(napi_env env, napi_callback_info info)
 {
     GAME_LOGI("begin OnEventCallback");
-    if (!IsValidEnv(gEnvInfo)) {
-        GAME_LOGE("OnEventCallback invalid env");
-        return nullptr;
-    }
     CallArguments args;
-    if (!args.Read(env, info, 1)) {
+    if (!args.ReadIfValid(env, info, "OnEventCallback", 1)) {
         return nullptr;
     }
     int32_t resultCode = ERROR_SUCCESS;
@@ -140,12 +136,8 @@ napi_value Manager::OnEventCallback(napi_env env, napi_callback_info info)
 napi_value Manager::ReportEventOperation(napi_env env, napi_callback_info info)
 {
     GAME_LOGI("begin ReportEventOperation");
-    if (!IsValidEnv(gEnvInfo)) {
-        GAME_LOGE("ReportEventOperation invalid env");
-        return nullptr;
-    }
     CallArguments args;
-    if (!args.Read(env, info, 3)) {
+    if (!args.ReadIfValid(env, info, "ReportEventOperation", 3)) {
         return nullptr;
     }
     if (args.count != 3) {

@@ -73,27 +73,6 @@ void ThrowLastError(napi_env env)
     }
 }
 
-napi_status SettlePromise(napi_env env, const BaseContext& context, const napi_value (&result)[2])
-{
-    return context.errCode == ERROR_SUCCESS ? napi_resolve_deferred(env, context.deferred, result[1])
-                                            : napi_reject_deferred(env, context.deferred, result[0]);
-}
-
-napi_status CallBack(napi_env env, const BaseContext& context, const napi_value (&result)[2])
-{
-    napi_value receiver = nullptr;
-    napi_status status = napi_get_undefined(env, &receiver);
-    if (status != napi_ok) {
-        return status;
-    }
-    napi_value callback = nullptr;
-    status = napi_get_reference_value(env, context.callbackRef, &callback);
-    if (status == napi_ok) {
-        (void)napi_call_function(env, receiver, callback, std::size(result), result, nullptr);
-    }
-    return status;
-}
-
 }  // namespace
 
 napi_value Manager::Entry(napi_env env, napi_value exports)
@@ -167,10 +146,8 @@ void Manager::ReturnCallbackOrPromise(napi_env env, const BaseContext& context, 
 {
     napi_value result[] = {error, data};
     napi_status status = napi_get_null(env, &result[context.errCode == ERROR_SUCCESS ? 0 : 1]);
-    if (status == napi_ok && context.deferred != nullptr) {
-        status = SettlePromise(env, context, result);
-    } else if (status == napi_ok && context.callbackRef != nullptr) {
-        status = CallBack(env, context, result);
+    if (status == napi_ok) {
+        status = Settle(env, context, context.errCode != ERROR_SUCCESS, result);
     }
     if (status != napi_ok) {
         ThrowLastError(env);

@@ -1,8 +1,9 @@
-#ifndef NAPI_GAME_PLAYER_EXTENSION_ABILITY_H
-#define NAPI_GAME_PLAYER_EXTENSION_ABILITY_H
+#pragma once
 
+#include "common/request_types.h"
 #include "modal/base_context.h"
 #include "napi/native_api.h"
+#include "napi/request_shape.h"
 
 namespace TAVIK::GAME_PLAYER {
 
@@ -13,24 +14,30 @@ namespace TAVIK::GAME_PLAYER {
 /// registered any more, and throws business error 1002000001 if its arguments cannot be read.
 class GamePlayerExtensionAbilityManager
 {
+    template <RequestType TYPE>
+    static napi_value Run(napi_env env, napi_callback_info info)
+    {
+        return RunRequest(env, info, FindRequest(TYPE));
+    }
+
 public:
     /// Registers the environment of this thread, once, and defines the methods on `exports`. Returns
     /// `exports`; null, with a business error thrown, if they could not be defined.
     static napi_value Entry(napi_env env, napi_value exports);
 
-    static napi_value Init(napi_env env, napi_callback_info info);
-    static napi_value GetLocalPlayer(napi_env env, napi_callback_info info);
-    static napi_value SavePlayerRole(napi_env env, napi_callback_info info);
-    static napi_value PrePurchase(napi_env env, napi_callback_info info);
-    static napi_value PostPurchase(napi_env env, napi_callback_info info);
-    static napi_value BindPlayer(napi_env env, napi_callback_info info);
-    static napi_value UnbindPlayer(napi_env env, napi_callback_info info);
-    static napi_value VerifyLocalPlayer(napi_env env, napi_callback_info info);
-    static napi_value UnionLogin(napi_env env, napi_callback_info info);
-    static napi_value LaunchWelcomeBanner(napi_env env, napi_callback_info info);
-    static napi_value LaunchAntiAddiction(napi_env env, napi_callback_info info);
-    static napi_value QuickGameLogin(napi_env env, napi_callback_info info);
-    static napi_value LaunchCommonPage(napi_env env, napi_callback_info info);
+    static constexpr napi_callback Init = Run<REQUEST_INIT>;
+    static constexpr napi_callback GetLocalPlayer = Run<REQUEST_GET_LOCAL_PLAYER>;
+    static constexpr napi_callback SavePlayerRole = Run<REQUEST_SAVE_PLAYER_ROLE>;
+    static constexpr napi_callback PrePurchase = Run<REQUEST_PRE_PURCHASE>;
+    static constexpr napi_callback PostPurchase = Run<REQUEST_POST_PURCHASE>;
+    static constexpr napi_callback BindPlayer = Run<REQUEST_BIND_PLAYER>;
+    static constexpr napi_callback UnbindPlayer = Run<REQUEST_UNBIND_PLAYER>;
+    static constexpr napi_callback VerifyLocalPlayer = Run<REQUEST_VERIFY_LOCAL_PLAYER>;
+    static constexpr napi_callback UnionLogin = Run<REQUEST_UNION_LOGIN>;
+    static constexpr napi_callback LaunchWelcomeBanner = Run<REQUEST_LAUNCH_WELCOME_BANNER>;
+    static constexpr napi_callback LaunchAntiAddiction = Run<REQUEST_LAUNCH_ANTI_ADDICTION>;
+    static constexpr napi_callback QuickGameLogin = Run<REQUEST_QUICK_GAME_LOGIN>;
+    static constexpr napi_callback LaunchCommonPage = Run<REQUEST_LAUNCH_COMMON_PAGE>;
     static napi_value SyncTraceId(napi_env env, napi_callback_info info);
     static napi_value On(napi_env env, napi_callback_info info);
     static napi_value Off(napi_env env, napi_callback_info info);
@@ -57,5 +64,3 @@ private:
 };
 
 }  // namespace TAVIK::GAME_PLAYER
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef NAPI_RECORD_READER_H
-#define NAPI_RECORD_READER_H
+#pragma once
 
 #include <cstdint>
 #include <string>
@@ -50,5 +49,3 @@ bool ReadRecord(napi_env env, napi_value value, Record& record)
 }
 
 }  // namespace TAVIK::GAME_PLAYER
-
-#endif

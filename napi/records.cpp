@@ -59,30 +59,16 @@ json ToJson(Record& record)
 
 }  // namespace
 
-std::string ThirdUserInfo::ToString() &&
+template <typename Record>
+std::string WriteJson(Record& record)
 {
-    return ToJson(*this).dump();
+    return ToJson(record).dump();
 }
-
-std::string RVQPlayerRole::ToString() &&
-{
-    return ToJson(*this).dump();
-}
-
-std::string PurchaseParameter::ToString() &&
-{
-    return ToJson(*this).dump();
-}
-
-std::string CreatePurchaseResult::ToString() &&
-{
-    return ToJson(*this).dump();
-}
-
-std::string QuickGameLoginParam::ToString() &&
-{
-    return ToJson(*this).dump();
-}
+template std::string WriteJson(ThirdUserInfo& record);
+template std::string WriteJson(RVQPlayerRole& record);
+template std::string WriteJson(PurchaseParameter& record);
+template std::string WriteJson(CreatePurchaseResult& record);
+template std::string WriteJson(QuickGameLoginParam& record);
 
 std::string UnionLoginParam::ToString() &&
 {

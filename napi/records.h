@@ -1,5 +1,4 @@
-#ifndef NAPI_RECORDS_H
-#define NAPI_RECORDS_H
+#pragma once
 
 #include <cstdint>
 #include <string>
@@ -8,9 +7,11 @@
 namespace TAVIK::GAME_PLAYER {
 
 // What a game passes to the extension. `VisitFields` tells a record's fields by key, in the order in which
-// they are read from a JS object; a field with a third argument counts only if the game gave it. `ToString`
-// makes compact JSON (RFC 8259) in UTF-8, with the keys in order; it hands the record's strings over to the
-// JSON, and so is called once.
+// they are read from a JS object; a field with a third argument counts only if the game gave it.
+
+/// A record as compact JSON (RFC 8259) in UTF-8, with the keys in order. Takes the record's strings.
+template <typename Record>
+std::string WriteJson(Record& record);
 
 /// What a game knows of its own account.
 struct ThirdUserInfo {
@@ -30,7 +31,7 @@ struct ThirdUserInfo {
         visit("isAdult", isAdult, isAdultSet);
         visit("ageRange", ageRange, ageRangeSet);
     }
-    std::string ToString() &&;
+    std::string ToString() && { return WriteJson(*this); }
 };
 
 /// The role that a player plays, and the identifiers that it belongs to.
@@ -54,7 +55,7 @@ struct RVQPlayerRole {
         visit("teamPlayerId", teamPlayerId);
         visit("thirdOpenId", thirdOpenId);
     }
-    std::string ToString() &&;
+    std::string ToString() && { return WriteJson(*this); }
 };
 
 /// A product to be bought.
@@ -72,7 +73,7 @@ struct PurchaseParameter {
         visit("developerPayload", developerPayload);
         visit("reservedInfo", reservedInfo);
     }
-    std::string ToString() &&;
+    std::string ToString() && { return WriteJson(*this); }
 };
 
 /// The data of a purchase, as the game received them.
@@ -84,7 +85,7 @@ struct CreatePurchaseResult {
     {
         visit("purchaseData", purchaseData);
     }
-    std::string ToString() &&;
+    std::string ToString() && { return WriteJson(*this); }
 };
 
 /// The mini-game to log in to.
@@ -96,7 +97,7 @@ struct QuickGameLoginParam {
     {
         visit("gameAppId", gameAppId);
     }
-    std::string ToString() &&;
+    std::string ToString() && { return WriteJson(*this); }
 };
 
 /// One of the game's own accounts, as the login panel shows it.
@@ -124,9 +125,7 @@ struct UnionLoginParam {
         visit("showLoginDialog", showLoginDialog);
         visit("loginPanelType", loginPanelType, hasLoginPanelType);
     }
-    std::string ToString() &&;
+    std::string ToString() &&;  // icons of many megabytes included
 };
 
 }  // namespace TAVIK::GAME_PLAYER
-
-#endif

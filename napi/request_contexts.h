@@ -1,5 +1,4 @@
-#ifndef NAPI_REQUEST_CONTEXTS_H
-#define NAPI_REQUEST_CONTEXTS_H
+#pragma once
 
 #include <cstdint>
 #include <string>
@@ -63,5 +62,3 @@ struct LaunchAntiAddictionContext : BaseContext {
 };
 
 }  // namespace TAVIK::GAME_PLAYER
-
-#endif

@@ -7,7 +7,6 @@
 #include "common/velmor_error.h"
 #include "common/velmor_log.h"
 #include "common/velmor_util.h"
-#include "modal/game_service_want.h"
 #include "modal/modal_ui_callback.h"
 #include "napi/game_player_extension_ability.h"
 
@@ -27,9 +26,10 @@ int32_t FailureCode(RequestType type)
     return HasFlag(type, HIDES_FAILURES) ? ERROR_SUCCESS : ERROR_PARAMETER;
 }
 
-RequestRule::Context CreateContext(const RequestRule& rule, const CallArguments& args, int64_t startTime)
+std::shared_ptr<BaseContext> CreateContext(const RequestRule& rule, const CallArguments& args,
+                                           int64_t startTime)
 {
-    RequestRule::Context context = rule.create();
+    std::shared_ptr<BaseContext> context = rule.create();
     context->startTime = startTime;
     context->contextValue = args.values[0];
     context->requestType = rule.type;
@@ -76,11 +76,21 @@ bool CallArguments::Read(napi_env env, napi_callback_info info, size_t maxArgs)
     return true;
 }
 
-void OpenExtension(const RequestRule& rule, const RequestRule::Context& context)
+bool CallArguments::ReadIfValid(napi_env env, napi_callback_info info, const char* method, size_t maxArgs)
+{
+    if (!IsValidEnv(gEnvInfo)) {
+        GAME_LOGE("%{public}s invalid env", method);
+        return false;
+    }
+    return Read(env, info, maxArgs);
+}
+
+void OpenExtension(const RequestRule& rule, const std::shared_ptr<BaseContext>& context,
+                   void (*addParams)(BaseContext& context, OHOS::AAFwk::Want& want))
 {
     GAME_LOGI("begin Execute%{public}s", rule.method);
     OHOS::AAFwk::Want want = MakeGameServiceWant(rule.type);
-    rule.addParams(*context, want);
+    addParams(*context, want);
     std::make_shared<ModalUICallback>(context)->StartUIExtensionAbility(std::move(want));
     GAME_LOGI("end Execute%{public}s", rule.method);
 }
@@ -89,15 +99,11 @@ napi_value RunRequest(napi_env env, napi_callback_info info, const RequestRule& 
 {
     GAME_LOGI("begin %{public}s", rule.method);
     const int64_t startTime = rule.isAnswered ? GetCurrentTimestamp() : 0;
-    if (!IsValidEnv(gEnvInfo)) {
-        GAME_LOGE("%{public}s invalid env", rule.method);
-        return nullptr;
-    }
     CallArguments args;
-    if (!args.Read(env, info, rule.arguments.read)) {
+    if (!args.ReadIfValid(env, info, rule.method, rule.arguments.read)) {
         return nullptr;
     }
-    if (rule.isCountLogged) {
+    if (rule.arguments.isCountLogged) {
         GAME_LOGI("%{public}s params size:%{public}lu", rule.method, static_cast<unsigned long>(args.count));
     }
     if (args.count < rule.arguments.min || args.count > rule.arguments.max) {
@@ -105,14 +111,14 @@ napi_value RunRequest(napi_env env, napi_callback_info info, const RequestRule& 
         ThrowBusinessError(env, FailureCode(rule.type), "");
         return args.undefined;
     }
-    const RequestRule::Context context = CreateContext(rule, args, startTime);
+    const std::shared_ptr<BaseContext> context = CreateContext(rule, args, startTime);
     napi_value result = args.undefined;
     if (!BuildContext(env, rule.arguments, args, *context, result) || !rule.parse(env, args, *context) ||
         IsExceptionPending(env)) {
         FailRequest(env, rule, *context);
         return result;
     }
-    rule.start(rule, context);
+    rule.execute(rule, context);
     GAME_LOGI("end %{public}s", rule.method);
     return result;
 }

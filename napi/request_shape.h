@@ -1,9 +1,9 @@
-#ifndef NAPI_REQUEST_SHAPE_H
-#define NAPI_REQUEST_SHAPE_H
+#pragma once
 
 #include <array>
 #include <cstdint>
 #include <memory>
+#include <type_traits>
 
 #include "common/request_types.h"
 #include "modal/base_context.h"
@@ -22,103 +22,90 @@ struct CallArguments {
     /// Reads the first `maxArgs` arguments. If the environment refuses, throws business error 1002000001 and
     /// answers false.
     bool Read(napi_env env, napi_callback_info info, size_t maxArgs);
+
+    /// The same for `method`, unless this thread's environment is not registered any more: that is logged.
+    bool ReadIfValid(napi_env env, napi_callback_info info, const char* method, size_t maxArgs);
 };
 
-/// How many arguments a method takes, and which forms it has.
+/// How many arguments a method takes, which forms it has, and whether it logs their number.
 struct ArgumentRule {
     size_t min;
     size_t max;
     size_t read;
     size_t callbackCount;  // of the callback form, whose last argument is the callback; 0: there is none
+    bool isCountLogged;
 };
 
-/// `count` arguments and a callback, or any other number from `count` on for a promise.
+/// `count` arguments and a callback; or any other number from `count` on, for a promise.
 constexpr ArgumentRule WithCallback(size_t count)
 {
-    return {count, SIZE_MAX, count + 1, count + 1};
+    return {count, SIZE_MAX, count + 1, count + 1, true};
 }
 
 /// Exactly `count` arguments, for a promise.
 constexpr ArgumentRule PromiseOnly(size_t count)
 {
-    return {count, count, count, 0};
+    return {count, count, count, 0, true};
+}
+
+constexpr ArgumentRule WithoutCountLog(ArgumentRule rule)
+{
+    rule.isCountLogged = false;
+    return rule;
 }
 
 /// Any number of arguments, of which the first `count` are read, for a promise.
 constexpr ArgumentRule Unchecked(size_t count)
 {
-    return {0, SIZE_MAX, count, 0};
+    return {0, SIZE_MAX, count, 0, false};
 }
 
 /// One asynchronous method: see `Request` and `PageLaunch`.
 struct RequestRule {
-    using Context = std::shared_ptr<BaseContext>;
-
     const char* method;  // as log lines name it
     RequestType type;
     ArgumentRule arguments;
-    Context (*create)();
+    RequestType failureType;  // whose name a failure after the count was accepted has in analytics
+    bool isAnswered;
+    std::shared_ptr<BaseContext> (*create)();
     bool (*parse)(napi_env env, const CallArguments& args, BaseContext& context);
-    void (*addParams)(BaseContext& context, OHOS::AAFwk::Want& want);
-    void (*start)(const RequestRule& rule, const Context& context);
-    RequestType failureType;
-    bool isCountLogged = true;
-    bool isAnswered = true;
-
-    /// Writes no line that tells the number of arguments.
-    constexpr RequestRule WithoutCountLog() const
-    {
-        RequestRule rule = *this;
-        rule.isCountLogged = false;
-        return rule;
-    }
-
-    /// Analytics know a call that fails after its arguments were counted under the name of another type.
-    constexpr RequestRule FailingAs(RequestType other) const
-    {
-        RequestRule rule = *this;
-        rule.failureType = other;
-        return rule;
-    }
-
-    /// Hands the request over in another way than by opening the extension.
-    constexpr RequestRule StartedBy(void (*handOver)(const RequestRule& rule, const Context& context)) const
-    {
-        RequestRule rule = *this;
-        rule.start = handOver;
-        return rule;
-    }
+    void (*execute)(const RequestRule& rule, const std::shared_ptr<BaseContext>& context);
 };
 
-/// Opens the game-service extension with a Want of the request's type, to which the rule's parameters are
-/// added.
-void OpenExtension(const RequestRule& rule, const RequestRule::Context& context);
+/// Opens the game-service extension with a Want of the request's type, to which `addParams` adds.
+void OpenExtension(const RequestRule& rule, const std::shared_ptr<BaseContext>& context,
+                   void (*addParams)(BaseContext& context, OHOS::AAFwk::Want& want));
 
 inline bool ParseNothing(napi_env /*env*/, const CallArguments& /*args*/, BaseContext& /*context*/)
 {
     return true;
 }
 
-inline void AddNothing(BaseContext& /*context*/, OHOS::AAFwk::Want& /*want*/) {}
-
-/// A method that opens the extension and brings JS its answer: its name, its type, its arguments; the class
-/// of its context; PARSE, which reads the parameters into it and tells whether they will do; and EXECUTE,
-/// which adds to the Want.
+/// A method that brings JS the extension's answer: its name, type and arguments; the class of its context;
+/// PARSE, which reads the parameters into that and tells whether they will do; and EXECUTE, which adds to the
+/// Want that opens the extension, or hands the context over itself. A call that fails after its arguments
+/// were counted is known to analytics as one of `failureType`, unless that is unknown.
 template <typename Context, auto PARSE, auto EXECUTE>
-constexpr RequestRule Request(const char* method, RequestType type, ArgumentRule arguments)
+constexpr RequestRule Request(const char* method, RequestType type, ArgumentRule arguments,
+                              RequestType failureType = REQUEST_UNKNOWN)
 {
-    return {
-        method,
-        type,
-        arguments,
-        []() -> RequestRule::Context { return std::make_shared<Context>(); },
-        [](napi_env env, const CallArguments& args, BaseContext& context) {
-            return PARSE(env, args, static_cast<Context&>(context));
-        },
-        [](BaseContext& context, OHOS::AAFwk::Want& want) { EXECUTE(static_cast<Context&>(context), want); },
-        OpenExtension,
-        type,
+    auto create = []() -> std::shared_ptr<BaseContext> {
+        return std::make_shared<Context>();
     };
+    auto parse = [](napi_env env, const CallArguments& args, BaseContext& context) {
+        return PARSE(env, args, static_cast<Context&>(context));
+    };
+    auto execute = [](const RequestRule& rule, const std::shared_ptr<BaseContext>& context) {
+        if constexpr (std::is_invocable_v<decltype(EXECUTE), std::shared_ptr<Context>>) {
+            EXECUTE(std::static_pointer_cast<Context>(context));
+        } else {
+            OpenExtension(rule, context, [](BaseContext& base, OHOS::AAFwk::Want& want) {
+                EXECUTE(static_cast<Context&>(base), want);
+            });
+        }
+    };
+    return {method, type,   arguments, failureType != REQUEST_UNKNOWN ? failureType : type,
+            true,   create, parse,     execute};
 }
 
 /// A method whose answer reaches nobody: neither the caller, whose promise never settles and only tells that
@@ -128,10 +115,12 @@ template <typename Context, auto PARSE, auto EXECUTE>
 constexpr RequestRule PageLaunch(const char* method, RequestType type, size_t count)
 {
     RequestRule rule = Request<Context, PARSE, EXECUTE>(method, type, Unchecked(count));
-    rule.isCountLogged = false;
     rule.isAnswered = false;
     return rule;
 }
+
+/// The rule of the method that makes requests of a type. There must be one.
+const RequestRule& FindRequest(RequestType type);
 
 /// One asynchronous JS method from its call to the opened extension: reads the arguments, builds the context
 /// in the form that the caller chose, parses, and hands the request over to its session. Returns the promise,
@@ -142,5 +131,3 @@ constexpr RequestRule PageLaunch(const char* method, RequestType type, size_t co
 napi_value RunRequest(napi_env env, napi_callback_info info, const RequestRule& rule);
 
 }  // namespace TAVIK::GAME_PLAYER
-
-#endif

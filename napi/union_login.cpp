@@ -1,17 +1,18 @@
+#include "napi/union_login.h"
+
+#include <cstddef>
+#include <memory>
 #include <utility>
 
-#include "common/handle_scope.h"
+#include "common/js_value_helpers.h"
 #include "common/velmor_log.h"
-#include "napi/account_icon.h"
-#include "napi/game_player_extension_ability.h"
+#include "common/velmor_util.h"
 #include "napi/record_reader.h"
-#include "napi/request_contexts.h"
-#include "napi/request_shape.h"
+#include "resource_manager.h"
 
 namespace TAVIK::GAME_PLAYER {
 
-using Manager = GamePlayerExtensionAbilityManager;
-using OHOS::AAFwk::Want;
+using OHOS::Global::Resource::ResourceManager;
 
 namespace {
 
@@ -20,6 +21,91 @@ constexpr const char* KEY_ICON = "accountIcon";
 
 // The one panel that shows accounts without icons.
 constexpr int32_t PANEL_WITHOUT_ICONS = 1;
+
+constexpr uint32_t SCREEN_DENSITY = 0;
+
+/// The bytes of a resource; a length of 0 means that it was not found.
+struct IconData {
+    std::unique_ptr<uint8_t[]> bytes;
+    size_t length = 0;
+};
+
+std::shared_ptr<ResourceManager> FindResources(const BaseContext& context, const std::string& moduleName)
+{
+    // A caller that is a UI extension has no ability context, and so no module context.
+    auto moduleContext =
+        context.abilityContext != nullptr ? context.abilityContext->CreateModuleContext(moduleName) : nullptr;
+    if (moduleContext == nullptr) {
+        GAME_LOGE("%{public}s is nullptr", "moduleContext");
+        return nullptr;
+    }
+    auto resourceManager = moduleContext->GetResourceManager();
+    if (resourceManager == nullptr) {
+        GAME_LOGE("%{public}s is nullptr", "resourceManager");
+    }
+    return resourceManager;
+}
+
+void ReadByName(ResourceManager& resources, const std::string& name, IconData& icon)
+{
+    const size_t dot = name.rfind('.');
+    if (dot != std::string::npos) {
+        (void)resources.GetMediaDataByName(name.c_str() + dot + 1, icon.length, icon.bytes, SCREEN_DENSITY);
+        GAME_LOGI("GetEncodedAccountIcon media iconName: %{public}s, len: %{public}zu", name.c_str(),
+                  icon.length);
+    }
+    if (icon.length == 0) {
+        (void)resources.GetRawFileFromHap(name, icon.length, icon.bytes);
+        GAME_LOGI("GetEncodedAccountIcon raw iconName: %{public}s, len: %{public}zu", name.c_str(),
+                  icon.length);
+    }
+}
+
+// False if the names cannot be had.
+bool ReadByNames(napi_env env, napi_value descriptor, ResourceManager& resources, IconData& icon)
+{
+    napi_value names = nullptr;
+    uint32_t count = 0;
+    if (napi_get_named_property(env, descriptor, "params", &names) != napi_ok ||
+        napi_get_array_length(env, names, &count) != napi_ok) {
+        return false;
+    }
+    for (uint32_t i = 0; i < count && icon.length == 0; ++i) {
+        napi_value name = nullptr;
+        if (napi_get_element(env, names, i, &name) != napi_ok) {
+            return false;
+        }
+        ReadByName(resources, GetStringUtf8(env, name), icon);
+    }
+    return true;
+}
+
+// The icon that a resource descriptor of the game names, in base64; empty if there is none. Looked for, in
+// this order: by the descriptor's `id`; then, for each name of its `params`, the media of the part after the
+// last dot, and the raw file of the whole name.
+std::string GetEncodedAccountIcon(napi_env env, napi_value icon, const BaseContext& context)
+{
+    std::string moduleName;
+    JsObjectToString(env, icon, "moduleName", MAX_STRING_LENGTH, moduleName);
+    if (moduleName.empty()) {
+        GAME_LOGE("GetEncodedAccountIcon moduleName is empty");
+        return {};
+    }
+    auto resources = FindResources(context, moduleName);
+    if (resources == nullptr) {
+        return {};
+    }
+    int32_t id = 0;
+    JsObjectToInt(env, icon, "id", id);
+    IconData data;
+    (void)resources->GetMediaDataById(static_cast<uint32_t>(id), data.length, data.bytes, SCREEN_DENSITY);
+    if (data.length == 0 && !ReadByNames(env, icon, *resources, data)) {
+        return {};
+    }
+    GAME_LOGI("GetEncodedAccountIcon id:%{public}d, len:%{public}zu, moduleName:%{public}s", id, data.length,
+              moduleName.c_str());
+    return Base64Encode(data.bytes.get(), data.length);
+}
 
 // False if the account is to be left out: except on the panel without icons, it goes only with one.
 bool ReadIcon(napi_env env, napi_value element, const UnionLoginContext& context, ThirdAccountInfo& account)
@@ -76,6 +162,8 @@ void JsObjectToAccountInfoList(napi_env env, napi_value object, UnionLoginContex
     GAME_LOGI("JsObjectToAccountInfoList end, length=%{public}d", static_cast<int>(length));
 }
 
+}  // namespace
+
 // Problems with accounts never fail the request.
 bool ParseUnionLoginReq(napi_env env, const CallArguments& args, UnionLoginContext& context)
 {
@@ -90,21 +178,9 @@ bool ParseUnionLoginReq(napi_env env, const CallArguments& args, UnionLoginConte
     return true;
 }
 
-void ExecuteUnionLogin(UnionLoginContext& context, Want& want)
+void ExecuteUnionLogin(UnionLoginContext& context, OHOS::AAFwk::Want& want)
 {
     want.SetParam("unionLoginParam", std::move(context.unionLoginParam).ToString());
-}
-
-}  // namespace
-
-napi_value Manager::UnionLogin(napi_env env, napi_callback_info info)
-{
-    // A call that fails after its count was accepted counts among those of unbindPlayer; statistics rely on
-    // it.
-    static constexpr auto RULE = Request<UnionLoginContext, ParseUnionLoginReq, ExecuteUnionLogin>(
-                                     "UnionLogin", REQUEST_UNION_LOGIN, PromiseOnly(2))
-                                     .FailingAs(REQUEST_UNBIND_PLAYER);
-    return RunRequest(env, info, RULE);
 }
 
 }  // namespace TAVIK::GAME_PLAYER

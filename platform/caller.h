@@ -1,5 +1,4 @@
-#ifndef PLATFORM_CALLER_H
-#define PLATFORM_CALLER_H
+#pragma once
 
 namespace StandIn {
 
@@ -7,5 +6,3 @@ namespace StandIn {
 void SetSystemApp(bool isSystem);
 
 }  // namespace StandIn
-
-#endif

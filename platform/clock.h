@@ -1,5 +1,4 @@
-#ifndef PLATFORM_CLOCK_H
-#define PLATFORM_CLOCK_H
+#pragma once
 
 #include <chrono>
 #include <condition_variable>
@@ -78,5 +77,3 @@ private:
 };
 
 }  // namespace StandIn
-
-#endif

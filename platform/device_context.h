@@ -1,5 +1,4 @@
-#ifndef PLATFORM_DEVICE_CONTEXT_H
-#define PLATFORM_DEVICE_CONTEXT_H
+#pragma once
 
 #include <node_api.h>
 
@@ -41,5 +40,3 @@ napi_value MakeContextObject(napi_env env, ContextRecord record);
 const ContextRecord* FindContextRecord(napi_env env, napi_value value);
 
 }  // namespace StandIn
-
-#endif

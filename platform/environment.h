@@ -1,5 +1,4 @@
-#ifndef PLATFORM_ENVIRONMENT_H
-#define PLATFORM_ENVIRONMENT_H
+#pragma once
 
 #include <node_api.h>
 #include <uv.h>
@@ -105,5 +104,3 @@ private:
 bool MovePendingException(napi_env from, napi_env to);
 
 }  // namespace StandIn
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef PLATFORM_EVENT_STORE_H
-#define PLATFORM_EVENT_STORE_H
+#pragma once
 
 #include <cstdint>
 #include <deque>
@@ -40,5 +39,3 @@ private:
 };
 
 }  // namespace StandIn
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef PLATFORM_FAULTS_H
-#define PLATFORM_FAULTS_H
+#pragma once
 
 #include <atomic>
 #include <cstdint>
@@ -40,5 +39,3 @@ private:
 };
 
 }  // namespace StandIn
-
-#endif

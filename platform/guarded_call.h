@@ -1,5 +1,4 @@
-#ifndef PLATFORM_GUARDED_CALL_H
-#define PLATFORM_GUARDED_CALL_H
+#pragma once
 
 #include <node_api.h>
 
@@ -34,5 +33,3 @@ napi_status Guarded(const char* call, napi_status (*real)(napi_env, Params...), 
 }
 
 }  // namespace StandIn
-
-#endif

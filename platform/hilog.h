@@ -1,5 +1,4 @@
-#ifndef PLATFORM_HILOG_H
-#define PLATFORM_HILOG_H
+#pragma once
 
 #include <atomic>
 #include <cstdint>
@@ -42,5 +41,3 @@ private:
 };
 
 }  // namespace StandIn
-
-#endif

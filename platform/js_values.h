@@ -1,5 +1,4 @@
-#ifndef PLATFORM_JS_VALUES_H
-#define PLATFORM_JS_VALUES_H
+#pragma once
 
 #include <node_api.h>
 
@@ -39,5 +38,3 @@ using ElementVisitor = std::function<bool(const std::string& name, napi_value va
 bool ForEachElement(napi_env env, napi_value array, const std::string& name, const ElementVisitor& visit);
 
 }  // namespace StandIn
-
-#endif

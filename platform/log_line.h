@@ -1,5 +1,4 @@
-#ifndef PLATFORM_LOG_LINE_H
-#define PLATFORM_LOG_LINE_H
+#pragma once
 
 #include <array>
 #include <cstddef>
@@ -53,5 +52,3 @@ private:
 LogLine FormatLine(const LogOrigin& origin, const KeptArguments& arguments);
 
 }  // namespace StandIn
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef PLATFORM_MODALS_H
-#define PLATFORM_MODALS_H
+#pragma once
 
 #include <atomic>
 #include <cstdint>
@@ -126,5 +125,3 @@ private:
 };
 
 }  // namespace StandIn
-
-#endif

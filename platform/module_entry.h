@@ -1,5 +1,4 @@
-#ifndef PLATFORM_MODULE_ENTRY_H
-#define PLATFORM_MODULE_ENTRY_H
+#pragma once
 
 #include <node_api.h>
 
@@ -13,5 +12,3 @@ napi_env ModuleEnv();
 napi_value LoadModule(napi_env env, napi_value exports);
 
 }  // namespace StandIn
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef PLATFORM_PARAMS_OBJECT_H
-#define PLATFORM_PARAMS_OBJECT_H
+#pragma once
 
 #include <node_api.h>
 
@@ -12,5 +11,3 @@ namespace StandIn {
 napi_value MakeParamsObject(napi_env env, const OHOS::AAFwk::WantParams& params);
 
 }  // namespace StandIn
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef PLATFORM_REQUEST_HOLD_H
-#define PLATFORM_REQUEST_HOLD_H
+#pragma once
 
 #include <atomic>
 #include <memory>
@@ -57,5 +56,3 @@ private:
 };
 
 }  // namespace StandIn
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef PLATFORM_RESOURCES_H
-#define PLATFORM_RESOURCES_H
+#pragma once
 
 #include <cstdint>
 #include <map>
@@ -25,5 +24,3 @@ std::shared_ptr<OHOS::Global::Resource::ResourceManager> MakeResourceManager(
     std::shared_ptr<const Resources> resources);
 
 }  // namespace StandIn
-
-#endif

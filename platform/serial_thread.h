@@ -1,5 +1,4 @@
-#ifndef PLATFORM_SERIAL_THREAD_H
-#define PLATFORM_SERIAL_THREAD_H
+#pragma once
 
 #include <condition_variable>
 #include <functional>
@@ -35,5 +34,3 @@ private:
 };
 
 }  // namespace StandIn
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef PLATFORM_UI_THREAD_H
-#define PLATFORM_UI_THREAD_H
+#pragma once
 
 #include <atomic>
 #include <mutex>
@@ -30,5 +29,3 @@ private:
 };
 
 }  // namespace StandIn
-
-#endif

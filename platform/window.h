@@ -1,5 +1,4 @@
-#ifndef PLATFORM_WINDOW_H
-#define PLATFORM_WINDOW_H
+#pragma once
 
 #include <atomic>
 #include <memory>
@@ -33,5 +32,3 @@ private:
 };
 
 }  // namespace StandIn
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef BENCH_FLOORS_BASE64_FLOOR_H
-#define BENCH_FLOORS_BASE64_FLOOR_H
+#pragma once
 
 #include <openssl/bio.h>
 #include <openssl/buffer.h>
@@ -29,5 +28,3 @@ inline std::string EncodeBase64(const uint8_t* data, size_t length)
 }
 
 }  // namespace Floors
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef BENCH_FLOORS_FLOORS_H
-#define BENCH_FLOORS_FLOORS_H
+#pragma once
 
 #include <node_api.h>
 
@@ -83,5 +82,3 @@ inline void Define(napi_env env, napi_value exports, const char* name, napi_call
 void DefineDeliveries(napi_env env, napi_value exports);
 
 }  // namespace Floors
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef BENCH_FLOORS_INBOX_H
-#define BENCH_FLOORS_INBOX_H
+#pragma once
 
 #include <node_api.h>
 #include <uv.h>
@@ -72,5 +71,3 @@ private:
 };
 
 }  // namespace Floors
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef DEVICE_BINDING_FUNCTIONS_H
-#define DEVICE_BINDING_FUNCTIONS_H
+#pragma once
 
 #include <node_api.h>
 
@@ -16,5 +15,3 @@ bool DefineRecordFunctions(napi_env env, napi_value exports);
 bool DefineControlFunctions(napi_env env, napi_value exports);
 
 }  // namespace StandIn
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef DEVICE_BINDING_INSTANCE_H
-#define DEVICE_BINDING_INSTANCE_H
+#pragma once
 
 #include <node_api.h>
 
@@ -55,5 +54,3 @@ private:
 napi_value MakeModalRecord(napi_env env, const Modal& modal);
 
 }  // namespace StandIn
-
-#endif

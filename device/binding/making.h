@@ -1,5 +1,4 @@
-#ifndef DEVICE_BINDING_MAKING_H
-#define DEVICE_BINDING_MAKING_H
+#pragma once
 
 #include <node_api.h>
 
@@ -60,5 +59,3 @@ struct Function {
 bool DefineFunctions(napi_env env, napi_value target, std::initializer_list<Function> functions);
 
 }  // namespace StandIn
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef DEVICE_BINDING_PENDING_PROMISE_H
-#define DEVICE_BINDING_PENDING_PROMISE_H
+#pragma once
 
 #include <node_api.h>
 
@@ -42,5 +41,3 @@ private:
 };
 
 }  // namespace StandIn
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef DEVICE_BINDING_READING_H
-#define DEVICE_BINDING_READING_H
+#pragma once
 
 #include <node_api.h>
 
@@ -35,5 +34,3 @@ bool ReadNumber(napi_env env, napi_value value, const std::string& name, double 
                 double& number);
 
 }  // namespace StandIn
-
-#endif

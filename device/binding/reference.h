@@ -1,5 +1,4 @@
-#ifndef DEVICE_BINDING_REFERENCE_H
-#define DEVICE_BINDING_REFERENCE_H
+#pragma once
 
 #include <node_api.h>
 
@@ -50,5 +49,3 @@ private:
 };
 
 }  // namespace StandIn
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef PLATFORM_ABILITY_CONTEXT_H
-#define PLATFORM_ABILITY_CONTEXT_H
+#pragma once
 
 #include "context.h"
 #include "ui_content.h"
@@ -17,5 +16,3 @@ public:
 };
 
 }  // namespace OHOS::AbilityRuntime
-
-#endif

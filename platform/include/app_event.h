@@ -1,5 +1,4 @@
-#ifndef PLATFORM_APP_EVENT_H
-#define PLATFORM_APP_EVENT_H
+#pragma once
 
 #include <cstdint>
 #include <string>
@@ -42,5 +41,3 @@ private:
 int Write(Event event);
 
 }  // namespace OHOS::HiviewDFX
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef PLATFORM_APP_EVENT_PROCESSOR_MGR_H
-#define PLATFORM_APP_EVENT_PROCESSOR_MGR_H
+#pragma once
 
 #include <cstdint>
 #include <map>
@@ -44,5 +43,3 @@ public:
 };
 
 }  // namespace OHOS::HiviewDFX
-
-#endif

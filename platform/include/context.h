@@ -1,5 +1,4 @@
-#ifndef PLATFORM_CONTEXT_H
-#define PLATFORM_CONTEXT_H
+#pragma once
 
 #include <cstddef>
 #include <memory>
@@ -37,5 +36,3 @@ protected:
 };
 
 }  // namespace OHOS::AbilityRuntime
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef PLATFORM_IPC_SKELETON_H
-#define PLATFORM_IPC_SKELETON_H
+#pragma once
 
 #include <cstdint>
 
@@ -13,5 +12,3 @@ public:
 };
 
 }  // namespace OHOS
-
-#endif

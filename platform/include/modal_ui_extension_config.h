@@ -1,5 +1,4 @@
-#ifndef PLATFORM_MODAL_UI_EXTENSION_CONFIG_H
-#define PLATFORM_MODAL_UI_EXTENSION_CONFIG_H
+#pragma once
 
 #include <cstdint>
 #include <functional>
@@ -33,5 +32,3 @@ struct ModalUIExtensionConfig {
 };
 
 }  // namespace OHOS::Ace
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef PLATFORM_NAPI_BASE_CONTEXT_H
-#define PLATFORM_NAPI_BASE_CONTEXT_H
+#pragma once
 
 #include <memory>
 
@@ -16,5 +15,3 @@ napi_status IsStageContext(napi_env env, napi_value value, bool& isStage);
 std::shared_ptr<Context> GetStageModeContext(napi_env env, napi_value value);
 
 }  // namespace OHOS::AbilityRuntime
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef PLATFORM_NAPI_COMMON_WANT_H
-#define PLATFORM_NAPI_COMMON_WANT_H
+#pragma once
 
 #include "napi/native_api.h"
 #include "want_params.h"
@@ -15,5 +14,3 @@ napi_value WrapWantParams(napi_env env, const AAFwk::WantParams& params);
 bool UnwrapWantParams(napi_env env, napi_value value, AAFwk::WantParams& params);
 
 }  // namespace OHOS::AppExecFwk
-
-#endif

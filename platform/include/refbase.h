@@ -1,5 +1,4 @@
-#ifndef PLATFORM_REFBASE_H
-#define PLATFORM_REFBASE_H
+#pragma once
 
 #include <atomic>
 #include <cstdint>
@@ -67,5 +66,3 @@ private:
 };
 
 }  // namespace OHOS
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef PLATFORM_RESOURCE_MANAGER_H
-#define PLATFORM_RESOURCE_MANAGER_H
+#pragma once
 
 #include <cstddef>
 #include <cstdint>
@@ -31,5 +30,3 @@ public:
 };
 
 }  // namespace OHOS::Global::Resource
-
-#endif

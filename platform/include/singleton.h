@@ -1,5 +1,4 @@
-#ifndef PLATFORM_SINGLETON_H
-#define PLATFORM_SINGLETON_H
+#pragma once
 
 #include <memory>
 #include <mutex>
@@ -34,5 +33,3 @@ private:
 };
 
 }  // namespace OHOS
-
-#endif

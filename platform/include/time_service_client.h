@@ -1,5 +1,4 @@
-#ifndef PLATFORM_TIME_SERVICE_CLIENT_H
-#define PLATFORM_TIME_SERVICE_CLIENT_H
+#pragma once
 
 #include <cstdint>
 
@@ -18,5 +17,3 @@ public:
 };
 
 }  // namespace OHOS::MiscServices
-
-#endif

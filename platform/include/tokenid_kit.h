@@ -1,5 +1,4 @@
-#ifndef PLATFORM_TOKENID_KIT_H
-#define PLATFORM_TOKENID_KIT_H
+#pragma once
 
 #include <cstdint>
 
@@ -13,5 +12,3 @@ public:
 };
 
 }  // namespace OHOS::Security::AccessToken
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef PLATFORM_UI_CONTENT_H
-#define PLATFORM_UI_CONTENT_H
+#pragma once
 
 #include <cstdint>
 
@@ -22,5 +21,3 @@ public:
 };
 
 }  // namespace OHOS::Ace
-
-#endif

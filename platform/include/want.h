@@ -1,5 +1,4 @@
-#ifndef PLATFORM_WANT_H
-#define PLATFORM_WANT_H
+#pragma once
 
 #include <string>
 
@@ -40,5 +39,3 @@ private:
 };
 
 }  // namespace OHOS::AAFwk
-
-#endif

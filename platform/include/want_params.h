@@ -1,5 +1,4 @@
-#ifndef PLATFORM_WANT_PARAMS_H
-#define PLATFORM_WANT_PARAMS_H
+#pragma once
 
 #include <cstdint>
 #include <map>
@@ -42,5 +41,3 @@ private:
 };
 
 }  // namespace OHOS::AAFwk
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef TESTS_NATIVE_FAKE_NODE_H
-#define TESTS_NATIVE_FAKE_NODE_H
+#pragma once
 
 #include <gtest/gtest.h>
 
@@ -63,5 +62,3 @@ public:
 
 /// A request in promise form, over `content`.
 std::shared_ptr<TAVIK::GAME_PLAYER::BaseContext> MakeRequest(FakeContent& content, int32_t requestType);
-
-#endif

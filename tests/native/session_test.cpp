@@ -15,7 +15,6 @@
 #include "event_store.h"
 #include "events/game_player_event_callback.h"
 #include "fake_node.h"
-#include "modal/game_service_want.h"
 #include "modal/modal_ui_callback.h"
 
 using namespace TAVIK::GAME_PLAYER;

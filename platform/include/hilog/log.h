@@ -1,5 +1,4 @@
-#ifndef PLATFORM_HILOG_LOG_H
-#define PLATFORM_HILOG_LOG_H
+#pragma once
 
 #include <cstddef>
 #include <cstdint>
@@ -75,5 +74,3 @@ int HiLogPrint(LogType /*type*/, LogLevel level, unsigned int domain, const char
     const LogArgument list[] = {arguments..., 0};  // never empty
     return HiLogWrite(level, domain, tag, format, list, sizeof...(arguments));
 }
-
-#endif

@@ -1,5 +1,4 @@
-#ifndef PLATFORM_NAPI_NATIVE_API_H
-#define PLATFORM_NAPI_NATIVE_API_H
+#pragma once
 
 /// The Node-API as the device offers it to native modules. Names, shapes and statuses are those of the
 /// Node-API manual; where the device is more lenient, its behaviour is the one to rely on:
@@ -11,5 +10,3 @@
 ///    also with an environment that has ended: they then fail with a status.
 /// Every other call belongs on the JS thread of its environment.
 #include <node_api.h>
-
-#endif
