@@ -7,6 +7,7 @@ namespace TAVIK::GAME_PLAYER {
 
 namespace {
 
+constexpr int32_t CODE_PLAYER_CHANGED = 9;  // an event for the game's listeners, and no result
 constexpr int32_t CODE_GAME_EXIT = 10;
 
 GameEvent EventOf(AnswerKind kind, int32_t code)

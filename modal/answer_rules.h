@@ -14,9 +14,6 @@ enum class RequestState { WAITING, ANSWERED, OPEN, ENDED };
 
 enum class GameEvent { NONE, PLAYER_CHANGED, GAME_ADDICTION_PREVENTED };
 
-/// A code that is an event for the game's listeners and no result.
-inline constexpr int32_t CODE_PLAYER_CHANGED = 9;
-
 /// What one answer brings about. All false: nothing.
 struct Verdict {
     bool exits = false;  // the game process ends, and nothing else happens

@@ -90,13 +90,8 @@ void ModalUICallback::PreventQuickGame()
         context_->isResetContext = true;
         request = context_;
     }
-    PreventGameAddiction();
+    RaiseEvent(GameEvent::GAME_ADDICTION_PREVENTED, WantParams());
     CloseModalUIExtension(*request);
-}
-
-void ModalUICallback::PreventGameAddiction() const
-{
-    DoGameEvent(envInfo_, 0, EVENT_GAME_ADDICTION_PREVENTED, "The user is under age.");
 }
 
 void ModalUICallback::DoGameEvent(const std::shared_ptr<EnvInfo>& envInfo, int32_t event,

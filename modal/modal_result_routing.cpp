@@ -57,77 +57,102 @@ const char* AssembleErrorMessage(int32_t requestType, int32_t& code)
 void ModalUICallback::OnResultForModal(int32_t resultCode, const Want& result)
 {
     GAME_LOGI("OnResultForModal resultCode=%{public}d", resultCode);
-    Decision decision = Decide(AnswerKind::RESULT, resultCode);
-    if (decision.context == nullptr) {
-        GAME_LOGE("OnResultForModal baseContext is null");
-        return;
-    }
-    if (decision.verdict.exits) {
-        ExitGame("OnResultForModal", resultCode);
-    }
-    switch (decision.verdict.event) {
-        case GameEvent::PLAYER_CHANGED:
-            DoGameEvent(envInfo_, 0, EVENT_PLAYER_CHANGED, result.GetStringParam(KEY_RESULT_INFO));
-            return;
-        case GameEvent::GAME_ADDICTION_PREVENTED:
-            PreventGameAddiction();
-            SendMessageBack(std::move(decision), resultCode);
-            return;
-        case GameEvent::NONE:
-            break;
-    }
-    const char* message = "";
-    if (decision.verdict.isFailure) {
-        GAME_LOGI("OnResultForModal set isResetContext to true");
-        message = AssembleErrorMessage(requestType_, resultCode);
-    } else {
-        DealResponseForModal(decision, result);
-    }
-    SendMessageBack(std::move(decision), resultCode, message);
-}
-
-void ModalUICallback::DealResponseForModal(const Decision& decision, const Want& result) const
-{
-    if (decision.verdict.marksEnd) {
-        GAME_LOGI("DealResponseForModal %{public}s close modal and reset context.",
-                  FindApiName(requestType_));
-    } else if (!decision.verdict.stores) {
-        GAME_LOGI("DealResponseForModal %{public}s succeed.", FindApiName(requestType_));
-    } else if (decision.verdict.settles) {
-        decision.context->resultParams = result.GetParams();
-    }
+    TakeAnswer(AnswerKind::RESULT, "OnResultForModal", resultCode, result.GetParams());
 }
 
 void ModalUICallback::OnReceive(const WantParams& data)
 {
     GAME_LOGI("OnReceive enter");
-    int32_t code = data.GetIntParam(KEY_RESULT_CODE, ERROR_SYSTEM_INTERNAL);
-    const bool isHeard = IsValidEnv(envInfo_);
-    Decision decision = Decide(AnswerKind::RECEIVE, code, isHeard);
+    TakeAnswer(AnswerKind::RECEIVE, "OnReceive", data.GetIntParam(KEY_RESULT_CODE, ERROR_SYSTEM_INTERNAL),
+               data);
+}
+
+void ModalUICallback::OnError(int32_t code, const std::string& name, const std::string& message)
+{
+    GAME_LOGE("OnError code=%{public}d, name=%{public}s, message=%{public}s", code, name.c_str(),
+              message.c_str());
+    TakeAnswer(AnswerKind::ERROR, "OnError", code, WantParams());
+}
+
+void ModalUICallback::OnRelease(int32_t releaseCode)
+{
+    GAME_LOGI("OnRelease releaseCode=%{public}d", releaseCode);
+    Decision decision = Decide(AnswerKind::RELEASE, releaseCode, true);
     if (decision.context == nullptr) {
-        GAME_LOGE("OnReceive baseContext is null");
+        GAME_LOGE("OnRelease baseContext is null");
+        return;
+    }
+    if (!decision.verdict.closes) {
+        GAME_LOGI("OnRelease end, not need close modal UI extension");
+        return;
+    }
+    if (!HasFlag(requestType_, CLOSES_ON_RELEASE)) {
+        GAME_LOGW("ModalUIExtension meet exception and close modal");
+    }
+    CloseModalUIExtension(std::move(decision));
+    GAME_LOGI("OnRelease end, close modal UI extension finished");
+}
+
+void ModalUICallback::TakeAnswer(AnswerKind kind, const char* callback, int32_t code, const WantParams& data)
+{
+    const bool isHeard = kind != AnswerKind::RECEIVE || IsValidEnv(envInfo_);
+    Decision decision = Decide(kind, code, isHeard);
+    if (decision.context == nullptr) {
+        GAME_LOGE("%{public}s baseContext is null", callback);
         return;
     }
     if (decision.verdict.exits) {
-        ExitGame("OnReceive", code);
+        ExitGame(callback, code);
     }
     if (!isHeard) {
-        GAME_LOGE("OnReceive invalid env");
+        GAME_LOGE("%{public}s invalid env", callback);
         return;
     }
-    if (decision.verdict.event == GameEvent::PLAYER_CHANGED) {
-        DoGameEvent(envInfo_, 0, EVENT_PLAYER_CHANGED, data.GetStringParam(KEY_RESULT_INFO));
-        if (code == CODE_PLAYER_CHANGED) {
-            return;
-        }
+    if (decision.isRepeatedError) {
+        GAME_LOGE("%{public}s message has been back", callback);
+        return;
     }
+    RaiseEvent(decision.verdict.event, data);
+    if (decision.verdict.settles || decision.verdict.closes) {
+        TakeMessage(kind, std::move(decision), code, data);
+    }
+}
+
+void ModalUICallback::RaiseEvent(GameEvent event, const WantParams& data) const
+{
+    if (event == GameEvent::PLAYER_CHANGED) {
+        DoGameEvent(envInfo_, 0, EVENT_PLAYER_CHANGED, data.GetStringParam(KEY_RESULT_INFO));
+    } else if (event == GameEvent::GAME_ADDICTION_PREVENTED) {
+        DoGameEvent(envInfo_, 0, EVENT_GAME_ADDICTION_PREVENTED, "The user is under age.");
+    }
+}
+
+void ModalUICallback::TakeMessage(AnswerKind kind, Decision decision, int32_t code, const WantParams& data)
+{
     const char* message = "";
     if (decision.verdict.isFailure) {
+        if (kind == AnswerKind::RESULT) {
+            GAME_LOGI("OnResultForModal set isResetContext to true");
+        }
         message = AssembleErrorMessage(requestType_, code);
+    } else if (code == ERROR_SUCCESS && kind == AnswerKind::RESULT) {
+        DealResponseForModal(decision, data);
     } else if (code == ERROR_SUCCESS) {
         DealResponseForReceive(decision, data);
     }
     SendMessageBack(std::move(decision), code, message);
+}
+
+void ModalUICallback::DealResponseForModal(const Decision& decision, const WantParams& data)
+{
+    const char* apiName = FindApiName(decision.context->requestType);
+    if (decision.verdict.marksEnd) {
+        GAME_LOGI("DealResponseForModal %{public}s close modal and reset context.", apiName);
+    } else if (!decision.verdict.stores) {
+        GAME_LOGI("DealResponseForModal %{public}s succeed.", apiName);
+    } else if (decision.verdict.settles) {
+        decision.context->resultParams = data;
+    }
 }
 
 void ModalUICallback::DealResponseForReceive(const Decision& decision, const WantParams& data)
@@ -142,42 +167,6 @@ void ModalUICallback::DealResponseForReceive(const Decision& decision, const Wan
     if (decision.verdict.startsTimer) {
         DoAntiAddiction(data, decision.isTimerRunning);
     }
-}
-
-void ModalUICallback::OnError(int32_t code, const std::string& name, const std::string& message)
-{
-    GAME_LOGE("OnError code=%{public}d, name=%{public}s, message=%{public}s", code, name.c_str(),
-              message.c_str());
-    Decision decision = Decide(AnswerKind::ERROR, code);
-    if (decision.context == nullptr) {
-        GAME_LOGE("OnError baseContext is null");
-        return;
-    }
-    if (decision.isRepeatedError) {
-        GAME_LOGE("OnError message has been back");
-        return;
-    }
-    const char* text = AssembleErrorMessage(requestType_, code);
-    SendMessageBack(std::move(decision), code, text);
-}
-
-void ModalUICallback::OnRelease(int32_t releaseCode)
-{
-    GAME_LOGI("OnRelease releaseCode=%{public}d", releaseCode);
-    Decision decision = Decide(AnswerKind::RELEASE, releaseCode);
-    if (decision.context == nullptr) {
-        GAME_LOGE("OnRelease baseContext is null");
-        return;
-    }
-    if (!decision.verdict.closes) {
-        GAME_LOGI("OnRelease end, not need close modal UI extension");
-        return;
-    }
-    if (!HasFlag(requestType_, CLOSES_ON_RELEASE)) {
-        GAME_LOGW("ModalUIExtension meet exception and close modal");
-    }
-    CloseModalUIExtension(std::move(decision));
-    GAME_LOGI("OnRelease end, close modal UI extension finished");
 }
 
 std::shared_ptr<BaseContext> ModalUICallback::Share()

@@ -23,12 +23,13 @@ OHOS::AAFwk::Want MakeGameServiceWant(int32_t requestType);
 /// answers means, and has the result delivered to JS. It owns the request's context. The platform's
 /// callbacks, a start that waits for a window, the anti-addiction timer and a queued delivery share it.
 ///
-/// | state    | means                                                       | is left by |
-/// |----------|-------------------------------------------------------------|----------------------------------|
-/// | WAITING  | no answer yet; its modal may be opening, open, or not there | an answer that queues the
-/// result | | ANSWERED | the result is on its way to JS                              | its delivery | | OPEN
-/// | JS has its result, or expects none; the page stays          | a release, an error or another   | | | |
-/// code than 0, unless a timer runs | | ENDED    | the context is gone; answers find nothing | never |
+/// | state    | means                                            | is left by                           |
+/// |----------|--------------------------------------------------|--------------------------------------|
+/// | WAITING  | no answer yet; its modal opens, is open, or lost | an answer that queues the result     |
+/// | ANSWERED | the result is on its way to JS                   | its delivery                         |
+/// | OPEN     | JS has it, or expects none; the page stays       | a release, an error, a code but 0;   |
+/// |          |                                                  | none of them while a timer runs      |
+/// | ENDED    | the context is gone; answers find nothing        | never                                |
 ///
 /// A request is settled once, by its first answer. What comes later may still end the process, raise an
 /// event, close the modal, or end the request.
@@ -84,15 +85,18 @@ private:
 
     // Deciding.
     std::shared_ptr<BaseContext> Share();
-    Decision Decide(AnswerKind kind, int32_t code, bool isHeard = true);
+    Decision Decide(AnswerKind kind, int32_t code, bool isHeard);
     void Note(AnswerKind kind, Decision& decision);  // these three under the lock
     bool MayEnd() const;
     void End();
 
     // Acting.
-    void DealResponseForModal(const Decision& decision, const OHOS::AAFwk::Want& result) const;
+    void TakeAnswer(AnswerKind kind, const char* callback, int32_t code, const OHOS::AAFwk::WantParams& data);
+    void TakeMessage(AnswerKind kind, Decision decision, int32_t code, const OHOS::AAFwk::WantParams& data);
+    void RaiseEvent(GameEvent event, const OHOS::AAFwk::WantParams& data) const;
+    static void DealResponseForModal(const Decision& decision, const OHOS::AAFwk::WantParams& data);
     void DealResponseForReceive(const Decision& decision, const OHOS::AAFwk::WantParams& data);
-    void SendMessageBack(Decision decision, int32_t code, const char* message = "");
+    void SendMessageBack(Decision decision, int32_t code, const char* message);
     void CloseModalUIExtension(Decision decision);
     void CloseModalUIExtension(BaseContext& request);
     int32_t TakeSessionId(BaseContext& request);
@@ -103,7 +107,6 @@ private:
     void DoAntiAddiction(const OHOS::AAFwk::WantParams& data, bool isTimerRunning);
     void RunAntiAddictionTimer(const std::string& endText, int32_t seconds);
     void PreventQuickGame();
-    void PreventGameAddiction() const;
 
     // Delivering.
     void QueueMessageBack(std::shared_ptr<BaseContext> request, bool isLateStart);

@@ -81,6 +81,18 @@ inline bool ParseNothing(napi_env /*env*/, const CallArguments& /*args*/, BaseCo
     return true;
 }
 
+template <typename Context, auto EXECUTE>
+void Execute(const RequestRule& rule, const std::shared_ptr<BaseContext>& context)
+{
+    if constexpr (std::is_invocable_v<decltype(EXECUTE), std::shared_ptr<Context>>) {
+        EXECUTE(std::static_pointer_cast<Context>(context));
+    } else {
+        OpenExtension(rule, context, [](BaseContext& base, OHOS::AAFwk::Want& want) {
+            EXECUTE(static_cast<Context&>(base), want);
+        });
+    }
+}
+
 /// A method that brings JS the extension's answer: its name, type and arguments; the class of its context;
 /// PARSE, which reads the parameters into that and tells whether they will do; and EXECUTE, which adds to the
 /// Want that opens the extension, or hands the context over itself. A call that fails after its arguments
@@ -95,17 +107,8 @@ constexpr RequestRule Request(const char* method, RequestType type, ArgumentRule
     auto parse = [](napi_env env, const CallArguments& args, BaseContext& context) {
         return PARSE(env, args, static_cast<Context&>(context));
     };
-    auto execute = [](const RequestRule& rule, const std::shared_ptr<BaseContext>& context) {
-        if constexpr (std::is_invocable_v<decltype(EXECUTE), std::shared_ptr<Context>>) {
-            EXECUTE(std::static_pointer_cast<Context>(context));
-        } else {
-            OpenExtension(rule, context, [](BaseContext& base, OHOS::AAFwk::Want& want) {
-                EXECUTE(static_cast<Context&>(base), want);
-            });
-        }
-    };
-    return {method, type,   arguments, failureType != REQUEST_UNKNOWN ? failureType : type,
-            true,   create, parse,     execute};
+    const RequestType known = failureType != REQUEST_UNKNOWN ? failureType : type;
+    return {method, type, arguments, known, true, create, parse, Execute<Context, EXECUTE>};
 }
 
 /// A method whose answer reaches nobody: neither the caller, whose promise never settles and only tells that
