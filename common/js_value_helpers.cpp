@@ -8,6 +8,15 @@ namespace TAVIK::GAME_PLAYER {
 
 namespace {
 
+// Empty if the value is no string.
+std::string ReadString(napi_env env, napi_value value, int32_t maxLength)
+{
+    char buffer[MAX_STRING_LENGTH + 1];
+    buffer[0] = '\0';  // all that is read of it if it is not written
+    (void)napi_get_value_string_utf8(env, value, buffer, static_cast<size_t>(maxLength) + 1, nullptr);
+    return buffer;
+}
+
 napi_status SetCreated(napi_env env, napi_value object, const char* name, napi_status created,
                        napi_value value)
 {
@@ -55,11 +64,7 @@ void JsObjectToString(napi_env env, const napi_value& object, const char* name, 
     if (value == nullptr) {
         return;
     }
-    char buffer[MAX_STRING_LENGTH + 1];
-    buffer[0] = '\0';  // all that is read of it if it is not written
-    const auto size = static_cast<size_t>(std::min(maxLength, MAX_STRING_LENGTH)) + 1;
-    (void)napi_get_value_string_utf8(env, value, buffer, size, nullptr);
-    output = buffer;
+    output = ReadString(env, value, std::min(maxLength, MAX_STRING_LENGTH));
 }
 
 void JsObjectToInt(napi_env env, const napi_value& object, const char* name, int32_t& output)
@@ -78,11 +83,7 @@ std::string GetStringUtf8(napi_env env, napi_value value)
         GAME_LOGE("GetStringUtf8 value param type is not string");
         return {};
     }
-    char buffer[MAX_STRING_LENGTH + 1];
-    if (napi_get_value_string_utf8(env, value, buffer, sizeof(buffer), nullptr) != napi_ok) {
-        return {};
-    }
-    return buffer;
+    return ReadString(env, value, MAX_STRING_LENGTH);
 }
 
 int32_t ToInt32(napi_env env, napi_value value)

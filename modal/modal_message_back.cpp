@@ -77,8 +77,8 @@ bool SettleRequest(BaseContext& request)
 
 /// What travels to the JS thread: the result of a request, which stands in its context.
 struct ModalUICallback::WorkData : uv_work_t {
-    WorkData(std::shared_ptr<ModalUICallback> session, std::shared_ptr<BaseContext> request)
-        : uv_work_t(), modalUICallback(std::move(session)), context(std::move(request))
+    explicit WorkData(std::shared_ptr<ModalUICallback> session)
+        : uv_work_t(), modalUICallback(std::move(session))
     {
     }
 
@@ -106,13 +106,20 @@ void ModalUICallback::SendMessageBack(Decision decision, int32_t code, const cha
     QueueMessageBack(std::move(decision.context), false);
 }
 
+// This thread keeps no share of what it queues, so that the context ends with the delivery, on the JS thread.
 void ModalUICallback::QueueMessageBack(std::shared_ptr<BaseContext> request, bool isLateStart)
 {
-    std::unique_ptr<WorkData> workData(new (std::nothrow) WorkData(shared_from_this(), request));
+    std::unique_ptr<WorkData> workData(new (std::nothrow) WorkData(shared_from_this()));
+    if (workData != nullptr) {
+        workData->context.swap(request);
+    }
     const QueueStatus status = QueueOnLoop(envInfo_, workData.get(), SendMessageBackWork);
     if (status == QueueStatus::QUEUED) {
         (void)workData.release();
         return;
+    }
+    if (workData != nullptr) {
+        workData->context.swap(request);
     }
     if (status == QueueStatus::REFUSED) {
         GAME_LOGE("%{public}s uv_queue_work call failed",

@@ -123,7 +123,7 @@ void ModalUICallback::CreateModal(BaseContext& request, UIContent& content, Want
         std::lock_guard<std::mutex> guard(mutex_);
         request.sessionId = sessionId;
         isOpening_ = false;
-        isCloseWanted = std::exchange(isCloseWanted_, false);
+        isCloseWanted = std::exchange(isCloseWanted_, false) || state_ == RequestState::ENDED;
     }
     if (isCloseWanted) {
         CloseModalUIExtension(request);
