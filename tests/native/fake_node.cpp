@@ -1,7 +1,5 @@
 #include "fake_node.h"
 
-#include <pthread.h>
-
 #include <atomic>
 #include <deque>
 #include <mutex>
@@ -36,12 +34,12 @@ void Enter(const char* call)
     }
 }
 
-int Taken(int status)
+void Watch(int change)
 {
-    if (gHeld++ > 0) {
+    if (change > 0 && gHeld > 0) {
         Complain("a lock is taken");
     }
-    return status;
+    gHeld += change;
 }
 
 struct Reference {
@@ -69,6 +67,7 @@ private:
     std::atomic_flag flag_ = ATOMIC_FLAG_INIT;
 };
 
+std::atomic<bool> gIsRefusing{false};
 Spin gSpin;
 std::deque<Work> gQueue;            // guarded by gSpin
 std::vector<std::string> gDeeds;    // of the JS thread alone, like what follows
@@ -120,6 +119,11 @@ private:
 
 }  // namespace
 
+void RefuseNextWork()
+{
+    gIsRefusing = true;
+}
+
 void FakeNodeTest::SetUp()
 {
     // Made before anything is watched: the platform makes both under a lock of its own.
@@ -158,10 +162,11 @@ FakeNodeTest::Deeds FakeNodeTest::RunLoop()
     }
 }
 
-int32_t FakeContent::CreateModalUIExtension(OHOS::AAFwk::Want /*want*/, Callbacks callbacks,
+int32_t FakeContent::CreateModalUIExtension(OHOS::AAFwk::Want want, Callbacks callbacks,
                                             OHOS::Ace::ModalUIExtensionConfig /*config*/)
 {
     Enter("CreateModalUIExtension");
+    wants.push_back(std::move(want));
     opened.push_back(std::move(callbacks));
     const auto id = static_cast<int32_t>(opened.size());
     whileOpening();
@@ -186,38 +191,18 @@ std::shared_ptr<BaseContext> MakeRequest(FakeContent& content, int32_t requestTy
 
 extern "C" {
 
-int __real_pthread_mutex_lock(pthread_mutex_t* mutex);
-int __real_pthread_mutex_unlock(pthread_mutex_t* mutex);
-int __real_pthread_rwlock_rdlock(pthread_rwlock_t* lock);
-int __real_pthread_rwlock_wrlock(pthread_rwlock_t* lock);
-int __real_pthread_rwlock_unlock(pthread_rwlock_t* lock);
-
-int __wrap_pthread_mutex_lock(pthread_mutex_t* mutex)
-{
-    return Taken(__real_pthread_mutex_lock(mutex));
-}
-
-int __wrap_pthread_mutex_unlock(pthread_mutex_t* mutex)
-{
-    --gHeld;
-    return __real_pthread_mutex_unlock(mutex);
-}
-
-int __wrap_pthread_rwlock_rdlock(pthread_rwlock_t* lock)
-{
-    return Taken(__real_pthread_rwlock_rdlock(lock));
-}
-
-int __wrap_pthread_rwlock_wrlock(pthread_rwlock_t* lock)
-{
-    return Taken(__real_pthread_rwlock_wrlock(lock));
-}
-
-int __wrap_pthread_rwlock_unlock(pthread_rwlock_t* lock)
-{
-    --gHeld;
-    return __real_pthread_rwlock_unlock(lock);
-}
+#define WATCH(name, change)         \
+    int __real_##name(void* lock);  \
+    int __wrap_##name(void* lock)   \
+    {                               \
+        Watch(change);              \
+        return __real_##name(lock); \
+    }
+WATCH(pthread_mutex_lock, +1)
+WATCH(pthread_mutex_unlock, -1)
+WATCH(pthread_rwlock_rdlock, +1)
+WATCH(pthread_rwlock_wrlock, +1)
+WATCH(pthread_rwlock_unlock, -1)
 
 // HiLogWrite(LogLevel, unsigned int, const char*, const char*, const LogArgument*, size_t)
 #define HI_LOG_WRITE(prefix) prefix##_Z10HiLogWrite8LogLeveljPKcS1_PK11LogArgumentm
@@ -239,6 +224,9 @@ napi_status napi_get_uv_event_loop(napi_env /*env*/, uv_loop_t** loop)
 
 int uv_queue_work(uv_loop_t* /*loop*/, uv_work_t* request, uv_work_cb /*run*/, uv_after_work_cb after)
 {
+    if (gIsRefusing.exchange(false)) {
+        return UV_ENOMEM;
+    }
     std::lock_guard<Spin> guard(gSpin);
     gQueue.push_back({request, after});
     return 0;
@@ -248,66 +236,6 @@ napi_status napi_open_handle_scope(napi_env /*env*/, napi_handle_scope* scope)
 {
     *scope = AsHandle<napi_handle_scope>(4);
     return Note("napi_open_handle_scope", "open");
-}
-
-napi_status napi_close_handle_scope(napi_env /*env*/, napi_handle_scope /*scope*/)
-{
-    return Note("napi_close_handle_scope", "close");
-}
-
-napi_status napi_create_error(napi_env /*env*/, napi_value /*code*/, napi_value /*message*/,
-                              napi_value* error)
-{
-    return Make("napi_create_error", error);
-}
-
-napi_status napi_create_string_utf8(napi_env /*env*/, const char* /*text*/, size_t /*size*/,
-                                    napi_value* value)
-{
-    return Make("napi_create_string_utf8", value);
-}
-
-napi_status napi_create_int32(napi_env /*env*/, int32_t /*number*/, napi_value* value)
-{
-    return Make("napi_create_int32", value);
-}
-
-napi_status napi_create_object(napi_env /*env*/, napi_value* value)
-{
-    return Make("napi_create_object", value);
-}
-
-napi_status napi_set_named_property(napi_env /*env*/, napi_value /*object*/, const char* /*name*/,
-                                    napi_value /*value*/)
-{
-    Enter("napi_set_named_property");
-    return napi_ok;
-}
-
-napi_status napi_get_undefined(napi_env /*env*/, napi_value* value)
-{
-    return Make("napi_get_undefined", value);
-}
-
-napi_status napi_throw(napi_env /*env*/, napi_value /*error*/)
-{
-    return Note("napi_throw", "throw");
-}
-
-napi_status napi_resolve_deferred(napi_env /*env*/, napi_deferred /*deferred*/, napi_value /*value*/)
-{
-    return Note("napi_resolve_deferred", "resolve");
-}
-
-napi_status napi_reject_deferred(napi_env /*env*/, napi_deferred /*deferred*/, napi_value /*value*/)
-{
-    return Note("napi_reject_deferred", "reject");
-}
-
-napi_status napi_call_function(napi_env /*env*/, napi_value /*self*/, napi_value /*function*/,
-                               size_t /*count*/, const napi_value* /*args*/, napi_value* /*result*/)
-{
-    return Note("napi_call_function", "call");
 }
 
 napi_status napi_create_reference(napi_env env, napi_value value, uint32_t /*count*/, napi_ref* reference)
@@ -338,10 +266,36 @@ napi_status napi_strict_equals(napi_env /*env*/, napi_value left, napi_value rig
     return napi_ok;
 }
 
-napi_status napi_add_env_cleanup_hook(napi_env /*env*/, void (* /*hook*/)(void*), void* /*data*/)
-{
-    Enter("napi_add_env_cleanup_hook");
-    return napi_ok;
-}
+#define MAKES(name, ...)                            \
+    napi_status name(napi_env /*env*/, __VA_ARGS__) \
+    {                                               \
+        return Make(#name, value);                  \
+    }
+MAKES(napi_create_error, napi_value /*code*/, napi_value /*message*/, napi_value* value)
+MAKES(napi_create_string_utf8, const char* /*text*/, size_t /*size*/, napi_value* value)
+MAKES(napi_create_int32, int32_t /*number*/, napi_value* value)
+MAKES(napi_create_object, napi_value* value)
+MAKES(napi_get_undefined, napi_value* value)
+
+#define NOTES(name, deed, ...)                      \
+    napi_status name(napi_env /*env*/, __VA_ARGS__) \
+    {                                               \
+        return Note(#name, deed);                   \
+    }
+NOTES(napi_close_handle_scope, "close", napi_handle_scope /*scope*/)
+NOTES(napi_resolve_deferred, "resolve", napi_deferred /*deferred*/, napi_value /*value*/)
+NOTES(napi_reject_deferred, "reject", napi_deferred /*deferred*/, napi_value /*value*/)
+NOTES(napi_throw, "throw", napi_value /*error*/)
+NOTES(napi_call_function, "call", napi_value /*self*/, napi_value /*function*/, size_t /*count*/,
+      const napi_value* /*args*/, napi_value* /*result*/)
+
+#define ENTERS(name, ...)                           \
+    napi_status name(napi_env /*env*/, __VA_ARGS__) \
+    {                                               \
+        Enter(#name);                               \
+        return napi_ok;                             \
+    }
+ENTERS(napi_set_named_property, napi_value /*object*/, const char* /*name*/, napi_value /*value*/)
+ENTERS(napi_add_env_cleanup_hook, void (* /*hook*/)(void*), void* /*data*/)
 
 }  // extern "C"

@@ -25,6 +25,9 @@ Handle AsHandle(size_t number)
     return reinterpret_cast<Handle>(&handles[number]);
 }
 
+/// The loop refuses the work that is queued next.
+void RefuseNextWork();
+
 /// A test on one JS environment, whose thread this is.
 class FakeNodeTest : public testing::Test
 {
@@ -56,6 +59,7 @@ public:
     };  // run with the modal's callbacks among `opened`
     std::function<void()> whileClosing = [] {
     };
+    std::vector<OHOS::AAFwk::Want> wants;
     std::vector<Callbacks> opened;
     std::vector<int32_t> closed;
 };

@@ -12,6 +12,7 @@
 
 #include "clock.h"
 #include "common/request_types.h"
+#include "common/velmor_util.h"
 #include "event_store.h"
 #include "events/game_player_event_callback.h"
 #include "fake_node.h"
@@ -191,6 +192,25 @@ TEST_P(Session, RaisesEventsUntilItsResultIsDelivered)
                                 "open", "call", "close"}));
     Receive(content.opened[0], 9);
     EXPECT_EQ(RunLoop(), Deeds{}) << "the request has ended";
+}
+
+TEST_P(Session, ClosesWithoutALockWhatItCannotDeliver)
+{
+    content.whileClosing = Answering(ERROR(5));
+    Start(REQUEST_VERIFY_LOCAL_PLAYER);
+    RefuseNextWork();
+    Receive(content.opened[0], 0);
+    EXPECT_EQ(RunLoop(), Deeds{"throw"});
+    EXPECT_EQ(content.closed, std::vector<int32_t>{1});
+    EXPECT_TRUE(observed.expired());
+}
+
+TEST_P(Session, TellsItsPageTheTraceOfItsTime)
+{
+    SetTraceId("trace");
+    Start(REQUEST_LAUNCH_COMMON_PAGE, false);
+    EXPECT_EQ(content.wants.back().GetStringParam("traceId"), "trace");
+    SetTraceId("");
 }
 
 TEST_P(Session, HandsItsCallbackOverToTheThreadThatOwnsIt)
