@@ -69,8 +69,9 @@ private:
 
 std::atomic<bool> gIsRefusing{false};
 Spin gSpin;
-std::deque<Work> gQueue;            // guarded by gSpin
-std::vector<std::string> gDeeds;    // of the JS thread alone, like what follows
+std::deque<Work> gQueue;          // guarded by gSpin
+std::vector<std::string> gDeeds;  // of the JS thread alone, like what follows
+std::vector<std::pair<void (*)(void*), void*>> gHooks;
 std::deque<Reference> gReferences;  // never freed within a test
 
 napi_status Note(const char* call, const char* deed)
@@ -138,6 +139,9 @@ void FakeNodeTest::SetUp()
 
 void FakeNodeTest::TearDown()
 {
+    for (const auto& [hook, data] : std::exchange(gHooks, {})) {
+        hook(data);
+    }
     gIsWatching = false;
     DeleteEnvInfo(envInfo.get());
     (void)RunLoop();
@@ -289,13 +293,18 @@ NOTES(napi_throw, "throw", napi_value /*error*/)
 NOTES(napi_call_function, "call", napi_value /*self*/, napi_value /*function*/, size_t /*count*/,
       const napi_value* /*args*/, napi_value* /*result*/)
 
-#define ENTERS(name, ...)                           \
-    napi_status name(napi_env /*env*/, __VA_ARGS__) \
-    {                                               \
-        Enter(#name);                               \
-        return napi_ok;                             \
-    }
-ENTERS(napi_set_named_property, napi_value /*object*/, const char* /*name*/, napi_value /*value*/)
-ENTERS(napi_add_env_cleanup_hook, void (* /*hook*/)(void*), void* /*data*/)
+napi_status napi_set_named_property(napi_env /*env*/, napi_value /*object*/, const char* /*name*/,
+                                    napi_value /*value*/)
+{
+    Enter("napi_set_named_property");
+    return napi_ok;
+}
+
+napi_status napi_add_env_cleanup_hook(napi_env /*env*/, void (*hook)(void*), void* data)
+{
+    Enter("napi_add_env_cleanup_hook");
+    gHooks.emplace_back(hook, data);
+    return napi_ok;
+}
 
 }  // extern "C"
