@@ -11,7 +11,6 @@
 namespace TAVIK::GAME_PLAYER {
 
 using OHOS::AAFwk::Want;
-using OHOS::AAFwk::WantParams;
 using OHOS::Ace::ModalUIExtensionCallbacks;
 using OHOS::Ace::ModalUIExtensionConfig;
 using OHOS::Ace::UIContent;
@@ -39,6 +38,14 @@ UIContent* GetUIContent(const BaseContext& request)
         GAME_LOGI("GetUIContent extensionContext is not nullptr");
     }
     return request.FindUIContent();
+}
+
+template <auto CALLBACK>
+auto Bind(const std::shared_ptr<ModalUICallback>& session)
+{
+    return [session](const auto&... answer) {
+        (*session.*CALLBACK)(answer...);
+    };
 }
 
 }  // namespace
@@ -89,18 +96,10 @@ ModalUIExtensionCallbacks ModalUICallback::BindCallbacks()
     GAME_LOGI("constructor ModalUICallback");
     const auto session = shared_from_this();
     ModalUIExtensionCallbacks callbacks;
-    callbacks.onRelease = [session](int32_t releaseCode) {
-        session->OnRelease(releaseCode);
-    };
-    callbacks.onResult = [session](int32_t code, const Want& want) {
-        session->OnResultForModal(code, want);
-    };
-    callbacks.onReceive = [session](const WantParams& data) {
-        session->OnReceive(data);
-    };
-    callbacks.onError = [session](int32_t code, const std::string& name, const std::string& message) {
-        session->OnError(code, name, message);
-    };
+    callbacks.onRelease = Bind<&ModalUICallback::OnRelease>(session);
+    callbacks.onResult = Bind<&ModalUICallback::OnResultForModal>(session);
+    callbacks.onReceive = Bind<&ModalUICallback::OnReceive>(session);
+    callbacks.onError = Bind<&ModalUICallback::OnError>(session);
     return callbacks;
 }
 
