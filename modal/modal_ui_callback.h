@@ -23,13 +23,13 @@ OHOS::AAFwk::Want MakeGameServiceWant(int32_t requestType);
 /// answers means, and has the result delivered to JS. It owns the request's context. The platform's
 /// callbacks, a start that waits for a window, the anti-addiction timer and a queued delivery share it.
 ///
-/// | state    | means                                            | is left by                           |
-/// |----------|--------------------------------------------------|--------------------------------------|
-/// | WAITING  | no answer yet; its modal opens, is open, or lost | an answer that queues the result     |
-/// | ANSWERED | the result is on its way to JS                   | its delivery                         |
-/// | OPEN     | JS has it, or expects none; the page stays       | a release, an error, a code but 0;   |
-/// |          |                                                  | none of them while a timer runs      |
-/// | ENDED    | the context is gone; answers find nothing        | never                                |
+/// | state    | means                                          | is left by                             |
+/// |----------|------------------------------------------------|----------------------------------------|
+/// | WAITING  | no answer yet; its modal may not be open yet   | an answer that queues the result       |
+/// | ANSWERED | the result is on its way to JS                 | its delivery                           |
+/// | OPEN     | JS has it, or expects none; the page stays     | a release, an error, a code other than |
+/// |          |                                                | 0; by nothing while a timer runs       |
+/// | ENDED    | the context is gone; later answers are logged  | never                                  |
 ///
 /// A request is settled once, by its first answer. What comes later may still end the process, raise an
 /// event, close the modal, or end the request.
