@@ -21,16 +21,14 @@ constexpr const char* EVENT_DOMAIN = "api_diagnostic";
 constexpr const char* EVENT_END = "api_exec_end";
 
 // Never seeded: the number only makes the identifiers of one process distinct.
-std::string MakeTransactionId()
-{
+std::string MakeTransactionId() {
     return "transId_" +
            std::to_string(std::rand());  // NOLINT(concurrency-mt-unsafe): locked in the C library
 }
 
 }  // namespace
 
-int64_t HaUtils::AddProcessor()
-{
+int64_t HaUtils::AddProcessor() {
     ReportConfig config;
     config.name = "ha_app_event";
     config.appId = "com_lumora_xelos_sdk_ocg";
@@ -46,18 +44,14 @@ int64_t HaUtils::AddProcessor()
 }
 
 // Of several first events at once, one registers.
-void HaUtils::Init()
-{
-    if (initialised || initialised.exchange(true)) {
-        return;
-    }
+void HaUtils::Init() {
+    if (initialised || initialised.exchange(true)) return;
     processorId = AddProcessor();
     (void)HiLogPrint(LOG_CORE, LOG_INFO, TAVIK::GAME_PLAYER::LOG_DOMAIN, PERF_LOG_TAG,
                      "[%{public}s(%{public}s:%{public}d)]ha init success", "", __FUNCTION__, __LINE__);
 }
 
-void HaUtils::WriteEndEvent(const std::string& apiName, int64_t beginTime, int32_t errorCode)
-{
+void HaUtils::WriteEndEvent(const std::string& apiName, int64_t beginTime, int32_t errorCode) {
     Init();
     Event event(EVENT_DOMAIN, EVENT_END, HiviewDFX::EventType::BEHAVIOR);
     event.AddParam("trans_id", MakeTransactionId());
@@ -70,8 +64,7 @@ void HaUtils::WriteEndEvent(const std::string& apiName, int64_t beginTime, int32
     (void)HiviewDFX::Write(std::move(event));
 }
 
-void HaUtils::ReportEnd(const std::string& apiName, int64_t beginTime, int32_t errorCode)
-{
+void HaUtils::ReportEnd(const std::string& apiName, int64_t beginTime, int32_t errorCode) {
     if (auto instance = DelayedSingleton<HaUtils>::GetInstance()) {
         instance->WriteEndEvent(apiName, beginTime, errorCode);
     }

@@ -8,8 +8,7 @@ namespace OHOS::Velmor {
 
 /// Reports API calls to the application's analytics. One per process, through `DelayedSingleton`.
 /// Thread-safe.
-class HaUtils
-{
+class HaUtils {
 public:
     /// Writes the event that one call of `apiName` has ended. `beginTime` is in boot milliseconds;
     /// `errorCode` is 0 for success. The first event of the process registers the report processor.

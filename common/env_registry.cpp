@@ -29,27 +29,19 @@ EnvRegistry& gEnvInfoList = *new EnvRegistry();
 
 struct ReferenceWork : uv_work_t {
     ReferenceWork(std::shared_ptr<EnvInfo> info, napi_ref deleted)
-        : uv_work_t(), envInfo(std::move(info)), reference(deleted)
-    {
-    }
+        : uv_work_t(), envInfo(std::move(info)), reference(deleted) {}
 
     std::shared_ptr<EnvInfo> envInfo;
     napi_ref reference;
 };
 
-auto FindEnvInfo(const EnvInfo* info)
-{
-    auto isSame = [info](const std::shared_ptr<EnvInfo>& entry) {
-        return entry.get() == info;
-    };
+auto FindEnvInfo(const EnvInfo* info) {
+    auto isSame = [info](const std::shared_ptr<EnvInfo>& entry) { return entry.get() == info; };
     return std::find_if(gEnvInfoList.infos.begin(), gEnvInfoList.infos.end(), isSame);
 }
 
-bool DeleteOwnReference(const EnvInfo* info, napi_ref reference)
-{
-    if (!IsValidEnv(info)) {
-        return false;
-    }
+bool DeleteOwnReference(const EnvInfo* info, napi_ref reference) {
+    if (!IsValidEnv(info)) return false;
     (void)napi_delete_reference(info->env, reference);
     return true;
 }
@@ -58,8 +50,7 @@ bool DeleteOwnReference(const EnvInfo* info, napi_ref reference)
 
 thread_local std::shared_ptr<EnvInfo> gEnvInfo;
 
-void SaveEnvInfo(const std::shared_ptr<EnvInfo>& info)
-{
+void SaveEnvInfo(const std::shared_ptr<EnvInfo>& info) {
     if (info == nullptr) {
         GAME_LOGE("SaveEnvInfo envInfo is nullptr");
         return;
@@ -76,8 +67,7 @@ void SaveEnvInfo(const std::shared_ptr<EnvInfo>& info)
     GAME_LOGI("SaveEnvInfo add env success");
 }
 
-void DeleteEnvInfo(const EnvInfo* info)
-{
+void DeleteEnvInfo(const EnvInfo* info) {
     if (info == nullptr) {
         GAME_LOGE("DeleteEnvInfo envInfo is nullptr");
         return;
@@ -85,16 +75,13 @@ void DeleteEnvInfo(const EnvInfo* info)
     {
         std::lock_guard<std::shared_mutex> guard(gEnvInfoList.mutex);
         auto found = FindEnvInfo(info);
-        if (found == gEnvInfoList.infos.end()) {
-            return;
-        }
+        if (found == gEnvInfoList.infos.end()) return;
         gEnvInfoList.infos.erase(found);
     }
     GAME_LOGI("DeleteEnvInfo delete env success");
 }
 
-bool IsValidEnv(const EnvInfo* info)
-{
+bool IsValidEnv(const EnvInfo* info) {
     if (info == nullptr) {
         GAME_LOGE("IsValidEnv envInfo is nullptr");
         return false;
@@ -103,35 +90,26 @@ bool IsValidEnv(const EnvInfo* info)
     return FindEnvInfo(info) != gEnvInfoList.infos.end();
 }
 
-QueueStatus QueueOnLoop(const std::shared_ptr<EnvInfo>& info, uv_work_t* work, uv_after_work_cb after)
-{
-    if (work == nullptr) {
-        return QueueStatus::NO_LOOP;
-    }
+QueueStatus QueueOnLoop(const std::shared_ptr<EnvInfo>& info, uv_work_t* work, uv_after_work_cb after) {
+    if (work == nullptr) return QueueStatus::NO_LOOP;
     std::shared_lock<std::shared_mutex> guard(gEnvInfoList.mutex);
     uv_loop_t* loop = nullptr;
     if (FindEnvInfo(info.get()) == gEnvInfoList.infos.end() ||
         napi_get_uv_event_loop(info->env, &loop) != napi_ok) {
         return QueueStatus::NO_LOOP;
     }
-    auto doNothing = [](uv_work_t*) {
-    };
+    auto doNothing = [](uv_work_t*) {};
     return uv_queue_work(loop, work, doNothing, after) == 0 ? QueueStatus::QUEUED : QueueStatus::REFUSED;
 }
 
-bool DeleteReference(const std::shared_ptr<EnvInfo>& info, napi_ref reference)
-{
-    if (info == gEnvInfo) {
-        return DeleteOwnReference(info.get(), reference);
-    }
+bool DeleteReference(const std::shared_ptr<EnvInfo>& info, napi_ref reference) {
+    if (info == gEnvInfo) return DeleteOwnReference(info.get(), reference);
     auto deleteThere = [](uv_work_t* work, int /*status*/) {
         std::unique_ptr<ReferenceWork> owned(static_cast<ReferenceWork*>(work));
         (void)DeleteOwnReference(owned->envInfo.get(), owned->reference);
     };
     std::unique_ptr<ReferenceWork> work(new (std::nothrow) ReferenceWork(info, reference));
-    if (QueueOnLoop(info, work.get(), deleteThere) != QueueStatus::QUEUED) {
-        return false;
-    }
+    if (QueueOnLoop(info, work.get(), deleteThere) != QueueStatus::QUEUED) return false;
     (void)work.release();
     return true;
 }

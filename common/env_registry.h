@@ -27,10 +27,7 @@ void DeleteEnvInfo(const EnvInfo* info);
 /// Whether an environment is registered. On another thread than its own it may end right after. Any thread;
 /// null is logged and is not.
 bool IsValidEnv(const EnvInfo* info);
-inline bool IsValidEnv(const std::shared_ptr<EnvInfo>& info)
-{
-    return IsValidEnv(info.get());
-}
+inline bool IsValidEnv(const std::shared_ptr<EnvInfo>& info) { return IsValidEnv(info.get()); }
 
 enum class QueueStatus {
     QUEUED,

@@ -9,8 +9,7 @@ namespace TAVIK::GAME_PLAYER {
 namespace {
 
 // Empty if the value is no string.
-std::string ReadString(napi_env env, napi_value value, int32_t maxLength)
-{
+std::string ReadString(napi_env env, napi_value value, int32_t maxLength) {
     char buffer[MAX_STRING_LENGTH + 1];
     buffer[0] = '\0';  // all that is read of it if it is not written
     (void)napi_get_value_string_utf8(env, value, buffer, static_cast<size_t>(maxLength) + 1, nullptr);
@@ -18,8 +17,7 @@ std::string ReadString(napi_env env, napi_value value, int32_t maxLength)
 }
 
 napi_status SetCreated(napi_env env, napi_value object, const char* name, napi_status created,
-                       napi_value value)
-{
+                       napi_value value) {
     if (created != napi_ok) {
         GAME_LOGE("create %{public}s failed", name);
         return created;
@@ -33,52 +31,39 @@ napi_status SetCreated(napi_env env, napi_value object, const char* name, napi_s
 
 }  // namespace
 
-std::optional<napi_valuetype> TypeOf(napi_env env, napi_value value)
-{
+std::optional<napi_valuetype> TypeOf(napi_env env, napi_value value) {
     napi_valuetype type = napi_undefined;
-    if (napi_typeof(env, value, &type) != napi_ok) {
-        return std::nullopt;
-    }
+    if (napi_typeof(env, value, &type) != napi_ok) return std::nullopt;
     return type;
 }
 
-bool HasProperty(napi_env env, napi_value object, const char* name)
-{
+bool HasProperty(napi_env env, napi_value object, const char* name) {
     bool hasProperty = false;
     return napi_has_named_property(env, object, name, &hasProperty) == napi_ok && hasProperty;
 }
 
-napi_value GetProperty(napi_env env, napi_value object, const char* name)
-{
+napi_value GetProperty(napi_env env, napi_value object, const char* name) {
     napi_value value = nullptr;
-    if (HasProperty(env, object, name)) {
-        (void)napi_get_named_property(env, object, name, &value);
-    }
+    if (HasProperty(env, object, name)) (void)napi_get_named_property(env, object, name, &value);
     return value;
 }
 
 void JsObjectToString(napi_env env, const napi_value& object, const char* name, int32_t maxLength,
-                      std::string& output)
-{
+                      std::string& output) {
     napi_value value = GetProperty(env, object, name);
-    if (value == nullptr) {
-        return;
-    }
+    if (value == nullptr) return;
     output = ReadString(env, value, std::min(maxLength, MAX_STRING_LENGTH));
 }
 
-void JsObjectToInt(napi_env env, const napi_value& object, const char* name, int32_t& output)
-{
+void JsObjectToInt(napi_env env, const napi_value& object, const char* name, int32_t& output) {
     (void)napi_get_value_int32(env, GetProperty(env, object, name), &output);
 }
 
-void JsObjectToBool(napi_env env, const napi_value& object, const char* name, bool& output)
-{
+void JsObjectToBool(napi_env env, const napi_value& object, const char* name, bool& output) {
     (void)napi_get_value_bool(env, GetProperty(env, object, name), &output);
 }
 
-std::string GetStringUtf8(napi_env env, napi_value value)
-{
+std::string GetStringUtf8(napi_env env, napi_value value) {
     if (TypeOf(env, value) != napi_string) {
         GAME_LOGE("GetStringUtf8 value param type is not string");
         return {};
@@ -86,36 +71,31 @@ std::string GetStringUtf8(napi_env env, napi_value value)
     return ReadString(env, value, MAX_STRING_LENGTH);
 }
 
-int32_t ToInt32(napi_env env, napi_value value)
-{
+int32_t ToInt32(napi_env env, napi_value value) {
     int32_t number = 0;
     (void)napi_get_value_int32(env, value, &number);
     return number;
 }
 
-napi_status SetIntProperty(napi_env env, napi_value object, const char* name, int32_t value)
-{
+napi_status SetIntProperty(napi_env env, napi_value object, const char* name, int32_t value) {
     napi_value number = nullptr;
     napi_status created = napi_create_int32(env, value, &number);
     return SetCreated(env, object, name, created, number);
 }
 
-napi_status SetStringProperty(napi_env env, napi_value object, const char* name, const std::string& value)
-{
+napi_status SetStringProperty(napi_env env, napi_value object, const char* name, const std::string& value) {
     napi_value string = nullptr;
     napi_status created = napi_create_string_utf8(env, value.c_str(), NAPI_AUTO_LENGTH, &string);
     return SetCreated(env, object, name, created, string);
 }
 
-bool IsExceptionPending(napi_env env)
-{
+bool IsExceptionPending(napi_env env) {
     bool isPending = false;
     (void)napi_is_exception_pending(env, &isPending);
     return isPending;
 }
 
-bool ValidateTypeNotEmpty(napi_env env, napi_value value)
-{
+bool ValidateTypeNotEmpty(napi_env env, napi_value value) {
     const napi_valuetype type = TypeOf(env, value).value_or(napi_undefined);
     if (type == napi_undefined || type == napi_null) {
         GAME_LOGE("param invalid");

@@ -55,17 +55,13 @@ bool IsExceptionPending(napi_env env);
 bool ValidateTypeNotEmpty(napi_env env, napi_value value);
 
 /// A handle scope of `env` for the life of this object; false if none was obtained. On `env`'s JS thread.
-class HandleScope
-{
+class HandleScope {
 public:
     explicit HandleScope(napi_env env) : env_(env) { (void)napi_open_handle_scope(env, &scope_); }
     HandleScope(const HandleScope&) = delete;
     HandleScope& operator=(const HandleScope&) = delete;
-    ~HandleScope()
-    {
-        if (scope_ != nullptr) {
-            (void)napi_close_handle_scope(env_, scope_);
-        }
+    ~HandleScope() {
+        if (scope_ != nullptr) (void)napi_close_handle_scope(env_, scope_);
     }
 
     explicit operator bool() const { return scope_ != nullptr; }

@@ -32,26 +32,21 @@ constexpr ApiRow apiNameMap[] = {
     {REQUEST_LAUNCH_COMMON_PAGE, "launchCommonPage", CLOSES_ON_RELEASE},
 };
 
-const ApiRow* FindRow(int32_t requestType)
-{
+const ApiRow* FindRow(int32_t requestType) {
     for (const ApiRow& row : apiNameMap) {
-        if (row.requestType == requestType) {
-            return &row;
-        }
+        if (row.requestType == requestType) return &row;
     }
     return nullptr;
 }
 
 }  // namespace
 
-bool HasFlag(int32_t requestType, RequestFlag flag)
-{
+bool HasFlag(int32_t requestType, RequestFlag flag) {
     const ApiRow* row = FindRow(requestType);
     return row != nullptr && (row->flags & flag) != 0;
 }
 
-const char* FindApiName(int32_t requestType)
-{
+const char* FindApiName(int32_t requestType) {
     const ApiRow* row = FindRow(requestType);
     return row != nullptr ? row->name : "undefined";
 }

@@ -38,26 +38,21 @@ constexpr ErrorRow ERROR_MESSAGES[] = {
     {1002000017, "Illegal application identity."},
 };
 
-const char* ChooseText(int32_t code, const std::string& message)
-{
+const char* ChooseText(int32_t code, const std::string& message) {
     const char* fixedText = message.empty() ? FindErrorMessage(code) : nullptr;
     return fixedText != nullptr ? fixedText : message.c_str();
 }
 
 }  // namespace
 
-const char* FindErrorMessage(int32_t code)
-{
+const char* FindErrorMessage(int32_t code) {
     for (const ErrorRow& row : ERROR_MESSAGES) {
-        if (row.code == code) {
-            return row.message;
-        }
+        if (row.code == code) return row.message;
     }
     return nullptr;
 }
 
-napi_value CreateBusinessError(const napi_env& env, int32_t code, const std::string& message)
-{
+napi_value CreateBusinessError(const napi_env& env, int32_t code, const std::string& message) {
     const char* text = ChooseText(code, message);
     GAME_LOGI("CreateBusinessError errCode: %{public}d errMsg: %{public}s", code, text);
 
@@ -66,9 +61,7 @@ napi_value CreateBusinessError(const napi_env& env, int32_t code, const std::str
         GAME_LOGE("napi create errorMessage failed");
     }
     napi_value errorCode = nullptr;
-    if (napi_create_int32(env, code, &errorCode) != napi_ok) {
-        GAME_LOGE("napi create errorCode failed");
-    }
+    if (napi_create_int32(env, code, &errorCode) != napi_ok) GAME_LOGE("napi create errorCode failed");
     napi_value error = nullptr;
     if (napi_create_error(env, errorCode, errorMessage, &error) != napi_ok) {
         GAME_LOGE("napi create errorCode failed");
@@ -78,8 +71,7 @@ napi_value CreateBusinessError(const napi_env& env, int32_t code, const std::str
 }
 
 // An error that was thrown and taken back takes another way through the environment than one that is made.
-napi_value ObtainBusinessError(napi_env env, int32_t code, const std::string& message)
-{
+napi_value ObtainBusinessError(napi_env env, int32_t code, const std::string& message) {
     napi_value error = CreateBusinessError(env, code, message);
     if (error == nullptr && napi_throw_error(env, nullptr, ChooseText(code, message)) == napi_ok &&
         napi_get_and_clear_last_exception(env, &error) == napi_ok) {
@@ -88,8 +80,7 @@ napi_value ObtainBusinessError(napi_env env, int32_t code, const std::string& me
     return error;
 }
 
-void ThrowBusinessError(const napi_env& env, int32_t code, const std::string& message)
-{
+void ThrowBusinessError(const napi_env& env, int32_t code, const std::string& message) {
     napi_status status = napi_throw(env, CreateBusinessError(env, code, message));
     GAME_LOGI("ThrowBusinessError napi_throw status %{public}d", status);
 }

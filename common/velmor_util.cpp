@@ -33,25 +33,19 @@ using BioChain = std::unique_ptr<BIO, OpenSslDeleter>;
 
 // Of its final size from the start, so that a large output is not copied while it grows: told to hold the
 // bytes to encode, the buffer allocates a third more.
-BioChain MakeMemoryBio(size_t size)
-{
+BioChain MakeMemoryBio(size_t size) {
     BioChain bio(BIO_new(BIO_s_mem()));
     std::unique_ptr<BUF_MEM, OpenSslDeleter> buffer(BUF_MEM_new());
-    if (bio == nullptr || buffer == nullptr || BUF_MEM_grow(buffer.get(), size) != size) {
-        return nullptr;
-    }
+    if (bio == nullptr || buffer == nullptr || BUF_MEM_grow(buffer.get(), size) != size) return nullptr;
     buffer->length = 0;
-    if (BIO_set_mem_buf(bio.get(), buffer.get(), BIO_CLOSE) != 1) {
-        return nullptr;
-    }
+    if (BIO_set_mem_buf(bio.get(), buffer.get(), BIO_CLOSE) != 1) return nullptr;
     (void)buffer.release();
     return bio;
 }
 
 }  // namespace
 
-void SetTraceId(const std::string& traceId)
-{
+void SetTraceId(const std::string& traceId) {
     {
         std::lock_guard<std::mutex> guard(gTraceId.mutex);
         gTraceId.value = traceId;
@@ -59,19 +53,16 @@ void SetTraceId(const std::string& traceId)
     GAME_LOGI("SetTraceId traceId[%{public}s] success", traceId.c_str());
 }
 
-std::string GetTraceId()
-{
+std::string GetTraceId() {
     std::lock_guard<std::mutex> guard(gTraceId.mutex);
     return gTraceId.value;
 }
 
-int64_t GetCurrentTimestamp()
-{
+int64_t GetCurrentTimestamp() {
     return OHOS::MiscServices::TimeServiceClient::GetInstance()->GetBootTimeMs();
 }
 
-std::string Base64Encode(const uint8_t* data, size_t length)
-{
+std::string Base64Encode(const uint8_t* data, size_t length) {
     if (data == nullptr || length == 0) {
         GAME_LOGE("Base64Encode error: invalid input param.");
         return {};
@@ -102,8 +93,7 @@ std::string Base64Encode(const uint8_t* data, size_t length)
     return std::string(buffer->data, buffer->length);
 }
 
-bool IsSystemAppCalling()
-{
+bool IsSystemAppCalling() {
     const uint64_t token = OHOS::IPCSkeleton::GetCallingFullTokenID();
     if (!OHOS::Security::AccessToken::TokenIdKit::IsSystemAppByFullTokenID(token)) {
         GAME_LOGE("Permission denied, non-system app called system api.");

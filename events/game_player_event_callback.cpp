@@ -21,16 +21,13 @@ struct EventCallbackHook {
 /// One event on its way to one listener.
 struct EventWork : uv_work_t {
     EventWork(std::shared_ptr<const GameEventResult> event, std::weak_ptr<EventCallback> target)
-        : uv_work_t(), result(std::move(event)), listener(std::move(target))
-    {
-    }
+        : uv_work_t(), result(std::move(event)), listener(std::move(target)) {}
 
     std::shared_ptr<const GameEventResult> result;
     std::weak_ptr<EventCallback> listener;
 };
 
-auto IsOf(const std::shared_ptr<EnvInfo>& envInfo, napi_env env)
-{
+auto IsOf(const std::shared_ptr<EnvInfo>& envInfo, napi_env env) {
     return [envInfo = envInfo.get(), env](const std::shared_ptr<EventCallback>& listener) {
         return listener->envInfo.get() == envInfo && listener->env == env;
     };
@@ -38,8 +35,7 @@ auto IsOf(const std::shared_ptr<EnvInfo>& envInfo, napi_env env)
 
 // Moves the elements that `predicate` holds for out of a list, the order of both kept.
 template <typename List, typename Predicate>
-List TakeIf(List& list, Predicate predicate)
-{
+List TakeIf(List& list, Predicate predicate) {
     auto first = std::stable_partition(list.begin(), list.end(), std::not_fn(predicate));
     List taken(std::make_move_iterator(first), std::make_move_iterator(list.end()));
     list.erase(first, list.end());
@@ -50,8 +46,7 @@ List TakeIf(List& list, Predicate predicate)
 // none. `complaint` is logged for those whose function cannot be had.
 std::shared_ptr<EventCallback> FindListener(napi_env env,
                                             const std::vector<std::weak_ptr<EventCallback>>& listeners,
-                                            napi_value callback, const char* complaint)
-{
+                                            napi_value callback, const char* complaint) {
     for (const auto& weak : listeners) {
         std::shared_ptr<EventCallback> listener = weak.lock();
         napi_value function = nullptr;
@@ -62,16 +57,13 @@ std::shared_ptr<EventCallback> FindListener(napi_env env,
         }
         bool isSame = false;
         (void)napi_strict_equals(env, function, callback, &isSame);
-        if (isSame) {
-            return listener;
-        }
+        if (isSame) return listener;
     }
     return nullptr;
 }
 
 void QueueEvent(std::unique_ptr<EventWork> eventWork, const std::shared_ptr<EnvInfo>& envInfo,
-                uv_after_work_cb deliver)
-{
+                uv_after_work_cb deliver) {
     const QueueStatus status = QueueOnLoop(envInfo, eventWork.get(), deliver);
     if (status == QueueStatus::QUEUED) {
         (void)eventWork.release();
@@ -84,8 +76,7 @@ void QueueEvent(std::unique_ptr<EventWork> eventWork, const std::shared_ptr<EnvI
 
 }  // namespace
 
-EventCallback::~EventCallback()
-{
+EventCallback::~EventCallback() {
     if (callbackRef != nullptr) {
         (void)napi_delete_reference(env, callbackRef);
         GAME_LOGI("EventCallback release callbackRef");
@@ -97,20 +88,16 @@ EventCallback::~EventCallback()
     GAME_LOGI("EventCallback release exit");
 }
 
-GamePlayerEventCallback::GamePlayerEventCallback()
-{
+GamePlayerEventCallback::GamePlayerEventCallback() {
     GAME_LOGI("GamePlayerEventCallback clear all cache events.");
 }
 
 // Empty if the type has no entry.
 GamePlayerEventCallback::WeakListeners GamePlayerEventCallback::ListenersOf(
-    const std::shared_ptr<EnvInfo>& envInfo, napi_env env, const std::string& eventType)
-{
+    const std::shared_ptr<EnvInfo>& envInfo, napi_env env, const std::string& eventType) {
     std::lock_guard<std::mutex> guard(mutex_);
     auto entry = events_.find(eventType);
-    if (entry == events_.end()) {
-        return std::nullopt;
-    }
+    if (entry == events_.end()) return std::nullopt;
     std::vector<std::weak_ptr<EventCallback>> listeners;
     listeners.reserve(entry->second.size());
     std::copy_if(entry->second.begin(), entry->second.end(), std::back_inserter(listeners),
@@ -119,8 +106,7 @@ GamePlayerEventCallback::WeakListeners GamePlayerEventCallback::ListenersOf(
 }
 
 void GamePlayerEventCallback::RegisterGameEventCallback(napi_env env, const std::string& eventType,
-                                                        napi_value callback, napi_value thisArg)
-{
+                                                        napi_value callback, napi_value thisArg) {
     if (IsEventCallbackExisted(env, eventType, callback)) {
         GAME_LOGI("RegisterGameEventCallback current callback existed");
         return;
@@ -142,8 +128,7 @@ void GamePlayerEventCallback::RegisterGameEventCallback(napi_env env, const std:
 }
 
 bool GamePlayerEventCallback::IsEventCallbackExisted(napi_env env, const std::string& eventType,
-                                                     napi_value callback)
-{
+                                                     napi_value callback) {
     const WeakListeners own = ListenersOf(gEnvInfo, env, eventType);
     return own && FindListener(env, *own, callback,
                                "IsEventCallbackExisted get callback reference failed.") != nullptr;
@@ -151,24 +136,18 @@ bool GamePlayerEventCallback::IsEventCallbackExisted(napi_env env, const std::st
 
 // The first environment of a thread alone gets a hook.
 void GamePlayerEventCallback::AssembleEventCallback(napi_env env, napi_value callback, napi_value thisArg,
-                                                    EventCallback& eventCallback)
-{
+                                                    EventCallback& eventCallback) {
     static thread_local bool isHooked = false;
     (void)napi_create_reference(env, callback, 1, &eventCallback.callbackRef);
     (void)napi_create_reference(env, thisArg, 1, &eventCallback.thisArgRef);
-    if (isHooked) {
-        return;
-    }
+    if (isHooked) return;
     isHooked = true;
     auto hook = std::make_unique<EventCallbackHook>(EventCallbackHook{env, this});
-    if (napi_add_env_cleanup_hook(env, CleanupEventCallback, hook.get()) == napi_ok) {
-        (void)hook.release();
-    }
+    if (napi_add_env_cleanup_hook(env, CleanupEventCallback, hook.get()) == napi_ok) (void)hook.release();
     GAME_LOGI("AssembleEventCallback add env hook succeeded");
 }
 
-void GamePlayerEventCallback::UnRegisterGameEventCallback(napi_env env, const std::string& eventType)
-{
+void GamePlayerEventCallback::UnRegisterGameEventCallback(napi_env env, const std::string& eventType) {
     if (!RemoveListeners(eventType, IsOf(gEnvInfo, env))) {
         GAME_LOGW("UnRegisterGameEventCallback eventType %{public}s not existed", eventType.c_str());
         return;
@@ -177,8 +156,7 @@ void GamePlayerEventCallback::UnRegisterGameEventCallback(napi_env env, const st
 }
 
 void GamePlayerEventCallback::UnRegisterGameEventCallback(napi_env env, const std::string& eventType,
-                                                          napi_value callback)
-{
+                                                          napi_value callback) {
     const WeakListeners own = ListenersOf(gEnvInfo, env, eventType);
     if (!own) {
         GAME_LOGW("UnRegisterGameEventCallback eventType %{public}s not existed", eventType.c_str());
@@ -198,24 +176,18 @@ void GamePlayerEventCallback::UnRegisterGameEventCallback(napi_env env, const st
 // False if the type has no entry, which goes with its last listener.
 bool GamePlayerEventCallback::RemoveListeners(
     const std::string& eventType,
-    const std::function<bool(const std::shared_ptr<EventCallback>& listener)>& isMeant)
-{
+    const std::function<bool(const std::shared_ptr<EventCallback>& listener)>& isMeant) {
     Listeners removed;  // destroyed after the lock was given back
     std::lock_guard<std::mutex> guard(mutex_);
     auto entry = events_.find(eventType);
-    if (entry == events_.end()) {
-        return false;
-    }
+    if (entry == events_.end()) return false;
     removed = TakeIf(entry->second, isMeant);
-    if (entry->second.empty()) {
-        events_.erase(entry);
-    }
+    if (entry->second.empty()) events_.erase(entry);
     return true;
 }
 
 // Types without listeners keep their entries.
-void GamePlayerEventCallback::CleanupEventCallback(void* hookRecord)
-{
+void GamePlayerEventCallback::CleanupEventCallback(void* hookRecord) {
     GAME_LOGI("CleanupEventCallback enter");
     std::unique_ptr<EventCallbackHook> hook(static_cast<EventCallbackHook*>(hookRecord));
     if (hook == nullptr) {
@@ -236,8 +208,7 @@ void GamePlayerEventCallback::CleanupEventCallback(void* hookRecord)
     GAME_LOGI("CleanupEventCallback end");
 }
 
-void GamePlayerEventCallback::OnEventCallback(GameEventResult event)
-{
+void GamePlayerEventCallback::OnEventCallback(GameEventResult event) {
     GAME_LOGI("OnEventCallback enter");
     const auto result = std::make_shared<const GameEventResult>(std::move(event));
     const std::shared_ptr<EnvInfo>& envInfo = result->envInfo;
@@ -253,14 +224,11 @@ void GamePlayerEventCallback::OnEventCallback(GameEventResult event)
     GAME_LOGI("OnEventCallback uv_queue_work success");
 }
 
-void GamePlayerEventCallback::DoGameEventWork(uv_work_t* work, int /*status*/)
-{
+void GamePlayerEventCallback::DoGameEventWork(uv_work_t* work, int /*status*/) {
     GAME_LOGI("DoGameEventWork enter");
     std::unique_ptr<EventWork> eventWork(static_cast<EventWork*>(work));
     std::shared_ptr<EventCallback> listener = eventWork->listener.lock();
-    if (listener == nullptr) {
-        return;
-    }
+    if (listener == nullptr) return;
     const std::optional<napi_status> status = CallListener(std::move(listener), *eventWork->result);
     eventWork.reset();
     if (status) {
@@ -270,8 +238,7 @@ void GamePlayerEventCallback::DoGameEventWork(uv_work_t* work, int /*status*/)
 
 // The status of the call; empty if it was not made. A listener that removes itself goes before it returns.
 std::optional<napi_status> GamePlayerEventCallback::CallListener(std::shared_ptr<EventCallback> listener,
-                                                                 const GameEventResult& result)
-{
+                                                                 const GameEventResult& result) {
     const napi_env env = listener->env;
     HandleScope scope(env);
     if (!scope) {
@@ -289,8 +256,7 @@ std::optional<napi_status> GamePlayerEventCallback::CallListener(std::shared_ptr
     return napi_call_function(env, thisArg, callback, 1, &argument, nullptr);
 }
 
-napi_value GamePlayerEventCallback::AssembleEventResult(napi_env env, const GameEventResult& result)
-{
+napi_value GamePlayerEventCallback::AssembleEventResult(napi_env env, const GameEventResult& result) {
     napi_value value = nullptr;
     if (result.eventType == EVENT_GAME_ADDICTION_PREVENTED) {
         (void)napi_create_string_utf8(env, result.resultInfo.c_str(), NAPI_AUTO_LENGTH, &value);

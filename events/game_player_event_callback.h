@@ -52,8 +52,7 @@ struct EventCallback {
 ///
 /// The registry owns every listener, from `on` until `off` or the end of the listener's environment, both on
 /// that environment's JS thread; a delivery on its way only knows a listener weakly, and finds it gone.
-class GamePlayerEventCallback
-{
+class GamePlayerEventCallback {
 public:
     GamePlayerEventCallback();
 
@@ -97,8 +96,7 @@ private:
 
 /// Runs `use` with the listeners of the process. False, and logged, if there are none, as memory ran out.
 template <typename Use>
-bool WithListeners(const Use& use)
-{
+bool WithListeners(const Use& use) {
     auto listeners = OHOS::DelayedSingleton<GamePlayerEventCallback>::GetInstance();
     if (listeners == nullptr) {
         GAME_LOGE("GamePlayerEventCallback is nullptr");

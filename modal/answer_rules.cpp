@@ -10,20 +10,16 @@ namespace {
 constexpr int32_t CODE_PLAYER_CHANGED = 9;  // an event for the game's listeners, and no result
 constexpr int32_t CODE_GAME_EXIT = 10;
 
-GameEvent EventOf(AnswerKind kind, int32_t code)
-{
+GameEvent EventOf(AnswerKind kind, int32_t code) {
     if (code == CODE_PLAYER_CHANGED || (kind == AnswerKind::RECEIVE && code == ERROR_PLAYER_INVALID)) {
         return GameEvent::PLAYER_CHANGED;
     }
     // The only kind of request that such a result does not end the game for is a quick game's.
-    if (kind == AnswerKind::RESULT && code == ERROR_UNDER_AGE) {
-        return GameEvent::GAME_ADDICTION_PREVENTED;
-    }
+    if (kind == AnswerKind::RESULT && code == ERROR_UNDER_AGE) return GameEvent::GAME_ADDICTION_PREVENTED;
     return GameEvent::NONE;
 }
 
-void JudgeSuccess(AnswerKind kind, int32_t requestType, Verdict& verdict)
-{
+void JudgeSuccess(AnswerKind kind, int32_t requestType, Verdict& verdict) {
     if (kind == AnswerKind::RESULT) {
         verdict.marksEnd = HasFlag(requestType, ENDS_ON_SUCCESS);
         verdict.stores = HasFlag(requestType, STORES_RESULT);
@@ -34,8 +30,7 @@ void JudgeSuccess(AnswerKind kind, int32_t requestType, Verdict& verdict)
     verdict.startsTimer = HasFlag(requestType, IS_TIMED);
 }
 
-Verdict JudgeRelease(int32_t code, int32_t requestType)
-{
+Verdict JudgeRelease(int32_t code, int32_t requestType) {
     Verdict verdict;
     verdict.closes = verdict.marksEnd = IsCloseModalUIExtension(requestType, code);
     return verdict;
@@ -43,35 +38,24 @@ Verdict JudgeRelease(int32_t code, int32_t requestType)
 
 }  // namespace
 
-bool IsKillApp(int32_t code, int32_t requestType)
-{
+bool IsKillApp(int32_t code, int32_t requestType) {
     return code == CODE_GAME_EXIT || (code == ERROR_AGREEMENT_NOT_AGREED && requestType == REQUEST_INIT) ||
            (code == ERROR_UNDER_AGE && requestType != REQUEST_QUICK_GAME_LOGIN);
 }
 
-bool IsCloseModalUIExtension(int32_t requestType, int32_t releaseCode)
-{
+bool IsCloseModalUIExtension(int32_t requestType, int32_t releaseCode) {
     return releaseCode != 0 || HasFlag(requestType, CLOSES_ON_RELEASE);
 }
 
-Verdict Judge(AnswerKind kind, int32_t code, int32_t requestType, RequestState state)
-{
-    if (state == RequestState::ENDED) {
-        return {};
-    }
-    if (kind == AnswerKind::RELEASE) {
-        return JudgeRelease(code, requestType);
-    }
+Verdict Judge(AnswerKind kind, int32_t code, int32_t requestType, RequestState state) {
+    if (state == RequestState::ENDED) return {};
+    if (kind == AnswerKind::RELEASE) return JudgeRelease(code, requestType);
     Verdict verdict;
     if (kind != AnswerKind::ERROR) {
         verdict.exits = IsKillApp(code, requestType);
-        if (verdict.exits) {
-            return verdict;
-        }
+        if (verdict.exits) return verdict;
         verdict.event = EventOf(kind, code);
-        if (code == CODE_PLAYER_CHANGED) {
-            return verdict;
-        }
+        if (code == CODE_PLAYER_CHANGED) return verdict;
     }
     verdict.settles = state == RequestState::WAITING;
     verdict.closes = !verdict.settles;

@@ -25,32 +25,23 @@ constexpr const char* KEY_END_TEXT = "endText";
 constexpr int32_t NO_LIMIT = -1;
 
 // Wraps around as 32-bit numbers do; the extension's number of minutes is not checked.
-int32_t ToSeconds(int32_t minutes)
-{
-    return static_cast<int32_t>(static_cast<uint32_t>(minutes) * 60U);
-}
+int32_t ToSeconds(int32_t minutes) { return static_cast<int32_t>(static_cast<uint32_t>(minutes) * 60U); }
 
 }  // namespace
 
-void ModalUICallback::DoAntiAddiction(const WantParams& data, bool isTimerRunning)
-{
+void ModalUICallback::DoAntiAddiction(const WantParams& data, bool isTimerRunning) {
     if (isTimerRunning) {
         GAME_LOGI("DoAntiAddiction anti-addiction task started and return");
         return;
     }
     const int32_t minutes = data.GetIntParam(KEY_PLAYABLE_TIME, NO_LIMIT);
-    if (minutes >= 1) {
-        LaunchAntiAddictionAbility(data.GetStringParam(KEY_END_TEXT), ToSeconds(minutes));
-    }
+    if (minutes >= 1) LaunchAntiAddictionAbility(data.GetStringParam(KEY_END_TEXT), ToSeconds(minutes));
 }
 
-void ModalUICallback::LaunchAntiAddictionAbility(std::string endText, int32_t seconds)
-{
+void ModalUICallback::LaunchAntiAddictionAbility(std::string endText, int32_t seconds) {
     {
         std::lock_guard<std::mutex> guard(mutex_);
-        if (context_ == nullptr || std::exchange(context_->antiAddictionRunning, true)) {
-            return;
-        }
+        if (context_ == nullptr || std::exchange(context_->antiAddictionRunning, true)) return;
     }
     GAME_LOGI("LaunchAntiAddictionAbility playable time %{public}d seconds", seconds);
     std::thread(&ModalUICallback::RunAntiAddictionTimer, shared_from_this(), std::move(endText), seconds)
@@ -58,8 +49,7 @@ void ModalUICallback::LaunchAntiAddictionAbility(std::string endText, int32_t se
 }
 
 // Time is up for the game even if the request has ended meanwhile.
-void ModalUICallback::RunAntiAddictionTimer(const std::string& endText, int32_t seconds)
-{
+void ModalUICallback::RunAntiAddictionTimer(const std::string& endText, int32_t seconds) {
     const int64_t deadline = GetCurrentTimestamp() + seconds * MILLISECONDS;
     do {
         std::this_thread::sleep_for(CHECK_INTERVAL);
@@ -71,21 +61,16 @@ void ModalUICallback::RunAntiAddictionTimer(const std::string& endText, int32_t 
     StartUIExtensionAbility(std::move(want));
     GAME_LOGI("launched anti-addiction ability.");
     std::this_thread::sleep_for(PAGE_TIME);
-    if (requestType_ != REQUEST_QUICK_GAME_LOGIN) {
-        _exit(0);
-    }
+    if (requestType_ != REQUEST_QUICK_GAME_LOGIN) _exit(0);
     PreventQuickGame();
 }
 
 // The request ends with the next release of the page.
-void ModalUICallback::PreventQuickGame()
-{
+void ModalUICallback::PreventQuickGame() {
     std::shared_ptr<BaseContext> request;
     {
         std::lock_guard<std::mutex> guard(mutex_);
-        if (context_ == nullptr) {
-            return;
-        }
+        if (context_ == nullptr) return;
         context_->antiAddictionRunning = false;
         context_->isResetContext = true;
         request = context_;
@@ -95,8 +80,7 @@ void ModalUICallback::PreventQuickGame()
 }
 
 void ModalUICallback::DoGameEvent(const std::shared_ptr<EnvInfo>& envInfo, int32_t event,
-                                  std::string eventType, std::string resultInfo)
-{
+                                  std::string eventType, std::string resultInfo) {
     GAME_LOGI("DoGameEvent %{public}s[%{public}d] called", eventType.c_str(), event);
     if (!IsValidEnv(envInfo)) {
         GAME_LOGW("DoGameEvent invalid context or env");

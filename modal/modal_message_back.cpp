@@ -15,15 +15,13 @@ namespace {
 
 constexpr const char* KEY_RESULT_MESSAGE = "resultMessage";
 
-bool IsParseResultMessage(int32_t requestType)
-{
+bool IsParseResultMessage(int32_t requestType) {
     GAME_LOGI("IsParseResultMessage requestType=%{public}d", requestType);
     return HasFlag(requestType, HAS_MESSAGE);
 }
 
 // The pair (error, data) of a request's result.
-void CreateResultMessage(BaseContext& request, napi_value (&result)[2])
-{
+void CreateResultMessage(BaseContext& request, napi_value (&result)[2]) {
     if (!IsValidEnv(request.envInfo)) {
         GAME_LOGE("CreateResultMessage invalid env");
         return;
@@ -50,13 +48,10 @@ void CreateResultMessage(BaseContext& request, napi_value (&result)[2])
 }
 
 // False if no handle scope is to be had.
-bool SettleRequest(BaseContext& request)
-{
+bool SettleRequest(BaseContext& request) {
     napi_env env = request.envInfo->env;
     HandleScope scope(env);
-    if (!scope) {
-        return false;
-    }
+    if (!scope) return false;
     napi_value result[] = {nullptr, nullptr};
     CreateResultMessage(request, result);
     if (request.deferred == nullptr && request.callbackRef == nullptr) {
@@ -67,9 +62,7 @@ bool SettleRequest(BaseContext& request)
         result[0] = result[1];  // nothing at all can be had: rejected with `undefined`, rather than never
     }
     (void)Settle(env, request, isFailure, result);
-    if (!IsValidEnv(request.envInfo)) {
-        scope.Abandon();
-    }
+    if (!IsValidEnv(request.envInfo)) scope.Abandon();
     return true;
 }
 
@@ -78,16 +71,13 @@ bool SettleRequest(BaseContext& request)
 /// What travels to the JS thread: the result of a request, which stands in its context.
 struct ModalUICallback::WorkData : uv_work_t {
     explicit WorkData(std::shared_ptr<ModalUICallback> session)
-        : uv_work_t(), modalUICallback(std::move(session))
-    {
-    }
+        : uv_work_t(), modalUICallback(std::move(session)) {}
 
     std::shared_ptr<ModalUICallback> modalUICallback;
     std::shared_ptr<BaseContext> context;
 };
 
-void ModalUICallback::SendMessageBack(Decision decision, int32_t code, const char* message)
-{
+void ModalUICallback::SendMessageBack(Decision decision, int32_t code, const char* message) {
     BaseContext& request = *decision.context;
     const char* apiName = FindApiName(requestType_);
     GAME_LOGI("SendMessageBack %{public}s", apiName);
@@ -107,20 +97,15 @@ void ModalUICallback::SendMessageBack(Decision decision, int32_t code, const cha
 }
 
 // This thread keeps no share of what it queues, so that the context ends with the delivery, on the JS thread.
-void ModalUICallback::QueueMessageBack(std::shared_ptr<BaseContext> request, bool isLateStart)
-{
+void ModalUICallback::QueueMessageBack(std::shared_ptr<BaseContext> request, bool isLateStart) {
     std::unique_ptr<WorkData> workData(new (std::nothrow) WorkData(shared_from_this()));
-    if (workData != nullptr) {
-        workData->context.swap(request);
-    }
+    if (workData != nullptr) workData->context.swap(request);
     const QueueStatus status = QueueOnLoop(envInfo_, workData.get(), SendMessageBackWork);
     if (status == QueueStatus::QUEUED) {
         (void)workData.release();
         return;
     }
-    if (workData != nullptr) {
-        workData->context.swap(request);
-    }
+    if (workData != nullptr) workData->context.swap(request);
     if (status == QueueStatus::REFUSED) {
         GAME_LOGE("%{public}s uv_queue_work call failed",
                   isLateStart ? "DelayStartUIExtensionAbility" : "SendMessageBack");
@@ -132,8 +117,7 @@ void ModalUICallback::QueueMessageBack(std::shared_ptr<BaseContext> request, boo
     DoMessageBackException(std::move(request));
 }
 
-void ModalUICallback::SendMessageBackWork(uv_work_t* work, int /*status*/)
-{
+void ModalUICallback::SendMessageBackWork(uv_work_t* work, int /*status*/) {
     std::unique_ptr<WorkData> workData(static_cast<WorkData*>(work));
     ModalUICallback& session = *workData->modalUICallback;
     BaseContext& request = *workData->context;
@@ -150,8 +134,7 @@ void ModalUICallback::SendMessageBackWork(uv_work_t* work, int /*status*/)
     session.DoMessageBackSuccess(std::move(workData->context));
 }
 
-void ModalUICallback::DoMessageBackSuccess(std::shared_ptr<BaseContext> request)
-{
+void ModalUICallback::DoMessageBackSuccess(std::shared_ptr<BaseContext> request) {
     bool hasEnded = false;
     {
         std::lock_guard<std::mutex> guard(mutex_);
@@ -171,12 +154,9 @@ void ModalUICallback::DoMessageBackSuccess(std::shared_ptr<BaseContext> request)
     GAME_LOGI("DoMessageBackSuccess release context");
 }
 
-void ModalUICallback::DoMessageBackException(std::shared_ptr<BaseContext> request)
-{
+void ModalUICallback::DoMessageBackException(std::shared_ptr<BaseContext> request) {
     CloseModalUIExtension(*request);
-    if (IsValidEnv(envInfo_)) {
-        ThrowBusinessError(envInfo_->env, ERROR_SYSTEM_INTERNAL, "");
-    }
+    if (IsValidEnv(envInfo_)) ThrowBusinessError(envInfo_->env, ERROR_SYSTEM_INTERNAL, "");
     {
         std::lock_guard<std::mutex> guard(mutex_);
         End();

@@ -21,8 +21,7 @@ constexpr const char* KEY_RESULT_INFO = "resultInfo";
 constexpr int32_t CODE_ICONS_TOO_LARGE = 100015;
 constexpr const char* TEXT_ICONS_TOO_LARGE = "Total size of icon resource is too large";
 
-[[noreturn]] void ExitGame(const char* callback, int32_t code)
-{
+[[noreturn]] void ExitGame(const char* callback, int32_t code) {
     if (code == ERROR_AGREEMENT_NOT_AGREED) {
         GAME_LOGI("game exit when init not agreed agreement.");
     } else if (code == ERROR_UNDER_AGE) {
@@ -33,16 +32,13 @@ constexpr const char* TEXT_ICONS_TOO_LARGE = "Total size of icon resource is too
 }
 
 // The text that goes with a failure's code, and the code that JS is told.
-const char* AssembleErrorMessage(int32_t requestType, int32_t& code)
-{
+const char* AssembleErrorMessage(int32_t requestType, int32_t& code) {
     if (HasFlag(requestType, HIDES_FAILURES)) {
         GAME_LOGI("AssembleErrorMessage transfer code %{public}d to 0", code);
         code = ERROR_SUCCESS;
         return FindErrorMessage(ERROR_SUCCESS);
     }
-    if (const char* message = FindErrorMessage(code)) {
-        return message;
-    }
+    if (const char* message = FindErrorMessage(code)) return message;
     GAME_LOGE("AssembleErrorMessage resultCode not existed: %{public}d", code);
     if (requestType == REQUEST_UNION_LOGIN && code == CODE_ICONS_TOO_LARGE) {
         code = ERROR_PARAMETER;
@@ -54,28 +50,24 @@ const char* AssembleErrorMessage(int32_t requestType, int32_t& code)
 
 }  // namespace
 
-void ModalUICallback::OnResultForModal(int32_t resultCode, const Want& result)
-{
+void ModalUICallback::OnResultForModal(int32_t resultCode, const Want& result) {
     GAME_LOGI("OnResultForModal resultCode=%{public}d", resultCode);
     TakeAnswer(AnswerKind::RESULT, "OnResultForModal", resultCode, result.GetParams());
 }
 
-void ModalUICallback::OnReceive(const WantParams& data)
-{
+void ModalUICallback::OnReceive(const WantParams& data) {
     GAME_LOGI("OnReceive enter");
     TakeAnswer(AnswerKind::RECEIVE, "OnReceive", data.GetIntParam(KEY_RESULT_CODE, ERROR_SYSTEM_INTERNAL),
                data);
 }
 
-void ModalUICallback::OnError(int32_t code, const std::string& name, const std::string& message)
-{
+void ModalUICallback::OnError(int32_t code, const std::string& name, const std::string& message) {
     GAME_LOGE("OnError code=%{public}d, name=%{public}s, message=%{public}s", code, name.c_str(),
               message.c_str());
     TakeAnswer(AnswerKind::ERROR, "OnError", code, WantParams());
 }
 
-void ModalUICallback::OnRelease(int32_t releaseCode)
-{
+void ModalUICallback::OnRelease(int32_t releaseCode) {
     GAME_LOGI("OnRelease releaseCode=%{public}d", releaseCode);
     Decision decision = Decide(AnswerKind::RELEASE, releaseCode, true);
     if (decision.context == nullptr) {
@@ -93,17 +85,15 @@ void ModalUICallback::OnRelease(int32_t releaseCode)
     GAME_LOGI("OnRelease end, close modal UI extension finished");
 }
 
-void ModalUICallback::TakeAnswer(AnswerKind kind, const char* callback, int32_t code, const WantParams& data)
-{
+void ModalUICallback::TakeAnswer(AnswerKind kind, const char* callback, int32_t code,
+                                 const WantParams& data) {
     const bool isHeard = kind != AnswerKind::RECEIVE || IsValidEnv(envInfo_);
     Decision decision = Decide(kind, code, isHeard);
     if (decision.context == nullptr) {
         GAME_LOGE("%{public}s baseContext is null", callback);
         return;
     }
-    if (decision.verdict.exits) {
-        ExitGame(callback, code);
-    }
+    if (decision.verdict.exits) ExitGame(callback, code);
     if (!isHeard) {
         GAME_LOGE("%{public}s invalid env", callback);
         return;
@@ -118,8 +108,7 @@ void ModalUICallback::TakeAnswer(AnswerKind kind, const char* callback, int32_t 
     }
 }
 
-void ModalUICallback::RaiseEvent(GameEvent event, const WantParams& data) const
-{
+void ModalUICallback::RaiseEvent(GameEvent event, const WantParams& data) const {
     if (event == GameEvent::PLAYER_CHANGED) {
         DoGameEvent(envInfo_, 0, EVENT_PLAYER_CHANGED, data.GetStringParam(KEY_RESULT_INFO));
     } else if (event == GameEvent::GAME_ADDICTION_PREVENTED) {
@@ -127,13 +116,10 @@ void ModalUICallback::RaiseEvent(GameEvent event, const WantParams& data) const
     }
 }
 
-void ModalUICallback::TakeMessage(AnswerKind kind, Decision decision, int32_t code, const WantParams& data)
-{
+void ModalUICallback::TakeMessage(AnswerKind kind, Decision decision, int32_t code, const WantParams& data) {
     const char* message = "";
     if (decision.verdict.isFailure) {
-        if (kind == AnswerKind::RESULT) {
-            GAME_LOGI("OnResultForModal set isResetContext to true");
-        }
+        if (kind == AnswerKind::RESULT) GAME_LOGI("OnResultForModal set isResetContext to true");
         message = AssembleErrorMessage(requestType_, code);
     } else if (code == ERROR_SUCCESS && kind == AnswerKind::RESULT) {
         DealResponseForModal(decision, data);
@@ -143,8 +129,7 @@ void ModalUICallback::TakeMessage(AnswerKind kind, Decision decision, int32_t co
     SendMessageBack(std::move(decision), code, message);
 }
 
-void ModalUICallback::DealResponseForModal(const Decision& decision, const WantParams& data)
-{
+void ModalUICallback::DealResponseForModal(const Decision& decision, const WantParams& data) {
     const char* apiName = FindApiName(decision.context->requestType);
     if (decision.verdict.marksEnd) {
         GAME_LOGI("DealResponseForModal %{public}s close modal and reset context.", apiName);
@@ -155,41 +140,31 @@ void ModalUICallback::DealResponseForModal(const Decision& decision, const WantP
     }
 }
 
-void ModalUICallback::DealResponseForReceive(const Decision& decision, const WantParams& data)
-{
+void ModalUICallback::DealResponseForReceive(const Decision& decision, const WantParams& data) {
     if (!decision.verdict.stores) {
         GAME_LOGW("DealResponseForReceive API not supported");
         return;
     }
-    if (decision.verdict.settles) {
-        decision.context->resultParams = data;
-    }
-    if (decision.verdict.startsTimer) {
-        DoAntiAddiction(data, decision.isTimerRunning);
-    }
+    if (decision.verdict.settles) decision.context->resultParams = data;
+    if (decision.verdict.startsTimer) DoAntiAddiction(data, decision.isTimerRunning);
 }
 
-std::shared_ptr<BaseContext> ModalUICallback::Share()
-{
+std::shared_ptr<BaseContext> ModalUICallback::Share() {
     std::lock_guard<std::mutex> guard(mutex_);
     return context_;
 }
 
 // An answer that is not heard, as its environment has ended, may still end the process.
-ModalUICallback::Decision ModalUICallback::Decide(AnswerKind kind, int32_t code, bool isHeard)
-{
+ModalUICallback::Decision ModalUICallback::Decide(AnswerKind kind, int32_t code, bool isHeard) {
     std::lock_guard<std::mutex> guard(mutex_);
     Decision decision;
     decision.context = context_;
     decision.verdict = Judge(kind, code, requestType_, state_);
-    if (context_ != nullptr && isHeard) {
-        Note(kind, decision);
-    }
+    if (context_ != nullptr && isHeard) Note(kind, decision);
     return decision;
 }
 
-void ModalUICallback::Note(AnswerKind kind, Decision& decision)
-{
+void ModalUICallback::Note(AnswerKind kind, Decision& decision) {
     Verdict& verdict = decision.verdict;
     BaseContext& request = *context_;
     if (kind == AnswerKind::ERROR && !std::exchange(request.needMessageBack, false)) {
@@ -199,48 +174,34 @@ void ModalUICallback::Note(AnswerKind kind, Decision& decision)
     if (state_ == RequestState::ANSWERED && MayEnd()) {
         verdict.marksStay = verdict.startsTimer = false;  // nothing takes back that its delivery ends it
     }
-    if (verdict.event == GameEvent::GAME_ADDICTION_PREVENTED) {
-        request.antiAddictionRunning = false;
-    }
-    if (verdict.marksStay) {
-        request.isResetContext = false;
-    }
+    if (verdict.event == GameEvent::GAME_ADDICTION_PREVENTED) request.antiAddictionRunning = false;
+    if (verdict.marksStay) request.isResetContext = false;
     if (verdict.marksEnd && !(kind == AnswerKind::RELEASE && request.antiAddictionRunning)) {
         request.isResetContext = true;
     }
-    if (verdict.settles) {
-        state_ = RequestState::ANSWERED;
-    }
+    if (verdict.settles) state_ = RequestState::ANSWERED;
     decision.isResetContext = request.isResetContext;
     decision.isTimerRunning = request.antiAddictionRunning;
     decision.hasEnded = verdict.closes && state_ == RequestState::OPEN && MayEnd();
-    if (decision.hasEnded) {
-        End();
-    }
+    if (decision.hasEnded) End();
 }
 
-bool ModalUICallback::MayEnd() const
-{
-    return context_->isResetContext && !context_->antiAddictionRunning;
-}
+bool ModalUICallback::MayEnd() const { return context_->isResetContext && !context_->antiAddictionRunning; }
 
 // The caller holds a share, so that nothing is destroyed under the lock.
-void ModalUICallback::End()
-{
+void ModalUICallback::End() {
     state_ = RequestState::ENDED;
     context_.reset();
 }
 
-void ModalUICallback::CloseModalUIExtension(Decision decision)
-{
+void ModalUICallback::CloseModalUIExtension(Decision decision) {
     GAME_LOGI("CloseModalUIExtension %{public}s", FindApiName(requestType_));
     CloseModalUIExtension(*decision.context);
     ResetContext(std::move(decision));
 }
 
 // Taken before the platform closes it: an answer from within that call must not close it again.
-void ModalUICallback::CloseModalUIExtension(BaseContext& request)
-{
+void ModalUICallback::CloseModalUIExtension(BaseContext& request) {
     const int32_t sessionId = TakeSessionId(request);
     if (sessionId <= 0) {
         GAME_LOGI("CloseModalUIExtension need not close modal");
@@ -255,26 +216,19 @@ void ModalUICallback::CloseModalUIExtension(BaseContext& request)
     GAME_LOGI("CloseModalUIExtension closed");
 }
 
-int32_t ModalUICallback::TakeSessionId(BaseContext& request)
-{
+int32_t ModalUICallback::TakeSessionId(BaseContext& request) {
     std::lock_guard<std::mutex> guard(mutex_);
-    if (request.sessionId <= 0) {
-        isCloseWanted_ = isOpening_;
-    }
+    if (request.sessionId <= 0) isCloseWanted_ = isOpening_;
     return std::exchange(request.sessionId, 0);
 }
 
 // Unless another modal has opened meanwhile.
-void ModalUICallback::ReturnSessionId(BaseContext& request, int32_t sessionId)
-{
+void ModalUICallback::ReturnSessionId(BaseContext& request, int32_t sessionId) {
     std::lock_guard<std::mutex> guard(mutex_);
-    if (request.sessionId == 0) {
-        request.sessionId = sessionId;
-    }
+    if (request.sessionId == 0) request.sessionId = sessionId;
 }
 
-void ModalUICallback::ResetContext(Decision decision)
-{
+void ModalUICallback::ResetContext(Decision decision) {
     if (decision.isTimerRunning) {
         GAME_LOGI("ResetContext anti-addiction keep context");
         return;

@@ -20,8 +20,7 @@ namespace {
 constexpr std::chrono::seconds RETRY_INTERVAL(1);
 constexpr int RETRY_COUNT = 5;
 
-ModalUIExtensionConfig MakeModalConfig()
-{
+ModalUIExtensionConfig MakeModalConfig() {
     ModalUIExtensionConfig config;
     config.isBackBlocked = true;
     config.isBoundAsync = true;
@@ -30,8 +29,7 @@ ModalUIExtensionConfig MakeModalConfig()
     return config;
 }
 
-UIContent* GetUIContent(const BaseContext& request)
-{
+UIContent* GetUIContent(const BaseContext& request) {
     if (request.abilityContext != nullptr) {
         GAME_LOGI("GetUIContent abilityContext is not nullptr");
     } else if (request.extensionContext != nullptr) {
@@ -41,17 +39,13 @@ UIContent* GetUIContent(const BaseContext& request)
 }
 
 template <auto CALLBACK>
-auto Bind(const std::shared_ptr<ModalUICallback>& session)
-{
-    return [session](const auto&... answer) {
-        (*session.*CALLBACK)(answer...);
-    };
+auto Bind(const std::shared_ptr<ModalUICallback>& session) {
+    return [session](const auto&... answer) { (*session.*CALLBACK)(answer...); };
 }
 
 }  // namespace
 
-Want MakeGameServiceWant(int32_t requestType)
-{
+Want MakeGameServiceWant(int32_t requestType) {
     Want want;
     want.SetElementName("com.lumora.tavik.velmor", "GamePlayerUIExtAbility");
     want.SetParam("requestType", requestType);
@@ -62,12 +56,9 @@ ModalUICallback::ModalUICallback(std::shared_ptr<BaseContext> request)
     : envInfo_(request->envInfo),
       requestType_(request->requestType),
       context_(std::move(request)),
-      state_(context_->hasMsgBack ? RequestState::OPEN : RequestState::WAITING)
-{
-}
+      state_(context_->hasMsgBack ? RequestState::OPEN : RequestState::WAITING) {}
 
-void ModalUICallback::StartUIExtensionAbility(Want want)
-{
+void ModalUICallback::StartUIExtensionAbility(Want want) {
     const std::shared_ptr<BaseContext> request = Share();
     if (request == nullptr) {
         GAME_LOGE("asyncContext is nullptr");
@@ -91,8 +82,7 @@ void ModalUICallback::StartUIExtensionAbility(Want want)
 }
 
 // Each start binds the session anew, and says so.
-ModalUIExtensionCallbacks ModalUICallback::BindCallbacks()
-{
+ModalUIExtensionCallbacks ModalUICallback::BindCallbacks() {
     GAME_LOGI("constructor ModalUICallback");
     const auto session = shared_from_this();
     ModalUIExtensionCallbacks callbacks;
@@ -106,13 +96,10 @@ ModalUIExtensionCallbacks ModalUICallback::BindCallbacks()
 // Until the new modal's id is known, answers close the one before. Without one they have the new modal closed
 // as soon as its id is known.
 void ModalUICallback::CreateModal(BaseContext& request, UIContent& content, Want want,
-                                  ModalUIExtensionCallbacks callbacks)
-{
+                                  ModalUIExtensionCallbacks callbacks) {
     {
         std::lock_guard<std::mutex> guard(mutex_);
-        if (state_ == RequestState::ENDED) {
-            return;
-        }
+        if (state_ == RequestState::ENDED) return;
         isOpening_ = true;
     }
     const int32_t sessionId =
@@ -124,19 +111,15 @@ void ModalUICallback::CreateModal(BaseContext& request, UIContent& content, Want
         isOpening_ = false;
         isCloseWanted = std::exchange(isCloseWanted_, false) || state_ == RequestState::ENDED;
     }
-    if (isCloseWanted) {
-        CloseModalUIExtension(request);
-    }
+    if (isCloseWanted) CloseModalUIExtension(request);
 }
 
-void ModalUICallback::DelayStartUIExtensionAbility(Want want, ModalUIExtensionCallbacks callbacks)
-{
+void ModalUICallback::DelayStartUIExtensionAbility(Want want, ModalUIExtensionCallbacks callbacks) {
     std::thread(&ModalUICallback::WaitForWindow, shared_from_this(), std::move(want), std::move(callbacks))
         .detach();
 }
 
-void ModalUICallback::WaitForWindow(Want want, ModalUIExtensionCallbacks callbacks)
-{
+void ModalUICallback::WaitForWindow(Want want, ModalUIExtensionCallbacks callbacks) {
     for (int round = 0; round < RETRY_COUNT; ++round) {
         std::this_thread::sleep_for(RETRY_INTERVAL);
         const std::shared_ptr<BaseContext> request = Share();
@@ -154,8 +137,7 @@ void ModalUICallback::WaitForWindow(Want want, ModalUIExtensionCallbacks callbac
 }
 
 // Analytics are not told.
-void ModalUICallback::AnswerLateStart()
-{
+void ModalUICallback::AnswerLateStart() {
     std::shared_ptr<BaseContext> request;
     {
         std::lock_guard<std::mutex> guard(mutex_);

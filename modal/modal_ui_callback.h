@@ -36,8 +36,7 @@ OHOS::AAFwk::Want MakeGameServiceWant(int32_t requestType);
 ///
 /// A callback decides under the lock and acts afterwards. So an answer may come from within any call of the
 /// platform, on any thread, also on one that the platform waits for. Any thread may call any public member.
-class ModalUICallback : public std::enable_shared_from_this<ModalUICallback>
-{
+class ModalUICallback : public std::enable_shared_from_this<ModalUICallback> {
 public:
     /// Takes over `request`, which must not be null. With its `hasMsgBack` set, JS expects no result.
     explicit ModalUICallback(std::shared_ptr<BaseContext> request);

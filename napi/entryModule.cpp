@@ -3,8 +3,7 @@
 
 namespace {
 
-napi_value Entry(napi_env env, napi_value exports)
-{
+napi_value Entry(napi_env env, napi_value exports) {
     (void)TAVIK::GAME_PLAYER::GamePlayerExtensionAbilityManager::Entry(env, exports);
     return exports;
 }
@@ -22,7 +21,4 @@ napi_module napiModule = {
 }  // namespace
 
 /// Runs when the library is loaded.
-extern "C" __attribute__((constructor)) void RegisterEntryModule()
-{
-    napi_module_register(&napiModule);
-}
+extern "C" __attribute__((constructor)) void RegisterEntryModule() { napi_module_register(&napiModule); }

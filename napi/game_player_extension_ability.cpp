@@ -17,8 +17,7 @@ using OHOS::AbilityRuntime::UIExtensionContext;
 
 namespace {
 
-constexpr napi_property_descriptor Method(const char* name, napi_callback method)
-{
+constexpr napi_property_descriptor Method(const char* name, napi_callback method) {
     return {name, nullptr, method, nullptr, nullptr, nullptr, napi_default, nullptr};
 }
 
@@ -46,24 +45,18 @@ constexpr napi_property_descriptor METHODS[] = {
 // One environment per thread is the expected setting: a later one on the same thread stays unregistered. One
 // whose end could not be hooked works like any other; `SaveEnvInfo` takes it off when its handle is in use
 // again.
-void RegisterEnvironment(napi_env env)
-{
+void RegisterEnvironment(napi_env env) {
     static thread_local bool hooked = false;
-    if (hooked) {
-        return;
-    }
+    if (hooked) return;
     hooked = true;
     gEnvInfo = std::make_shared<EnvInfo>(EnvInfo{env});
-    auto unregister = [](void* info) {
-        DeleteEnvInfo(static_cast<EnvInfo*>(info));
-    };
+    auto unregister = [](void* info) { DeleteEnvInfo(static_cast<EnvInfo*>(info)); };
     (void)napi_add_env_cleanup_hook(env, unregister, gEnvInfo.get());
     SaveEnvInfo(gEnvInfo);
 }
 
 // What the platform's own status check does: a refusal becomes a plain error, unless one is pending already.
-void ThrowLastError(napi_env env)
-{
+void ThrowLastError(napi_env env) {
     const napi_extended_error_info* info = nullptr;
     (void)napi_get_last_error_info(env, &info);
     // Taken now: the next call clears what `info` points to.
@@ -75,8 +68,7 @@ void ThrowLastError(napi_env env)
 
 }  // namespace
 
-napi_value Manager::Entry(napi_env env, napi_value exports)
-{
+napi_value Manager::Entry(napi_env env, napi_value exports) {
     GAME_LOGI("begin Entry");
     RegisterEnvironment(env);
     napi_property_descriptor methods[std::size(METHODS)];
@@ -89,13 +81,10 @@ napi_value Manager::Entry(napi_env env, napi_value exports)
     return exports;
 }
 
-bool Manager::BuildContextForCallback(napi_env env, BaseContext& context)
-{
+bool Manager::BuildContextForCallback(napi_env env, BaseContext& context) {
     GAME_LOGI("this is callback api");
     const std::optional<napi_valuetype> type = TypeOf(env, context.callbackValue);
-    if (!type) {
-        return false;
-    }
+    if (!type) return false;
     if (type == napi_function &&
         napi_create_reference(env, context.callbackValue, 1, &context.callbackRef) != napi_ok) {
         return false;
@@ -104,18 +93,14 @@ bool Manager::BuildContextForCallback(napi_env env, BaseContext& context)
            ParseAbilityContextReq(env, context.contextValue, context);
 }
 
-bool Manager::BuildContextForPromise(napi_env env, BaseContext& context, napi_value& promise)
-{
+bool Manager::BuildContextForPromise(napi_env env, BaseContext& context, napi_value& promise) {
     GAME_LOGI("this is promise api");
-    if (napi_create_promise(env, &context.deferred, &promise) != napi_ok) {
-        return false;
-    }
+    if (napi_create_promise(env, &context.deferred, &promise) != napi_ok) return false;
     return ValidateTypeNotEmpty(env, context.contextValue) &&
            ParseAbilityContextReq(env, context.contextValue, context);
 }
 
-bool Manager::ParseAbilityContextReq(napi_env env, napi_value value, BaseContext& context)
-{
+bool Manager::ParseAbilityContextReq(napi_env env, napi_value value, BaseContext& context) {
     GAME_LOGI("begin ParseAbilityContextReq");
     bool isStage = false;
     if (OHOS::AbilityRuntime::IsStageContext(env, value, isStage) != napi_ok || !isStage) {
@@ -142,16 +127,11 @@ bool Manager::ParseAbilityContextReq(napi_env env, napi_value value, BaseContext
 }
 
 void Manager::ReturnCallbackOrPromise(napi_env env, const BaseContext& context, napi_value error,
-                                      napi_value data)
-{
+                                      napi_value data) {
     napi_value result[] = {error, data};
     napi_status status = napi_get_null(env, &result[context.errCode == ERROR_SUCCESS ? 0 : 1]);
-    if (status == napi_ok) {
-        status = Settle(env, context, context.errCode != ERROR_SUCCESS, result);
-    }
-    if (status != napi_ok) {
-        ThrowLastError(env);
-    }
+    if (status == napi_ok) status = Settle(env, context, context.errCode != ERROR_SUCCESS, result);
+    if (status != napi_ok) ThrowLastError(env);
 }
 
 }  // namespace TAVIK::GAME_PLAYER

@@ -12,11 +12,9 @@ namespace TAVIK::GAME_PLAYER {
 ///
 /// Every method but `on`, `off` and `syncTraceId` returns `undefined` in an environment that is not
 /// registered any more, and throws business error 1002000001 if its arguments cannot be read.
-class GamePlayerExtensionAbilityManager
-{
+class GamePlayerExtensionAbilityManager {
     template <RequestType TYPE>
-    static napi_value Run(napi_env env, napi_callback_info info)
-    {
+    static napi_value Run(napi_env env, napi_callback_info info) {
         return RunRequest(env, info, FindRequest(TYPE));
     }
 

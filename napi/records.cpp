@@ -12,19 +12,16 @@ using nlohmann::json;
 namespace {
 
 /// Where a stream puts its text: at the end of a string.
-class StringSink final : public std::streambuf
-{
+class StringSink final : public std::streambuf {
 public:
     explicit StringSink(std::string& text) : text_(text) {}
 
 protected:
-    int_type overflow(int_type character) override
-    {
+    int_type overflow(int_type character) override {
         text_.push_back(static_cast<char>(character));
         return character;
     }
-    std::streamsize xsputn(const char* characters, std::streamsize count) override
-    {
+    std::streamsize xsputn(const char* characters, std::streamsize count) override {
         text_.append(characters, count);
         return count;
     }
@@ -35,8 +32,7 @@ private:
 
 // What `dump` makes, in one piece of memory if `length` is near the text's: for texts of many megabytes,
 // which would be copied each time it doubles.
-std::string DumpLong(const json& object, size_t length)
-{
+std::string DumpLong(const json& object, size_t length) {
     std::string text;
     text.reserve(length);
     StringSink sink(text);
@@ -46,13 +42,10 @@ std::string DumpLong(const json& object, size_t length)
 
 // Members are assigned one by one: the library copies what an initialiser list holds.
 template <typename Record>
-json ToJson(Record& record)
-{
+json ToJson(Record& record) {
     json object;
     record.VisitFields([&object](const char* key, auto& value, bool isSet = true) {
-        if (isSet) {
-            object[key] = std::move(value);
-        }
+        if (isSet) object[key] = std::move(value);
     });
     return object;
 }
@@ -60,8 +53,7 @@ json ToJson(Record& record)
 }  // namespace
 
 template <typename Record>
-std::string WriteJson(Record& record)
-{
+std::string WriteJson(Record& record) {
     return ToJson(record).dump();
 }
 template std::string WriteJson(ThirdUserInfo& record);
@@ -70,8 +62,7 @@ template std::string WriteJson(PurchaseParameter& record);
 template std::string WriteJson(CreatePurchaseResult& record);
 template std::string WriteJson(QuickGameLoginParam& record);
 
-std::string UnionLoginParam::ToString() &&
-{
+std::string UnionLoginParam::ToString() && {
     constexpr size_t FRAME_LENGTH = 80;  // of the object, without its accounts
     constexpr size_t ACCOUNT_FRAME_LENGTH = 40;
     size_t length = FRAME_LENGTH;

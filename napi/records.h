@@ -24,8 +24,7 @@ struct ThirdUserInfo {
     bool ageRangeSet = false;
 
     template <typename Visitor>
-    void VisitFields(Visitor visit)
-    {
+    void VisitFields(Visitor visit) {
         visit("thirdOpenId", thirdOpenId);
         visit("isRealName", isRealName, isRealNameSet);
         visit("isAdult", isAdult, isAdultSet);
@@ -45,8 +44,7 @@ struct RVQPlayerRole {
     std::string thirdOpenId;
 
     template <typename Visitor>
-    void VisitFields(Visitor visit)
-    {
+    void VisitFields(Visitor visit) {
         visit("roleId", roleId);
         visit("roleName", roleName);
         visit("serverId", serverId);
@@ -66,8 +64,7 @@ struct PurchaseParameter {
     std::string reservedInfo;
 
     template <typename Visitor>
-    void VisitFields(Visitor visit)
-    {
+    void VisitFields(Visitor visit) {
         visit("productId", productId);
         visit("productType", productType);
         visit("developerPayload", developerPayload);
@@ -81,8 +78,7 @@ struct CreatePurchaseResult {
     std::string purchaseData;
 
     template <typename Visitor>
-    void VisitFields(Visitor visit)
-    {
+    void VisitFields(Visitor visit) {
         visit("purchaseData", purchaseData);
     }
     std::string ToString() && { return WriteJson(*this); }
@@ -93,8 +89,7 @@ struct QuickGameLoginParam {
     std::string gameAppId;
 
     template <typename Visitor>
-    void VisitFields(Visitor visit)
-    {
+    void VisitFields(Visitor visit) {
         visit("gameAppId", gameAppId);
     }
     std::string ToString() && { return WriteJson(*this); }
@@ -106,8 +101,7 @@ struct ThirdAccountInfo {
     std::string accountName;
 
     template <typename Visitor>
-    void VisitFields(Visitor visit)
-    {
+    void VisitFields(Visitor visit) {
         visit("accountName", accountName);
     }
 };
@@ -120,8 +114,7 @@ struct UnionLoginParam {
     bool hasLoginPanelType = false;
 
     template <typename Visitor>
-    void VisitFields(Visitor visit)
-    {
+    void VisitFields(Visitor visit) {
         visit("showLoginDialog", showLoginDialog);
         visit("loginPanelType", loginPanelType, hasLoginPanelType);
     }

@@ -10,19 +10,16 @@ namespace TAVIK::GAME_PLAYER {
 
 // The requests' contexts: what each carries besides the common part.
 
-struct InitContext : BaseContext {
-};
+struct InitContext : BaseContext {};
 
-struct GetLocalPlayerContext : BaseContext {
-};
+struct GetLocalPlayerContext : BaseContext {};
 
 struct BindPlayerContext : BaseContext {
     std::string thirdOpenId;
     std::string teamPlayerId;
 };
 
-struct UnbindPlayerContext : BindPlayerContext {
-};
+struct UnbindPlayerContext : BindPlayerContext {};
 
 struct VerifyLocalPlayerContext : BaseContext {
     ThirdUserInfo thirdUserInfo;

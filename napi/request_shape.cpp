@@ -16,19 +16,16 @@ using Manager = GamePlayerExtensionAbilityManager;
 
 namespace {
 
-void ReportFailure(RequestType type, int64_t startTime)
-{
+void ReportFailure(RequestType type, int64_t startTime) {
     OHOS::Velmor::HaUtils::ReportEnd(FindApiName(type), startTime, ERROR_PARAMETER);
 }
 
-int32_t FailureCode(RequestType type)
-{
+int32_t FailureCode(RequestType type) {
     return HasFlag(type, HIDES_FAILURES) ? ERROR_SUCCESS : ERROR_PARAMETER;
 }
 
 std::shared_ptr<BaseContext> CreateContext(const RequestRule& rule, const CallArguments& args,
-                                           int64_t startTime)
-{
+                                           int64_t startTime) {
     std::shared_ptr<BaseContext> context = rule.create();
     context->startTime = startTime;
     context->contextValue = args.values[0];
@@ -38,8 +35,7 @@ std::shared_ptr<BaseContext> CreateContext(const RequestRule& rule, const CallAr
 }
 
 bool BuildContext(napi_env env, const ArgumentRule& rule, const CallArguments& args, BaseContext& context,
-                  napi_value& promise)
-{
+                  napi_value& promise) {
     if (rule.callbackCount == 0 || args.count != rule.callbackCount) {
         return Manager::BuildContextForPromise(env, context, promise);
     }
@@ -47,16 +43,13 @@ bool BuildContext(napi_env env, const ArgumentRule& rule, const CallArguments& a
     return Manager::BuildContextForCallback(env, context);
 }
 
-void FailRequest(napi_env env, const RequestRule& rule, BaseContext& context)
-{
+void FailRequest(napi_env env, const RequestRule& rule, BaseContext& context) {
     if (!rule.isAnswered) {
         GAME_LOGE("%{public}s build context failed", rule.method);
         return;
     }
     ReportFailure(rule.failureType, context.startTime);
-    if (IsExceptionPending(env)) {
-        return;
-    }
+    if (IsExceptionPending(env)) return;
     context.errCode = FailureCode(rule.type);
     napi_value error = CreateBusinessError(env, context.errCode, "");
     Manager::ReturnCallbackOrPromise(env, context, error, nullptr);
@@ -64,8 +57,7 @@ void FailRequest(napi_env env, const RequestRule& rule, BaseContext& context)
 
 }  // namespace
 
-bool CallArguments::Read(napi_env env, napi_callback_info info, size_t maxArgs)
-{
+bool CallArguments::Read(napi_env env, napi_callback_info info, size_t maxArgs) {
     size_t passed = maxArgs;
     if (napi_get_undefined(env, &undefined) != napi_ok ||
         napi_get_cb_info(env, info, &passed, values.data(), &thisArg, nullptr) != napi_ok) {
@@ -76,8 +68,7 @@ bool CallArguments::Read(napi_env env, napi_callback_info info, size_t maxArgs)
     return true;
 }
 
-bool CallArguments::ReadIfValid(napi_env env, napi_callback_info info, const char* method, size_t maxArgs)
-{
+bool CallArguments::ReadIfValid(napi_env env, napi_callback_info info, const char* method, size_t maxArgs) {
     if (!IsValidEnv(gEnvInfo)) {
         GAME_LOGE("%{public}s invalid env", method);
         return false;
@@ -86,8 +77,7 @@ bool CallArguments::ReadIfValid(napi_env env, napi_callback_info info, const cha
 }
 
 void OpenExtension(const RequestRule& rule, const std::shared_ptr<BaseContext>& context,
-                   void (*addParams)(BaseContext& context, OHOS::AAFwk::Want& want))
-{
+                   void (*addParams)(BaseContext& context, OHOS::AAFwk::Want& want)) {
     GAME_LOGI("begin Execute%{public}s", rule.method);
     OHOS::AAFwk::Want want = MakeGameServiceWant(rule.type);
     addParams(*context, want);
@@ -95,14 +85,11 @@ void OpenExtension(const RequestRule& rule, const std::shared_ptr<BaseContext>& 
     GAME_LOGI("end Execute%{public}s", rule.method);
 }
 
-napi_value RunRequest(napi_env env, napi_callback_info info, const RequestRule& rule)
-{
+napi_value RunRequest(napi_env env, napi_callback_info info, const RequestRule& rule) {
     GAME_LOGI("begin %{public}s", rule.method);
     const int64_t startTime = rule.isAnswered ? GetCurrentTimestamp() : 0;
     CallArguments args;
-    if (!args.ReadIfValid(env, info, rule.method, rule.arguments.read)) {
-        return nullptr;
-    }
+    if (!args.ReadIfValid(env, info, rule.method, rule.arguments.read)) return nullptr;
     if (rule.arguments.isCountLogged) {
         GAME_LOGI("%{public}s params size:%{public}lu", rule.method, static_cast<unsigned long>(args.count));
     }

@@ -37,28 +37,18 @@ struct ArgumentRule {
 };
 
 /// `count` arguments and a callback; or any other number from `count` on, for a promise.
-constexpr ArgumentRule WithCallback(size_t count)
-{
-    return {count, SIZE_MAX, count + 1, count + 1, true};
-}
+constexpr ArgumentRule WithCallback(size_t count) { return {count, SIZE_MAX, count + 1, count + 1, true}; }
 
 /// Exactly `count` arguments, for a promise.
-constexpr ArgumentRule PromiseOnly(size_t count)
-{
-    return {count, count, count, 0, true};
-}
+constexpr ArgumentRule PromiseOnly(size_t count) { return {count, count, count, 0, true}; }
 
-constexpr ArgumentRule WithoutCountLog(ArgumentRule rule)
-{
+constexpr ArgumentRule WithoutCountLog(ArgumentRule rule) {
     rule.isCountLogged = false;
     return rule;
 }
 
 /// Any number of arguments, of which the first `count` are read, for a promise.
-constexpr ArgumentRule Unchecked(size_t count)
-{
-    return {0, SIZE_MAX, count, 0, false};
-}
+constexpr ArgumentRule Unchecked(size_t count) { return {0, SIZE_MAX, count, 0, false}; }
 
 /// One asynchronous method: see `Request` and `PageLaunch`.
 struct RequestRule {
@@ -76,14 +66,12 @@ struct RequestRule {
 void OpenExtension(const RequestRule& rule, const std::shared_ptr<BaseContext>& context,
                    void (*addParams)(BaseContext& context, OHOS::AAFwk::Want& want));
 
-inline bool ParseNothing(napi_env /*env*/, const CallArguments& /*args*/, BaseContext& /*context*/)
-{
+inline bool ParseNothing(napi_env /*env*/, const CallArguments& /*args*/, BaseContext& /*context*/) {
     return true;
 }
 
 template <typename Context, auto EXECUTE>
-void Execute(const RequestRule& rule, const std::shared_ptr<BaseContext>& context)
-{
+void Execute(const RequestRule& rule, const std::shared_ptr<BaseContext>& context) {
     if constexpr (std::is_invocable_v<decltype(EXECUTE), std::shared_ptr<Context>>) {
         EXECUTE(std::static_pointer_cast<Context>(context));
     } else {
@@ -99,11 +87,8 @@ void Execute(const RequestRule& rule, const std::shared_ptr<BaseContext>& contex
 /// were counted is known to analytics as one of `failureType`, unless that is unknown.
 template <typename Context, auto PARSE, auto EXECUTE>
 constexpr RequestRule Request(const char* method, RequestType type, ArgumentRule arguments,
-                              RequestType failureType = REQUEST_UNKNOWN)
-{
-    auto create = []() -> std::shared_ptr<BaseContext> {
-        return std::make_shared<Context>();
-    };
+                              RequestType failureType = REQUEST_UNKNOWN) {
+    auto create = []() -> std::shared_ptr<BaseContext> { return std::make_shared<Context>(); };
     auto parse = [](napi_env env, const CallArguments& args, BaseContext& context) {
         return PARSE(env, args, static_cast<Context&>(context));
     };
@@ -115,8 +100,7 @@ constexpr RequestRule Request(const char* method, RequestType type, ArgumentRule
 /// the call was taken, nor analytics. The same holds for a failure, which is only logged. It reads `count`
 /// arguments, and takes any number.
 template <typename Context, auto PARSE, auto EXECUTE>
-constexpr RequestRule PageLaunch(const char* method, RequestType type, size_t count)
-{
+constexpr RequestRule PageLaunch(const char* method, RequestType type, size_t count) {
     RequestRule rule = Request<Context, PARSE, EXECUTE>(method, type, Unchecked(count));
     rule.isAnswered = false;
     return rule;

@@ -22,121 +22,93 @@ constexpr const char* KEY_EXTRA = "tavikExtra";
 void ExecuteInit(InitContext& /*context*/, Want& /*want*/) {}
 void ExecuteGetLocalPlayer(GetLocalPlayerContext& /*context*/, Want& /*want*/) {}
 
-bool ParseBindPlayerReq(napi_env env, const CallArguments& args, BindPlayerContext& context)
-{
+bool ParseBindPlayerReq(napi_env env, const CallArguments& args, BindPlayerContext& context) {
     context.thirdOpenId = GetStringUtf8(env, args.values[1]);
     context.teamPlayerId = GetStringUtf8(env, args.values[2]);
     return true;
 }
 
-void ExecuteBindPlayer(BindPlayerContext& context, Want& want)
-{
+void ExecuteBindPlayer(BindPlayerContext& context, Want& want) {
     want.SetParam("thirdOpenId", std::move(context.thirdOpenId));
     want.SetParam("teamPlayerId", std::move(context.teamPlayerId));
 }
 
-void ExecuteUnbindPlayer(UnbindPlayerContext& context, Want& want)
-{
-    ExecuteBindPlayer(context, want);
-}
+void ExecuteUnbindPlayer(UnbindPlayerContext& context, Want& want) { ExecuteBindPlayer(context, want); }
 
 // A missing or wrong `thirdOpenId` is sent as an empty one, and left to the extension to judge.
-bool ParseVerifyLocalPlayerReq(napi_env env, const CallArguments& args, VerifyLocalPlayerContext& context)
-{
+bool ParseVerifyLocalPlayerReq(napi_env env, const CallArguments& args, VerifyLocalPlayerContext& context) {
     GAME_LOGI("begin ParseVerifyLocalPlayerReq");
     ThirdUserInfo& info = context.thirdUserInfo;
-    if (!ReadRecord(env, args.values[1], info)) {
-        return false;
-    }
-    if (info.isRealNameSet) {
-        GAME_LOGI("has isRealName field");
-    }
-    if (info.isAdultSet) {
-        GAME_LOGI("has isAdult field");
-    }
-    if (info.ageRangeSet) {
-        GAME_LOGI("has ageRange field");
-    }
+    if (!ReadRecord(env, args.values[1], info)) return false;
+    if (info.isRealNameSet) GAME_LOGI("has isRealName field");
+    if (info.isAdultSet) GAME_LOGI("has isAdult field");
+    if (info.ageRangeSet) GAME_LOGI("has ageRange field");
     GAME_LOGI("end ParseVerifyLocalPlayerReq");
     return true;
 }
 
-void ExecuteVerifyLocalPlayer(VerifyLocalPlayerContext& context, Want& want)
-{
+void ExecuteVerifyLocalPlayer(VerifyLocalPlayerContext& context, Want& want) {
     want.SetParam("thirdUserInfo", std::move(context.thirdUserInfo).ToString());
 }
 
 // No field is required: an object with none of them is a role of seven empty strings.
-bool ParseSavePlayerRoleReq(napi_env env, const CallArguments& args, SavePlayerRoleContext& context)
-{
+bool ParseSavePlayerRoleReq(napi_env env, const CallArguments& args, SavePlayerRoleContext& context) {
     GAME_LOGI("begin ParseSavePlayerRoleReq");
-    if (!ReadRecord(env, args.values[1], context.playerRole)) {
-        return false;
-    }
+    if (!ReadRecord(env, args.values[1], context.playerRole)) return false;
     GAME_LOGI("end ParseSavePlayerRoleReq");
     return true;
 }
 
-void ExecuteSavePlayerRole(SavePlayerRoleContext& context, Want& want)
-{
+void ExecuteSavePlayerRole(SavePlayerRoleContext& context, Want& want) {
     want.SetParam(KEY_EXTRA, std::move(context.playerRole).ToString());
 }
 
-bool ParsePrePurchaseReq(napi_env env, const CallArguments& args, PrePurchaseContext& context)
-{
+bool ParsePrePurchaseReq(napi_env env, const CallArguments& args, PrePurchaseContext& context) {
     return ReadRecord(env, args.values[1], context.purchaseParameter);
 }
 
-void ExecutePrePurchase(PrePurchaseContext& context, Want& want)
-{
+void ExecutePrePurchase(PrePurchaseContext& context, Want& want) {
     want.SetParam(KEY_EXTRA, std::move(context.purchaseParameter).ToString());
 }
 
-bool ParsePostPurchaseReq(napi_env env, const CallArguments& args, PostPurchaseContext& context)
-{
+bool ParsePostPurchaseReq(napi_env env, const CallArguments& args, PostPurchaseContext& context) {
     return ReadRecord(env, args.values[1], context.purchaseResult);
 }
 
-void ExecutePostPurchase(PostPurchaseContext& context, Want& want)
-{
+void ExecutePostPurchase(PostPurchaseContext& context, Want& want) {
     want.SetParam(KEY_EXTRA, std::move(context.purchaseResult).ToString());
 }
 
-bool ParseQuickGameLoginReq(napi_env env, const CallArguments& args, QuickGameLoginContext& context)
-{
+bool ParseQuickGameLoginReq(napi_env env, const CallArguments& args, QuickGameLoginContext& context) {
     return ReadRecord(env, args.values[1], context.quickGameLoginParam);
 }
 
-void ExecuteQuickGameLogin(QuickGameLoginContext& context, Want& want)
-{
+void ExecuteQuickGameLogin(QuickGameLoginContext& context, Want& want) {
     want.SetParam("quickGameLoginParam", std::move(context.quickGameLoginParam).ToString());
 }
 
-bool ParseLaunchWelcomeBannerReq(napi_env env, const CallArguments& args, LaunchWelcomeBannerContext& context)
-{
+bool ParseLaunchWelcomeBannerReq(napi_env env, const CallArguments& args,
+                                 LaunchWelcomeBannerContext& context) {
     context.greetingInfo = GetStringUtf8(env, args.values[1]);
     return true;
 }
 
-void ExecuteLaunchWelcomeBanner(LaunchWelcomeBannerContext& context, Want& want)
-{
+void ExecuteLaunchWelcomeBanner(LaunchWelcomeBannerContext& context, Want& want) {
     want.SetParam("greetingInfo", std::move(context.greetingInfo));
 }
 
-bool ParseLaunchCommonPageReq(napi_env env, const CallArguments& args, LaunchCommonPageContext& context)
-{
+bool ParseLaunchCommonPageReq(napi_env env, const CallArguments& args, LaunchCommonPageContext& context) {
     context.pageInfo = GetStringUtf8(env, args.values[1]);
     return true;
 }
 
-void ExecuteLaunchCommonPage(LaunchCommonPageContext& context, Want& want)
-{
+void ExecuteLaunchCommonPage(LaunchCommonPageContext& context, Want& want) {
     want.SetParam("pageInfo", std::move(context.pageInfo));
 }
 
 // The caller decides under which request type the answer of the page is routed.
-bool ParseLaunchAntiAddictionReq(napi_env env, const CallArguments& args, LaunchAntiAddictionContext& context)
-{
+bool ParseLaunchAntiAddictionReq(napi_env env, const CallArguments& args,
+                                 LaunchAntiAddictionContext& context) {
     context.requestType = ToInt32(env, args.values[3]);
     context.playableTime = ToInt32(env, args.values[1]);
     context.antiAddictionInfo = GetStringUtf8(env, args.values[2]);
@@ -144,8 +116,7 @@ bool ParseLaunchAntiAddictionReq(napi_env env, const CallArguments& args, Launch
 }
 
 // No page yet: the timer opens it.
-void StartAntiAddiction(const std::shared_ptr<LaunchAntiAddictionContext>& context)
-{
+void StartAntiAddiction(const std::shared_ptr<LaunchAntiAddictionContext>& context) {
     std::make_shared<ModalUICallback>(context)->LaunchAntiAddictionAbility(
         std::move(context->antiAddictionInfo), context->playableTime);
 }
@@ -181,11 +152,8 @@ constexpr RequestRule REQUESTS[] = {
 
 }  // namespace
 
-const RequestRule& FindRequest(RequestType type)
-{
-    auto isOfType = [type](const RequestRule& rule) {
-        return rule.type == type;
-    };
+const RequestRule& FindRequest(RequestType type) {
+    auto isOfType = [type](const RequestRule& rule) { return rule.type == type; };
     return *std::find_if(std::begin(REQUESTS), std::end(REQUESTS), isOfType);
 }
 

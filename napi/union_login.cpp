@@ -30,8 +30,7 @@ struct IconData {
     size_t length = 0;
 };
 
-std::shared_ptr<ResourceManager> FindResources(const BaseContext& context, const std::string& moduleName)
-{
+std::shared_ptr<ResourceManager> FindResources(const BaseContext& context, const std::string& moduleName) {
     // A caller that is a UI extension has no ability context, and so no module context.
     auto moduleContext =
         context.abilityContext != nullptr ? context.abilityContext->CreateModuleContext(moduleName) : nullptr;
@@ -46,8 +45,7 @@ std::shared_ptr<ResourceManager> FindResources(const BaseContext& context, const
     return resourceManager;
 }
 
-void ReadByName(ResourceManager& resources, const std::string& name, IconData& icon)
-{
+void ReadByName(ResourceManager& resources, const std::string& name, IconData& icon) {
     const size_t dot = name.rfind('.');
     if (dot != std::string::npos) {
         (void)resources.GetMediaDataByName(name.c_str() + dot + 1, icon.length, icon.bytes, SCREEN_DENSITY);
@@ -62,8 +60,7 @@ void ReadByName(ResourceManager& resources, const std::string& name, IconData& i
 }
 
 // False if the names cannot be had.
-bool ReadByNames(napi_env env, napi_value descriptor, ResourceManager& resources, IconData& icon)
-{
+bool ReadByNames(napi_env env, napi_value descriptor, ResourceManager& resources, IconData& icon) {
     napi_value names = nullptr;
     uint32_t count = 0;
     if (napi_get_named_property(env, descriptor, "params", &names) != napi_ok ||
@@ -72,9 +69,7 @@ bool ReadByNames(napi_env env, napi_value descriptor, ResourceManager& resources
     }
     for (uint32_t i = 0; i < count && icon.length == 0; ++i) {
         napi_value name = nullptr;
-        if (napi_get_element(env, names, i, &name) != napi_ok) {
-            return false;
-        }
+        if (napi_get_element(env, names, i, &name) != napi_ok) return false;
         ReadByName(resources, GetStringUtf8(env, name), icon);
     }
     return true;
@@ -83,8 +78,7 @@ bool ReadByNames(napi_env env, napi_value descriptor, ResourceManager& resources
 // The icon that a resource descriptor of the game names, in base64; empty if there is none. Looked for, in
 // this order: by the descriptor's `id`; then, for each name of its `params`, the media of the part after the
 // last dot, and the raw file of the whole name.
-std::string GetEncodedAccountIcon(napi_env env, napi_value icon, const BaseContext& context)
-{
+std::string GetEncodedAccountIcon(napi_env env, napi_value icon, const BaseContext& context) {
     std::string moduleName;
     JsObjectToString(env, icon, "moduleName", MAX_STRING_LENGTH, moduleName);
     if (moduleName.empty()) {
@@ -92,27 +86,20 @@ std::string GetEncodedAccountIcon(napi_env env, napi_value icon, const BaseConte
         return {};
     }
     auto resources = FindResources(context, moduleName);
-    if (resources == nullptr) {
-        return {};
-    }
+    if (resources == nullptr) return {};
     int32_t id = 0;
     JsObjectToInt(env, icon, "id", id);
     IconData data;
     (void)resources->GetMediaDataById(static_cast<uint32_t>(id), data.length, data.bytes, SCREEN_DENSITY);
-    if (data.length == 0 && !ReadByNames(env, icon, *resources, data)) {
-        return {};
-    }
+    if (data.length == 0 && !ReadByNames(env, icon, *resources, data)) return {};
     GAME_LOGI("GetEncodedAccountIcon id:%{public}d, len:%{public}zu, moduleName:%{public}s", id, data.length,
               moduleName.c_str());
     return Base64Encode(data.bytes.get(), data.length);
 }
 
 // False if the account is to be left out: except on the panel without icons, it goes only with one.
-bool ReadIcon(napi_env env, napi_value element, const UnionLoginContext& context, ThirdAccountInfo& account)
-{
-    if (context.unionLoginParam.loginPanelType == PANEL_WITHOUT_ICONS) {
-        return true;
-    }
+bool ReadIcon(napi_env env, napi_value element, const UnionLoginContext& context, ThirdAccountInfo& account) {
+    if (context.unionLoginParam.loginPanelType == PANEL_WITHOUT_ICONS) return true;
     if (!HasProperty(env, element, KEY_ICON)) {
         GAME_LOGW("JsObjectToAccountInfoList has not accountIcon property");
         return false;
@@ -129,8 +116,7 @@ bool ReadIcon(napi_env env, napi_value element, const UnionLoginContext& context
     return true;
 }
 
-void ReadAccount(napi_env env, napi_value element, UnionLoginContext& context)
-{
+void ReadAccount(napi_env env, napi_value element, UnionLoginContext& context) {
     ThirdAccountInfo account;
     account.VisitFields(FieldReader(env, element));
     if (ReadIcon(env, element, context, account)) {
@@ -138,8 +124,7 @@ void ReadAccount(napi_env env, napi_value element, UnionLoginContext& context)
     }
 }
 
-void JsObjectToAccountInfoList(napi_env env, napi_value object, UnionLoginContext& context)
-{
+void JsObjectToAccountInfoList(napi_env env, napi_value object, UnionLoginContext& context) {
     if (!HasProperty(env, object, KEY_ACCOUNTS)) {
         GAME_LOGE("JsObjectToAccountInfoList %{public}s not existed", KEY_ACCOUNTS);
         return;
@@ -165,21 +150,15 @@ void JsObjectToAccountInfoList(napi_env env, napi_value object, UnionLoginContex
 }  // namespace
 
 // Problems with accounts never fail the request.
-bool ParseUnionLoginReq(napi_env env, const CallArguments& args, UnionLoginContext& context)
-{
+bool ParseUnionLoginReq(napi_env env, const CallArguments& args, UnionLoginContext& context) {
     UnionLoginParam& param = context.unionLoginParam;
-    if (!ReadRecord(env, args.values[1], param)) {
-        return false;
-    }
-    if (param.hasLoginPanelType) {
-        GAME_LOGI("ParseUnionLoginReq hasLoginPanelType");
-    }
+    if (!ReadRecord(env, args.values[1], param)) return false;
+    if (param.hasLoginPanelType) GAME_LOGI("ParseUnionLoginReq hasLoginPanelType");
     JsObjectToAccountInfoList(env, args.values[1], context);
     return true;
 }
 
-void ExecuteUnionLogin(UnionLoginContext& context, OHOS::AAFwk::Want& want)
-{
+void ExecuteUnionLogin(UnionLoginContext& context, OHOS::AAFwk::Want& want) {
     want.SetParam("unionLoginParam", std::move(context.unionLoginParam).ToString());
 }
 

@@ -11,8 +11,7 @@ namespace {
 // Births count from 1; 0 is a thread that is none of the module's.
 thread_local uint64_t gBirth = 0;
 
-Clock::Nanoseconds BootTime()
-{
+Clock::Nanoseconds BootTime() {
     timespec now{};
     (void)clock_gettime(CLOCK_BOOTTIME, &now);
     return std::chrono::seconds(now.tv_sec) + Clock::Nanoseconds(now.tv_nsec);
@@ -20,23 +19,20 @@ Clock::Nanoseconds BootTime()
 
 }  // namespace
 
-Clock& Clock::Get()
-{
+Clock& Clock::Get() {
     static Clock& clock = *new Clock();
     return clock;
 }
 
 Clock::Clock() : originReal_(Steady::now()), origin_(BootTime()) {}
 
-Clock::Nanoseconds Clock::Now() const
-{
+Clock::Nanoseconds Clock::Now() const {
     using Fraction = std::chrono::duration<double, std::nano>;
     Fraction sinceOrigin = Fraction(Steady::now() - originReal_) * rate_;
     return origin_ + std::chrono::duration_cast<Nanoseconds>(sinceOrigin);
 }
 
-void Clock::SetOrigin(Nanoseconds now, double rate)
-{
+void Clock::SetOrigin(Nanoseconds now, double rate) {
     origin_ = now;
     originReal_ = Steady::now();
     rate_ = rate;
@@ -46,32 +42,27 @@ void Clock::SetOrigin(Nanoseconds now, double rate)
     settled_.notify_all();
 }
 
-void Clock::SetReal(double rate)
-{
+void Clock::SetReal(double rate) {
     std::lock_guard<std::mutex> guard(mutex_);
     SetOrigin(Now(), rate);
 }
 
-void Clock::SetManual()
-{
+void Clock::SetManual() {
     std::lock_guard<std::mutex> guard(mutex_);
     SetOrigin(Now(), 0);
 }
 
-bool Clock::IsManual()
-{
+bool Clock::IsManual() {
     std::lock_guard<std::mutex> guard(mutex_);
     return rate_ == 0;
 }
 
-int64_t Clock::NowMs()
-{
+int64_t Clock::NowMs() {
     std::lock_guard<std::mutex> guard(mutex_);
     return std::chrono::duration_cast<std::chrono::milliseconds>(Now()).count();
 }
 
-bool Clock::Advance(Nanoseconds distance)
-{
+bool Clock::Advance(Nanoseconds distance) {
     std::unique_lock<std::mutex> lock(mutex_);
     const Nanoseconds target = Now() + distance;
     while (rate_ == 0) {
@@ -87,20 +78,17 @@ bool Clock::Advance(Nanoseconds distance)
     return false;
 }
 
-void Clock::AwaitSettled(std::unique_lock<std::mutex>& lock)
-{
+void Clock::AwaitSettled(std::unique_lock<std::mutex>& lock) {
     settled_.wait(lock, [this] { return running_ == 0; });
 }
 
-size_t Clock::Sleepers()
-{
+size_t Clock::Sleepers() {
     std::unique_lock<std::mutex> lock(mutex_);
     AwaitSettled(lock);
     return sleepers_.size();
 }
 
-void Clock::Reset()
-{
+void Clock::Reset() {
     std::unique_lock<std::mutex> lock(mutex_);
     AwaitSettled(lock);
     for (auto& [order, sleeper] : sleepers_) {
@@ -111,23 +99,19 @@ void Clock::Reset()
     SetOrigin(Now(), 1);
 }
 
-void Clock::Sleep(Nanoseconds span)
-{
+void Clock::Sleep(Nanoseconds span) {
     std::unique_lock<std::mutex> lock(mutex_);
     Sleeper self;
     self.isCounted = gBirth != 0;
     const Order order{Now() + span, self.isCounted ? gBirth : ++births_};
     sleepers_.emplace(order, &self);
-    if (self.isCounted && --running_ == 0) {
-        settled_.notify_all();
-    }
+    if (self.isCounted && --running_ == 0) settled_.notify_all();
     while (!self.isAwake) {
         WaitForChange(self, order, lock);
     }
 }
 
-void Clock::WaitForChange(Sleeper& self, const Order& order, std::unique_lock<std::mutex>& lock)
-{
+void Clock::WaitForChange(Sleeper& self, const Order& order, std::unique_lock<std::mutex>& lock) {
     if (rate_ == 0 || self.isForgotten) {
         self.changed.wait(lock);
         return;
@@ -141,8 +125,7 @@ void Clock::WaitForChange(Sleeper& self, const Order& order, std::unique_lock<st
     (void)self.changed.wait_for(lock, std::chrono::duration_cast<Nanoseconds>(Fraction(left) / rate_));
 }
 
-void Clock::Wake(std::map<Order, Sleeper*>::iterator which)
-{
+void Clock::Wake(std::map<Order, Sleeper*>::iterator which) {
     Sleeper& sleeper = *which->second;
     sleepers_.erase(which);
     sleeper.isAwake = true;
@@ -150,24 +133,17 @@ void Clock::Wake(std::map<Order, Sleeper*>::iterator which)
     sleeper.changed.notify_one();
 }
 
-uint64_t Clock::Born()
-{
+uint64_t Clock::Born() {
     std::lock_guard<std::mutex> guard(mutex_);
     ++running_;
     return ++births_;
 }
 
-void Clock::Began(uint64_t birth)
-{
-    gBirth = birth;
-}
+void Clock::Began(uint64_t birth) { gBirth = birth; }
 
-void Clock::Ended()
-{
+void Clock::Ended() {
     std::lock_guard<std::mutex> guard(mutex_);
-    if (--running_ == 0) {
-        settled_.notify_all();
-    }
+    if (--running_ == 0) settled_.notify_all();
 }
 
 }  // namespace StandIn

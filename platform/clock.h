@@ -14,8 +14,7 @@ namespace StandIn {
 /// Real, it follows the machine's monotonic clock at a rate. Manual, time moves only by `Advance`, which
 /// wakes one sleeper at a time in order of (deadline, birth) and lets every thread it woke run until that
 /// thread sleeps again or ends; so the same calls give the same trace every time. All calls are thread-safe.
-class Clock
-{
+class Clock {
 public:
     using Nanoseconds = std::chrono::nanoseconds;
 

@@ -6,8 +6,7 @@
 extern "C" void __gcov_dump(void);
 extern "C" [[noreturn]] void __real__exit(int status);
 
-extern "C" [[noreturn]] void __wrap__exit(int status)
-{
+extern "C" [[noreturn]] void __wrap__exit(int status) {
     __gcov_dump();
     __real__exit(status);
 }

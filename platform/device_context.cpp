@@ -18,8 +18,7 @@ using OHOS::Global::Resource::ResourceManager;
 /// A context of an application with these modules, and of no kind that it could be converted to. `Base` is
 /// the class it stands in for.
 template <typename Base>
-class ApplicationContext : public Base
-{
+class ApplicationContext : public Base {
 public:
     explicit ApplicationContext(std::shared_ptr<const Modules> modules) : modules_(std::move(modules)) {}
 
@@ -34,13 +33,10 @@ private:
 };
 
 template <typename Base>
-class WindowContext final : public ApplicationContext<Base>
-{
+class WindowContext final : public ApplicationContext<Base> {
 public:
     WindowContext(std::shared_ptr<const Modules> modules, std::shared_ptr<Window> window)
-        : ApplicationContext<Base>(std::move(modules)), window_(std::move(window))
-    {
-    }
+        : ApplicationContext<Base>(std::move(modules)), window_(std::move(window)) {}
 
     OHOS::Ace::UIContent* GetUIContent() override { return window_->FindContent(); }
 
@@ -51,17 +47,13 @@ private:
     const std::shared_ptr<Window> window_;
 };
 
-class ModuleContext final : public ApplicationContext<Context>
-{
+class ModuleContext final : public ApplicationContext<Context> {
 public:
     ModuleContext(std::shared_ptr<const Modules> modules, const std::shared_ptr<const Resources>& resources)
         : ApplicationContext<Context>(std::move(modules)),
-          resources_(resources == nullptr ? nullptr : MakeResourceManager(resources))
-    {
-    }
+          resources_(resources == nullptr ? nullptr : MakeResourceManager(resources)) {}
 
-    std::shared_ptr<ResourceManager> GetResourceManager() const override
-    {
+    std::shared_ptr<ResourceManager> GetResourceManager() const override {
         return Faults::Trip("GetResourceManager") ? nullptr : resources_;
     }
 
@@ -70,19 +62,15 @@ private:
 };
 
 template <typename Base>
-std::shared_ptr<Context> ApplicationContext<Base>::CreateModuleContext(const std::string& moduleName)
-{
+std::shared_ptr<Context> ApplicationContext<Base>::CreateModuleContext(const std::string& moduleName) {
     auto found = modules_->find(moduleName);
-    if (Faults::Trip("CreateModuleContext") || found == modules_->end()) {
-        return nullptr;
-    }
+    if (Faults::Trip("CreateModuleContext") || found == modules_->end()) return nullptr;
     return std::make_shared<ModuleContext>(modules_, found->second);
 }
 
 }  // namespace
 
-ContextRecord MakeContext(ContextKind kind, Modules modules, const std::shared_ptr<Window>& window)
-{
+ContextRecord MakeContext(ContextKind kind, Modules modules, const std::shared_ptr<Window>& window) {
     auto shared = std::make_shared<const Modules>(std::move(modules));
     switch (kind) {
         case ContextKind::ABILITY:

@@ -15,8 +15,7 @@ struct Registry {
     std::unordered_map<const uv_loop_t*, std::shared_ptr<Environment>> byLoop;
 };
 
-Registry& Environments()
-{
+Registry& Environments() {
     static Registry& registry = *new Registry();
     return registry;
 }
@@ -25,22 +24,19 @@ thread_local Environment* gCurrent = nullptr;
 thread_local napi_env gLastOwn = nullptr;  // an environment known to be alive and of this thread
 
 template <typename Key>
-std::shared_ptr<Environment> Find(const std::unordered_map<Key, std::shared_ptr<Environment>>& map, Key key)
-{
+std::shared_ptr<Environment> Find(const std::unordered_map<Key, std::shared_ptr<Environment>>& map, Key key) {
     auto found = map.find(key);
     return found == map.end() ? nullptr : found->second;
 }
 
-void Require(bool isDone, const char* what)
-{
+void Require(bool isDone, const char* what) {
     if (!isDone) {
         (void)std::fprintf(stderr, "The device cannot serve this JS environment: %s failed.\n", what);
         std::abort();
     }
 }
 
-void RaisePending(napi_env env)
-{
+void RaisePending(napi_env env) {
     bool isPending = false;
     napi_value error = nullptr;
     if (env == nullptr || napi_is_exception_pending(env, &isPending) != napi_ok || !isPending ||
@@ -52,28 +48,20 @@ void RaisePending(napi_env env)
 
 }  // namespace
 
-LoopHold::LoopHold(std::shared_ptr<Environment> environment) : environment_(std::move(environment))
-{
-    if (environment_ != nullptr) {
-        environment_->Hold();
-    }
+LoopHold::LoopHold(std::shared_ptr<Environment> environment) : environment_(std::move(environment)) {
+    if (environment_ != nullptr) environment_->Hold();
 }
 
-LoopHold& LoopHold::operator=(LoopHold&& other) noexcept
-{
+LoopHold& LoopHold::operator=(LoopHold&& other) noexcept {
     std::swap(environment_, other.environment_);
     return *this;
 }
 
-void LoopHold::Drop()
-{
-    if (auto environment = std::move(environment_)) {
-        environment->Unhold();
-    }
+void LoopHold::Drop() {
+    if (auto environment = std::move(environment_)) environment->Unhold();
 }
 
-std::shared_ptr<Environment> Environment::Attach(napi_env env)
-{
+std::shared_ptr<Environment> Environment::Attach(napi_env env) {
     uv_loop_t* loop = nullptr;
     Require(napi_get_uv_event_loop(env, &loop) == napi_ok, "napi_get_uv_event_loop");
     auto environment = OfLoop(loop);
@@ -89,55 +77,40 @@ std::shared_ptr<Environment> Environment::Attach(napi_env env)
     return environment;
 }
 
-std::shared_ptr<Environment> Environment::Of(napi_env env)
-{
+std::shared_ptr<Environment> Environment::Of(napi_env env) {
     Registry& registry = Environments();
     std::lock_guard<std::mutex> guard(registry.mutex);
     return Find(registry.byEnv, env);
 }
 
-std::shared_ptr<Environment> Environment::OfLoop(const uv_loop_t* loop)
-{
+std::shared_ptr<Environment> Environment::OfLoop(const uv_loop_t* loop) {
     Registry& registry = Environments();
     std::lock_guard<std::mutex> guard(registry.mutex);
     return Find(registry.byLoop, loop);
 }
 
-Environment* Environment::Current()
-{
-    return gCurrent;
-}
+Environment* Environment::Current() { return gCurrent; }
 
-bool Environment::IsOwn(napi_env env)
-{
-    if (env == gLastOwn && env != nullptr) {
-        return true;
-    }
-    if (gCurrent == nullptr || Of(env).get() != gCurrent) {
-        return false;
-    }
+bool Environment::IsOwn(napi_env env) {
+    if (env == gLastOwn && env != nullptr) return true;
+    if (gCurrent == nullptr || Of(env).get() != gCurrent) return false;
     gLastOwn = env;
     return true;
 }
 
 // Clean-up hooks run last in, first out. So the end of the whole environment is hooked before anything else
 // on its thread, and each `napi_env` is closed after the hooks that its addon adds later.
-void Environment::Start(napi_env env)
-{
+void Environment::Start(napi_env env) {
     scopeEnv_ = env;
     async_.data = this;
-    auto run = [](uv_async_t* async) {
-        static_cast<Environment*>(async->data)->RunQueued();
-    };
+    auto run = [](uv_async_t* async) { static_cast<Environment*>(async->data)->RunQueued(); };
     Require(uv_async_init(loop_, &async_, run) == 0, "uv_async_init");
     uv_unref(reinterpret_cast<uv_handle_t*>(&async_));
     napi_value name = nullptr;
     Require(napi_create_string_utf8(env, "device", NAPI_AUTO_LENGTH, &name) == napi_ok &&
                 napi_async_init(env, nullptr, name, &asyncContext_) == napi_ok,
             "napi_async_init");
-    auto end = [](napi_async_cleanup_hook_handle, void* self) {
-        static_cast<Environment*>(self)->End();
-    };
+    auto end = [](napi_async_cleanup_hook_handle, void* self) { static_cast<Environment*>(self)->End(); };
     Require(napi_add_async_cleanup_hook(env, end, this, &cleanupHandle_) == napi_ok,
             "napi_add_async_cleanup_hook");
     gCurrent = this;
@@ -146,16 +119,14 @@ void Environment::Start(napi_env env)
     registry.byLoop.emplace(loop_, shared_from_this());
 }
 
-void Environment::CloseEnv(void* env)
-{
+void Environment::CloseEnv(void* env) {
     gLastOwn = nullptr;
     Registry& registry = Environments();
     std::lock_guard<std::mutex> guard(registry.mutex);
     registry.byEnv.erase(static_cast<napi_env>(env));
 }
 
-void Environment::End()
-{
+void Environment::End() {
     gCurrent = nullptr;
     std::vector<Item> rest;
     {
@@ -179,63 +150,44 @@ void Environment::End()
     });
 }
 
-bool Environment::Post(napi_env env, Job job)
-{
+bool Environment::Post(napi_env env, Job job) {
     std::lock_guard<std::mutex> guard(mutex_);
-    if (hasEnded_) {
-        return false;
-    }
+    if (hasEnded_) return false;
     queue_.push_back({env, std::move(job)});
     if (queue_.size() == 1) {
-        if (IsLoopThread()) {
-            UpdateRef();
-        }
+        if (IsLoopThread()) UpdateRef();
         (void)uv_async_send(&async_);
     }
     return true;
 }
 
-bool Environment::PostTo(const uv_loop_t* loop, Job job)
-{
-    if (gCurrent != nullptr && gCurrent->loop_ == loop) {
-        return gCurrent->Post(nullptr, std::move(job));
-    }
+bool Environment::PostTo(const uv_loop_t* loop, Job job) {
+    if (gCurrent != nullptr && gCurrent->loop_ == loop) return gCurrent->Post(nullptr, std::move(job));
     auto environment = OfLoop(loop);
     return environment != nullptr && environment->Post(nullptr, std::move(job));
 }
 
-void Environment::Hold()
-{
+void Environment::Hold() {
     std::lock_guard<std::mutex> guard(mutex_);
     AddHold();
 }
 
-void Environment::Unhold()
-{
+void Environment::Unhold() {
     std::lock_guard<std::mutex> guard(mutex_);
     RemoveHold();
 }
 
-void Environment::AddHold()
-{
-    if (++holds_ == 1 && queue_.empty()) {
-        ChangeRef();
-    }
+void Environment::AddHold() {
+    if (++holds_ == 1 && queue_.empty()) ChangeRef();
 }
 
-void Environment::RemoveHold()
-{
-    if (--holds_ == 0 && queue_.empty()) {
-        ChangeRef();
-    }
+void Environment::RemoveHold() {
+    if (--holds_ == 0 && queue_.empty()) ChangeRef();
 }
 
 // The loop thread alone may tell the loop what keeps it alive.
-void Environment::ChangeRef()
-{
-    if (hasEnded_) {
-        return;
-    }
+void Environment::ChangeRef() {
+    if (hasEnded_) return;
     if (IsLoopThread()) {
         UpdateRef();
     } else {
@@ -243,8 +195,7 @@ void Environment::ChangeRef()
     }
 }
 
-void Environment::UpdateRef()
-{
+void Environment::UpdateRef() {
     auto* handle = reinterpret_cast<uv_handle_t*>(&async_);
     if (holds_ > 0 || !queue_.empty()) {
         uv_ref(handle);
@@ -253,8 +204,7 @@ void Environment::UpdateRef()
     }
 }
 
-void Environment::RunQueued()
-{
+void Environment::RunQueued() {
     std::vector<Item> batch;
     {
         std::lock_guard<std::mutex> guard(mutex_);
@@ -270,24 +220,18 @@ void Environment::RunQueued()
     UpdateRef();
 }
 
-void Environment::RunItem(const Item& item)
-{
+void Environment::RunItem(const Item& item) {
     napi_handle_scope handles = nullptr;
     napi_callback_scope callbacks = nullptr;
     (void)napi_open_handle_scope(scopeEnv_, &handles);
     (void)napi_open_callback_scope(scopeEnv_, nullptr, asyncContext_, &callbacks);
     item.job(false);
     RaisePending(item.env == nullptr ? ModuleEnv() : item.env);
-    if (callbacks != nullptr) {
-        (void)napi_close_callback_scope(scopeEnv_, callbacks);
-    }
-    if (handles != nullptr) {
-        (void)napi_close_handle_scope(scopeEnv_, handles);
-    }
+    if (callbacks != nullptr) (void)napi_close_callback_scope(scopeEnv_, callbacks);
+    if (handles != nullptr) (void)napi_close_handle_scope(scopeEnv_, handles);
 }
 
-bool MovePendingException(napi_env from, napi_env to)
-{
+bool MovePendingException(napi_env from, napi_env to) {
     bool isPending = false;
     napi_value error = nullptr;
     if (napi_is_exception_pending(from, &isPending) != napi_ok || !isPending ||

@@ -17,8 +17,7 @@ class Environment;
 class RequestHold;
 
 /// Keeps the loop of one environment from ending while it lives. Movable, droppable on any thread.
-class LoopHold
-{
+class LoopHold {
 public:
     LoopHold() = default;
     explicit LoopHold(std::shared_ptr<Environment> environment);
@@ -36,8 +35,7 @@ private:
 /// its own, so several of them may belong to one Environment. It ends with the first clean-up hook that Node
 /// runs for it after those of the module; from then on it takes no work, and what was queued has been handed
 /// over.
-class Environment : public std::enable_shared_from_this<Environment>
-{
+class Environment : public std::enable_shared_from_this<Environment> {
 public:
     /// Runs on the environment's JS thread inside a handle scope and a callback scope. `isEnding` tells that
     /// the environment is being torn down and no JS may be touched.

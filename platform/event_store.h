@@ -12,8 +12,7 @@ namespace StandIn {
 
 /// The application events written so far, oldest forgotten first, and the processors that would report them.
 /// Thread-safe.
-class EventStore
-{
+class EventStore {
 public:
     using Event = OHOS::HiviewDFX::Event;
     using ReportConfig = OHOS::HiviewDFX::ReportConfig;

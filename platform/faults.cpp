@@ -30,12 +30,9 @@ Watched gWatched[] = {
 #undef OWN
 };
 
-Watched* Find(const char* call)
-{
+Watched* Find(const char* call) {
     for (Watched& watched : gWatched) {
-        if (std::strcmp(watched.call, call) == 0) {
-            return &watched;
-        }
+        if (std::strcmp(watched.call, call) == 0) return &watched;
     }
     return nullptr;
 }
@@ -44,21 +41,17 @@ Watched* Find(const char* call)
 
 std::atomic<bool> Faults::isWatching_{false};
 
-bool Faults::Arm(const std::string& call, uint64_t skip, uint64_t times)
-{
+bool Faults::Arm(const std::string& call, uint64_t skip, uint64_t times) {
     std::lock_guard<std::mutex> guard(gMutex);
     Watched* watched = Find(call.c_str());
-    if (watched == nullptr) {
-        return false;
-    }
+    if (watched == nullptr) return false;
     watched->skip = skip;
     watched->times = times;
     isWatching_ = true;
     return true;
 }
 
-void Faults::Reset()
-{
+void Faults::Reset() {
     std::lock_guard<std::mutex> guard(gMutex);
     isWatching_ = false;
     for (Watched& watched : gWatched) {
@@ -66,8 +59,7 @@ void Faults::Reset()
     }
 }
 
-std::vector<Faults::Record> Faults::Records()
-{
+std::vector<Faults::Record> Faults::Records() {
     std::lock_guard<std::mutex> guard(gMutex);
     std::vector<Record> records;
     for (const Watched& watched : gWatched) {
@@ -76,17 +68,12 @@ std::vector<Faults::Record> Faults::Records()
     return records;
 }
 
-bool Faults::TripWatched(const char* call)
-{
+bool Faults::TripWatched(const char* call) {
     std::lock_guard<std::mutex> guard(gMutex);
     Watched* watched = Find(call);
-    if (watched == nullptr) {
-        return false;
-    }
+    if (watched == nullptr) return false;
     ++watched->made;
-    if (watched->times == 0) {
-        return false;
-    }
+    if (watched->times == 0) return false;
     if (watched->skip > 0) {
         --watched->skip;
         return false;

@@ -8,8 +8,7 @@
 namespace StandIn {
 
 /// Calls of the module that are to fail on purpose. Thread-safe.
-class Faults
-{
+class Faults {
 public:
     /// What became of the calls of one function since the first `Arm` after the last reset.
     struct Record {

@@ -18,15 +18,10 @@ bool& HasFailedOnPurpose();
 
 /// Calls `real` on behalf of the module, unless the environment is not this thread's or the call is to fail.
 template <typename... Params, typename... Args>
-napi_status Guarded(const char* call, napi_status (*real)(napi_env, Params...), napi_env env, Args... args)
-{
-    if (!Environment::IsOwn(env)) {
-        return RefuseForeign(call, env);
-    }
+napi_status Guarded(const char* call, napi_status (*real)(napi_env, Params...), napi_env env, Args... args) {
+    if (!Environment::IsOwn(env)) return RefuseForeign(call, env);
     if (Faults::IsWatching()) {
-        if (Faults::Trip(call)) {
-            return FailOnPurpose();
-        }
+        if (Faults::Trip(call)) return FailOnPurpose();
         HasFailedOnPurpose() = false;
     }
     return real(env, args...);

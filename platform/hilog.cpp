@@ -17,12 +17,9 @@ namespace {
 constexpr char LETTERS[] = "DIWEF";
 constexpr int NOTHING_PRINTED = LOG_FATAL + 1;
 
-int ReadPrintedLevel()
-{
+int ReadPrintedLevel() {
     const char* wanted = std::getenv("GAMEAPI_LOG");  // NOLINT(concurrency-mt-unsafe): once, while loading
-    if (wanted == nullptr || *wanted == '\0') {
-        return NOTHING_PRINTED;
-    }
+    if (wanted == nullptr || *wanted == '\0') return NOTHING_PRINTED;
     const char* letter = std::strchr(LETTERS, *wanted);
     if (letter == nullptr || wanted[1] != '\0') {
         (void)std::fprintf(
@@ -33,8 +30,7 @@ int ReadPrintedLevel()
 }
 
 /// Lines of this level and above are printed.
-int PrintedLevel()
-{
+int PrintedLevel() {
     static const int LEVEL = ReadPrintedLevel();
     return LEVEL;
 }
@@ -42,8 +38,7 @@ int PrintedLevel()
 // Asked once while the library is loaded, so that a wrong value is told of even if nothing is ever logged.
 [[maybe_unused]] const int PRINTED_AT_LOAD = PrintedLevel();
 
-void Print(const LogLine& line)
-{
+void Print(const LogLine& line) {
     char text[MAX_LINE_LENGTH + 128];
     const int64_t now = Clock::Get().NowMs();
     const int length = std::snprintf(text, sizeof(text), "%lld.%03lld %c %s: %s\n",
@@ -55,23 +50,17 @@ void Print(const LogLine& line)
 
 }  // namespace
 
-char LetterOf(LogLevel level)
-{
-    return LETTERS[std::clamp<int>(level, LOG_DEBUG, LOG_FATAL) - LOG_DEBUG];
-}
+char LetterOf(LogLevel level) { return LETTERS[std::clamp<int>(level, LOG_DEBUG, LOG_FATAL) - LOG_DEBUG]; }
 
-LogStore& LogStore::Get()
-{
+LogStore& LogStore::Get() {
     static LogStore& store = *new LogStore();
     return store;
 }
 
 /// Exclusive use of the store. A line takes some ten nanoseconds, so those who wait are not put to sleep.
-class LogStore::Turn
-{
+class LogStore::Turn {
 public:
-    explicit Turn(LogStore& store) : store_(store)
-    {
+    explicit Turn(LogStore& store) : store_(store) {
         while (store_.isTaken_.test_and_set(std::memory_order_acquire)) {
             std::this_thread::yield();
         }
@@ -84,16 +73,14 @@ private:
     LogStore& store_;
 };
 
-void LogStore::Append(const LogOrigin& origin, const LogArgument* arguments, size_t count)
-{
+void LogStore::Append(const LogOrigin& origin, const LogArgument* arguments, size_t count) {
     const Turn turn(*this);
     Slot& slot = slots_[written_++ % CAPACITY];
     slot.origin = origin;
     slot.arguments.Keep(arguments, count);
 }
 
-std::vector<LogLine> LogStore::Lines()
-{
+std::vector<LogLine> LogStore::Lines() {
     std::vector<LogLine> lines;
     for (const Slot& slot : Kept()) {
         lines.push_back(FormatLine(slot.origin, slot.arguments));
@@ -101,8 +88,7 @@ std::vector<LogLine> LogStore::Lines()
     return lines;
 }
 
-std::vector<LogStore::Slot> LogStore::Kept()
-{
+std::vector<LogStore::Slot> LogStore::Kept() {
     std::vector<Slot> kept;
     kept.reserve(CAPACITY);
     const Turn turn(*this);
@@ -112,8 +98,7 @@ std::vector<LogStore::Slot> LogStore::Kept()
     return kept;
 }
 
-void LogStore::Clear()
-{
+void LogStore::Clear() {
     const Turn turn(*this);
     written_ = 0;
 }
@@ -121,11 +106,8 @@ void LogStore::Clear()
 }  // namespace StandIn
 
 int HiLogWrite(LogLevel level, unsigned int domain, const char* tag, const char* format,
-               const LogArgument* arguments, size_t count)
-{
-    if (tag == nullptr) {
-        return -1;
-    }
+               const LogArgument* arguments, size_t count) {
+    if (tag == nullptr) return -1;
     const StandIn::LogOrigin origin = {level, domain, tag, format};
     StandIn::LogStore::Get().Append(origin, arguments, count);
     if (level >= StandIn::PrintedLevel()) {

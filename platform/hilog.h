@@ -12,8 +12,7 @@ namespace StandIn {
 char LetterOf(LogLevel level);
 
 /// The latest lines of the log, oldest forgotten first. Thread-safe.
-class LogStore
-{
+class LogStore {
 public:
     static LogStore& Get();
 

@@ -9,19 +9,15 @@ namespace StandIn {
 namespace {
 
 /// Past the privacy mark that `text` starts with, if any.
-const char* SkipMark(const char* text)
-{
+const char* SkipMark(const char* text) {
     for (const std::string_view mark : {"{public}", "{private}"}) {
-        if (std::strncmp(text, mark.data(), mark.size()) == 0) {
-            return text + mark.size();
-        }
+        if (std::strncmp(text, mark.data(), mark.size()) == 0) return text + mark.size();
     }
     return text;
 }
 
 /// What a conversion makes of an argument. The argument's own type decides its length.
-std::string Convert(const std::string& flags, char conversion, const LogArgument& argument)
-{
+std::string Convert(const std::string& flags, char conversion, const LogArgument& argument) {
     char text[MAX_LINE_LENGTH + 1];
     if (argument.IsText()) {
         const char* shown = argument.value.text != nullptr ? argument.value.text : "(null)";
@@ -40,8 +36,7 @@ using Arguments = std::vector<LogArgument>;
 
 /// The conversion that `format` starts with, behind its percent sign, of the argument `next`; both are behind
 /// it then.
-std::string ConvertNext(const char*& format, Arguments::const_iterator& next, const Arguments& arguments)
-{
+std::string ConvertNext(const char*& format, Arguments::const_iterator& next, const Arguments& arguments) {
     format = SkipMark(format);
     if (*format == '%') {
         ++format;
@@ -50,14 +45,11 @@ std::string ConvertNext(const char*& format, Arguments::const_iterator& next, co
     std::string flags = "%" + std::string(format, std::strspn(format, "-+ #0123456789."));
     format += flags.size() - 1;
     format += std::strspn(format, "hljzt");
-    if (*format == '\0' || next == arguments.end()) {
-        return flags;
-    }
+    if (*format == '\0' || next == arguments.end()) return flags;
     return Convert(flags, *format++, *next++);
 }
 
-std::string Format(const char* format, const Arguments& arguments)
-{
+std::string Format(const char* format, const Arguments& arguments) {
     std::string message;
     auto next = arguments.begin();
     while (const char* percent = std::strchr(format, '%')) {
@@ -72,21 +64,17 @@ std::string Format(const char* format, const Arguments& arguments)
 
 }  // namespace
 
-void KeptArguments::Keep(const LogArgument* arguments, size_t count)
-{
+void KeptArguments::Keep(const LogArgument* arguments, size_t count) {
     count_ = count;
     texts_.clear();
     for (size_t i = 0; i < count; ++i) {
         kinds_[i] = arguments[i].kind;
         values_[i] = arguments[i].value;
-        if (arguments[i].kind == LogArgument::Kind::TEXT) {
-            KeepText(arguments[i].value.text, i);
-        }
+        if (arguments[i].kind == LogArgument::Kind::TEXT) KeepText(arguments[i].value.text, i);
     }
 }
 
-void KeptArguments::KeepText(const char* text, size_t index)
-{
+void KeptArguments::KeepText(const char* text, size_t index) {
     if (text == nullptr) {
         kinds_[index] = LogArgument::Kind::LITERAL;
         return;
@@ -95,8 +83,7 @@ void KeptArguments::KeepText(const char* text, size_t index)
     texts_.push_back('\0');
 }
 
-std::vector<LogArgument> KeptArguments::Arguments() const
-{
+std::vector<LogArgument> KeptArguments::Arguments() const {
     std::vector<LogArgument> arguments;
     const char* text = texts_.c_str();
     for (size_t i = 0; i < count_; ++i) {
@@ -109,8 +96,7 @@ std::vector<LogArgument> KeptArguments::Arguments() const
     return arguments;
 }
 
-LogLine FormatLine(const LogOrigin& origin, const KeptArguments& arguments)
-{
+LogLine FormatLine(const LogOrigin& origin, const KeptArguments& arguments) {
     return {origin.level, origin.domain, origin.tag, Format(origin.format, arguments.Arguments())};
 }
 

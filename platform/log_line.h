@@ -30,8 +30,7 @@ struct LogOrigin {
 
 /// The arguments of a log line, kept as they came: most lines are never read, so writing one does not format
 /// it. Copies the texts that are no literals.
-class KeptArguments
-{
+class KeptArguments {
 public:
     /// Replaces what was kept. Texts are cut where the line would be in any case.
     void Keep(const LogArgument* arguments, size_t count);

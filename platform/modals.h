@@ -15,8 +15,7 @@
 namespace StandIn {
 
 /// One modal UI extension, kept after it is closed: a closed one may answer late. Thread-safe.
-class Modal
-{
+class Modal {
 public:
     using Callbacks = OHOS::Ace::ModalUIExtensionCallbacks;
     using Config = OHOS::Ace::ModalUIExtensionConfig;
@@ -61,8 +60,7 @@ private:
 };
 
 /// All modals opened since the last reset, and those who want to hear of new ones. Thread-safe.
-class Modals
-{
+class Modals {
 public:
     /// Passes a modal on to whoever registered it under `ticket`; false if that environment has ended. Called
     /// on the opening thread, one at a time; must not call back in here.

@@ -10,13 +10,9 @@ thread_local napi_env gModuleEnv = nullptr;
 
 }  // namespace
 
-napi_env ModuleEnv()
-{
-    return gModuleEnv;
-}
+napi_env ModuleEnv() { return gModuleEnv; }
 
-napi_value LoadModule(napi_env env, napi_value exports)
-{
+napi_value LoadModule(napi_env env, napi_value exports) {
     if (gRecord == nullptr) {
         (void)napi_throw_error(env, nullptr, "The library registered no module when it was loaded.");
         return nullptr;
@@ -28,16 +24,11 @@ napi_value LoadModule(napi_env env, napi_value exports)
             env, [](void*) { gModuleEnv = nullptr; }, nullptr);
     }
     napi_value result = gRecord->nm_register_func(gModuleEnv, exports);
-    if (env != gModuleEnv) {
-        (void)MovePendingException(gModuleEnv, env);
-    }
+    if (env != gModuleEnv) (void)MovePendingException(gModuleEnv, env);
     return result;
 }
 
 }  // namespace StandIn
 
 // Node would tie the record to the load that brought it in, and forget it with that load's environment.
-extern "C" void __wrap_napi_module_register(napi_module* record)
-{
-    StandIn::gRecord = record;
-}
+extern "C" void __wrap_napi_module_register(napi_module* record) { StandIn::gRecord = record; }

@@ -12,8 +12,7 @@ namespace {
 // Marks the JS objects whose wrapped pointer is a ContextRecord.
 constexpr napi_type_tag CONTEXT_TAG = {0x8b1f4a0c6d2e4957, 0xa3c57e19b06d42f8};
 
-bool IsContextObject(napi_env env, napi_value value)
-{
+bool IsContextObject(napi_env env, napi_value value) {
     napi_valuetype type = napi_undefined;
     bool isTagged = false;
     return napi_typeof(env, value, &type) == napi_ok && type == napi_object &&
@@ -21,8 +20,7 @@ bool IsContextObject(napi_env env, napi_value value)
 }
 
 // Of an object that is tagged as a context.
-const ContextRecord* Unwrap(napi_env env, napi_value object)
-{
+const ContextRecord* Unwrap(napi_env env, napi_value object) {
     void* record = nullptr;
     (void)napi_unwrap(env, object, &record);
     return static_cast<const ContextRecord*>(record);
@@ -30,8 +28,7 @@ const ContextRecord* Unwrap(napi_env env, napi_value object)
 
 }  // namespace
 
-napi_value MakeContextObject(napi_env env, ContextRecord record)
-{
+napi_value MakeContextObject(napi_env env, ContextRecord record) {
     auto owned = std::make_unique<ContextRecord>(std::move(record));
     auto finalize = [](napi_env /*env*/, void* data, void* /*hint*/) {
         delete static_cast<ContextRecord*>(data);
@@ -46,8 +43,7 @@ napi_value MakeContextObject(napi_env env, ContextRecord record)
     return object;
 }
 
-const ContextRecord* FindContextRecord(napi_env env, napi_value value)
-{
+const ContextRecord* FindContextRecord(napi_env env, napi_value value) {
     return IsContextObject(env, value) ? Unwrap(env, value) : nullptr;
 }
 
@@ -55,17 +51,13 @@ const ContextRecord* FindContextRecord(napi_env env, napi_value value)
 
 namespace OHOS::AbilityRuntime {
 
-napi_status IsStageContext(napi_env env, napi_value value, bool& isStage)
-{
-    if (StandIn::Faults::Trip("IsStageContext")) {
-        return napi_generic_failure;
-    }
+napi_status IsStageContext(napi_env env, napi_value value, bool& isStage) {
+    if (StandIn::Faults::Trip("IsStageContext")) return napi_generic_failure;
     isStage = StandIn::IsContextObject(env, value);
     return napi_ok;
 }
 
-std::shared_ptr<Context> GetStageModeContext(napi_env env, napi_value value)
-{
+std::shared_ptr<Context> GetStageModeContext(napi_env env, napi_value value) {
     const StandIn::ContextRecord* record = StandIn::Unwrap(env, value);
     return StandIn::Faults::Trip("GetStageModeContext") || record == nullptr ? nullptr : record->context;
 }

@@ -4,11 +4,8 @@
 
 using StandIn::Guarded;
 
-#define GUARD(name, params, ...)                  \
-    extern "C" napi_status __wrap_##name params   \
-    {                                             \
-        return Guarded(#name, name, __VA_ARGS__); \
-    }
+#define GUARD(name, params, ...) \
+    extern "C" napi_status __wrap_##name params { return Guarded(#name, name, __VA_ARGS__); }
 
 GUARD(napi_add_env_cleanup_hook, (napi_env env, void (*hook)(void*), void* data), env, hook, data)
 GUARD(napi_create_int32, (napi_env env, int32_t number, napi_value* value), env, number, value)

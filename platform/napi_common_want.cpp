@@ -20,67 +20,53 @@ constexpr const char* POSSIBLE_TYPES = "a number, boolean, string, array of stri
 struct ValueMaker {
     napi_env env;
 
-    napi_value operator()(int32_t number) const
-    {
+    napi_value operator()(int32_t number) const {
         napi_value value = nullptr;
         (void)napi_create_int32(env, number, &value);
         return value;
     }
-    napi_value operator()(double number) const
-    {
+    napi_value operator()(double number) const {
         napi_value value = nullptr;
         (void)napi_create_double(env, number, &value);
         return value;
     }
-    napi_value operator()(bool flag) const
-    {
+    napi_value operator()(bool flag) const {
         napi_value value = nullptr;
         (void)napi_get_boolean(env, flag, &value);
         return value;
     }
     napi_value operator()(const std::string& text) const { return MakeText(env, text); }
-    napi_value operator()(const std::vector<std::string>& texts) const
-    {
+    napi_value operator()(const std::vector<std::string>& texts) const {
         napi_value array = nullptr;
-        if (napi_create_array_with_length(env, texts.size(), &array) != napi_ok) {
-            return nullptr;
-        }
+        if (napi_create_array_with_length(env, texts.size(), &array) != napi_ok) return nullptr;
         uint32_t index = 0;
         for (const std::string& text : texts) {
-            if (napi_set_element(env, array, index++, MakeText(env, text)) != napi_ok) {
-                return nullptr;
-            }
+            if (napi_set_element(env, array, index++, MakeText(env, text)) != napi_ok) return nullptr;
         }
         return array;
     }
-    napi_value operator()(const std::shared_ptr<const WantParams>& nested) const
-    {
+    napi_value operator()(const std::shared_ptr<const WantParams>& nested) const {
         return nested == nullptr ? nullptr : MakeParamsObject(env, *nested);
     }
 };
 
 /// Reads JS objects into parameters. Every method but the constructor leaves an exception if it answers
 /// false.
-class ParamsReader
-{
+class ParamsReader {
 public:
     explicit ParamsReader(napi_env env) : env_(env) {}
 
-    bool ReadObject(napi_value object, const std::string& name, WantParams& params)
-    {
+    bool ReadObject(napi_value object, const std::string& name, WantParams& params) {
         return ForEachProperty(env_, object, name, [&](const std::string& key, napi_value value) {
             WantParams::Value param;
-            if (!ReadParam(value, name + "." + key, param)) {
-                return false;
-            }
+            if (!ReadParam(value, name + "." + key, param)) return false;
             params.SetParam(key, std::move(param));
             return true;
         });
     }
 
 private:
-    bool ReadParam(napi_value value, const std::string& name, WantParams::Value& param)
-    {
+    bool ReadParam(napi_value value, const std::string& name, WantParams::Value& param) {
         napi_valuetype type = napi_undefined;
         (void)napi_typeof(env_, value, &type);
         switch (type) {
@@ -97,8 +83,7 @@ private:
         }
     }
 
-    bool ReadNumber(napi_value value, WantParams::Value& param)
-    {
+    bool ReadNumber(napi_value value, WantParams::Value& param) {
         using Int = std::numeric_limits<int32_t>;
         double number = 0;
         (void)napi_get_value_double(env_, value, &number);
@@ -111,28 +96,21 @@ private:
         return true;
     }
 
-    bool ReadArrayOrObject(napi_value value, const std::string& name, WantParams::Value& param)
-    {
+    bool ReadArrayOrObject(napi_value value, const std::string& name, WantParams::Value& param) {
         bool isArray = false;
         (void)napi_is_array(env_, value, &isArray);
-        if (isArray) {
-            return ReadTexts(value, name, param.emplace<std::vector<std::string>>());
-        }
-        if (!IsPlainObject(env_, value)) {
-            return ThrowUnexpected(env_, name, POSSIBLE_TYPES, value);
-        }
+        if (isArray) return ReadTexts(value, name, param.emplace<std::vector<std::string>>());
+        if (!IsPlainObject(env_, value)) return ThrowUnexpected(env_, name, POSSIBLE_TYPES, value);
         return ReadNested(value, name, param);
     }
 
-    bool ReadTexts(napi_value array, const std::string& name, std::vector<std::string>& texts)
-    {
+    bool ReadTexts(napi_value array, const std::string& name, std::vector<std::string>& texts) {
         return ForEachElement(env_, array, name, [&](const std::string& elementName, napi_value element) {
             return ReadText(env_, element, elementName, texts.emplace_back());
         });
     }
 
-    bool ReadNested(napi_value object, const std::string& name, WantParams::Value& param)
-    {
+    bool ReadNested(napi_value object, const std::string& name, WantParams::Value& param) {
         if (depth_ == MAX_DEPTH) {
             return ThrowTypeError(env_, name + " is nested more than " + std::to_string(MAX_DEPTH) +
                                             " objects deep: an object must not contain itself");
@@ -150,8 +128,7 @@ private:
 };
 
 // A property is defined, not set: setting "__proto__" would change the prototype.
-napi_property_descriptor DescribeProperty(napi_value key, napi_value value)
-{
+napi_property_descriptor DescribeProperty(napi_value key, napi_value value) {
     napi_property_descriptor property{};
     property.name = key;
     property.value = value;
@@ -161,15 +138,12 @@ napi_property_descriptor DescribeProperty(napi_value key, napi_value value)
 
 }  // namespace
 
-napi_value MakeParamsObject(napi_env env, const WantParams& params)
-{
+napi_value MakeParamsObject(napi_env env, const WantParams& params) {
     std::vector<napi_property_descriptor> properties;
     for (const auto& [key, param] : params.GetParams()) {
         napi_value name = MakeText(env, key);
         napi_value value = std::visit(ValueMaker{env}, param);
-        if (name == nullptr || value == nullptr) {
-            return nullptr;
-        }
+        if (name == nullptr || value == nullptr) return nullptr;
         properties.push_back(DescribeProperty(name, value));
     }
     napi_value object = nullptr;
@@ -184,13 +158,11 @@ napi_value MakeParamsObject(napi_env env, const WantParams& params)
 
 namespace OHOS::AppExecFwk {
 
-napi_value WrapWantParams(napi_env env, const AAFwk::WantParams& params)
-{
+napi_value WrapWantParams(napi_env env, const AAFwk::WantParams& params) {
     return StandIn::Faults::Trip("WrapWantParams") ? nullptr : StandIn::MakeParamsObject(env, params);
 }
 
-bool UnwrapWantParams(napi_env env, napi_value value, AAFwk::WantParams& params)
-{
+bool UnwrapWantParams(napi_env env, napi_value value, AAFwk::WantParams& params) {
     return StandIn::ParamsReader(env).ReadObject(value, "parameters", params);
 }
 

@@ -20,8 +20,7 @@ thread_local bool gHasFailedOnPurpose = false;
 constexpr napi_extended_error_info PURPOSE_INFO = {"Unknown failure", nullptr, 0, napi_generic_failure};
 
 // A failed property read of `undefined` or `null` leaves a TypeError pending here, but not on the device.
-napi_status DropTypeError(napi_env env, napi_status status)
-{
+napi_status DropTypeError(napi_env env, napi_status status) {
     if (status == napi_object_expected) {
         napi_value error = nullptr;
         (void)napi_get_and_clear_last_exception(env, &error);
@@ -29,56 +28,42 @@ napi_status DropTypeError(napi_env env, napi_status status)
     return status;
 }
 
-napi_status CreateErrorWithNumber(napi_env env, napi_value code, napi_value message, napi_value* error)
-{
+napi_status CreateErrorWithNumber(napi_env env, napi_value code, napi_value message, napi_value* error) {
     napi_valuetype type = napi_undefined;
     if (code != nullptr && napi_typeof(env, code, &type) == napi_ok && type != napi_number) {
         return napi_create_error(env, code, message, error);
     }
     napi_status status = napi_create_error(env, nullptr, message, error);
-    if (status != napi_ok || code == nullptr) {
-        return status;
-    }
+    if (status != napi_ok || code == nullptr) return status;
     return napi_set_named_property(env, *error, "code", code);
 }
 
 napi_status CallWithWholeArguments(napi_env env, napi_value self, napi_value function, size_t count,
-                                   const napi_value* args, napi_value* result)
-{
+                                   const napi_value* args, napi_value* result) {
     std::vector<napi_value> whole(args, args + count);
     for (napi_value& arg : whole) {
-        if (arg == nullptr) {
-            (void)napi_get_undefined(env, &arg);
-        }
+        if (arg == nullptr) (void)napi_get_undefined(env, &arg);
     }
     return napi_call_function(env, self, function, count, whole.data(), result);
 }
 
-bool HasNull(size_t count, const napi_value* args)
-{
+bool HasNull(size_t count, const napi_value* args) {
     for (size_t i = 0; i < count; ++i) {
-        if (args[i] == nullptr) {
-            return true;
-        }
+        if (args[i] == nullptr) return true;
     }
     return false;
 }
 
 }  // namespace
 
-bool& HasFailedOnPurpose()
-{
-    return gHasFailedOnPurpose;
-}
+bool& HasFailedOnPurpose() { return gHasFailedOnPurpose; }
 
-napi_status FailOnPurpose()
-{
+napi_status FailOnPurpose() {
     gHasFailedOnPurpose = true;
     return napi_generic_failure;
 }
 
-napi_status RefuseForeign(const char* call, napi_env env)
-{
+napi_status RefuseForeign(const char* call, napi_env env) {
     gHasFailedOnPurpose = false;
     const char* reason =
         Environment::Of(env) == nullptr ? "the environment has ended" : "not on its JS thread";
@@ -96,8 +81,7 @@ using StandIn::RequestHold;
 
 extern "C" {
 
-napi_status __wrap_napi_get_last_error_info(napi_env env, const napi_extended_error_info** info)
-{
+napi_status __wrap_napi_get_last_error_info(napi_env env, const napi_extended_error_info** info) {
     const bool hasFailedOnPurpose = Faults::IsWatching() && StandIn::HasFailedOnPurpose();
     napi_status status = Guarded("napi_get_last_error_info", napi_get_last_error_info, env, info);
     if (status == napi_ok && hasFailedOnPurpose) {
@@ -108,87 +92,69 @@ napi_status __wrap_napi_get_last_error_info(napi_env env, const napi_extended_er
 }
 
 // Node aborts when a call from JS leaves a scope open: one that is to fail is closed all the same.
-napi_status __wrap_napi_close_handle_scope(napi_env env, napi_handle_scope scope)
-{
+napi_status __wrap_napi_close_handle_scope(napi_env env, napi_handle_scope scope) {
     napi_status status = Guarded("napi_close_handle_scope", napi_close_handle_scope, env, scope);
-    if (Faults::IsWatching() && StandIn::HasFailedOnPurpose()) {
-        (void)napi_close_handle_scope(env, scope);
-    }
+    if (Faults::IsWatching() && StandIn::HasFailedOnPurpose()) (void)napi_close_handle_scope(env, scope);
     return status;
 }
 
-napi_status __wrap_napi_create_error(napi_env env, napi_value code, napi_value message, napi_value* error)
-{
+napi_status __wrap_napi_create_error(napi_env env, napi_value code, napi_value message, napi_value* error) {
     return Guarded("napi_create_error", StandIn::CreateErrorWithNumber, env, code, message, error);
 }
 
 napi_status __wrap_napi_call_function(napi_env env, napi_value self, napi_value function, size_t count,
-                                      const napi_value* args, napi_value* result)
-{
+                                      const napi_value* args, napi_value* result) {
     auto real = StandIn::HasNull(count, args) ? StandIn::CallWithWholeArguments : napi_call_function;
     return Guarded("napi_call_function", real, env, self, function, count, args, result);
 }
 
-napi_status __wrap_napi_has_named_property(napi_env env, napi_value object, const char* name, bool* answer)
-{
+napi_status __wrap_napi_has_named_property(napi_env env, napi_value object, const char* name, bool* answer) {
     return StandIn::DropTypeError(
         env, Guarded("napi_has_named_property", napi_has_named_property, env, object, name, answer));
 }
 
 napi_status __wrap_napi_get_named_property(napi_env env, napi_value object, const char* name,
-                                           napi_value* value)
-{
+                                           napi_value* value) {
     return StandIn::DropTypeError(
         env, Guarded("napi_get_named_property", napi_get_named_property, env, object, name, value));
 }
 
-napi_status __wrap_napi_create_promise(napi_env env, napi_deferred* deferred, napi_value* promise)
-{
+napi_status __wrap_napi_create_promise(napi_env env, napi_deferred* deferred, napi_value* promise) {
     napi_status status = Guarded("napi_create_promise", napi_create_promise, env, deferred, promise);
-    if (status == napi_ok) {
-        RequestHold::NoteRequest(*deferred);
-    }
+    if (status == napi_ok) RequestHold::NoteRequest(*deferred);
     return status;
 }
 
-napi_status __wrap_napi_create_reference(napi_env env, napi_value value, uint32_t count, napi_ref* reference)
-{
+napi_status __wrap_napi_create_reference(napi_env env, napi_value value, uint32_t count,
+                                         napi_ref* reference) {
     napi_status status =
         Guarded("napi_create_reference", napi_create_reference, env, value, count, reference);
-    if (status == napi_ok) {
-        RequestHold::NoteRequest(*reference);
-    }
+    if (status == napi_ok) RequestHold::NoteRequest(*reference);
     return status;
 }
 
-napi_status __wrap_napi_resolve_deferred(napi_env env, napi_deferred deferred, napi_value value)
-{
+napi_status __wrap_napi_resolve_deferred(napi_env env, napi_deferred deferred, napi_value value) {
     RequestHold::NoteSettled(deferred);
     return Guarded("napi_resolve_deferred", napi_resolve_deferred, env, deferred, value);
 }
 
-napi_status __wrap_napi_reject_deferred(napi_env env, napi_deferred deferred, napi_value value)
-{
+napi_status __wrap_napi_reject_deferred(napi_env env, napi_deferred deferred, napi_value value) {
     RequestHold::NoteSettled(deferred);
     return Guarded("napi_reject_deferred", napi_reject_deferred, env, deferred, value);
 }
 
-napi_status __wrap_napi_get_reference_value(napi_env env, napi_ref reference, napi_value* value)
-{
+napi_status __wrap_napi_get_reference_value(napi_env env, napi_ref reference, napi_value* value) {
     RequestHold::NoteSettled(reference);
     return Guarded("napi_get_reference_value", napi_get_reference_value, env, reference, value);
 }
 
-napi_status __wrap_napi_delete_reference(napi_env env, napi_ref reference)
-{
+napi_status __wrap_napi_delete_reference(napi_env env, napi_ref reference) {
     if (Environment::IsOwn(env)) {
         RequestHold::NoteSettled(reference);
         return Guarded("napi_delete_reference", napi_delete_reference, env, reference);
     }
     auto environment = Environment::Of(env);
-    if (environment == nullptr) {
-        return napi_invalid_arg;
-    }
+    if (environment == nullptr) return napi_invalid_arg;
     auto remove = [env, reference](bool isEnding) {
         if (!isEnding) {
             RequestHold::NoteSettled(reference);
@@ -198,37 +164,27 @@ napi_status __wrap_napi_delete_reference(napi_env env, napi_ref reference)
     return environment->Post(env, remove) ? napi_ok : napi_invalid_arg;
 }
 
-napi_status __wrap_napi_get_uv_event_loop(napi_env env, uv_loop_t** loop)
-{
-    if (Faults::Trip("napi_get_uv_event_loop")) {
-        return StandIn::FailOnPurpose();
-    }
+napi_status __wrap_napi_get_uv_event_loop(napi_env env, uv_loop_t** loop) {
+    if (Faults::Trip("napi_get_uv_event_loop")) return StandIn::FailOnPurpose();
     if (Environment::IsOwn(env)) {
         *loop = Environment::Current()->Loop();
         return napi_ok;
     }
     auto environment = Environment::Of(env);
-    if (environment == nullptr) {
-        return StandIn::RefuseForeign("napi_get_uv_event_loop", env);
-    }
+    if (environment == nullptr) return StandIn::RefuseForeign("napi_get_uv_event_loop", env);
     *loop = environment->Loop();
     return napi_ok;
 }
 
 // First in, first out on the loop's own thread, nothing on the thread pool, and from any thread.
-int __wrap_uv_queue_work(uv_loop_t* loop, uv_work_t* work, uv_work_cb run, uv_after_work_cb after)
-{
-    if (run == nullptr || Faults::Trip("uv_queue_work")) {
-        return run == nullptr ? UV_EINVAL : UV_ENOMEM;
-    }
+int __wrap_uv_queue_work(uv_loop_t* loop, uv_work_t* work, uv_work_cb run, uv_after_work_cb after) {
+    if (run == nullptr || Faults::Trip("uv_queue_work")) return run == nullptr ? UV_EINVAL : UV_ENOMEM;
     work->loop = loop;
     work->work_cb = run;
     work->after_work_cb = after;
     auto job = [work](bool isEnding) {
         work->work_cb(work);
-        if (work->after_work_cb != nullptr) {
-            work->after_work_cb(work, isEnding ? UV_ECANCELED : 0);
-        }
+        if (work->after_work_cb != nullptr) work->after_work_cb(work, isEnding ? UV_ECANCELED : 0);
     };
     return Environment::PostTo(loop, job) ? 0 : UV_ECANCELED;
 }

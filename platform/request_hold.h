@@ -14,8 +14,7 @@ namespace StandIn {
 /// The module does not tell which request a modal or a waiting thread belongs to. It makes a promise or a
 /// reference to a callback before it opens a modal on the same JS thread, and looks for a window before it
 /// starts a thread that waits for one; the calls named after that are noted here.
-class RequestHold
-{
+class RequestHold {
 public:
     /// Of the request that is settled through `settler`, a promise or a callback's reference; of none if
     /// that is null. Holds nothing without an environment.

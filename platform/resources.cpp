@@ -15,12 +15,9 @@ using OHOS::Global::Resource::RState;
 using OHOS::Global::Resource::SUCCESS;
 
 /// The bytes that a read found, or null.
-RState CopyOut(const Bytes* bytes, size_t& length, std::unique_ptr<uint8_t[]>& data)
-{
+RState CopyOut(const Bytes* bytes, size_t& length, std::unique_ptr<uint8_t[]>& data) {
     length = 0;
-    if (bytes == nullptr) {
-        return NOT_FOUND;
-    }
+    if (bytes == nullptr) return NOT_FOUND;
     length = bytes->size();
     data = std::make_unique<uint8_t[]>(length);
     std::copy(bytes->begin(), bytes->end(), data.get());
@@ -28,32 +25,27 @@ RState CopyOut(const Bytes* bytes, size_t& length, std::unique_ptr<uint8_t[]>& d
 }
 
 template <typename Key>
-const Bytes* Find(const char* call, const std::map<Key, Bytes>& resources, const Key& key)
-{
+const Bytes* Find(const char* call, const std::map<Key, Bytes>& resources, const Key& key) {
     auto found = resources.find(key);
     return Faults::Trip(call) || found == resources.end() ? nullptr : &found->second;
 }
 
-class ModuleResources final : public ResourceManager
-{
+class ModuleResources final : public ResourceManager {
 public:
     explicit ModuleResources(std::shared_ptr<const Resources> resources) : resources_(std::move(resources)) {}
 
     RState GetMediaDataById(uint32_t id, size_t& length, std::unique_ptr<uint8_t[]>& data,
-                            uint32_t /*density*/) override
-    {
+                            uint32_t /*density*/) override {
         return CopyOut(Find("GetMediaDataById", resources_->mediaById, id), length, data);
     }
 
     RState GetMediaDataByName(const char* name, size_t& length, std::unique_ptr<uint8_t[]>& data,
-                              uint32_t /*density*/) override
-    {
+                              uint32_t /*density*/) override {
         return CopyOut(Find("GetMediaDataByName", resources_->mediaByName, std::string(name)), length, data);
     }
 
     RState GetRawFileFromHap(const std::string& name, size_t& length,
-                             std::unique_ptr<uint8_t[]>& data) override
-    {
+                             std::unique_ptr<uint8_t[]>& data) override {
         return CopyOut(Find("GetRawFileFromHap", resources_->rawFiles, name), length, data);
     }
 
@@ -63,8 +55,7 @@ private:
 
 }  // namespace
 
-std::shared_ptr<ResourceManager> MakeResourceManager(std::shared_ptr<const Resources> resources)
-{
+std::shared_ptr<ResourceManager> MakeResourceManager(std::shared_ptr<const Resources> resources) {
     return std::make_shared<ModuleResources>(std::move(resources));
 }
 

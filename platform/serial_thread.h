@@ -9,8 +9,7 @@ namespace StandIn {
 
 /// Runs tasks one at a time, first in, first out, on one thread, which starts with the first task and never
 /// ends. The object must live as long as the process.
-class SerialThread
-{
+class SerialThread {
 public:
     using Task = std::function<void()>;
 

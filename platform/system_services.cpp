@@ -19,8 +19,7 @@ std::atomic<uint64_t> gCallingToken{APPLICATION_TOKEN};
 
 }  // namespace
 
-void SetSystemApp(bool isSystem)
-{
+void SetSystemApp(bool isSystem) {
     gCallingToken = isSystem ? APPLICATION_TOKEN | SYSTEM_APP_MASK : APPLICATION_TOKEN;
 }
 
@@ -28,15 +27,11 @@ void SetSystemApp(bool isSystem)
 
 namespace OHOS {
 
-uint64_t IPCSkeleton::GetCallingFullTokenID()
-{
-    return StandIn::gCallingToken;
-}
+uint64_t IPCSkeleton::GetCallingFullTokenID() { return StandIn::gCallingToken; }
 
 namespace Security::AccessToken {
 
-bool TokenIdKit::IsSystemAppByFullTokenID(uint64_t tokenId)
-{
+bool TokenIdKit::IsSystemAppByFullTokenID(uint64_t tokenId) {
     return (tokenId & StandIn::SYSTEM_APP_MASK) != 0;
 }
 
@@ -44,16 +39,12 @@ bool TokenIdKit::IsSystemAppByFullTokenID(uint64_t tokenId)
 
 namespace MiscServices {
 
-sptr<TimeServiceClient> TimeServiceClient::GetInstance()
-{
+sptr<TimeServiceClient> TimeServiceClient::GetInstance() {
     static const sptr<TimeServiceClient>& client = *new sptr<TimeServiceClient>(new TimeServiceClient());
     return client;
 }
 
-int64_t TimeServiceClient::GetBootTimeMs()
-{
-    return StandIn::Clock::Get().NowMs();
-}
+int64_t TimeServiceClient::GetBootTimeMs() { return StandIn::Clock::Get().NowMs(); }
 
 }  // namespace MiscServices
 

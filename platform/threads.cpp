@@ -13,16 +13,12 @@ namespace StandIn {
 namespace {
 
 /// What a thread of the module runs: its own work, between a birth and an end that the clock knows of.
-class ClockedWork final : public std::thread::_State
-{
+class ClockedWork final : public std::thread::_State {
 public:
     explicit ClockedWork(std::thread::_State_ptr work)
-        : work_(std::move(work)), birth_(Clock::Get().Born()), hold_(RequestHold::Inherit())
-    {
-    }
+        : work_(std::move(work)), birth_(Clock::Get().Born()), hold_(RequestHold::Inherit()) {}
 
-    void _M_run() override
-    {
+    void _M_run() override {
         Clock::Began(birth_);
         RequestHold::Adopt(std::move(hold_));
         work_->_M_run();
@@ -47,14 +43,12 @@ private:
 
 extern "C" void START_THREAD()(std::thread* self, std::thread::_State_ptr* work, void (*depend)());
 
-extern "C" void START_THREAD(__wrap_)(std::thread* self, std::thread::_State_ptr* work, void (*depend)())
-{
+extern "C" void START_THREAD(__wrap_)(std::thread* self, std::thread::_State_ptr* work, void (*depend)()) {
     std::thread::_State_ptr clocked = std::make_unique<StandIn::ClockedWork>(std::move(*work));
     START_THREAD()(self, &clocked, depend);
 }
 
-extern "C" int __wrap_nanosleep(const timespec* span, timespec* /*remaining*/)
-{
+extern "C" int __wrap_nanosleep(const timespec* span, timespec* /*remaining*/) {
     StandIn::Clock::Get().Sleep(std::chrono::seconds(span->tv_sec) + std::chrono::nanoseconds(span->tv_nsec));
     return 0;
 }

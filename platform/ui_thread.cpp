@@ -2,14 +2,12 @@
 
 namespace StandIn {
 
-UiThread& UiThread::Get()
-{
+UiThread& UiThread::Get() {
     static UiThread& thread = *new UiThread();
     return thread;
 }
 
-void UiThread::RunHere(const Task& answer)
-{
+void UiThread::RunHere(const Task& answer) {
     std::lock_guard<std::recursive_mutex> guard(answering_);
     answer();
 }

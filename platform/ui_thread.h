@@ -9,8 +9,7 @@ namespace StandIn {
 
 /// Delivers what extensions answer: one answer at a time on the whole device, whichever thread it runs on.
 /// What is posted runs on the UI thread.
-class UiThread final : public SerialThread
-{
+class UiThread final : public SerialThread {
 public:
     static UiThread& Get();
 

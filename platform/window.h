@@ -11,8 +11,7 @@ class Environment;
 
 /// A window. Its content object is always there, but is found only while the window shows a page.
 /// Thread-safe.
-class Window final : public OHOS::Ace::UIContent
-{
+class Window final : public OHOS::Ace::UIContent {
 public:
     /// The window of a context that lives in `environment`.
     Window(const std::shared_ptr<Environment>& environment, bool isShown);

@@ -33,8 +33,7 @@ std::vector<std::unique_ptr<Pending>>& gPending = *new std::vector<std::unique_p
 std::vector<uint8_t>& gIcon = *new std::vector<uint8_t>();
 
 /// The promise of a new request.
-napi_value Keep(napi_env env, std::string text)
-{
+napi_value Keep(napi_env env, std::string text) {
     Request request{nullptr, std::move(text)};
     napi_value promise = nullptr;
     Must(napi_create_promise(env, &request.deferred, &promise));
@@ -43,15 +42,13 @@ napi_value Keep(napi_env env, std::string text)
 }
 
 /// forget(): the requests so far. Their promises stay pending.
-napi_value Forget(napi_env /*env*/, napi_callback_info /*info*/)
-{
+napi_value Forget(napi_env /*env*/, napi_callback_info /*info*/) {
     gRequests.clear();
     return nullptr;
 }
 
 /// refuse(): throws an Error with a number as its code.
-napi_value Refuse(napi_env env, napi_callback_info /*info*/)
-{
+napi_value Refuse(napi_env env, napi_callback_info /*info*/) {
     napi_value message = nullptr;
     napi_value error = nullptr;
     Must(napi_create_string_utf8(env, "Parameter error.", NAPI_AUTO_LENGTH, &message));
@@ -62,8 +59,7 @@ napi_value Refuse(napi_env env, napi_callback_info /*info*/)
 }
 
 /// prePurchase(purchase)
-napi_value PrePurchase(napi_env env, napi_callback_info info)
-{
+napi_value PrePurchase(napi_env env, napi_callback_info info) {
     const napi_value purchase = Arguments(env, info)[0];
     json record;
     record["productId"] = ReadText(env, Property(env, purchase, "productId"));
@@ -74,8 +70,7 @@ napi_value PrePurchase(napi_env env, napi_callback_info info)
 }
 
 /// savePlayerRole(role)
-napi_value SavePlayerRole(napi_env env, napi_callback_info info)
-{
+napi_value SavePlayerRole(napi_env env, napi_callback_info info) {
     const napi_value role = Arguments(env, info)[0];
     json record;
     for (const char* name :
@@ -86,8 +81,7 @@ napi_value SavePlayerRole(napi_env env, napi_callback_info info)
 }
 
 /// setIcon(bytes): the one resource that there is.
-napi_value SetIcon(napi_env env, napi_callback_info info)
-{
+napi_value SetIcon(napi_env env, napi_callback_info info) {
     void* data = nullptr;
     size_t length = 0;
     Must(napi_get_typedarray_info(env, Arguments(env, info)[0], nullptr, &length, &data, nullptr, nullptr));
@@ -95,16 +89,14 @@ napi_value SetIcon(napi_env env, napi_callback_info info)
     return nullptr;
 }
 
-std::string EncodeIcon()
-{
+std::string EncodeIcon() {
     std::unique_ptr<uint8_t[]> bytes(new uint8_t[gIcon.size()]);
     std::memcpy(bytes.get(), gIcon.data(), gIcon.size());
     return EncodeBase64(bytes.get(), gIcon.size());
 }
 
 /// unionLogin(login): with the one icon for each account.
-napi_value UnionLogin(napi_env env, napi_callback_info info)
-{
+napi_value UnionLogin(napi_env env, napi_callback_info info) {
     const napi_value login = Arguments(env, info)[0];
     const napi_value infos = Property(env, login, "thirdAccountInfos");
     uint32_t count = 0;
@@ -126,8 +118,7 @@ napi_value UnionLogin(napi_env env, napi_callback_info info)
 }
 
 /// wait(text): a request that stays pending, with the four parameters of its Want.
-napi_value Wait(napi_env env, napi_callback_info info)
-{
+napi_value Wait(napi_env env, napi_callback_info info) {
     auto pending = std::make_unique<Pending>();
     pending->want["requestType"] = 4;
     pending->want["tavikExtra"] = ReadText(env, Arguments(env, info)[0]);
@@ -143,8 +134,7 @@ napi_value Wait(napi_env env, napi_callback_info info)
 
 }  // namespace Floors
 
-NAPI_MODULE_INIT()
-{
+NAPI_MODULE_INIT() {
     using namespace Floors;
     Define(env, exports, "refuse", Refuse);
     Define(env, exports, "prePurchase", PrePurchase);

@@ -10,19 +10,16 @@ namespace Floors {
 
 namespace {
 
-void Settle(napi_env env, const napi_deferred& deferred)
-{
+void Settle(napi_env env, const napi_deferred& deferred) {
     Must(napi_resolve_deferred(env, deferred, Undefined(env)));
 }
 
 /// One thread that answers requests as they come.
-class Responder
-{
+class Responder {
 public:
     explicit Responder(napi_env env) : inbox_(env) { std::thread(&Responder::Run, this).detach(); }
 
-    void Post(napi_deferred request)
-    {
+    void Post(napi_deferred request) {
         {
             std::lock_guard<std::mutex> guard(mutex_);
             requests_.push_back(request);
@@ -31,8 +28,7 @@ public:
     }
 
 private:
-    void Run()
-    {
+    void Run() {
         for (;;) {
             std::vector<napi_deferred> batch = Take();
             inbox_.Post(batch);
@@ -40,8 +36,7 @@ private:
     }
 
     /// All that have come, once one has.
-    std::vector<napi_deferred> Take()
-    {
+    std::vector<napi_deferred> Take() {
         std::unique_lock<std::mutex> lock(mutex_);
         arrived_.wait(lock, [this] { return !requests_.empty(); });
         return std::exchange(requests_, {});
@@ -58,8 +53,7 @@ struct Delivery {
     std::shared_ptr<const std::string> text;
 };
 
-void CallListener(napi_env env, const Delivery& delivery)
-{
+void CallListener(napi_env env, const Delivery& delivery) {
     napi_value argument = nullptr;
     napi_value listener = nullptr;
     Must(napi_create_object(env, &argument));
@@ -81,8 +75,7 @@ Responder* gResponder = nullptr;
 Listeners* gListeners = nullptr;
 
 /// trip(): a promise that the other thread resolves.
-napi_value Trip(napi_env env, napi_callback_info /*info*/)
-{
+napi_value Trip(napi_env env, napi_callback_info /*info*/) {
     napi_deferred deferred = nullptr;
     napi_value promise = nullptr;
     Must(napi_create_promise(env, &deferred, &promise));
@@ -91,8 +84,7 @@ napi_value Trip(napi_env env, napi_callback_info /*info*/)
 }
 
 /// listen(listener)
-napi_value Listen(napi_env env, napi_callback_info info)
-{
+napi_value Listen(napi_env env, napi_callback_info info) {
     napi_ref listener = nullptr;
     Must(napi_create_reference(env, Arguments(env, info)[0], 1, &listener));
     gListeners->all.push_back(listener);
@@ -100,8 +92,7 @@ napi_value Listen(napi_env env, napi_callback_info info)
 }
 
 /// raise(text): each listener is called with { event: 0, resultInfo: text }, later.
-napi_value Raise(napi_env env, napi_callback_info info)
-{
+napi_value Raise(napi_env env, napi_callback_info info) {
     auto text = std::make_shared<const std::string>(ReadText(env, Arguments(env, info)[0]));
     std::vector<Delivery> deliveries;
     deliveries.reserve(gListeners->all.size());
@@ -114,8 +105,7 @@ napi_value Raise(napi_env env, napi_callback_info info)
 
 }  // namespace
 
-void DefineDeliveries(napi_env env, napi_value exports)
-{
+void DefineDeliveries(napi_env env, napi_value exports) {
     gResponder = new Responder(env);
     gListeners = new Listeners(env);
     Define(env, exports, "trip", Trip);

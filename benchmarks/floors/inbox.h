@@ -15,24 +15,19 @@ namespace Floors {
 /// item a handle scope, and a callback scope so that its microtasks run before the next one. Lives as long as
 /// the process, and keeps the loop alive.
 template <typename Item, void (*DELIVER)(napi_env env, const Item& item)>
-class Inbox
-{
+class Inbox {
 public:
-    explicit Inbox(napi_env env) : env_(env)
-    {
+    explicit Inbox(napi_env env) : env_(env) {
         uv_loop_t* loop = nullptr;
         Must(napi_get_uv_event_loop(env, &loop));
         async_.data = this;
-        auto run = [](uv_async_t* async) {
-            static_cast<Inbox*>(async->data)->Run();
-        };
+        auto run = [](uv_async_t* async) { static_cast<Inbox*>(async->data)->Run(); };
         Must(uv_async_init(loop, &async_, run) == 0 ? napi_ok : napi_generic_failure);
         Must(napi_async_init(env, nullptr, MakeText(env, "floor"), &asyncContext_));
     }
 
     /// Any thread. Takes what `items` holds.
-    void Post(std::vector<Item>& items)
-    {
+    void Post(std::vector<Item>& items) {
         {
             std::lock_guard<std::mutex> guard(mutex_);
             if (queue_.empty()) {
@@ -45,8 +40,7 @@ public:
     }
 
 private:
-    void Run()
-    {
+    void Run() {
         std::vector<Item> batch;
         {
             std::lock_guard<std::mutex> guard(mutex_);

@@ -26,8 +26,7 @@ extern "C" void napi_module_register(napi_module* /*record*/) {}
 namespace {
 
 template <std::string (*ENCODE)(const uint8_t*, size_t)>
-void Encode(benchmark::State& state)
-{
+void Encode(benchmark::State& state) {
     std::vector<uint8_t> bytes(state.range(0));
     std::generate(bytes.begin(), bytes.end(),
                   [next = 0U]() mutable { return static_cast<uint8_t>(next += 7); });
@@ -44,8 +43,7 @@ struct FloorRegistry {
 FloorRegistry& gFloorRegistry = *new FloorRegistry();
 std::vector<std::shared_ptr<EnvInfo>>& gAlive = *new std::vector<std::shared_ptr<EnvInfo>>();
 
-void BringToLife(int64_t count)
-{
+void BringToLife(int64_t count) {
     for (int64_t i = 0; i < count; ++i) {
         gAlive.push_back(std::make_shared<EnvInfo>());
         gFloorRegistry.infos.push_back(gAlive.back().get());
@@ -53,8 +51,7 @@ void BringToLife(int64_t count)
     }
 }
 
-void EndAll()
-{
+void EndAll() {
     for (const auto& info : gAlive) {
         DeleteEnvInfo(info.get());
     }
@@ -62,30 +59,25 @@ void EndAll()
     gAlive.clear();
 }
 
-bool IsValidInFloor(const EnvInfo* info)
-{
+bool IsValidInFloor(const EnvInfo* info) {
     std::shared_lock<std::shared_mutex> guard(gFloorRegistry.mutex);
     const auto& infos = gFloorRegistry.infos;
     return std::find(infos.begin(), infos.end(), info) != infos.end();
 }
 
-std::vector<int> AllowedCores()
-{
+std::vector<int> AllowedCores() {
     cpu_set_t set;
     CPU_ZERO(&set);
     (void)sched_getaffinity(0, sizeof(set), &set);
     std::vector<int> cores;
     for (int core = 0; core < CPU_SETSIZE; ++core) {
-        if (CPU_ISSET(core, &set)) {
-            cores.push_back(core);
-        }
+        if (CPU_ISSET(core, &set)) cores.push_back(core);
     }
     return cores;
 }
 
 /// Binds this thread to a core of its own, if there are as many as threads: left alone, they may share one.
-void TakeCore(int thread)
-{
+void TakeCore(int thread) {
     static const std::vector<int> ALLOWED = AllowedCores();
     cpu_set_t own;
     CPU_ZERO(&own);
@@ -95,24 +87,18 @@ void TakeCore(int thread)
 
 /// Asks for each of the environments in turn; the threads wait for each other before and after the loop.
 template <bool (*IS_VALID)(const EnvInfo*)>
-void AskForAll(benchmark::State& state)
-{
+void AskForAll(benchmark::State& state) {
     TakeCore(state.thread_index());
-    if (state.thread_index() == 0) {
-        BringToLife(state.range(0));
-    }
+    if (state.thread_index() == 0) BringToLife(state.range(0));
     size_t next = 0;
     for (auto _ : state) {
         benchmark::DoNotOptimize(IS_VALID(gAlive[next].get()));
         next = next + 1 < gAlive.size() ? next + 1 : 0;
     }
-    if (state.thread_index() == 0) {
-        EndAll();
-    }
+    if (state.thread_index() == 0) EndAll();
 }
 
-void LogInModule(benchmark::State& state)
-{
+void LogInModule(benchmark::State& state) {
     const std::string text(state.range(0), 'x');
     for (auto _ : state) {
         GAME_LOGI("end %{public}s, code %{public}d", text.c_str(), 401);
@@ -127,8 +113,7 @@ struct FloorLog {
 
 FloorLog& gFloorLog = *new FloorLog();
 
-void LogInFloor(benchmark::State& state)
-{
+void LogInFloor(benchmark::State& state) {
     const std::string text(state.range(0), 'x');
     for (auto _ : state) {
         std::lock_guard<std::mutex> guard(gFloorLog.mutex);
@@ -140,20 +125,11 @@ void LogInFloor(benchmark::State& state)
 
 using benchmark::internal::Benchmark;
 
-void IconSizes(Benchmark* work)
-{
-    work->ArgsProduct({{1 << 10, 1 << 15, 1 << 20, 1 << 24}});
-}
+void IconSizes(Benchmark* work) { work->ArgsProduct({{1 << 10, 1 << 15, 1 << 20, 1 << 24}}); }
 
-void Environments(Benchmark* work)
-{
-    work->ArgsProduct({{1, 8, 64}})->Threads(2);
-}
+void Environments(Benchmark* work) { work->ArgsProduct({{1, 8, 64}})->Threads(2); }
 
-void TextSizes(Benchmark* work)
-{
-    work->ArgsProduct({{32, 256}});
-}
+void TextSizes(Benchmark* work) { work->ArgsProduct({{32, 256}}); }
 
 BENCHMARK(Encode<Base64Encode>)->Name("Base64Encode module")->Apply(IconSizes);
 BENCHMARK(Encode<Floors::EncodeBase64>)->Name("Base64Encode floor")->Apply(IconSizes);

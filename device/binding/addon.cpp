@@ -3,8 +3,7 @@
 #include "functions.h"
 #include "instance.h"
 
-NAPI_MODULE_INIT()
-{
+NAPI_MODULE_INIT() {
     using namespace StandIn;
     const bool isDefined = Instance::Create(env) && DefineContextFunctions(env, exports) &&
                            DefineModalFunctions(env, exports) && DefineAnswerFunctions(env, exports) &&

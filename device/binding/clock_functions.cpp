@@ -18,22 +18,17 @@ constexpr double FASTEST_RATE = 1e6;
 constexpr double LONGEST_ADVANCE_MS = 1e11;  // three years; a nanosecond count holds ninety of them
 constexpr const char* NEEDS_MANUAL = "clock.advance needs the manual clock: call clock.manual() first";
 
-SerialThread& Advancer()
-{
+SerialThread& Advancer() {
     static SerialThread& thread = *new SerialThread();
     return thread;
 }
 
-void Advance(Clock::Nanoseconds distance, std::shared_ptr<PendingPromise> promise)
-{
-    if (!Clock::Get().Advance(distance)) {
-        promise->Fail(NEEDS_MANUAL);
-    }
+void Advance(Clock::Nanoseconds distance, std::shared_ptr<PendingPromise> promise) {
+    if (!Clock::Get().Advance(distance)) promise->Fail(NEEDS_MANUAL);
     PendingPromise::Settle(std::move(promise));
 }
 
-napi_value ClockReal(napi_env env, napi_callback_info info)
-{
+napi_value ClockReal(napi_env env, napi_callback_info info) {
     const napi_value value = Arguments<1>(env, info)[0];
     double rate = 1;
     if (IsOfType(env, value, napi_undefined) ||
@@ -43,24 +38,20 @@ napi_value ClockReal(napi_env env, napi_callback_info info)
     return nullptr;
 }
 
-napi_value ClockManual(napi_env /*env*/, napi_callback_info /*info*/)
-{
+napi_value ClockManual(napi_env /*env*/, napi_callback_info /*info*/) {
     Clock::Get().SetManual();
     return nullptr;
 }
 
-napi_value ClockNow(napi_env env, napi_callback_info /*info*/)
-{
+napi_value ClockNow(napi_env env, napi_callback_info /*info*/) {
     return MakeNumber(env, static_cast<double>(Clock::Get().NowMs()));
 }
 
-napi_value ClockSleepers(napi_env env, napi_callback_info /*info*/)
-{
+napi_value ClockSleepers(napi_env env, napi_callback_info /*info*/) {
     return MakeNumber(env, static_cast<double>(Clock::Get().Sleepers()));
 }
 
-napi_value ClockAdvance(napi_env env, napi_callback_info info)
-{
+napi_value ClockAdvance(napi_env env, napi_callback_info info) {
     double milliseconds = 0;
     if (!ReadNumber(env, Arguments<1>(env, info)[0], "ms", 0, LONGEST_ADVANCE_MS, milliseconds)) {
         return nullptr;
@@ -80,8 +71,7 @@ napi_value ClockAdvance(napi_env env, napi_callback_info info)
 
 }  // namespace
 
-bool DefineClockFunctions(napi_env env, napi_value exports)
-{
+bool DefineClockFunctions(napi_env env, napi_value exports) {
     return DefineFunctions(env, exports,
                            {{"clockReal", ClockReal},
                             {"clockManual", ClockManual},

@@ -16,13 +16,11 @@ struct ContextOptions {
     Modules modules;
 };
 
-bool ThrowUnknown(napi_env env, const std::string& name, const std::string& key, const char* possible)
-{
+bool ThrowUnknown(napi_env env, const std::string& name, const std::string& key, const char* possible) {
     return ThrowTypeError(env, name + " has no '" + key + "': possible are " + possible);
 }
 
-bool ReadBytes(napi_env env, napi_value value, const std::string& name, Bytes& bytes)
-{
+bool ReadBytes(napi_env env, napi_value value, const std::string& name, Bytes& bytes) {
     napi_typedarray_type type = napi_int8_array;
     size_t length = 0;
     void* data = nullptr;
@@ -35,14 +33,12 @@ bool ReadBytes(napi_env env, napi_value value, const std::string& name, Bytes& b
     return true;
 }
 
-bool ReadKey(napi_env /*env*/, const std::string& text, const std::string& /*name*/, std::string& key)
-{
+bool ReadKey(napi_env /*env*/, const std::string& text, const std::string& /*name*/, std::string& key) {
     key = text;
     return true;
 }
 
-bool ReadKey(napi_env env, const std::string& text, const std::string& name, uint32_t& key)
-{
+bool ReadKey(napi_env env, const std::string& text, const std::string& name, uint32_t& key) {
     const char* end = text.data() + text.size();
     const auto [stop, error] = std::from_chars(text.data(), end, key);
     if (error != std::errc() || stop != end) {
@@ -53,39 +49,28 @@ bool ReadKey(napi_env env, const std::string& text, const std::string& name, uin
 }
 
 template <typename Key>
-bool ReadGroup(napi_env env, napi_value value, const std::string& name, std::map<Key, Bytes>& group)
-{
+bool ReadGroup(napi_env env, napi_value value, const std::string& name, std::map<Key, Bytes>& group) {
     return ForEachProperty(env, value, name, [&](const std::string& text, napi_value bytes) {
         Key key{};
         return ReadKey(env, text, name, key) && ReadBytes(env, bytes, name + "." + text, group[key]);
     });
 }
 
-bool ReadResources(napi_env env, napi_value value, const std::string& name, Resources& resources)
-{
+bool ReadResources(napi_env env, napi_value value, const std::string& name, Resources& resources) {
     return ForEachProperty(env, value, name, [&](const std::string& key, napi_value group) {
         const std::string groupName = name + "." + key;
-        if (key == "mediaById") {
-            return ReadGroup(env, group, groupName, resources.mediaById);
-        }
-        if (key == "mediaByName") {
-            return ReadGroup(env, group, groupName, resources.mediaByName);
-        }
-        if (key == "rawFiles") {
-            return ReadGroup(env, group, groupName, resources.rawFiles);
-        }
+        if (key == "mediaById") return ReadGroup(env, group, groupName, resources.mediaById);
+        if (key == "mediaByName") return ReadGroup(env, group, groupName, resources.mediaByName);
+        if (key == "rawFiles") return ReadGroup(env, group, groupName, resources.rawFiles);
         return ThrowUnknown(env, name, key, "mediaById, mediaByName and rawFiles");
     });
 }
 
-bool ReadModules(napi_env env, napi_value value, Modules& modules)
-{
+bool ReadModules(napi_env env, napi_value value, Modules& modules) {
     const std::string name = "options.modules";
     return ForEachProperty(env, value, name, [&](const std::string& key, napi_value module) {
         auto& stored = modules[key];
-        if (IsOfType(env, module, napi_null)) {
-            return true;
-        }
+        if (IsOfType(env, module, napi_null)) return true;
         auto resources = std::make_shared<Resources>();
         const bool isRead = ReadResources(env, module, name + "." + key, *resources);
         stored = std::move(resources);
@@ -93,40 +78,27 @@ bool ReadModules(napi_env env, napi_value value, Modules& modules)
     });
 }
 
-bool ReadOptions(napi_env env, napi_value value, ContextOptions& options)
-{
-    if (IsOfType(env, value, napi_undefined)) {
-        return true;
-    }
+bool ReadOptions(napi_env env, napi_value value, ContextOptions& options) {
+    if (IsOfType(env, value, napi_undefined)) return true;
     return ForEachProperty(env, value, "options", [&](const std::string& key, napi_value option) {
-        if (key == "window") {
-            return ReadFlag(env, option, "options.window", options.hasWindow);
-        }
-        if (key == "modules") {
-            return ReadModules(env, option, options.modules);
-        }
+        if (key == "window") return ReadFlag(env, option, "options.window", options.hasWindow);
+        if (key == "modules") return ReadModules(env, option, options.modules);
         return ThrowUnknown(env, "options", key, "window and modules");
     });
 }
 
 template <ContextKind KIND>
-napi_value CreateContextWithWindow(napi_env env, napi_callback_info info)
-{
+napi_value CreateContextWithWindow(napi_env env, napi_callback_info info) {
     ContextOptions options;
-    if (!ReadOptions(env, Arguments<1>(env, info)[0], options)) {
-        return nullptr;
-    }
+    if (!ReadOptions(env, Arguments<1>(env, info)[0], options)) return nullptr;
     const auto window = std::make_shared<Window>(Instance::Of(env).GetEnvironment(), options.hasWindow);
     return MakeContextObject(env, MakeContext(KIND, std::move(options.modules), window));
 }
 
-napi_value CreateStageContext(napi_env env, napi_callback_info info)
-{
+napi_value CreateStageContext(napi_env env, napi_callback_info info) {
     std::string kind;
     const napi_value value = Arguments<1>(env, info)[0];
-    if (!ReadText(env, value, "kind", kind)) {
-        return nullptr;
-    }
+    if (!ReadText(env, value, "kind", kind)) return nullptr;
     if (kind != "other" && kind != "empty") {
         (void)ThrowUnexpected(env, "kind", "'other' or 'empty'", value);
         return nullptr;
@@ -136,8 +108,7 @@ napi_value CreateStageContext(napi_env env, napi_callback_info info)
 }
 
 template <void (Window::*CHANGE)()>
-napi_value ChangeWindow(napi_env env, napi_callback_info info)
-{
+napi_value ChangeWindow(napi_env env, napi_callback_info info) {
     const napi_value value = Arguments<1>(env, info)[0];
     const ContextRecord* record = FindContextRecord(env, value);
     if (record == nullptr || record->window == nullptr) {
@@ -152,8 +123,7 @@ napi_value ChangeWindow(napi_env env, napi_callback_info info)
 
 }  // namespace
 
-bool DefineContextFunctions(napi_env env, napi_value exports)
-{
+bool DefineContextFunctions(napi_env env, napi_value exports) {
     return DefineFunctions(env, exports,
                            {{"createAbilityContext", CreateContextWithWindow<ContextKind::ABILITY>},
                             {"createUIExtensionContext", CreateContextWithWindow<ContextKind::UI_EXTENSION>},

@@ -19,30 +19,20 @@ struct FaultOptions {
     uint64_t times = 1;
 };
 
-bool ReadOptions(napi_env env, napi_value value, FaultOptions& options)
-{
-    if (IsOfType(env, value, napi_undefined)) {
-        return true;
-    }
+bool ReadOptions(napi_env env, napi_value value, FaultOptions& options) {
+    if (IsOfType(env, value, napi_undefined)) return true;
     return ForEachProperty(env, value, "options", [&](const std::string& key, napi_value option) {
-        if (key == "skip") {
-            return ReadCount(env, option, "options.skip", 0, options.skip);
-        }
-        if (key == "times") {
-            return ReadCount(env, option, "options.times", 1, options.times);
-        }
+        if (key == "skip") return ReadCount(env, option, "options.skip", 0, options.skip);
+        if (key == "times") return ReadCount(env, option, "options.times", 1, options.times);
         return ThrowTypeError(env, "options has no '" + key + "': possible are skip and times");
     });
 }
 
-napi_value FailNext(napi_env env, napi_callback_info info)
-{
+napi_value FailNext(napi_env env, napi_callback_info info) {
     const auto [callValue, optionsValue] = Arguments<2>(env, info);
     std::string call;
     FaultOptions options;
-    if (!ReadText(env, callValue, "call", call) || !ReadOptions(env, optionsValue, options)) {
-        return nullptr;
-    }
+    if (!ReadText(env, callValue, "call", call) || !ReadOptions(env, optionsValue, options)) return nullptr;
     if (!Faults::Arm(call, options.skip, options.times)) {
         const std::string message = "'" + call + "' cannot be made to fail: the module makes no such call";
         (void)napi_throw_error(env, nullptr, message.c_str());
@@ -50,8 +40,7 @@ napi_value FailNext(napi_env env, napi_callback_info info)
     return nullptr;
 }
 
-napi_value ListFaults(napi_env env, napi_callback_info /*info*/)
-{
+napi_value ListFaults(napi_env env, napi_callback_info /*info*/) {
     return MakeArray(env, Faults::Records(), [env](const Faults::Record& record) {
         return ObjectMaker(env)
             .Text("call", record.call)
@@ -61,18 +50,14 @@ napi_value ListFaults(napi_env env, napi_callback_info /*info*/)
     });
 }
 
-napi_value ChangeSystemApp(napi_env env, napi_callback_info info)
-{
+napi_value ChangeSystemApp(napi_env env, napi_callback_info info) {
     bool isSystem = false;
-    if (ReadFlag(env, Arguments<1>(env, info)[0], "isSystem", isSystem)) {
-        SetSystemApp(isSystem);
-    }
+    if (ReadFlag(env, Arguments<1>(env, info)[0], "isSystem", isSystem)) SetSystemApp(isSystem);
     return nullptr;
 }
 
 // The logs go last: forgetting the modals may write some.
-napi_value Reset(napi_env env, napi_callback_info /*info*/)
-{
+napi_value Reset(napi_env env, napi_callback_info /*info*/) {
     Instance::Of(env).RemoveModalHandler();
     Faults::Reset();
     Modals::Get().Reset();
@@ -87,8 +72,7 @@ napi_value Reset(napi_env env, napi_callback_info /*info*/)
 
 }  // namespace
 
-bool DefineControlFunctions(napi_env env, napi_value exports)
-{
+bool DefineControlFunctions(napi_env env, napi_value exports) {
     return DefineFunctions(env, exports,
                            {{"failNext", FailNext},
                             {"faults", ListFaults},

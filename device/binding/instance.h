@@ -13,8 +13,7 @@
 namespace StandIn {
 
 /// What the binding keeps for one JS environment that loaded it. On that environment's JS thread only.
-class Instance
-{
+class Instance {
 public:
     /// Makes the instance of `env`, which lives as long as `env`. False if the environment refuses.
     static bool Create(napi_env env);

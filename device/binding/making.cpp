@@ -4,35 +4,26 @@
 
 namespace StandIn {
 
-napi_value MakeNumber(napi_env env, double number)
-{
+napi_value MakeNumber(napi_env env, double number) {
     napi_value value = nullptr;
     (void)napi_create_double(env, number, &value);
     return value;
 }
 
-napi_value MakeFlag(napi_env env, bool flag)
-{
+napi_value MakeFlag(napi_env env, bool flag) {
     napi_value value = nullptr;
     (void)napi_get_boolean(env, flag, &value);
     return value;
 }
 
-ObjectMaker::ObjectMaker(napi_env env) : env_(env)
-{
-    (void)napi_create_object(env, &object_);
-}
+ObjectMaker::ObjectMaker(napi_env env) : env_(env) { (void)napi_create_object(env, &object_); }
 
-ObjectMaker& ObjectMaker::Set(const char* name, napi_value value)
-{
-    if (value != nullptr) {
-        (void)napi_set_named_property(env_, object_, name, value);
-    }
+ObjectMaker& ObjectMaker::Set(const char* name, napi_value value) {
+    if (value != nullptr) (void)napi_set_named_property(env_, object_, name, value);
     return *this;
 }
 
-bool DefineFunctions(napi_env env, napi_value target, std::initializer_list<Function> functions)
-{
+bool DefineFunctions(napi_env env, napi_value target, std::initializer_list<Function> functions) {
     std::vector<napi_property_descriptor> properties;
     for (const Function& function : functions) {
         napi_property_descriptor property{};

@@ -17,8 +17,7 @@ napi_value MakeNumber(napi_env env, double number);
 napi_value MakeFlag(napi_env env, bool flag);
 
 /// Builds one plain object. Null values are left out.
-class ObjectMaker
-{
+class ObjectMaker {
 public:
     explicit ObjectMaker(napi_env env);
 
@@ -36,8 +35,7 @@ private:
 
 /// Makes an array of what `make` gives for each of `items`.
 template <typename Items, typename Make>
-napi_value MakeArray(napi_env env, const Items& items, const Make& make)
-{
+napi_value MakeArray(napi_env env, const Items& items, const Make& make) {
     napi_value array = nullptr;
     (void)napi_create_array(env, &array);
     uint32_t index = 0;

@@ -8,13 +8,11 @@ namespace StandIn {
 
 namespace {
 
-napi_value MakeFlags(napi_env env, std::initializer_list<bool> flags)
-{
+napi_value MakeFlags(napi_env env, std::initializer_list<bool> flags) {
     return MakeArray(env, flags, [env](bool flag) { return MakeFlag(env, flag); });
 }
 
-napi_value MakeWant(napi_env env, const Modal::Want& want)
-{
+napi_value MakeWant(napi_env env, const Modal::Want& want) {
     const auto& element = want.GetElement();
     return ObjectMaker(env)
         .Text("bundleName", element.bundleName)
@@ -24,8 +22,7 @@ napi_value MakeWant(napi_env env, const Modal::Want& want)
         .Object();
 }
 
-napi_value MakeConfig(napi_env env, const Modal::Config& config)
-{
+napi_value MakeConfig(napi_env env, const Modal::Config& config) {
     return ObjectMaker(env)
         .Set("leading", MakeFlags(env, {config.isBackBlocked, config.isKeyboardAvoided, config.isBoundAsync}))
         .Set("trailing", MakeFlags(env, {config.isCoverable, config.isFocusKept, config.isTransparent,
@@ -34,32 +31,27 @@ napi_value MakeConfig(napi_env env, const Modal::Config& config)
 }
 
 /// The modal whose id is the first argument; empty, with a JS exception, if that is no id.
-std::shared_ptr<Modal> FindModal(napi_env env, napi_callback_info info)
-{
+std::shared_ptr<Modal> FindModal(napi_env env, napi_callback_info info) {
     int32_t id = 0;
     return ReadInt32(env, Arguments<1>(env, info)[0], "id", id) ? Modals::Get().Find(id) : nullptr;
 }
 
-napi_value ModalIds(napi_env env, napi_callback_info /*info*/)
-{
+napi_value ModalIds(napi_env env, napi_callback_info /*info*/) {
     return MakeArray(env, Modals::Get().Ids(), [env](int32_t id) { return MakeNumber(env, id); });
 }
 
 // Undefined for a modal that was forgotten meanwhile.
-napi_value ModalRecord(napi_env env, napi_callback_info info)
-{
+napi_value ModalRecord(napi_env env, napi_callback_info info) {
     const auto modal = FindModal(env, info);
     return modal == nullptr ? nullptr : MakeModalRecord(env, *modal);
 }
 
-napi_value IsModalOpen(napi_env env, napi_callback_info info)
-{
+napi_value IsModalOpen(napi_env env, napi_callback_info info) {
     const auto modal = FindModal(env, info);
     return MakeFlag(env, modal != nullptr && modal->IsOpen());
 }
 
-napi_value AwaitModal(napi_env env, napi_callback_info info)
-{
+napi_value AwaitModal(napi_env env, napi_callback_info info) {
     const napi_value taker = Arguments<1>(env, info)[0];
     if (!IsOfType(env, taker, napi_function)) {
         (void)ThrowUnexpected(env, "taker", "a function", taker);
@@ -68,17 +60,13 @@ napi_value AwaitModal(napi_env env, napi_callback_info info)
     return MakeNumber(env, static_cast<double>(Instance::Of(env).AwaitModal(taker)));
 }
 
-napi_value CancelWait(napi_env env, napi_callback_info info)
-{
+napi_value CancelWait(napi_env env, napi_callback_info info) {
     uint64_t ticket = 0;
-    if (!ReadCount(env, Arguments<1>(env, info)[0], "ticket", 1, ticket)) {
-        return nullptr;
-    }
+    if (!ReadCount(env, Arguments<1>(env, info)[0], "ticket", 1, ticket)) return nullptr;
     return MakeFlag(env, Instance::Of(env).CancelWait(ticket));
 }
 
-napi_value OnModal(napi_env env, napi_callback_info info)
-{
+napi_value OnModal(napi_env env, napi_callback_info info) {
     const napi_value handler = Arguments<1>(env, info)[0];
     if (IsOfType(env, handler, napi_null)) {
         Instance::Of(env).RemoveModalHandler();
@@ -92,8 +80,7 @@ napi_value OnModal(napi_env env, napi_callback_info info)
 
 }  // namespace
 
-napi_value MakeModalRecord(napi_env env, const Modal& modal)
-{
+napi_value MakeModalRecord(napi_env env, const Modal& modal) {
     return ObjectMaker(env)
         .Number("id", modal.Id())
         .Number("generation", modal.Generation())
@@ -102,8 +89,7 @@ napi_value MakeModalRecord(napi_env env, const Modal& modal)
         .Object();
 }
 
-bool DefineModalFunctions(napi_env env, napi_value exports)
-{
+bool DefineModalFunctions(napi_env env, napi_value exports) {
     return DefineFunctions(env, exports,
                            {{"modalIds", ModalIds},
                             {"modalRecord", ModalRecord},

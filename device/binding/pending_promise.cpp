@@ -4,8 +4,7 @@
 
 namespace StandIn {
 
-std::shared_ptr<PendingPromise> PendingPromise::Make(napi_env env, napi_value& promise)
-{
+std::shared_ptr<PendingPromise> PendingPromise::Make(napi_env env, napi_value& promise) {
     std::shared_ptr<PendingPromise> pending(new PendingPromise(env));
     if (pending->environment_ == nullptr ||
         napi_create_promise(env, &pending->deferred_, &promise) != napi_ok) {
@@ -14,27 +13,22 @@ std::shared_ptr<PendingPromise> PendingPromise::Make(napi_env env, napi_value& p
     return pending;
 }
 
-void PendingPromise::FailWith(napi_value error)
-{
+void PendingPromise::FailWith(napi_value error) {
     napi_value holder = nullptr;
     if (napi_create_array(env_, &holder) == napi_ok && napi_set_element(env_, holder, 0, error) == napi_ok) {
         error_ = Reference(env_, holder);
     }
 }
 
-void PendingPromise::Settle(std::shared_ptr<PendingPromise> promise)
-{
+void PendingPromise::Settle(std::shared_ptr<PendingPromise> promise) {
     const auto environment = promise->environment_;
     napi_env env = promise->env_;
     (void)environment->Post(env, [promise = std::move(promise)](bool isEnding) {
-        if (!isEnding) {
-            promise->SettleNow();
-        }
+        if (!isEnding) promise->SettleNow();
     });
 }
 
-void PendingPromise::SettleNow()
-{
+void PendingPromise::SettleNow() {
     if (napi_value error = MakeError()) {
         (void)napi_reject_deferred(env_, deferred_, error);
     } else {
@@ -46,8 +40,7 @@ void PendingPromise::SettleNow()
     hold_.Drop();
 }
 
-napi_value PendingPromise::MakeError()
-{
+napi_value PendingPromise::MakeError() {
     napi_value error = nullptr;
     if (!error_.IsEmpty()) {
         (void)napi_get_element(env_, error_.Value(), 0, &error);

@@ -12,8 +12,7 @@ namespace StandIn {
 
 /// A promise that another thread may settle. It holds the loop of its environment until then. One thread at a
 /// time owns it; its last owner is its JS thread.
-class PendingPromise
-{
+class PendingPromise {
 public:
     /// Stores the JS promise in `promise`. Empty if the environment refuses. On `env`'s JS thread.
     static std::shared_ptr<PendingPromise> Make(napi_env env, napi_value& promise);
@@ -26,9 +25,8 @@ public:
     static void Settle(std::shared_ptr<PendingPromise> promise);
 
 private:
-    explicit PendingPromise(napi_env env) : env_(env), environment_(Environment::Of(env)), hold_(environment_)
-    {
-    }
+    explicit PendingPromise(napi_env env)
+        : env_(env), environment_(Environment::Of(env)), hold_(environment_) {}
     void SettleNow();
     napi_value MakeError();
 

@@ -15,8 +15,7 @@ namespace StandIn {
 
 /// The first `COUNT` arguments of a call; undefined where the caller gave none.
 template <size_t COUNT>
-std::array<napi_value, COUNT> Arguments(napi_env env, napi_callback_info info)
-{
+std::array<napi_value, COUNT> Arguments(napi_env env, napi_callback_info info) {
     std::array<napi_value, COUNT> values{};
     size_t count = COUNT;
     (void)napi_get_cb_info(env, info, &count, values.data(), nullptr, nullptr);

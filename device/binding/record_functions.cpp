@@ -24,8 +24,7 @@ struct ParamMaker {
     napi_value operator()(const std::string& text) const { return MakeText(env, text); }
 };
 
-const char* NameOf(EventType type)
-{
+const char* NameOf(EventType type) {
     switch (type) {
         case EventType::FAULT:
             return "FAULT";
@@ -39,14 +38,12 @@ const char* NameOf(EventType type)
     return "BEHAVIOR";
 }
 
-napi_value MakePair(napi_env env, const std::string& key, napi_value value)
-{
+napi_value MakePair(napi_env env, const std::string& key, napi_value value) {
     const napi_value pair[] = {MakeText(env, key), value};
     return MakeArray(env, pair, [](napi_value item) { return item; });
 }
 
-napi_value MakeEvent(napi_env env, const Event& event)
-{
+napi_value MakeEvent(napi_env env, const Event& event) {
     napi_value params = MakeArray(env, event.GetParams(), [env](const auto& param) {
         return MakePair(env, param.first, std::visit(ParamMaker{env}, param.second));
     });
@@ -58,8 +55,7 @@ napi_value MakeEvent(napi_env env, const Event& event)
         .Object();
 }
 
-napi_value MakeTriggerCondition(napi_env env, const TriggerCondition& condition)
-{
+napi_value MakeTriggerCondition(napi_env env, const TriggerCondition& condition) {
     return ObjectMaker(env)
         .Number("row", condition.row)
         .Number("timeout", condition.timeout)
@@ -68,8 +64,7 @@ napi_value MakeTriggerCondition(napi_env env, const TriggerCondition& condition)
         .Object();
 }
 
-napi_value MakeTexts(napi_env env, const std::map<std::string, std::string>& texts)
-{
+napi_value MakeTexts(napi_env env, const std::map<std::string, std::string>& texts) {
     ObjectMaker object(env);
     for (const auto& [key, text] : texts) {
         object.Text(key.c_str(), text);
@@ -77,8 +72,7 @@ napi_value MakeTexts(napi_env env, const std::map<std::string, std::string>& tex
     return object.Object();
 }
 
-napi_value MakeEventConfig(napi_env env, const EventConfig& config)
-{
+napi_value MakeEventConfig(napi_env env, const EventConfig& config) {
     return ObjectMaker(env)
         .Text("domain", config.domain)
         .Text("name", config.name)
@@ -86,8 +80,7 @@ napi_value MakeEventConfig(napi_env env, const EventConfig& config)
         .Object();
 }
 
-napi_value MakeProcessor(napi_env env, const ReportConfig& config)
-{
+napi_value MakeProcessor(napi_env env, const ReportConfig& config) {
     napi_value eventConfigs = MakeArray(
         env, config.eventConfigs, [env](const EventConfig& event) { return MakeEventConfig(env, event); });
     return ObjectMaker(env)
@@ -102,8 +95,7 @@ napi_value MakeProcessor(napi_env env, const ReportConfig& config)
         .Object();
 }
 
-napi_value MakeLogLine(napi_env env, const LogLine& line)
-{
+napi_value MakeLogLine(napi_env env, const LogLine& line) {
     return ObjectMaker(env)
         .Text("level", std::string(1, LetterOf(line.level)))
         .Number("domain", line.domain)
@@ -112,28 +104,24 @@ napi_value MakeLogLine(napi_env env, const LogLine& line)
         .Object();
 }
 
-napi_value Logs(napi_env env, napi_callback_info /*info*/)
-{
+napi_value Logs(napi_env env, napi_callback_info /*info*/) {
     return MakeArray(env, LogStore::Get().Lines(),
                      [env](const LogLine& line) { return MakeLogLine(env, line); });
 }
 
-napi_value AnalyticsEvents(napi_env env, napi_callback_info /*info*/)
-{
+napi_value AnalyticsEvents(napi_env env, napi_callback_info /*info*/) {
     return MakeArray(env, EventStore::Get().Events(),
                      [env](const Event& event) { return MakeEvent(env, event); });
 }
 
-napi_value AnalyticsProcessors(napi_env env, napi_callback_info /*info*/)
-{
+napi_value AnalyticsProcessors(napi_env env, napi_callback_info /*info*/) {
     return MakeArray(env, EventStore::Get().Processors(),
                      [env](const ReportConfig& config) { return MakeProcessor(env, config); });
 }
 
 }  // namespace
 
-bool DefineRecordFunctions(napi_env env, napi_value exports)
-{
+bool DefineRecordFunctions(napi_env env, napi_value exports) {
     return DefineFunctions(
         env, exports,
         {{"logs", Logs}, {"analyticsEvents", AnalyticsEvents}, {"analyticsProcessors", AnalyticsProcessors}});

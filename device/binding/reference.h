@@ -7,39 +7,28 @@
 namespace StandIn {
 
 /// Keeps a JS object or function alive. Used and destroyed on its environment's JS thread only, unless empty.
-class Reference
-{
+class Reference {
 public:
     Reference() = default;
-    Reference(napi_env env, napi_value value) : env_(env)
-    {
+    Reference(napi_env env, napi_value value) : env_(env) {
         (void)napi_create_reference(env, value, 1, &reference_);
     }
     Reference(Reference&& other) noexcept
-        : env_(other.env_), reference_(std::exchange(other.reference_, nullptr))
-    {
-    }
-    Reference& operator=(Reference&& other) noexcept
-    {
+        : env_(other.env_), reference_(std::exchange(other.reference_, nullptr)) {}
+    Reference& operator=(Reference&& other) noexcept {
         std::swap(env_, other.env_);
         std::swap(reference_, other.reference_);
         return *this;
     }
-    ~Reference()
-    {
-        if (reference_ != nullptr) {
-            (void)napi_delete_reference(env_, reference_);
-        }
+    ~Reference() {
+        if (reference_ != nullptr) (void)napi_delete_reference(env_, reference_);
     }
 
     bool IsEmpty() const { return reference_ == nullptr; }
     /// Null if there is none.
-    napi_value Value() const
-    {
+    napi_value Value() const {
         napi_value value = nullptr;
-        if (reference_ != nullptr) {
-            (void)napi_get_reference_value(env_, reference_, &value);
-        }
+        if (reference_ != nullptr) (void)napi_get_reference_value(env_, reference_, &value);
         return value;
     }
 

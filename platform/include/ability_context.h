@@ -6,8 +6,7 @@
 namespace OHOS::AbilityRuntime {
 
 /// The context of an ability that owns a window.
-class AbilityContext : public Context
-{
+class AbilityContext : public Context {
 public:
     static constexpr size_t CONTEXT_TYPE_ID = 1;
 

@@ -11,8 +11,7 @@ namespace OHOS::HiviewDFX {
 enum class EventType { FAULT = 1, STATISTIC = 2, SECURITY = 3, BEHAVIOR = 4 };
 
 /// One application event: its domain, name and type, and parameters in the order they were added.
-class Event
-{
+class Event {
 public:
     using Value = std::variant<int32_t, int64_t, std::string>;
     using Params = std::vector<std::pair<std::string, Value>>;

@@ -34,8 +34,7 @@ struct ReportConfig {
     std::vector<EventConfig> eventConfigs;
 };
 
-class AppEventProcessorMgr
-{
+class AppEventProcessorMgr {
 public:
     /// Registers a processor. Returns its id, 0 or above; negative if it was refused. Callable from any
     /// thread.

@@ -10,8 +10,7 @@ namespace OHOS::AbilityRuntime {
 
 /// A stage-model context: what an application component knows of its surroundings. Always held by shared
 /// pointers; callable from any thread.
-class Context
-{
+class Context {
 public:
     virtual ~Context() = default;
 
@@ -23,11 +22,8 @@ public:
 
     /// Checked conversion to the class `T` that declares a `CONTEXT_TYPE_ID`; empty if it is of another kind.
     template <typename T>
-    static std::shared_ptr<T> ConvertTo(const std::shared_ptr<Context>& context)
-    {
-        if (context == nullptr || !context->IsContext(T::CONTEXT_TYPE_ID)) {
-            return nullptr;
-        }
+    static std::shared_ptr<T> ConvertTo(const std::shared_ptr<Context>& context) {
+        if (context == nullptr || !context->IsContext(T::CONTEXT_TYPE_ID)) return nullptr;
         return std::static_pointer_cast<T>(context);
     }
 

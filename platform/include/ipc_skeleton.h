@@ -4,8 +4,7 @@
 
 namespace OHOS {
 
-class IPCSkeleton
-{
+class IPCSkeleton {
 public:
     /// The full token identifier of the calling application: of this process outside an IPC call.
     static uint64_t GetCallingFullTokenID();

@@ -8,8 +8,7 @@ namespace OHOS {
 
 /// Base of objects that count their own holders; the last `sptr` to go deletes the object.
 /// Counting is thread-safe, the object's own members are not guarded.
-class RefBase
-{
+class RefBase {
 public:
     RefBase() = default;
     RefBase(const RefBase&) = delete;
@@ -18,11 +17,8 @@ public:
 
     void IncStrongRef(const void* /*holder*/) { holders_.fetch_add(1, std::memory_order_relaxed); }
 
-    void DecStrongRef(const void* /*holder*/)
-    {
-        if (holders_.fetch_sub(1, std::memory_order_acq_rel) == 1) {
-            delete this;
-        }
+    void DecStrongRef(const void* /*holder*/) {
+        if (holders_.fetch_sub(1, std::memory_order_acq_rel) == 1) delete this;
     }
 
 private:
@@ -31,26 +27,19 @@ private:
 
 /// One counted hold on a `RefBase`, or none.
 template <typename T>
-class sptr  // NOLINT(readability-identifier-naming): the platform's own spelling
-{
+class sptr {  // NOLINT(readability-identifier-naming): the platform's own spelling
 public:
     sptr() = default;
-    sptr(T* object) : object_(object)  // NOLINT(google-explicit-constructor): as on the platform
-    {
-        if (object_ != nullptr) {
-            object_->IncStrongRef(this);
-        }
+    // As on the platform: NOLINTNEXTLINE(google-explicit-constructor)
+    sptr(T* object) : object_(object) {
+        if (object_ != nullptr) object_->IncStrongRef(this);
     }
     sptr(const sptr& other) : sptr(other.object_) {}
     sptr(sptr&& other) noexcept : object_(std::exchange(other.object_, nullptr)) {}
-    ~sptr()
-    {
-        if (object_ != nullptr) {
-            object_->DecStrongRef(this);
-        }
+    ~sptr() {
+        if (object_ != nullptr) object_->DecStrongRef(this);
     }
-    sptr& operator=(sptr other) noexcept
-    {
+    sptr& operator=(sptr other) noexcept {
         std::swap(object_, other.object_);
         return *this;
     }

@@ -11,8 +11,7 @@ enum RState { SUCCESS = 0, NOT_FOUND = 9001002 };
 
 /// Reads an application package's resources. Each read sets `length`, in bytes, and `data`, which the caller
 /// then owns; a resource that is not there gives `NOT_FOUND` and length 0. Callable from any thread.
-class ResourceManager
-{
+class ResourceManager {
 public:
     virtual ~ResourceManager() = default;
 

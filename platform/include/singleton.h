@@ -9,19 +9,15 @@ namespace OHOS {
 /// Lazily creates the one instance of `T` that lives until the process ends. Callable from any thread.
 /// The instance is never destroyed: detached threads may still use it while the process exits.
 template <typename T>
-class DelayedSingleton
-{
+class DelayedSingleton {
 public:
     DelayedSingleton() = delete;
 
     /// The shared instance; empty only if it could not be allocated.
-    static std::shared_ptr<T> GetInstance()
-    {
+    static std::shared_ptr<T> GetInstance() {
         static Holder& holder = *new Holder();
         std::lock_guard<std::mutex> guard(holder.mutex);
-        if (holder.instance == nullptr) {
-            holder.instance.reset(new (std::nothrow) T());
-        }
+        if (holder.instance == nullptr) holder.instance.reset(new (std::nothrow) T());
         return holder.instance;
     }
 

@@ -7,8 +7,7 @@
 namespace OHOS::MiscServices {
 
 /// The client of the time service. Callable from any thread.
-class TimeServiceClient : public RefBase
-{
+class TimeServiceClient : public RefBase {
 public:
     static sptr<TimeServiceClient> GetInstance();
 

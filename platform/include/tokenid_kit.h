@@ -4,8 +4,7 @@
 
 namespace OHOS::Security::AccessToken {
 
-class TokenIdKit
-{
+class TokenIdKit {
 public:
     /// Whether the full token identifier `tokenId` belongs to a system application.
     static bool IsSystemAppByFullTokenID(uint64_t tokenId);

@@ -7,8 +7,7 @@
 namespace OHOS::Ace {
 
 /// The content of a window. Callable from any thread.
-class UIContent
-{
+class UIContent {
 public:
     virtual ~UIContent() = default;
 

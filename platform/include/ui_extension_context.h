@@ -6,8 +6,7 @@
 namespace OHOS::AbilityRuntime {
 
 /// The context of a UI extension, shown in a window of its host.
-class UIExtensionContext : public Context
-{
+class UIExtensionContext : public Context {
 public:
     static constexpr size_t CONTEXT_TYPE_ID = 2;
 

@@ -7,8 +7,7 @@
 namespace OHOS::AAFwk {
 
 /// A request to start an ability: the element that names it, and its parameters. A plain value type.
-class Want
-{
+class Want {
 public:
     /// The ability's address; an empty device id is the local device.
     struct ElementName {

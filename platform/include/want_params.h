@@ -11,8 +11,7 @@ namespace OHOS::AAFwk {
 
 /// Typed key-value parameters that travel between applications. A plain value type: copies share nothing that
 /// can change, so distinct copies may be used from distinct threads.
-class WantParams
-{
+class WantParams {
 public:
     /// A 32-bit integer, a double, a boolean, a text in UTF-8, a list of texts or nested parameters.
     using Value = std::variant<int32_t, double, bool, std::string, std::vector<std::string>,

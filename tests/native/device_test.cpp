@@ -21,14 +21,10 @@ using StandIn::Clock;
 
 namespace {
 
-std::string LastLine()
-{
-    return StandIn::LogStore::Get().Lines().back().message;
-}
+std::string LastLine() { return StandIn::LogStore::Get().Lines().back().message; }
 
 /// A thread that sleeps twice and notes when it woke.
-std::thread StartSleeper(const std::string& name, Clock::Nanoseconds span, std::vector<std::string>& trace)
-{
+std::thread StartSleeper(const std::string& name, Clock::Nanoseconds span, std::vector<std::string>& trace) {
     return std::thread([name, span, &trace, start = Clock::Get().NowMs()] {
         for (int round = 0; round < 2; ++round) {
             std::this_thread::sleep_for(span);
@@ -39,8 +35,7 @@ std::thread StartSleeper(const std::string& name, Clock::Nanoseconds span, std::
 
 }  // namespace
 
-TEST(ManualClock, WakesInOrderOfDeadlineThenBirth)
-{
+TEST(ManualClock, WakesInOrderOfDeadlineThenBirth) {
     Clock& clock = Clock::Get();
     clock.SetManual();
     const int64_t start = clock.NowMs();
@@ -62,8 +57,7 @@ TEST(ManualClock, WakesInOrderOfDeadlineThenBirth)
     EXPECT_FALSE(clock.Advance(1ms));
 }
 
-TEST(Log, FormatsWhenReadWithoutPrivacyMarks)
-{
+TEST(Log, FormatsWhenReadWithoutPrivacyMarks) {
     std::string text = "a";
     char buffer[] = "b";
     HiLogPrint(LOG_CORE, LOG_INFO, 1, "TAG", "%{public}s%s is %{private}d%% of %{public}lu, %x", text.c_str(),
@@ -81,8 +75,7 @@ TEST(Log, FormatsWhenReadWithoutPrivacyMarks)
     EXPECT_EQ(LastLine(), "[%d]") << "no argument";
 }
 
-TEST(Log, CutsLongLinesAndRefusesNoTag)
-{
+TEST(Log, CutsLongLinesAndRefusesNoTag) {
     const std::string longText(5000, 'x');
     HiLogPrint(LOG_CORE, LOG_INFO, 1, "TAG", "%{public}s%{public}s%{public}d", longText.c_str(), "y", 1);
     EXPECT_EQ(LastLine(), longText.substr(0, 4095));
@@ -92,8 +85,7 @@ TEST(Log, CutsLongLinesAndRefusesNoTag)
     EXPECT_EQ(LastLine(), "short again");
 }
 
-TEST(Log, KeepsTheLastLines)
-{
+TEST(Log, KeepsTheLastLines) {
     StandIn::LogStore::Get().Clear();
     constexpr int COUNT = 10000;
     for (int i = 0; i < COUNT; ++i) {
@@ -105,8 +97,7 @@ TEST(Log, KeepsTheLastLines)
     EXPECT_EQ(lines.back().message, std::to_string(COUNT - 1));
 }
 
-TEST(WantParams, AnswersByTypeOnly)
-{
+TEST(WantParams, AnswersByTypeOnly) {
     Want want;
     want.SetParam("number", 7).SetParam("text", "seven");
     const WantParams& params = want.GetParams();
@@ -119,8 +110,7 @@ TEST(WantParams, AnswersByTypeOnly)
     EXPECT_EQ(want.GetStringParam("number"), "now a text");
 }
 
-TEST(Faults, SkipThenFailThenForget)
-{
+TEST(Faults, SkipThenFailThenForget) {
     using StandIn::Faults;
     EXPECT_FALSE(Faults::Arm("no_such_call", 0, 1));
     ASSERT_TRUE(Faults::Arm("uv_queue_work", 2, 2));

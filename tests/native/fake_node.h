@@ -19,8 +19,7 @@
 
 /// A value that a test knows by its address.
 template <typename Handle = napi_value>
-Handle AsHandle(size_t number)
-{
+Handle AsHandle(size_t number) {
     static char handles[8];
     return reinterpret_cast<Handle>(&handles[number]);
 }
@@ -29,8 +28,7 @@ Handle AsHandle(size_t number)
 void RefuseNextWork();
 
 /// A test on one JS environment, whose thread this is.
-class FakeNodeTest : public testing::Test
-{
+class FakeNodeTest : public testing::Test {
 protected:
     using Deeds = std::vector<std::string>;
 
@@ -46,8 +44,7 @@ protected:
 };
 
 /// A window that numbers its modals from 1 on.
-class FakeContent final : public OHOS::Ace::UIContent
-{
+class FakeContent final : public OHOS::Ace::UIContent {
 public:
     using Callbacks = OHOS::Ace::ModalUIExtensionCallbacks;
 
@@ -55,10 +52,8 @@ public:
                                    OHOS::Ace::ModalUIExtensionConfig config) override;
     void CloseModalUIExtension(int32_t sessionId) override;
 
-    std::function<void()> whileOpening = [] {
-    };  // run with the modal's callbacks among `opened`
-    std::function<void()> whileClosing = [] {
-    };
+    std::function<void()> whileOpening = [] {};  // run with the modal's callbacks among `opened`
+    std::function<void()> whileClosing = [] {};
     std::vector<OHOS::AAFwk::Want> wants;
     std::vector<Callbacks> opened;
     std::vector<int32_t> closed;

@@ -11,18 +11,15 @@
 
 using namespace TAVIK::GAME_PLAYER;
 
-class Listeners : public FakeNodeTest
-{
+class Listeners : public FakeNodeTest {
 protected:
-    static void On(napi_env env, size_t function)
-    {
+    static void On(napi_env env, size_t function) {
         (void)WithListeners([&](GamePlayerEventCallback& listeners) {
             listeners.RegisterGameEventCallback(env, EVENT_PLAYER_CHANGED, AsHandle(function), AsHandle(0));
         });
     }
 
-    static Deeds Off(napi_env env, size_t function = 0)
-    {
+    static Deeds Off(napi_env env, size_t function = 0) {
         (void)WithListeners([&](GamePlayerEventCallback& listeners) {
             if (function == 0) {
                 listeners.UnRegisterGameEventCallback(env, EVENT_PLAYER_CHANGED);
@@ -33,15 +30,13 @@ protected:
         return RunLoop();
     }
 
-    Deeds Raise() const
-    {
+    Deeds Raise() const {
         ModalUICallback::DoGameEvent(envInfo, 0, EVENT_PLAYER_CHANGED, "who");
         return RunLoop();
     }
 };
 
-TEST_F(Listeners, ComeHearAndGoWithoutALockHeld)
-{
+TEST_F(Listeners, ComeHearAndGoWithoutALockHeld) {
     On(envInfo->env, 1);
     On(envInfo->env, 2);
     On(envInfo->env, 1);
@@ -52,8 +47,7 @@ TEST_F(Listeners, ComeHearAndGoWithoutALockHeld)
     EXPECT_EQ(Raise(), Deeds{});
 }
 
-TEST_F(Listeners, OfOneThreadAreToldApartByTheirEnvironment)
-{
+TEST_F(Listeners, OfOneThreadAreToldApartByTheirEnvironment) {
     const auto second = AsHandle<napi_env>(1);
     const auto third = AsHandle<napi_env>(2);
     DeleteEnvInfo(envInfo.get());
@@ -65,8 +59,7 @@ TEST_F(Listeners, OfOneThreadAreToldApartByTheirEnvironment)
         << "though its thread's first environment has ended";
 }
 
-TEST_F(Listeners, OfASecondEnvironmentHearNothingOfTheFirst)
-{
+TEST_F(Listeners, OfASecondEnvironmentHearNothingOfTheFirst) {
     const auto second = AsHandle<napi_env>(1);
     On(second, 1);
     EXPECT_EQ(Raise(), Deeds{});

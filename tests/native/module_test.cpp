@@ -18,14 +18,12 @@ namespace {
 napi_module* gRegistered = nullptr;
 
 // A handle that nobody follows.
-napi_env AsEnv(size_t number)
-{
+napi_env AsEnv(size_t number) {
     static char handles[3];
     return reinterpret_cast<napi_env>(&handles[number]);
 }
 
-std::vector<std::string> TakeLog()
-{
+std::vector<std::string> TakeLog() {
     std::vector<std::string> messages;
     for (const StandIn::LogLine& line : StandIn::LogStore::Get().Lines()) {
         messages.push_back(line.message.substr(line.message.find(']') + 1));
@@ -37,13 +35,9 @@ std::vector<std::string> TakeLog()
 }  // namespace
 
 // In Node's place: called by the module's constructor before main.
-extern "C" void napi_module_register(napi_module* record)
-{
-    gRegistered = record;
-}
+extern "C" void napi_module_register(napi_module* record) { gRegistered = record; }
 
-TEST(ModuleRecord, IsRegisteredWhenTheLibraryIsLoaded)
-{
+TEST(ModuleRecord, IsRegisteredWhenTheLibraryIsLoaded) {
     ASSERT_NE(gRegistered, nullptr);
     EXPECT_STREQ(gRegistered->nm_modname, "core.velmor.gamePlayerExtensionAbility");
     EXPECT_EQ(gRegistered->nm_version, 1);
@@ -56,8 +50,7 @@ TEST(ModuleRecord, IsRegisteredWhenTheLibraryIsLoaded)
     }
 }
 
-TEST(EnvRegistry, KnowsWhatIsRegisteredAndNothingElse)
-{
+TEST(EnvRegistry, KnowsWhatIsRegisteredAndNothingElse) {
     auto first = std::make_shared<EnvInfo>(EnvInfo{AsEnv(1)});
     auto second = std::make_shared<EnvInfo>(EnvInfo{AsEnv(2)});
     SaveEnvInfo(first);
@@ -70,8 +63,7 @@ TEST(EnvRegistry, KnowsWhatIsRegisteredAndNothingElse)
     EXPECT_FALSE(IsValidEnv(second));
 }
 
-TEST(EnvRegistry, TakesOneOfTwoEntriesAway)
-{
+TEST(EnvRegistry, TakesOneOfTwoEntriesAway) {
     auto info = std::make_shared<EnvInfo>();
     SaveEnvInfo(info);
     SaveEnvInfo(info);
@@ -81,8 +73,7 @@ TEST(EnvRegistry, TakesOneOfTwoEntriesAway)
     EXPECT_FALSE(IsValidEnv(info));
 }
 
-TEST(EnvRegistry, DropsAnEnvironmentWhoseHandleIsInUseAgain)
-{
+TEST(EnvRegistry, DropsAnEnvironmentWhoseHandleIsInUseAgain) {
     auto unnoticed = std::make_shared<EnvInfo>(EnvInfo{AsEnv(1)});
     auto next = std::make_shared<EnvInfo>(EnvInfo{AsEnv(1)});
     SaveEnvInfo(unnoticed);
@@ -92,8 +83,7 @@ TEST(EnvRegistry, DropsAnEnvironmentWhoseHandleIsInUseAgain)
     DeleteEnvInfo(next.get());
 }
 
-TEST(EnvRegistry, GivesNoAddressAwayThatIsStillHeld)
-{
+TEST(EnvRegistry, GivesNoAddressAwayThatIsStillHeld) {
     auto held = std::make_shared<EnvInfo>();
     SaveEnvInfo(held);
     DeleteEnvInfo(held.get());
@@ -103,8 +93,7 @@ TEST(EnvRegistry, GivesNoAddressAwayThatIsStillHeld)
     }
 }
 
-TEST(EnvRegistry, LogsNullAndPassesOverTheUnknown)
-{
+TEST(EnvRegistry, LogsNullAndPassesOverTheUnknown) {
     (void)TakeLog();
     SaveEnvInfo(nullptr);
     DeleteEnvInfo(nullptr);
@@ -118,8 +107,7 @@ TEST(EnvRegistry, LogsNullAndPassesOverTheUnknown)
     EXPECT_EQ(TakeLog(), expected);
 }
 
-TEST(ErrorTable, HasNoTextForOtherCodes)
-{
+TEST(ErrorTable, HasNoTextForOtherCodes) {
     for (int32_t code : {-1, 1, 9, 10, 200, 100015, 1002000000, 1002000018}) {
         EXPECT_EQ(FindErrorMessage(code), nullptr) << code;
     }

@@ -22,21 +22,18 @@ using namespace TAVIK::GAME_PLAYER;
 
 namespace {
 
-std::string Encode(const std::string& text)
-{
+std::string Encode(const std::string& text) {
     return Base64Encode(reinterpret_cast<const uint8_t*>(text.data()), text.size());
 }
 
 /// The value of one base64 digit; 64 for any other character.
-uint32_t DigitOf(char digit)
-{
+uint32_t DigitOf(char digit) {
     constexpr std::string_view DIGITS = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
     return static_cast<uint32_t>(std::min(DIGITS.find(digit), DIGITS.size()));
 }
 
 /// RFC 4648, section 4, read strictly; "invalid" for what that forbids, bits that are left over included.
-std::string Decode(const std::string& text)
-{
+std::string Decode(const std::string& text) {
     const size_t end = std::min(text.find('='), text.size());
     if (text.size() % 4 != 0 || text.size() - end > 2 ||
         text.find_first_not_of('=', end) != std::string::npos) {
@@ -46,9 +43,7 @@ std::string Decode(const std::string& text)
     uint32_t bits = 0;
     int count = 0;
     for (size_t i = 0; i < end; ++i) {
-        if (DigitOf(text[i]) > 63) {
-            return "invalid";
-        }
+        if (DigitOf(text[i]) > 63) return "invalid";
         bits = bits << 6 | DigitOf(text[i]);
         count += 6;
         if (count >= 8) {
@@ -60,23 +55,20 @@ std::string Decode(const std::string& text)
 }
 
 /// `length` bytes that count up from another one for each length.
-std::string SomeBytes(size_t length)
-{
+std::string SomeBytes(size_t length) {
     std::string bytes(length, '\0');
     std::iota(bytes.begin(), bytes.end(), static_cast<char>(length));
     return bytes;
 }
 
-std::string LastMessage()
-{
+std::string LastMessage() {
     const std::string message = StandIn::LogStore::Get().Lines().back().message;
     return message.substr(message.find(']') + 1);
 }
 
 }  // namespace
 
-TEST(Base64, EncodesTheKnownVectors)
-{
+TEST(Base64, EncodesTheKnownVectors) {
     for (auto [text, encoded] : {std::pair{"f", "Zg=="},
                                  {"fo", "Zm8="},
                                  {"foo", "Zm9v"},
@@ -88,8 +80,7 @@ TEST(Base64, EncodesTheKnownVectors)
     EXPECT_EQ(Encode("\xfb\xff\xbf"), "+/+/");
 }
 
-TEST(Base64, IsReadBackFromAnyLengthOnOneLine)
-{
+TEST(Base64, IsReadBackFromAnyLengthOnOneLine) {
     for (size_t length = 1; length <= 200; ++length) {
         const std::string bytes = SomeBytes(length);
         const std::string encoded = Encode(bytes);
@@ -100,8 +91,7 @@ TEST(Base64, IsReadBackFromAnyLengthOnOneLine)
     EXPECT_TRUE(Decode(Encode(large)) == large);
 }
 
-TEST(Base64, EncodesNothingToNothing)
-{
+TEST(Base64, EncodesNothingToNothing) {
     const uint8_t byte = 0;
     for (auto [data, length] : {std::pair<const uint8_t*, size_t>{nullptr, 0}, {nullptr, 1}, {&byte, 0}}) {
         StandIn::LogStore::Get().Clear();
@@ -110,8 +100,7 @@ TEST(Base64, EncodesNothingToNothing)
     }
 }
 
-TEST(Records, WriteTheirFieldsByKeyAndTextAsItIs)
-{
+TEST(Records, WriteTheirFieldsByKeyAndTextAsItIs) {
     EXPECT_EQ((RVQPlayerRole{"1", "\u5c0f\u9f99", "3", "\U0001f409", "5", "6", "7"}.ToString()),
               "{\"gamePlayerId\":\"5\",\"roleId\":\"1\",\"roleName\":\"\u5c0f\u9f99\",\"serverId\":\"3\","
               "\"serverName\":\"\U0001f409\",\"teamPlayerId\":\"6\",\"thirdOpenId\":\"7\"}");
@@ -124,8 +113,7 @@ TEST(Records, WriteTheirFieldsByKeyAndTextAsItIs)
               R"([{"accountName":"b","encodedIcon":"Zg=="},{"accountName":"a","encodedIcon":""}]})");
 }
 
-TEST(Records, LeaveOutWhatWasNotGiven)
-{
+TEST(Records, LeaveOutWhatWasNotGiven) {
     EXPECT_EQ((UnionLoginParam{false, 5, {}, false}.ToString()),
               R"({"showLoginDialog":false,"thirdAccountInfos":[]})");
     for (auto [isRealName, isAdult, ageRange, text] :
@@ -138,8 +126,7 @@ TEST(Records, LeaveOutWhatWasNotGiven)
 }
 
 // Any call of Node-API would end this process.
-TEST(Methods, DoNothingInAnEnvironmentThatIsGone)
-{
+TEST(Methods, DoNothingInAnEnvironmentThatIsGone) {
     using Manager = GamePlayerExtensionAbilityManager;
     const std::vector<std::pair<std::string, napi_callback>> methods = {
         {"Init", Manager::Init},

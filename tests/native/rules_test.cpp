@@ -54,30 +54,24 @@ const std::vector<Row> ROWS = {
 };
 
 template <typename Value>
-bool Has(const std::vector<Value>& list, Value value)
-{
+bool Has(const std::vector<Value>& list, Value value) {
     return list.empty() || std::find(list.begin(), list.end(), value) != list.end();
 }
 
-const std::string& EffectOf(AnswerKind kind, int32_t code, int32_t type)
-{
+const std::string& EffectOf(AnswerKind kind, int32_t code, int32_t type) {
     auto fits = [&](const Row& row) {
         return Has(row.kinds, kind) && Has(row.codes, code) && Has(row.types, type);
     };
     return std::find_if(ROWS.begin(), ROWS.end(), fits)->effect;
 }
 
-std::string Expected(AnswerKind kind, int32_t code, int32_t type, RequestState state)
-{
+std::string Expected(AnswerKind kind, int32_t code, int32_t type, RequestState state) {
     std::string effect = state == RequestState::ENDED ? "" : EffectOf(kind, code, type);
-    if (state != RequestState::WAITING) {
-        std::replace(effect.begin(), effect.end(), 'M', 'C');
-    }
+    if (state != RequestState::WAITING) std::replace(effect.begin(), effect.end(), 'M', 'C');
     return effect;
 }
 
-std::string Show(const Verdict& verdict)
-{
+std::string Show(const Verdict& verdict) {
     std::string effect;
     for (auto [isSo, letter] : {std::pair{verdict.exits, 'X'},
                                 {verdict.event == GameEvent::PLAYER_CHANGED, 'P'},
@@ -94,8 +88,7 @@ std::string Show(const Verdict& verdict)
     return effect;
 }
 
-void CheckAll(AnswerKind kind, RequestState state)
-{
+void CheckAll(AnswerKind kind, RequestState state) {
     for (int32_t code : CODES) {
         for (int32_t type : TYPES) {
             EXPECT_EQ(Show(Judge(kind, code, type, state)), Expected(kind, code, type, state))
@@ -107,8 +100,7 @@ void CheckAll(AnswerKind kind, RequestState state)
 
 }  // namespace
 
-TEST(AnswerRules, JudgeEveryAnswer)
-{
+TEST(AnswerRules, JudgeEveryAnswer) {
     for (AnswerKind kind : {RESULT, RECEIVE, ERROR, RELEASE}) {
         for (RequestState state :
              {RequestState::WAITING, RequestState::ANSWERED, RequestState::OPEN, RequestState::ENDED}) {

@@ -29,42 +29,30 @@ using Callbacks = FakeContent::Callbacks;
 using AnswerFunction = std::function<void(const Callbacks& callbacks)>;
 
 const auto RESULT = [](int32_t code) {
-    return [code](const Callbacks& callbacks) {
-        callbacks.onResult(code, AAFwk::Want());
-    };
+    return [code](const Callbacks& callbacks) { callbacks.onResult(code, AAFwk::Want()); };
 };
 const auto RELEASE = [](int32_t code) {
-    return [code](const Callbacks& callbacks) {
-        callbacks.onRelease(code);
-    };
+    return [code](const Callbacks& callbacks) { callbacks.onRelease(code); };
 };
 const auto ERROR = [](int32_t code) {
-    return [code](const Callbacks& callbacks) {
-        callbacks.onError(code, "", "");
-    };
+    return [code](const Callbacks& callbacks) { callbacks.onError(code, "", ""); };
 };
 
-void Receive(const Callbacks& callbacks, int32_t code, int32_t playableTime = 0)
-{
+void Receive(const Callbacks& callbacks, int32_t code, int32_t playableTime = 0) {
     AAFwk::WantParams data;
     data.SetParam("resultCode", code);
     data.SetParam("playableTime", playableTime);
     callbacks.onReceive(data);
 }
 
-size_t CountEnds()
-{
-    return StandIn::EventStore::Get().Events().size();
-}
+size_t CountEnds() { return StandIn::EventStore::Get().Events().size(); }
 
 }  // namespace
 
 /// The parameter tells whether the platform answers on a thread that it waits for.
-class Session : public FakeNodeTest, public testing::WithParamInterface<bool>
-{
+class Session : public FakeNodeTest, public testing::WithParamInterface<bool> {
 protected:
-    void TearDown() override
-    {
+    void TearDown() override {
         StandIn::Clock::Get().Reset();
         (void)WithListeners([this](GamePlayerEventCallback& listeners) {
             listeners.UnRegisterGameEventCallback(envInfo->env, EVENT_PLAYER_CHANGED);
@@ -73,8 +61,7 @@ protected:
     }
 
     /// Starts a request of a type; what becomes of its record is seen in `observed`.
-    void Start(int32_t requestType, bool isAnswered = true)
-    {
+    void Start(int32_t requestType, bool isAnswered = true) {
         auto request = MakeRequest(content, requestType);
         request->hasMsgBack = !isAnswered;
         observed = request;
@@ -82,16 +69,14 @@ protected:
             ->StartUIExtensionAbility(MakeGameServiceWant(requestType));
     }
 
-    void Listen() const
-    {
+    void Listen() const {
         (void)WithListeners([this](GamePlayerEventCallback& listeners) {
             listeners.RegisterGameEventCallback(envInfo->env, EVENT_PLAYER_CHANGED, AsHandle(5), AsHandle(6));
         });
     }
 
     /// Gives an answer of the latest modal from within a call of the platform.
-    std::function<void()> Answering(const AnswerFunction& answer)
-    {
+    std::function<void()> Answering(const AnswerFunction& answer) {
         return [this, answer] {
             const Callbacks callbacks = content.opened.back();
             if (GetParam()) {
@@ -109,8 +94,7 @@ protected:
 INSTANTIATE_TEST_SUITE_P(OnTheCallersThread, Session, Values(false));
 INSTANTIATE_TEST_SUITE_P(OnAThreadThatIsWaitedFor, Session, Values(true));
 
-TEST_P(Session, IsSettledOnceThoughAnAnswerComesFromWithinTheCloseCall)
-{
+TEST_P(Session, IsSettledOnceThoughAnAnswerComesFromWithinTheCloseCall) {
     for (const AnswerFunction& nested : std::vector<AnswerFunction>{RESULT(0), ERROR(5), RELEASE(1)}) {
         const size_t before = CountEnds();
         content.whileClosing = Answering(nested);
@@ -123,8 +107,7 @@ TEST_P(Session, IsSettledOnceThoughAnAnswerComesFromWithinTheCloseCall)
     EXPECT_EQ(content.closed, (std::vector<int32_t>{1, 2, 3})) << "each modal once";
 }
 
-TEST_P(Session, IsClosedOnceItsIdIsKnownIfAnAnswerFromWithinTheOpeningWantsThat)
-{
+TEST_P(Session, IsClosedOnceItsIdIsKnownIfAnAnswerFromWithinTheOpeningWantsThat) {
     content.whileOpening = Answering(RELEASE(1));
     Start(REQUEST_BIND_PLAYER);
     EXPECT_EQ(content.closed, std::vector<int32_t>{1});
@@ -136,16 +119,14 @@ TEST_P(Session, IsClosedOnceItsIdIsKnownIfAnAnswerFromWithinTheOpeningWantsThat)
     EXPECT_TRUE(observed.expired());
 }
 
-TEST_P(Session, StaysOpenIfNoAnswerFromWithinTheOpeningWantsItClosed)
-{
+TEST_P(Session, StaysOpenIfNoAnswerFromWithinTheOpeningWantsItClosed) {
     content.whileOpening = Answering(RELEASE(0));
     Start(REQUEST_BIND_PLAYER);
     EXPECT_FALSE(observed.expired());
     EXPECT_TRUE(content.closed.empty());
 }
 
-TEST_P(Session, EndsWithAPageThatIsReleasedFromWithinTheOpening)
-{
+TEST_P(Session, EndsWithAPageThatIsReleasedFromWithinTheOpening) {
     content.whileOpening = Answering(RELEASE(0));
     Start(REQUEST_LAUNCH_COMMON_PAGE, false);
     EXPECT_EQ(content.closed, std::vector<int32_t>{1});
@@ -154,8 +135,7 @@ TEST_P(Session, EndsWithAPageThatIsReleasedFromWithinTheOpening)
 
 // A close call that waits for the thread that answers would wait for ever if the request were locked
 // meanwhile.
-TEST_P(Session, LetsAReleaseFromWithinTheCloseCallOfItsTimerEndIt)
-{
+TEST_P(Session, LetsAReleaseFromWithinTheCloseCallOfItsTimerEndIt) {
     StandIn::Clock::Get().SetManual();
     auto request = MakeRequest(content, REQUEST_QUICK_GAME_LOGIN);
     request->hasMsgBack = true;
@@ -167,8 +147,7 @@ TEST_P(Session, LetsAReleaseFromWithinTheCloseCallOfItsTimerEndIt)
     EXPECT_TRUE(observed.expired());
 }
 
-TEST_P(Session, ClosesTheModalBeforeUntilTheIdOfItsAntiAddictionPageIsKnown)
-{
+TEST_P(Session, ClosesTheModalBeforeUntilTheIdOfItsAntiAddictionPageIsKnown) {
     StandIn::Clock::Get().SetManual();
     Start(REQUEST_VERIFY_LOCAL_PLAYER);
     Receive(content.opened[0], 0, 1);
@@ -180,8 +159,7 @@ TEST_P(Session, ClosesTheModalBeforeUntilTheIdOfItsAntiAddictionPageIsKnown)
     EXPECT_EQ(content.closed, (std::vector<int32_t>{1, 2}));
 }
 
-TEST_P(Session, RaisesEventsUntilItsResultIsDelivered)
-{
+TEST_P(Session, RaisesEventsUntilItsResultIsDelivered) {
     Listen();
     Start(REQUEST_BIND_PLAYER);
     content.opened[0].onResult(0, AAFwk::Want());
@@ -194,8 +172,7 @@ TEST_P(Session, RaisesEventsUntilItsResultIsDelivered)
     EXPECT_EQ(RunLoop(), Deeds{}) << "the request has ended";
 }
 
-TEST_P(Session, ClosesWithoutALockWhatItCannotDeliver)
-{
+TEST_P(Session, ClosesWithoutALockWhatItCannotDeliver) {
     content.whileClosing = Answering(ERROR(5));
     Start(REQUEST_VERIFY_LOCAL_PLAYER);
     RefuseNextWork();
@@ -205,16 +182,14 @@ TEST_P(Session, ClosesWithoutALockWhatItCannotDeliver)
     EXPECT_TRUE(observed.expired());
 }
 
-TEST_P(Session, TellsItsPageTheTraceOfItsTime)
-{
+TEST_P(Session, TellsItsPageTheTraceOfItsTime) {
     SetTraceId("trace");
     Start(REQUEST_LAUNCH_COMMON_PAGE, false);
     EXPECT_EQ(content.wants.back().GetStringParam("traceId"), "trace");
     SetTraceId("");
 }
 
-TEST_P(Session, HandsItsCallbackOverToTheThreadThatOwnsIt)
-{
+TEST_P(Session, HandsItsCallbackOverToTheThreadThatOwnsIt) {
     auto request = MakeRequest(content, REQUEST_VERIFY_LOCAL_PLAYER);
     request->deferred = nullptr;
     ASSERT_EQ(napi_create_reference(envInfo->env, AsHandle(5), 1, &request->callbackRef), napi_ok);

@@ -22,27 +22,23 @@ struct LogArgument {
     /// A text that lives as long as the process: a literal, or `__FUNCTION__`. Other constant arrays of
     /// characters must not be given.
     template <size_t SIZE>
-    LogArgument(const char (&literal)[SIZE]) : kind(Kind::LITERAL)
-    {
+    LogArgument(const char (&literal)[SIZE]) : kind(Kind::LITERAL) {
         value.text = literal;
     }
 
     template <size_t SIZE>
-    LogArgument(char (&text)[SIZE]) : kind(Kind::TEXT)
-    {
+    LogArgument(char (&text)[SIZE]) : kind(Kind::TEXT) {
         value.text = text;
     }
 
     template <typename Text, std::enable_if_t<std::is_pointer_v<Text>, int> = 0>
-    LogArgument(const Text& text) : kind(Kind::TEXT)
-    {
+    LogArgument(const Text& text) : kind(Kind::TEXT) {
         value.text = text;
     }
 
     template <typename Number,
               std::enable_if_t<std::is_integral_v<Number> || std::is_enum_v<Number>, int> = 0>
-    LogArgument(Number number) : kind(sizeof(Number) > sizeof(int32_t) ? Kind::INT64 : Kind::INT32)
-    {
+    LogArgument(Number number) : kind(sizeof(Number) > sizeof(int32_t) ? Kind::INT64 : Kind::INT32) {
         value.number = static_cast<int64_t>(number);
     }
 
@@ -68,8 +64,7 @@ int HiLogWrite(LogLevel level, unsigned int domain, const char* tag, const char*
 /// null.
 template <size_t SIZE, typename... Arguments>
 int HiLogPrint(LogType /*type*/, LogLevel level, unsigned int domain, const char* tag,
-               const char (&format)[SIZE], Arguments&&... arguments)
-{
+               const char (&format)[SIZE], Arguments&&... arguments) {
     static_assert(sizeof...(Arguments) <= LOG_MAX_ARGUMENTS);
     const LogArgument list[] = {arguments..., 0};  // never empty
     return HiLogWrite(level, domain, tag, format, list, sizeof...(arguments));
