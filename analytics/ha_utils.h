@@ -6,8 +6,7 @@
 
 namespace OHOS::Velmor {
 
-/// Reports API calls to the application's analytics. One per process, through `DelayedSingleton`.
-/// Thread-safe.
+/// Reports API calls to the application's analytics. A thread-safe singleton: see `DelayedSingleton`.
 class HaUtils {
 public:
     /// Writes the event that one call of `apiName` has ended. `beginTime` is in boot milliseconds;

@@ -9,7 +9,6 @@
 #include "common/velmor_log.h"
 
 namespace TAVIK::GAME_PLAYER {
-
 namespace {
 
 // The mutex guards `infos`. Held shared, it keeps an environment from ending while its loop is asked for and
@@ -28,9 +27,6 @@ struct EnvRegistry {
 EnvRegistry& gEnvInfoList = *new EnvRegistry();
 
 struct ReferenceWork : uv_work_t {
-    ReferenceWork(std::shared_ptr<EnvInfo> info, napi_ref deleted)
-        : uv_work_t(), envInfo(std::move(info)), reference(deleted) {}
-
     std::shared_ptr<EnvInfo> envInfo;
     napi_ref reference;
 };
@@ -108,7 +104,7 @@ bool DeleteReference(const std::shared_ptr<EnvInfo>& info, napi_ref reference) {
         std::unique_ptr<ReferenceWork> owned(static_cast<ReferenceWork*>(work));
         (void)DeleteOwnReference(owned->envInfo.get(), owned->reference);
     };
-    std::unique_ptr<ReferenceWork> work(new (std::nothrow) ReferenceWork(info, reference));
+    std::unique_ptr<ReferenceWork> work(new (std::nothrow) ReferenceWork{{}, info, reference});
     if (QueueOnLoop(info, work.get(), deleteThere) != QueueStatus::QUEUED) return false;
     (void)work.release();
     return true;

@@ -17,15 +17,13 @@ struct EnvInfo {
 /// The environment of this JS thread, from the first load of the module on; empty on other threads.
 extern thread_local std::shared_ptr<EnvInfo> gEnvInfo;
 
-/// Registers a live environment, and takes one off that ended unnoticed, as its `env` shows. Any thread; null
-/// is logged.
+/// Registers a live environment, and takes one off that ended unnoticed, as its `env` shows. Any thread.
 void SaveEnvInfo(const std::shared_ptr<EnvInfo>& info);
 
 /// Takes an environment off the registry; one that is not on it is left alone. Any thread; null is logged.
 void DeleteEnvInfo(const EnvInfo* info);
 
-/// Whether an environment is registered. On another thread than its own it may end right after. Any thread;
-/// null is logged and is not.
+/// Whether an environment is registered; null is not. On another thread it may end right after. Any thread.
 bool IsValidEnv(const EnvInfo* info);
 inline bool IsValidEnv(const std::shared_ptr<EnvInfo>& info) { return IsValidEnv(info.get()); }
 

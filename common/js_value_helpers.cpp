@@ -5,7 +5,6 @@
 #include "common/velmor_log.h"
 
 namespace TAVIK::GAME_PLAYER {
-
 namespace {
 
 // Empty if the value is no string.
@@ -23,9 +22,7 @@ napi_status SetCreated(napi_env env, napi_value object, const char* name, napi_s
         return created;
     }
     napi_status status = napi_set_named_property(env, object, name, value);
-    if (status != napi_ok) {
-        GAME_LOGE("set %{public}s failed", name);
-    }
+    if (status != napi_ok) GAME_LOGE("set %{public}s failed", name);
     return status;
 }
 

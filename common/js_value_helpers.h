@@ -36,8 +36,7 @@ void JsObjectToInt(napi_env env, const napi_value& object, const char* name, int
 /// Reads a property as a boolean. A value that is none leaves `output` as it was.
 void JsObjectToBool(napi_env env, const napi_value& object, const char* name, bool& output);
 
-/// A JS string up to its first NUL, cut at `MAX_STRING_LENGTH` bytes. Anything else is logged and reads as
-/// empty.
+/// A JS string up to its first NUL, cut at `MAX_STRING_LENGTH` bytes; empty, and logged, for anything else.
 std::string GetStringUtf8(napi_env env, napi_value value);
 
 /// A JS number as `JsObjectToInt` reads it; anything else reads as 0.

@@ -1,7 +1,6 @@
 #include "common/request_types.h"
 
 namespace TAVIK::GAME_PLAYER {
-
 namespace {
 
 struct ApiRow {

@@ -4,7 +4,6 @@
 #include "common/velmor_log.h"
 
 namespace TAVIK::GAME_PLAYER {
-
 namespace {
 
 struct ErrorRow {

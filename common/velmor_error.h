@@ -7,8 +7,7 @@
 
 namespace TAVIK::GAME_PLAYER {
 
-/// The codes that the module itself gives a meaning to. The table in velmor_error.cpp has all that have a
-/// text.
+/// The codes that mean something to the module itself. velmor_error.cpp lists all that have a text.
 enum ErrorCode : int32_t {
     ERROR_SUCCESS = 0,
     ERROR_PERMISSION_DENIED = 202,

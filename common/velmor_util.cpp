@@ -13,7 +13,6 @@
 #include "tokenid_kit.h"
 
 namespace TAVIK::GAME_PLAYER {
-
 namespace {
 
 // The mutex guards `value`; nothing is called under it.
@@ -43,6 +42,11 @@ BioChain MakeMemoryBio(size_t size) {
     return bio;
 }
 
+std::string FailToEncode(const char* why) {
+    GAME_LOGE("Base64Encode error: %{public}s", why);
+    return {};
+}
+
 }  // namespace
 
 void SetTraceId(const std::string& traceId) {
@@ -63,33 +67,18 @@ int64_t GetCurrentTimestamp() {
 }
 
 std::string Base64Encode(const uint8_t* data, size_t length) {
-    if (data == nullptr || length == 0) {
-        GAME_LOGE("Base64Encode error: invalid input param.");
-        return {};
-    }
+    if (data == nullptr || length == 0) return FailToEncode("invalid input param.");
     BioChain memBio = MakeMemoryBio(length);
-    if (memBio == nullptr) {
-        GAME_LOGE("Base64Encode error: memBio is nullptr.");
-        return {};
-    }
+    if (memBio == nullptr) return FailToEncode("memBio is nullptr.");
     BioChain b64Bio(BIO_new(BIO_f_base64()));
-    if (b64Bio == nullptr) {
-        GAME_LOGE("Base64Encode error: b64Bio is nullptr.");
-        return {};
-    }
+    if (b64Bio == nullptr) return FailToEncode("b64Bio is nullptr.");
     BioChain chain(BIO_push(b64Bio.release(), memBio.release()));
     BIO_set_flags(chain.get(), BIO_FLAGS_BASE64_NO_NL);
-    if (BIO_write(chain.get(), data, static_cast<int>(length)) < 1) {
-        GAME_LOGE("Base64Encode error: bio write fail.");
-        return {};
-    }
+    if (BIO_write(chain.get(), data, static_cast<int>(length)) < 1) return FailToEncode("bio write fail.");
     (void)BIO_flush(chain.get());
     BUF_MEM* buffer = nullptr;
     (void)BIO_get_mem_ptr(chain.get(), &buffer);
-    if (buffer == nullptr) {
-        GAME_LOGE("Base64Encode error: bio get mem ptr fail.");
-        return {};
-    }
+    if (buffer == nullptr) return FailToEncode("bio get mem ptr fail.");
     return std::string(buffer->data, buffer->length);
 }
 

@@ -7,10 +7,8 @@
 #include <utility>
 
 #include "common/js_value_helpers.h"
-#include "common/velmor_log.h"
 
 namespace TAVIK::GAME_PLAYER {
-
 namespace {
 
 struct EventCallbackHook {
@@ -20,9 +18,6 @@ struct EventCallbackHook {
 
 /// One event on its way to one listener.
 struct EventWork : uv_work_t {
-    EventWork(std::shared_ptr<const GameEventResult> event, std::weak_ptr<EventCallback> target)
-        : uv_work_t(), result(std::move(event)), listener(std::move(target)) {}
-
     std::shared_ptr<const GameEventResult> result;
     std::weak_ptr<EventCallback> listener;
 };
@@ -44,11 +39,10 @@ List TakeIf(List& list, Predicate predicate) {
 
 // The one of an environment's own listeners whose function is strictly equal to `callback`; null if there is
 // none. `complaint` is logged for those whose function cannot be had.
-std::shared_ptr<EventCallback> FindListener(napi_env env,
-                                            const std::vector<std::weak_ptr<EventCallback>>& listeners,
-                                            napi_value callback, const char* complaint) {
+const EventCallback* FindListener(napi_env env, const std::vector<std::weak_ptr<EventCallback>>& listeners,
+                                  napi_value callback, const char* complaint) {
     for (const auto& weak : listeners) {
-        std::shared_ptr<EventCallback> listener = weak.lock();
+        const EventCallback* listener = weak.lock().get();  // this thread alone destroys it
         napi_value function = nullptr;
         (void)napi_get_reference_value(env, listener->callbackRef, &function);
         if (function == nullptr) {
@@ -147,14 +141,6 @@ void GamePlayerEventCallback::AssembleEventCallback(napi_env env, napi_value cal
     GAME_LOGI("AssembleEventCallback add env hook succeeded");
 }
 
-void GamePlayerEventCallback::UnRegisterGameEventCallback(napi_env env, const std::string& eventType) {
-    if (!RemoveListeners(eventType, IsOf(gEnvInfo, env))) {
-        GAME_LOGW("UnRegisterGameEventCallback eventType %{public}s not existed", eventType.c_str());
-        return;
-    }
-    GAME_LOGI("UnRegisterGameEventCallback eventType %{public}s succeeded", eventType.c_str());
-}
-
 void GamePlayerEventCallback::UnRegisterGameEventCallback(napi_env env, const std::string& eventType,
                                                           napi_value callback) {
     const WeakListeners own = ListenersOf(gEnvInfo, env, eventType);
@@ -162,28 +148,30 @@ void GamePlayerEventCallback::UnRegisterGameEventCallback(napi_env env, const st
         GAME_LOGW("UnRegisterGameEventCallback eventType %{public}s not existed", eventType.c_str());
         return;
     }
-    std::shared_ptr<EventCallback> found =
-        FindListener(env, *own, callback, "UnRegisterGameEventCallback get callback reference failed");
-    if (found == nullptr) {
+    const EventCallback* found = nullptr;
+    if (callback != nullptr) {
+        found =
+            FindListener(env, *own, callback, "UnRegisterGameEventCallback get callback reference failed");
+    }
+    if (callback != nullptr && found == nullptr) {
         GAME_LOGW("UnRegisterGameEventCallback eventType %{public}s callback not existed", eventType.c_str());
         return;
     }
-    (void)RemoveListeners(eventType, [&found](const auto& listener) { return listener == found; });
-    found.reset();
+    RemoveListeners(eventType, env, found);
     GAME_LOGI("UnRegisterGameEventCallback eventType %{public}s succeeded", eventType.c_str());
 }
 
-// False if the type has no entry, which goes with its last listener.
-bool GamePlayerEventCallback::RemoveListeners(
-    const std::string& eventType,
-    const std::function<bool(const std::shared_ptr<EventCallback>& listener)>& isMeant) {
+// Those of the environment, or of them `only` one. The type's entry goes with its last listener.
+void GamePlayerEventCallback::RemoveListeners(const std::string& eventType, napi_env env,
+                                              const EventCallback* only) {
     Listeners removed;  // destroyed after the lock was given back
     std::lock_guard<std::mutex> guard(mutex_);
     auto entry = events_.find(eventType);
-    if (entry == events_.end()) return false;
-    removed = TakeIf(entry->second, isMeant);
+    if (entry == events_.end()) return;
+    removed = TakeIf(entry->second, [only, isOwn = IsOf(gEnvInfo, env)](const auto& listener) {
+        return isOwn(listener) && (only == nullptr || listener.get() == only);
+    });
     if (entry->second.empty()) events_.erase(entry);
-    return true;
 }
 
 // Types without listeners keep their entries.
@@ -218,7 +206,7 @@ void GamePlayerEventCallback::OnEventCallback(GameEventResult event) {
         return;
     }
     for (auto& listener : *listeners) {
-        std::unique_ptr<EventWork> eventWork(new (std::nothrow) EventWork(result, std::move(listener)));
+        std::unique_ptr<EventWork> eventWork(new (std::nothrow) EventWork{{}, result, std::move(listener)});
         QueueEvent(std::move(eventWork), envInfo, DoGameEventWork);
     }
     GAME_LOGI("OnEventCallback uv_queue_work success");
@@ -231,9 +219,7 @@ void GamePlayerEventCallback::DoGameEventWork(uv_work_t* work, int /*status*/) {
     if (listener == nullptr) return;
     const std::optional<napi_status> status = CallListener(std::move(listener), *eventWork->result);
     eventWork.reset();
-    if (status) {
-        GAME_LOGI("DoGameEventWork exit, callBack status %{public}d", *status == napi_ok ? 1 : 0);
-    }
+    if (status) GAME_LOGI("DoGameEventWork exit, callBack status %{public}d", *status == napi_ok ? 1 : 0);
 }
 
 // The status of the call; empty if it was not made. A listener that removes itself goes before it returns.

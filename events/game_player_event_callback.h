@@ -1,9 +1,6 @@
 #pragma once
 
-#include <uv.h>
-
 #include <cstdint>
-#include <functional>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -13,7 +10,6 @@
 
 #include "common/env_registry.h"
 #include "common/velmor_log.h"
-#include "napi/native_api.h"
 #include "singleton.h"
 
 namespace TAVIK::GAME_PLAYER {
@@ -62,8 +58,8 @@ public:
 
     /// Removes this environment's listeners of a type: all of them, or the one of function `callback`. On
     /// `env`'s JS thread.
-    void UnRegisterGameEventCallback(napi_env env, const std::string& eventType);
-    void UnRegisterGameEventCallback(napi_env env, const std::string& eventType, napi_value callback);
+    void UnRegisterGameEventCallback(napi_env env, const std::string& eventType,
+                                     napi_value callback = nullptr);
 
     /// The clean-up hook of an environment, on its JS thread: removes its listeners. Owns `hookRecord`.
     static void CleanupEventCallback(void* hookRecord);
@@ -81,8 +77,7 @@ private:
     bool IsEventCallbackExisted(napi_env env, const std::string& eventType, napi_value callback);
     void AssembleEventCallback(napi_env env, napi_value callback, napi_value thisArg,
                                EventCallback& eventCallback);
-    bool RemoveListeners(const std::string& eventType,
-                         const std::function<bool(const std::shared_ptr<EventCallback>& listener)>& isMeant);
+    void RemoveListeners(const std::string& eventType, napi_env env, const EventCallback* only);
     static void DoGameEventWork(uv_work_t* work, int status);
     static std::optional<napi_status> CallListener(std::shared_ptr<EventCallback> listener,
                                                    const GameEventResult& result);

@@ -4,7 +4,6 @@
 #include "common/velmor_error.h"
 
 namespace TAVIK::GAME_PLAYER {
-
 namespace {
 
 constexpr int32_t CODE_PLAYER_CHANGED = 9;  // an event for the game's listeners, and no result
@@ -30,12 +29,6 @@ void JudgeSuccess(AnswerKind kind, int32_t requestType, Verdict& verdict) {
     verdict.startsTimer = HasFlag(requestType, IS_TIMED);
 }
 
-Verdict JudgeRelease(int32_t code, int32_t requestType) {
-    Verdict verdict;
-    verdict.closes = verdict.marksEnd = IsCloseModalUIExtension(requestType, code);
-    return verdict;
-}
-
 }  // namespace
 
 bool IsKillApp(int32_t code, int32_t requestType) {
@@ -49,8 +42,11 @@ bool IsCloseModalUIExtension(int32_t requestType, int32_t releaseCode) {
 
 Verdict Judge(AnswerKind kind, int32_t code, int32_t requestType, RequestState state) {
     if (state == RequestState::ENDED) return {};
-    if (kind == AnswerKind::RELEASE) return JudgeRelease(code, requestType);
     Verdict verdict;
+    if (kind == AnswerKind::RELEASE) {
+        verdict.closes = verdict.marksEnd = IsCloseModalUIExtension(requestType, code);
+        return verdict;
+    }
     if (kind != AnswerKind::ERROR) {
         verdict.exits = IsKillApp(code, requestType);
         if (verdict.exits) return verdict;

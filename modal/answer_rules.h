@@ -27,8 +27,7 @@ struct Verdict {
     bool startsTimer = false;  // if it tells a playable time
 };
 
-/// Judges one answer by its code (a release code, a result code, or the extension's error) to a request of
-/// `requestType` in `state`.
+/// Judges one answer to a request, by its code: a release code, a result code, or the extension's error.
 Verdict Judge(AnswerKind kind, int32_t code, int32_t requestType, RequestState state);
 
 /// Whether a result or a received answer with this code ends the game process.

@@ -6,7 +6,6 @@
 
 #include "ability_context.h"
 #include "common/env_registry.h"
-#include "napi/native_api.h"
 #include "ui_content.h"
 #include "ui_extension_context.h"
 #include "want_params.h"

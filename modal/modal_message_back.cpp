@@ -10,7 +10,6 @@
 #include "napi_common_want.h"
 
 namespace TAVIK::GAME_PLAYER {
-
 namespace {
 
 constexpr const char* KEY_RESULT_MESSAGE = "resultMessage";
@@ -70,9 +69,6 @@ bool SettleRequest(BaseContext& request) {
 
 /// What travels to the JS thread: the result of a request, which stands in its context.
 struct ModalUICallback::WorkData : uv_work_t {
-    explicit WorkData(std::shared_ptr<ModalUICallback> session)
-        : uv_work_t(), modalUICallback(std::move(session)) {}
-
     std::shared_ptr<ModalUICallback> modalUICallback;
     std::shared_ptr<BaseContext> context;
 };
@@ -98,7 +94,7 @@ void ModalUICallback::SendMessageBack(Decision decision, int32_t code, const cha
 
 // This thread keeps no share of what it queues, so that the context ends with the delivery, on the JS thread.
 void ModalUICallback::QueueMessageBack(std::shared_ptr<BaseContext> request, bool isLateStart) {
-    std::unique_ptr<WorkData> workData(new (std::nothrow) WorkData(shared_from_this()));
+    std::unique_ptr<WorkData> workData(new (std::nothrow) WorkData{{}, shared_from_this(), nullptr});
     if (workData != nullptr) workData->context.swap(request);
     const QueueStatus status = QueueOnLoop(envInfo_, workData.get(), SendMessageBackWork);
     if (status == QueueStatus::QUEUED) {
@@ -121,32 +117,27 @@ void ModalUICallback::SendMessageBackWork(uv_work_t* work, int /*status*/) {
     std::unique_ptr<WorkData> workData(static_cast<WorkData*>(work));
     ModalUICallback& session = *workData->modalUICallback;
     BaseContext& request = *workData->context;
-    if (!IsValidEnv(request.envInfo)) {
-        GAME_LOGE("SendMessageBackWork context is null or invalid env");
-        session.DoMessageBackException(std::move(workData->context));
+    const bool isAlive = IsValidEnv(request.envInfo);
+    if (isAlive && SettleRequest(request)) {
+        session.DoMessageBackSuccess(std::move(workData->context));
         return;
     }
-    if (!SettleRequest(request)) {
-        GAME_LOGE("SendMessageBackWork open handle scope failed");
-        session.DoMessageBackException(std::move(workData->context));
-        return;
-    }
-    session.DoMessageBackSuccess(std::move(workData->context));
+    GAME_LOGE("SendMessageBackWork %{public}s",
+              isAlive ? "open handle scope failed" : "context is null or invalid env");
+    session.DoMessageBackException(std::move(workData->context));
 }
 
 void ModalUICallback::DoMessageBackSuccess(std::shared_ptr<BaseContext> request) {
-    bool hasEnded = false;
     {
         std::lock_guard<std::mutex> guard(mutex_);
-        hasEnded = MayEnd();
-        if (hasEnded) {
-            End();
-        } else {
+        request->hasMsgBack = !MayEnd();
+        if (request->hasMsgBack) {
             state_ = RequestState::OPEN;
-            request->hasMsgBack = true;
+        } else {
+            End();
         }
     }
-    if (!hasEnded) {
+    if (request->hasMsgBack) {
         GAME_LOGI("DoMessageBackSuccess set hasMsgBack to true");
         return;
     }

@@ -118,34 +118,29 @@ void ModalUICallback::RaiseEvent(GameEvent event, const WantParams& data) const 
 
 void ModalUICallback::TakeMessage(AnswerKind kind, Decision decision, int32_t code, const WantParams& data) {
     const char* message = "";
+    if (decision.verdict.stores && decision.verdict.settles) decision.context->resultParams = data;
     if (decision.verdict.isFailure) {
         if (kind == AnswerKind::RESULT) GAME_LOGI("OnResultForModal set isResetContext to true");
         message = AssembleErrorMessage(requestType_, code);
     } else if (code == ERROR_SUCCESS && kind == AnswerKind::RESULT) {
-        DealResponseForModal(decision, data);
+        DealResponseForModal(decision);
     } else if (code == ERROR_SUCCESS) {
         DealResponseForReceive(decision, data);
     }
     SendMessageBack(std::move(decision), code, message);
 }
 
-void ModalUICallback::DealResponseForModal(const Decision& decision, const WantParams& data) {
+void ModalUICallback::DealResponseForModal(const Decision& decision) {
     const char* apiName = FindApiName(decision.context->requestType);
     if (decision.verdict.marksEnd) {
         GAME_LOGI("DealResponseForModal %{public}s close modal and reset context.", apiName);
     } else if (!decision.verdict.stores) {
         GAME_LOGI("DealResponseForModal %{public}s succeed.", apiName);
-    } else if (decision.verdict.settles) {
-        decision.context->resultParams = data;
     }
 }
 
 void ModalUICallback::DealResponseForReceive(const Decision& decision, const WantParams& data) {
-    if (!decision.verdict.stores) {
-        GAME_LOGW("DealResponseForReceive API not supported");
-        return;
-    }
-    if (decision.verdict.settles) decision.context->resultParams = data;
+    if (!decision.verdict.stores) GAME_LOGW("DealResponseForReceive API not supported");
     if (decision.verdict.startsTimer) DoAntiAddiction(data, decision.isTimerRunning);
 }
 
@@ -202,30 +197,21 @@ void ModalUICallback::CloseModalUIExtension(Decision decision) {
 
 // Taken before the platform closes it: an answer from within that call must not close it again.
 void ModalUICallback::CloseModalUIExtension(BaseContext& request) {
-    const int32_t sessionId = TakeSessionId(request);
+    OHOS::Ace::UIContent* content = request.FindUIContent();
+    int32_t sessionId = 0;
+    {
+        std::lock_guard<std::mutex> guard(mutex_);
+        sessionId = request.sessionId;
+        if (sessionId <= 0) isCloseWanted_ = isOpening_;
+        if (content != nullptr) request.sessionId = 0;
+    }
     if (sessionId <= 0) {
         GAME_LOGI("CloseModalUIExtension need not close modal");
         return;
     }
-    OHOS::Ace::UIContent* content = request.FindUIContent();
-    if (content == nullptr) {
-        ReturnSessionId(request, sessionId);
-        return;
-    }
+    if (content == nullptr) return;
     content->CloseModalUIExtension(sessionId);
     GAME_LOGI("CloseModalUIExtension closed");
-}
-
-int32_t ModalUICallback::TakeSessionId(BaseContext& request) {
-    std::lock_guard<std::mutex> guard(mutex_);
-    if (request.sessionId <= 0) isCloseWanted_ = isOpening_;
-    return std::exchange(request.sessionId, 0);
-}
-
-// Unless another modal has opened meanwhile.
-void ModalUICallback::ReturnSessionId(BaseContext& request, int32_t sessionId) {
-    std::lock_guard<std::mutex> guard(mutex_);
-    if (request.sessionId == 0) request.sessionId = sessionId;
 }
 
 void ModalUICallback::ResetContext(Decision decision) {

@@ -64,26 +64,25 @@ void ModalUICallback::StartUIExtensionAbility(Want want) {
         GAME_LOGE("asyncContext is nullptr");
         return;
     }
-    ModalUIExtensionCallbacks callbacks = BindCallbacks();
+    GAME_LOGI("constructor ModalUICallback");
     want.SetParam("ability.want.params.uiExtensionType", "sys/commonUI");
     want.SetParam("traceId", GetTraceId());
     UIContent* content = GetUIContent(*request);
     if (content == nullptr) {
         GAME_LOGW("UIContent is nullptr and delay start UIExtensionAbility");
-        DelayStartUIExtensionAbility(std::move(want), std::move(callbacks));
+        std::thread(&ModalUICallback::DelayStartUIExtensionAbility, shared_from_this(), std::move(want))
+            .detach();
         return;
     }
     if (!IsValidEnv(envInfo_)) {
         GAME_LOGE("StartUIExtensionAbility invalid env");
         return;
     }
-    CreateModal(*request, *content, std::move(want), std::move(callbacks));
+    CreateModal(*request, *content, std::move(want));
     GAME_LOGI("StartUIExtensionAbility create modal succeeded");
 }
 
-// Each start binds the session anew, and says so.
 ModalUIExtensionCallbacks ModalUICallback::BindCallbacks() {
-    GAME_LOGI("constructor ModalUICallback");
     const auto session = shared_from_this();
     ModalUIExtensionCallbacks callbacks;
     callbacks.onRelease = Bind<&ModalUICallback::OnRelease>(session);
@@ -95,15 +94,14 @@ ModalUIExtensionCallbacks ModalUICallback::BindCallbacks() {
 
 // Until the new modal's id is known, answers close the one before. Without one they have the new modal closed
 // as soon as its id is known.
-void ModalUICallback::CreateModal(BaseContext& request, UIContent& content, Want want,
-                                  ModalUIExtensionCallbacks callbacks) {
+void ModalUICallback::CreateModal(BaseContext& request, UIContent& content, Want want) {
     {
         std::lock_guard<std::mutex> guard(mutex_);
         if (state_ == RequestState::ENDED) return;
         isOpening_ = true;
     }
     const int32_t sessionId =
-        content.CreateModalUIExtension(std::move(want), std::move(callbacks), MakeModalConfig());
+        content.CreateModalUIExtension(std::move(want), BindCallbacks(), MakeModalConfig());
     bool isCloseWanted = false;
     {
         std::lock_guard<std::mutex> guard(mutex_);
@@ -114,12 +112,7 @@ void ModalUICallback::CreateModal(BaseContext& request, UIContent& content, Want
     if (isCloseWanted) CloseModalUIExtension(request);
 }
 
-void ModalUICallback::DelayStartUIExtensionAbility(Want want, ModalUIExtensionCallbacks callbacks) {
-    std::thread(&ModalUICallback::WaitForWindow, shared_from_this(), std::move(want), std::move(callbacks))
-        .detach();
-}
-
-void ModalUICallback::WaitForWindow(Want want, ModalUIExtensionCallbacks callbacks) {
+void ModalUICallback::DelayStartUIExtensionAbility(Want want) {
     for (int round = 0; round < RETRY_COUNT; ++round) {
         std::this_thread::sleep_for(RETRY_INTERVAL);
         const std::shared_ptr<BaseContext> request = Share();
@@ -128,7 +121,7 @@ void ModalUICallback::WaitForWindow(Want want, ModalUIExtensionCallbacks callbac
             break;
         }
         if (UIContent* content = GetUIContent(*request)) {
-            CreateModal(*request, *content, std::move(want), std::move(callbacks));
+            CreateModal(*request, *content, std::move(want));
             return;
         }
     }

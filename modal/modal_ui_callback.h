@@ -1,17 +1,13 @@
 #pragma once
 
-#include <uv.h>
-
 #include <cstdint>
 #include <memory>
 #include <mutex>
 #include <string>
 
-#include "common/env_registry.h"
 #include "modal/answer_rules.h"
 #include "modal/base_context.h"
 #include "modal_ui_extension_config.h"
-#include "ui_content.h"
 #include "want.h"
 
 namespace TAVIK::GAME_PLAYER {
@@ -76,10 +72,8 @@ private:
 
     // Starting.
     OHOS::Ace::ModalUIExtensionCallbacks BindCallbacks();
-    void CreateModal(BaseContext& request, OHOS::Ace::UIContent& content, OHOS::AAFwk::Want want,
-                     OHOS::Ace::ModalUIExtensionCallbacks callbacks);
-    void DelayStartUIExtensionAbility(OHOS::AAFwk::Want want, OHOS::Ace::ModalUIExtensionCallbacks callbacks);
-    void WaitForWindow(OHOS::AAFwk::Want want, OHOS::Ace::ModalUIExtensionCallbacks callbacks);
+    void CreateModal(BaseContext& request, OHOS::Ace::UIContent& content, OHOS::AAFwk::Want want);
+    void DelayStartUIExtensionAbility(OHOS::AAFwk::Want want);
     void AnswerLateStart();
 
     // Deciding.
@@ -93,13 +87,11 @@ private:
     void TakeAnswer(AnswerKind kind, const char* callback, int32_t code, const OHOS::AAFwk::WantParams& data);
     void TakeMessage(AnswerKind kind, Decision decision, int32_t code, const OHOS::AAFwk::WantParams& data);
     void RaiseEvent(GameEvent event, const OHOS::AAFwk::WantParams& data) const;
-    static void DealResponseForModal(const Decision& decision, const OHOS::AAFwk::WantParams& data);
+    static void DealResponseForModal(const Decision& decision);
     void DealResponseForReceive(const Decision& decision, const OHOS::AAFwk::WantParams& data);
     void SendMessageBack(Decision decision, int32_t code, const char* message);
     void CloseModalUIExtension(Decision decision);
     void CloseModalUIExtension(BaseContext& request);
-    int32_t TakeSessionId(BaseContext& request);
-    void ReturnSessionId(BaseContext& request, int32_t sessionId);
     static void ResetContext(Decision decision);
 
     // The anti-addiction timer.

@@ -1,5 +1,4 @@
 #include "napi/game_player_extension_ability.h"
-#include "napi/native_api.h"
 
 namespace {
 

@@ -3,7 +3,6 @@
 
 #include "analytics/ha_utils.h"
 #include "common/js_value_helpers.h"
-#include "common/request_types.h"
 #include "common/velmor_error.h"
 #include "common/velmor_log.h"
 #include "common/velmor_util.h"
@@ -52,11 +51,7 @@ int32_t UnsubscribeListener(napi_env env, const CallArguments& args) {
         return ERROR_PARAMETER;
     }
     const bool isRemoved = WithListeners([&](GamePlayerEventCallback& listeners) {
-        if (isOfAll) {
-            listeners.UnRegisterGameEventCallback(env, eventType);
-        } else {
-            listeners.UnRegisterGameEventCallback(env, eventType, args.values[1]);
-        }
+        listeners.UnRegisterGameEventCallback(env, eventType, isOfAll ? nullptr : args.values[1]);
     });
     return isRemoved ? ERROR_SUCCESS : ERROR_SYSTEM_INTERNAL;
 }
@@ -70,11 +65,11 @@ napi_value RunListenerCall(napi_env env, napi_callback_info info, const char* me
     if (!args.Read(env, info, 2)) return nullptr;
     const int32_t code = run(env, args);
     HaUtils::ReportEnd(FindApiName(api), startTime, code);
-    if (code != ERROR_SUCCESS) {
+    if (code == ERROR_SUCCESS) {
+        GAME_LOGI("end %{public}s", method);
+    } else {
         ThrowBusinessError(env, code, "");
-        return args.undefined;
     }
-    GAME_LOGI("end %{public}s", method);
     return args.undefined;
 }
 

@@ -71,9 +71,7 @@ void ThrowLastError(napi_env env) {
 napi_value Manager::Entry(napi_env env, napi_value exports) {
     GAME_LOGI("begin Entry");
     RegisterEnvironment(env);
-    napi_property_descriptor methods[std::size(METHODS)];
-    std::copy(std::begin(METHODS), std::end(METHODS), methods);
-    if (napi_define_properties(env, exports, std::size(methods), methods) != napi_ok) {
+    if (napi_define_properties(env, exports, std::size(METHODS), METHODS) != napi_ok) {
         ThrowBusinessError(env, ERROR_SYSTEM_INTERNAL, "");
         return nullptr;
     }
@@ -89,18 +87,17 @@ bool Manager::BuildContextForCallback(napi_env env, BaseContext& context) {
         napi_create_reference(env, context.callbackValue, 1, &context.callbackRef) != napi_ok) {
         return false;
     }
-    return ValidateTypeNotEmpty(env, context.contextValue) &&
-           ParseAbilityContextReq(env, context.contextValue, context);
+    return ParseAbilityContextReq(env, context.contextValue, context);
 }
 
 bool Manager::BuildContextForPromise(napi_env env, BaseContext& context, napi_value& promise) {
     GAME_LOGI("this is promise api");
     if (napi_create_promise(env, &context.deferred, &promise) != napi_ok) return false;
-    return ValidateTypeNotEmpty(env, context.contextValue) &&
-           ParseAbilityContextReq(env, context.contextValue, context);
+    return ParseAbilityContextReq(env, context.contextValue, context);
 }
 
 bool Manager::ParseAbilityContextReq(napi_env env, napi_value value, BaseContext& context) {
+    if (!ValidateTypeNotEmpty(env, value)) return false;
     GAME_LOGI("begin ParseAbilityContextReq");
     bool isStage = false;
     if (OHOS::AbilityRuntime::IsStageContext(env, value, isStage) != napi_ok || !isStage) {

@@ -1,8 +1,5 @@
 #pragma once
 
-#include "common/request_types.h"
-#include "modal/base_context.h"
-#include "napi/native_api.h"
 #include "napi/request_shape.h"
 
 namespace TAVIK::GAME_PLAYER {
@@ -43,8 +40,7 @@ public:
     static napi_value OnEventCallback(napi_env env, napi_callback_info info);
 
     /// Prepares a context whose `contextValue` and `callbackValue` are set for the callback form. False if
-    /// the request cannot go on. A callback that is no function is no failure: the request then settles
-    /// nowhere.
+    /// the request cannot go on. A callback that is no function is no failure: nothing settles then.
     static bool BuildContextForCallback(napi_env env, BaseContext& context);
 
     /// Prepares a context whose `contextValue` is set for the promise form. False if the request cannot go

@@ -7,7 +7,6 @@
 
 #include "common/request_types.h"
 #include "modal/base_context.h"
-#include "napi/native_api.h"
 #include "want.h"
 
 namespace TAVIK::GAME_PLAYER {
@@ -19,8 +18,7 @@ struct CallArguments {
     napi_value thisArg = nullptr;
     napi_value undefined = nullptr;
 
-    /// Reads the first `maxArgs` arguments. If the environment refuses, throws business error 1002000001 and
-    /// answers false.
+    /// Reads the first `maxArgs` arguments. False, with business error 1002000001 thrown, if that fails.
     bool Read(napi_env env, napi_callback_info info, size_t maxArgs);
 
     /// The same for `method`, unless this thread's environment is not registered any more: that is logged.

@@ -5,10 +5,8 @@
 #include "common/js_value_helpers.h"
 #include "common/velmor_log.h"
 #include "modal/modal_ui_callback.h"
-#include "napi/record_reader.h"
 #include "napi/request_contexts.h"
 #include "napi/request_shape.h"
-#include "napi/union_login.h"
 
 namespace TAVIK::GAME_PLAYER {
 
@@ -16,16 +14,39 @@ using OHOS::AAFwk::Want;
 
 namespace {
 
-constexpr const char* KEY_EXTRA = "tavikExtra";
+constexpr const char KEY_EXTRA[] = "tavikExtra";
+constexpr const char KEY_THIRD_USER_INFO[] = "thirdUserInfo";
+constexpr const char KEY_UNION_LOGIN[] = "unionLoginParam";
+constexpr const char KEY_QUICK_GAME_LOGIN[] = "quickGameLoginParam";
+constexpr const char KEY_GREETING_INFO[] = "greetingInfo";
+constexpr const char KEY_PAGE_INFO[] = "pageInfo";
+
+std::string TakeString(std::string& string) { return std::move(string); }
+template <typename Record>
+std::string TakeString(Record& record) {
+    return std::move(record).ToString();
+}
+
+template <typename Context, typename Parameter>
+Context OwnerOf(Parameter Context::*member);
+
+// The steps of a method with one parameter: its second argument, and one entry of the Want.
+template <auto PARAMETER, typename Context = decltype(OwnerOf(PARAMETER))>
+bool Parse(napi_env env, const CallArguments& args, Context& context) {
+    return ReadParameter(env, args.values[1], context.*PARAMETER);
+}
+template <auto PARAMETER, const char* KEY, typename Context = decltype(OwnerOf(PARAMETER))>
+void Send(Context& context, Want& want) {
+    want.SetParam(KEY, TakeString(context.*PARAMETER));
+}
 
 // The type of the request says it all.
 void ExecuteInit(InitContext& /*context*/, Want& /*want*/) {}
 void ExecuteGetLocalPlayer(GetLocalPlayerContext& /*context*/, Want& /*want*/) {}
 
 bool ParseBindPlayerReq(napi_env env, const CallArguments& args, BindPlayerContext& context) {
-    context.thirdOpenId = GetStringUtf8(env, args.values[1]);
-    context.teamPlayerId = GetStringUtf8(env, args.values[2]);
-    return true;
+    return ReadParameter(env, args.values[1], context.thirdOpenId) &&
+           ReadParameter(env, args.values[2], context.teamPlayerId);
 }
 
 void ExecuteBindPlayer(BindPlayerContext& context, Want& want) {
@@ -38,81 +59,56 @@ void ExecuteUnbindPlayer(UnbindPlayerContext& context, Want& want) { ExecuteBind
 // A missing or wrong `thirdOpenId` is sent as an empty one, and left to the extension to judge.
 bool ParseVerifyLocalPlayerReq(napi_env env, const CallArguments& args, VerifyLocalPlayerContext& context) {
     GAME_LOGI("begin ParseVerifyLocalPlayerReq");
-    ThirdUserInfo& info = context.thirdUserInfo;
-    if (!ReadRecord(env, args.values[1], info)) return false;
+    const ThirdUserInfo& info = context.thirdUserInfo;
+    if (!Parse<&VerifyLocalPlayerContext::thirdUserInfo>(env, args, context)) return false;
     if (info.isRealNameSet) GAME_LOGI("has isRealName field");
     if (info.isAdultSet) GAME_LOGI("has isAdult field");
     if (info.ageRangeSet) GAME_LOGI("has ageRange field");
     GAME_LOGI("end ParseVerifyLocalPlayerReq");
     return true;
 }
-
-void ExecuteVerifyLocalPlayer(VerifyLocalPlayerContext& context, Want& want) {
-    want.SetParam("thirdUserInfo", std::move(context.thirdUserInfo).ToString());
-}
+constexpr auto ExecuteVerifyLocalPlayer = Send<&VerifyLocalPlayerContext::thirdUserInfo, KEY_THIRD_USER_INFO>;
 
 // No field is required: an object with none of them is a role of seven empty strings.
 bool ParseSavePlayerRoleReq(napi_env env, const CallArguments& args, SavePlayerRoleContext& context) {
     GAME_LOGI("begin ParseSavePlayerRoleReq");
-    if (!ReadRecord(env, args.values[1], context.playerRole)) return false;
+    if (!Parse<&SavePlayerRoleContext::playerRole>(env, args, context)) return false;
     GAME_LOGI("end ParseSavePlayerRoleReq");
     return true;
 }
+constexpr auto ExecuteSavePlayerRole = Send<&SavePlayerRoleContext::playerRole, KEY_EXTRA>;
 
-void ExecuteSavePlayerRole(SavePlayerRoleContext& context, Want& want) {
-    want.SetParam(KEY_EXTRA, std::move(context.playerRole).ToString());
-}
+constexpr auto ParsePrePurchaseReq = Parse<&PrePurchaseContext::purchaseParameter>;
+constexpr auto ExecutePrePurchase = Send<&PrePurchaseContext::purchaseParameter, KEY_EXTRA>;
 
-bool ParsePrePurchaseReq(napi_env env, const CallArguments& args, PrePurchaseContext& context) {
-    return ReadRecord(env, args.values[1], context.purchaseParameter);
-}
+constexpr auto ParsePostPurchaseReq = Parse<&PostPurchaseContext::purchaseResult>;
+constexpr auto ExecutePostPurchase = Send<&PostPurchaseContext::purchaseResult, KEY_EXTRA>;
 
-void ExecutePrePurchase(PrePurchaseContext& context, Want& want) {
-    want.SetParam(KEY_EXTRA, std::move(context.purchaseParameter).ToString());
-}
-
-bool ParsePostPurchaseReq(napi_env env, const CallArguments& args, PostPurchaseContext& context) {
-    return ReadRecord(env, args.values[1], context.purchaseResult);
-}
-
-void ExecutePostPurchase(PostPurchaseContext& context, Want& want) {
-    want.SetParam(KEY_EXTRA, std::move(context.purchaseResult).ToString());
-}
-
-bool ParseQuickGameLoginReq(napi_env env, const CallArguments& args, QuickGameLoginContext& context) {
-    return ReadRecord(env, args.values[1], context.quickGameLoginParam);
-}
-
-void ExecuteQuickGameLogin(QuickGameLoginContext& context, Want& want) {
-    want.SetParam("quickGameLoginParam", std::move(context.quickGameLoginParam).ToString());
-}
-
-bool ParseLaunchWelcomeBannerReq(napi_env env, const CallArguments& args,
-                                 LaunchWelcomeBannerContext& context) {
-    context.greetingInfo = GetStringUtf8(env, args.values[1]);
+bool ParseUnionLoginReq(napi_env env, const CallArguments& args, UnionLoginContext& context) {
+    if (!Parse<&UnionLoginContext::unionLoginParam>(env, args, context)) return false;
+    if (context.unionLoginParam.hasLoginPanelType) GAME_LOGI("ParseUnionLoginReq hasLoginPanelType");
+    JsObjectToAccountInfoList(env, args.values[1], context);
     return true;
 }
+constexpr auto ExecuteUnionLogin = Send<&UnionLoginContext::unionLoginParam, KEY_UNION_LOGIN>;
 
-void ExecuteLaunchWelcomeBanner(LaunchWelcomeBannerContext& context, Want& want) {
-    want.SetParam("greetingInfo", std::move(context.greetingInfo));
-}
+constexpr auto ParseQuickGameLoginReq = Parse<&QuickGameLoginContext::quickGameLoginParam>;
+constexpr auto ExecuteQuickGameLogin =
+    Send<&QuickGameLoginContext::quickGameLoginParam, KEY_QUICK_GAME_LOGIN>;
 
-bool ParseLaunchCommonPageReq(napi_env env, const CallArguments& args, LaunchCommonPageContext& context) {
-    context.pageInfo = GetStringUtf8(env, args.values[1]);
-    return true;
-}
+constexpr auto ParseLaunchWelcomeBannerReq = Parse<&LaunchWelcomeBannerContext::greetingInfo>;
+constexpr auto ExecuteLaunchWelcomeBanner =
+    Send<&LaunchWelcomeBannerContext::greetingInfo, KEY_GREETING_INFO>;
 
-void ExecuteLaunchCommonPage(LaunchCommonPageContext& context, Want& want) {
-    want.SetParam("pageInfo", std::move(context.pageInfo));
-}
+constexpr auto ParseLaunchCommonPageReq = Parse<&LaunchCommonPageContext::pageInfo>;
+constexpr auto ExecuteLaunchCommonPage = Send<&LaunchCommonPageContext::pageInfo, KEY_PAGE_INFO>;
 
 // The caller decides under which request type the answer of the page is routed.
 bool ParseLaunchAntiAddictionReq(napi_env env, const CallArguments& args,
                                  LaunchAntiAddictionContext& context) {
     context.requestType = ToInt32(env, args.values[3]);
     context.playableTime = ToInt32(env, args.values[1]);
-    context.antiAddictionInfo = GetStringUtf8(env, args.values[2]);
-    return true;
+    return ReadParameter(env, args.values[2], context.antiAddictionInfo);
 }
 
 // No page yet: the timer opens it.

@@ -1,5 +1,3 @@
-#include "napi/union_login.h"
-
 #include <cstddef>
 #include <memory>
 #include <utility>
@@ -7,7 +5,7 @@
 #include "common/js_value_helpers.h"
 #include "common/velmor_log.h"
 #include "common/velmor_util.h"
-#include "napi/record_reader.h"
+#include "napi/request_contexts.h"
 #include "resource_manager.h"
 
 namespace TAVIK::GAME_PLAYER {
@@ -34,15 +32,11 @@ std::shared_ptr<ResourceManager> FindResources(const BaseContext& context, const
     // A caller that is a UI extension has no ability context, and so no module context.
     auto moduleContext =
         context.abilityContext != nullptr ? context.abilityContext->CreateModuleContext(moduleName) : nullptr;
-    if (moduleContext == nullptr) {
-        GAME_LOGE("%{public}s is nullptr", "moduleContext");
-        return nullptr;
+    auto resources = moduleContext != nullptr ? moduleContext->GetResourceManager() : nullptr;
+    if (resources == nullptr) {
+        GAME_LOGE("%{public}s is nullptr", moduleContext == nullptr ? "moduleContext" : "resourceManager");
     }
-    auto resourceManager = moduleContext->GetResourceManager();
-    if (resourceManager == nullptr) {
-        GAME_LOGE("%{public}s is nullptr", "resourceManager");
-    }
-    return resourceManager;
+    return resources;
 }
 
 void ReadByName(ResourceManager& resources, const std::string& name, IconData& icon) {
@@ -124,6 +118,8 @@ void ReadAccount(napi_env env, napi_value element, UnionLoginContext& context) {
     }
 }
 
+}  // namespace
+
 void JsObjectToAccountInfoList(napi_env env, napi_value object, UnionLoginContext& context) {
     if (!HasProperty(env, object, KEY_ACCOUNTS)) {
         GAME_LOGE("JsObjectToAccountInfoList %{public}s not existed", KEY_ACCOUNTS);
@@ -145,21 +141,6 @@ void JsObjectToAccountInfoList(napi_env env, napi_value object, UnionLoginContex
         ReadAccount(env, element, context);
     }
     GAME_LOGI("JsObjectToAccountInfoList end, length=%{public}d", static_cast<int>(length));
-}
-
-}  // namespace
-
-// Problems with accounts never fail the request.
-bool ParseUnionLoginReq(napi_env env, const CallArguments& args, UnionLoginContext& context) {
-    UnionLoginParam& param = context.unionLoginParam;
-    if (!ReadRecord(env, args.values[1], param)) return false;
-    if (param.hasLoginPanelType) GAME_LOGI("ParseUnionLoginReq hasLoginPanelType");
-    JsObjectToAccountInfoList(env, args.values[1], context);
-    return true;
-}
-
-void ExecuteUnionLogin(UnionLoginContext& context, OHOS::AAFwk::Want& want) {
-    want.SetParam("unionLoginParam", std::move(context.unionLoginParam).ToString());
 }
 
 }  // namespace TAVIK::GAME_PLAYER

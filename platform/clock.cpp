@@ -5,7 +5,6 @@
 #include <algorithm>
 
 namespace StandIn {
-
 namespace {
 
 // Births count from 1; 0 is a thread that is none of the module's.

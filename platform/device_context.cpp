@@ -7,7 +7,6 @@
 #include "ui_extension_context.h"
 
 namespace StandIn {
-
 namespace {
 
 using OHOS::AbilityRuntime::AbilityContext;

@@ -6,7 +6,6 @@
 #include "module_entry.h"
 
 namespace StandIn {
-
 namespace {
 
 struct Registry {

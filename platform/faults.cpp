@@ -4,7 +4,6 @@
 #include <mutex>
 
 namespace StandIn {
-
 namespace {
 
 /// One function that can fail on purpose, its standing order, and its calls so far.

@@ -11,7 +11,6 @@
 #include "clock.h"
 
 namespace StandIn {
-
 namespace {
 
 constexpr char LETTERS[] = "DIWEF";

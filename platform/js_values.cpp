@@ -1,7 +1,6 @@
 #include "js_values.h"
 
 namespace StandIn {
-
 namespace {
 
 // A failed call has mostly left an exception of its own, as that of a getter.

@@ -5,7 +5,6 @@
 #include <cstring>
 
 namespace StandIn {
-
 namespace {
 
 /// Past the privacy mark that `text` starts with, if any.

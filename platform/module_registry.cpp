@@ -2,7 +2,6 @@
 #include "module_entry.h"
 
 namespace StandIn {
-
 namespace {
 
 napi_module* gRecord = nullptr;  // set once, while the library is being loaded

@@ -6,7 +6,6 @@
 #include "faults.h"
 
 namespace StandIn {
-
 namespace {
 
 // Marks the JS objects whose wrapped pointer is a ContextRecord.

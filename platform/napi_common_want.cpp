@@ -9,7 +9,6 @@
 #include "params_object.h"
 
 namespace StandIn {
-
 namespace {
 
 using OHOS::AAFwk::WantParams;

@@ -9,7 +9,6 @@
 // The calls in which Node and the device differ, or which the stand-in watches, turned here by the linker.
 
 namespace StandIn {
-
 namespace {
 
 constexpr unsigned int LOG_DOMAIN_DEVICE = 0xD0FFFFF;

@@ -5,7 +5,6 @@
 #include <utility>
 
 namespace StandIn {
-
 namespace {
 
 thread_local const void* gLatestSettler = nullptr;  // of the request now being started on this JS thread

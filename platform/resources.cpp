@@ -6,7 +6,6 @@
 #include "faults.h"
 
 namespace StandIn {
-
 namespace {
 
 using OHOS::Global::Resource::NOT_FOUND;

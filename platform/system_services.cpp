@@ -9,7 +9,6 @@
 // The small services that the module asks: the time, who the caller is and what it may do.
 
 namespace StandIn {
-
 namespace {
 
 constexpr uint64_t APPLICATION_TOKEN = 0x20010001;

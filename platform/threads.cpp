@@ -9,7 +9,6 @@
 // The module's std::thread and its sleeps, turned here by the linker.
 
 namespace StandIn {
-
 namespace {
 
 /// What a thread of the module runs: its own work, between a birth and an end that the clock knows of.
@@ -34,7 +33,6 @@ private:
 };
 
 }  // namespace
-
 }  // namespace StandIn
 
 // std::thread::_M_start_thread(_State_ptr, void (*)()): a unique_ptr argument travels by address.

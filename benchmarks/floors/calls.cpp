@@ -10,7 +10,6 @@
 #include "floors.h"
 
 namespace Floors {
-
 namespace {
 
 using nlohmann::json;
@@ -131,7 +130,6 @@ napi_value Wait(napi_env env, napi_callback_info info) {
 }
 
 }  // namespace
-
 }  // namespace Floors
 
 NAPI_MODULE_INIT() {

@@ -7,7 +7,6 @@
 #include "inbox.h"
 
 namespace Floors {
-
 namespace {
 
 void Settle(napi_env env, const napi_deferred& deferred) {

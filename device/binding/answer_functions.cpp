@@ -11,7 +11,6 @@
 #include "ui_thread.h"
 
 namespace StandIn {
-
 namespace {
 
 using OHOS::AAFwk::Want;

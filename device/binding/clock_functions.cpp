@@ -10,7 +10,6 @@
 #include "serial_thread.h"
 
 namespace StandIn {
-
 namespace {
 
 constexpr double SLOWEST_RATE = 1e-6;

@@ -8,7 +8,6 @@
 #include "reading.h"
 
 namespace StandIn {
-
 namespace {
 
 struct ContextOptions {

@@ -5,7 +5,6 @@
 #include "reading.h"
 
 namespace StandIn {
-
 namespace {
 
 napi_value MakeFlags(napi_env env, std::initializer_list<bool> flags) {

@@ -4,7 +4,6 @@
 #include <limits>
 
 namespace StandIn {
-
 namespace {
 
 constexpr double MAX_SAFE_INTEGER = 9007199254740991;

@@ -7,7 +7,6 @@
 #include "making.h"
 
 namespace StandIn {
-
 namespace {
 
 using OHOS::HiviewDFX::Event;
