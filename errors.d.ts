@@ -1,5 +1,5 @@
 /**
- * The codes of the module's errors, for code that wants names instead of numbers. Plain JS without a native
+ * The codes of the module's errors and the types of its requests, for code that wants names instead of numbers. Plain JS without a native
  * part: it runs wherever the game runs.
  */
 
@@ -59,10 +59,30 @@ export const ErrorCode: {
 
 export type ErrorCode = typeof ErrorCode[keyof typeof ErrorCode];
 
+/** Which method a modal belongs to: the parameter "requestType" of its Want, and of `launchAntiAddiction`. */
+export const RequestType: {
+    readonly INIT: 1;
+    readonly GET_LOCAL_PLAYER: 2;
+    readonly SAVE_PLAYER_ROLE: 3;
+    readonly PRE_PURCHASE: 4;
+    readonly POST_PURCHASE: 5;
+    /** Also of the page that the end of the time to play opens. */
+    readonly LAUNCH_ANTI_ADDICTION: 6;
+    readonly BIND_PLAYER: 7;
+    readonly UNBIND_PLAYER: 8;
+    readonly VERIFY_LOCAL_PLAYER: 9;
+    readonly UNION_LOGIN: 10;
+    readonly LAUNCH_WELCOME_BANNER: 13;
+    readonly QUICK_GAME_LOGIN: 14;
+    readonly LAUNCH_COMMON_PAGE: 15;
+};
+
+export type RequestType = typeof RequestType[keyof typeof RequestType];
+
 /** What the module throws, rejects with and passes to callbacks: a plain `Error` with a number as its `code`. */
 export interface BusinessError extends Error {
     readonly code: ErrorCode;
 }
 
-/** Whether what was caught is an error of the module. */
+/** Whether what was caught is an error of the module, of whichever realm. */
 export function isBusinessError(error: unknown): error is BusinessError;

@@ -23,10 +23,27 @@ const ErrorCode = Object.freeze({
     ILLEGAL_IDENTITY: 1002000017
 });
 
+const RequestType = Object.freeze({
+    INIT: 1,
+    GET_LOCAL_PLAYER: 2,
+    SAVE_PLAYER_ROLE: 3,
+    PRE_PURCHASE: 4,
+    POST_PURCHASE: 5,
+    LAUNCH_ANTI_ADDICTION: 6,
+    BIND_PLAYER: 7,
+    UNBIND_PLAYER: 8,
+    VERIFY_LOCAL_PLAYER: 9,
+    UNION_LOGIN: 10,
+    LAUNCH_WELCOME_BANNER: 13,
+    QUICK_GAME_LOGIN: 14,
+    LAUNCH_COMMON_PAGE: 15
+});
+
 const codes = new Set(Object.values(ErrorCode));
 
+// An error of another realm, as Jest makes one for each test file, has another prototype.
 function isBusinessError(error) {
-    return error instanceof Error && codes.has(error.code);
+    return Object.prototype.toString.call(error) === '[object Error]' && codes.has(error.code);
 }
 
-module.exports = { ErrorCode, isBusinessError };
+module.exports = { ErrorCode, RequestType, isBusinessError };

@@ -1,9 +1,15 @@
+import type { RequestType } from '../errors';
+
 /**
  * The stand-in device: what the module finds on a PC in place of a device, and the ways to drive and watch it.
  *
  * There is one device per process. Every JS environment of it, the main thread and each Worker, may load this
  * and sees the same device. A wrong argument throws a TypeError or RangeError that names it and says what it
  * may be; functions that return a promise reject with it.
+ *
+ * What nobody asked for but a tester should know goes to stderr, as lines that begin with "game device:": the end
+ * of the process by the module, a request without an answer, an answer that reaches nobody or that the module does
+ * not read. The environment variable GAMEAPI_LOG=off silences them. They never change what happens.
  */
 
 /** A context of the stage model, as the module's methods take it. It belongs to the environment that made it. */
@@ -70,8 +76,9 @@ export interface Want {
  *
  * Its four answers call the module on the device's UI thread (see `answerOn`), in the order in which they were
  * given and one at a time on the whole device. The promise is resolved when the call has returned and all that
- * it queued for this environment has been delivered; until then it keeps the process alive. A closed modal may
- * still answer; one that `reset` made the device forget may not, and the promise is rejected.
+ * it queued for this environment has been delivered, or when the answer has ended the game; until then it keeps the
+ * process alive. A closed modal may still answer; one that `reset` made the device forget may not, nor may any after
+ * the game has ended, and the promise is rejected.
  */
 export interface Modal {
     /** The session id: above 0, and never used again. */
@@ -79,8 +86,13 @@ export interface Modal {
     readonly want: Want;
     /** The two groups of booleans of the modal's configuration, in their order. */
     readonly config: { readonly leading: readonly boolean[]; readonly trailing: readonly boolean[] };
-    /** Whether the module has not closed it yet. Live. */
+    /** Whether neither the module has closed it yet, nor its environment has ended. Live. */
     readonly isOpen: boolean;
+    /**
+     * Whether an answer was given that settles the request: a result or received data with a code other than 9, or an
+     * error. Live.
+     */
+    readonly isAnswered: boolean;
 
     /** Ends the extension with a result. */
     result(code: number, parameters?: ParameterObject): Promise<void>;
@@ -95,10 +107,18 @@ export interface Modal {
 /** All modals opened since the last reset, oldest first. */
 export function modals(): Modal[];
 
+/** A method that opens a modal, or the type of its requests. */
+export type ModalFilter =
+    | 'init' | 'getLocalPlayer' | 'savePlayerRole' | 'prePurchase' | 'postPurchase' | 'launchAntiAddiction'
+    | 'bindPlayer' | 'unbindPlayer' | 'verifyLocalPlayer' | 'unionLogin' | 'launchWelcomeBanner' | 'quickGameLogin'
+    | 'launchCommonPage' | { requestType?: RequestType };
+
 /**
- * The oldest modal that `nextModal` has not given out yet, in whichever environment it was or will be opened;
- * each is given out once. Rejects if none opens within `timeoutMs` of real time, 5000 if left out.
+ * The oldest modal, of the filter's method if there is one, that is open, has no answer that settles its request, and
+ * was not given out by `nextModal` yet, in whichever environment it was or will be opened; each is given out once.
+ * Rejects if there is none within `timeoutMs` of real time, 5000 if left out.
  */
+export function nextModal(filter?: ModalFilter, options?: { timeoutMs?: number }): Promise<Modal>;
 export function nextModal(timeoutMs?: number): Promise<Modal>;
 
 /**
@@ -108,19 +128,31 @@ export function nextModal(timeoutMs?: number): Promise<Modal>;
  */
 export function onModal(handler: ((modal: Modal) => void) | null): void;
 
+/** Why the module ended the game. */
+export interface GameEnd {
+    /** An answer of the game service, or a timer whose time to play was over. */
+    readonly reason: 'answer' | 'timer';
+    /** Of the modal that answered, or of the request that the timer belongs to. */
+    readonly requestType: number;
+    /** The code of the answer; undefined for a timer. */
+    readonly code: number | undefined;
+}
+
+/**
+ * What happens when the module ends the game. Without a handler it ends the process, with status 0 as on a device, or
+ * with the one that the environment variable GAMEAPI_EXIT_STATUS gives. While there is a handler the process goes on
+ * and `handler` is called on this thread; the thread of the device that asked for the end never returns, and until
+ * `reset` every answer is refused. Only on a JS thread (`answerOn('caller')`) the process ends all the same, with
+ * status 70. An environment has one handler: a new one replaces it, null or a reset removes it.
+ */
+export function onExit(handler: ((end: GameEnd) => void) | null): void;
+
 /**
  * Where answers run: on the device's UI thread ('ui', the default), or on the JS thread that gives the answer,
  * before the answering call returns ('caller'). Holds for the whole device. With 'caller' an exception that the
  * module throws while it takes the answer rejects the answer's promise.
  */
 export function answerOn(thread: 'ui' | 'caller'): void;
-
-/**
- * From now on every modal that opens, in any environment, is answered on the UI thread at once, as by
- * `receive(parameters)`; with null the extension waits for an answer again. For measurements: no JS runs between
- * the opening and the answer.
- */
-export function answerAll(parameters: ParameterObject | null): void;
 
 /** The device's time, on which the module's clock and all its waiting run. */
 export const clock: {
@@ -136,6 +168,12 @@ export const clock: {
      * other. Resolves when all that this queued for this environment has been delivered.
      */
     advance(ms: number): Promise<void>;
+    /**
+     * Calls `handler` with the milliseconds of each step that `advance` takes in this environment, so that a test
+     * runner's fake timers follow; a promise that it returns is awaited. Steps end wherever a thread of the module
+     * wakes. One handler for each environment; null or a reset removes it.
+     */
+    onAdvance(handler: ((ms: number) => unknown) | null): void;
     /** How many threads of the module are waiting for a moment to come. */
     sleepers(): number;
 };
@@ -153,7 +191,7 @@ export interface LogLine {
 
 /**
  * The log lines since the last reset, oldest first; of more than 8192 the latest. With the environment variable
- * GAMEAPI_LOG set to a level, lines of that level and above are printed to stderr as well.
+ * GAMEAPI_LOG set to a level (D, I, W, E, F), lines of that level and above are printed to stderr as well.
  */
 export function logs(): LogLine[];
 
@@ -200,7 +238,8 @@ export function faults(): { call: string; made: number; failed: number }[];
 
 /**
  * Brings everything back to how it began: modals, log lines and events are forgotten, waiting threads of the
- * module never wake, time is real, answers run on the UI thread, no call is made to fail, and no environment
- * has a modal handler. Contexts, and promises of `nextModal`, stay in use.
+ * module never wake, time is real, answers run on the UI thread, no call is made to fail, a game that has ended
+ * may begin again, no environment has a handler, and this one has no listeners of the module's events. Contexts,
+ * and promises of `nextModal`, stay in use.
  */
 export function reset(): void;

@@ -1,105 +1,140 @@
 'use strict';
 
-const fs = require('fs');
-const path = require('path');
+const { inspect } = require('util');
+const { nearest } = require('./answers.js');
+const binding = require('./binding.js');
+const { METHODS, forgetModals, modalOf, modals, nameOf } = require('./modal.js');
 
-const build = process.env.GAMEAPI_BUILD || 'release';
-const addon = path.join(__dirname, '..', 'out', build, 'device.node');
-if (!fs.existsSync(addon)) {
-    throw new Error(`The stand-in device is not built: out/${build}/device.node is missing. Run ./build, which makes it.`);
-}
-const binding = require(addon);
+// Taken now: what a test puts in their place later must not stop what runs on real time.
+const { clearTimeout, setInterval, setTimeout } = require('timers');
 
 const MAX_TIMEOUT_MS = 0x7fffffff;  // of setTimeout
+const SILENCE_MS = 5000;  // after which an open modal is told of
+const LISTENED = ['playerChanged', 'gameAddictionPrevented'];
 
-function deepFreeze(value) {
-    if (typeof value === 'object' && value !== null) {
-        Object.values(value).forEach(deepFreeze);
-        Object.freeze(value);
+setInterval(() => { binding.tellSilentModals(SILENCE_MS); }, 1000).unref();
+
+const typesOf = new Map(Array.from(METHODS, ([type, method]) => [method, type]));
+
+function readKeys(name, object, possible) {
+    for (const key of Object.keys(object)) {
+        if (!possible.includes(key)) {
+            throw new TypeError(`${name} has no '${key}': possible is ${possible.join(', ')}`);
+        }
     }
-    return value;
+    return object;
 }
 
-// The methods are async so that a TypeError of the binding rejects; they still answer before they return.
-class Modal {
-    constructor({ id, want, config }) {
-        this.id = id;
-        this.want = want;
-        this.config = config;
-        deepFreeze(this);
+/** The request type that a filter of nextModal asks for; 0: any. */
+function readFilter(filter) {
+    if (filter === undefined || filter === null) {
+        return 0;
     }
-
-    get isOpen() {
-        return binding.isModalOpen(this.id);
+    if (typeof filter === 'string') {
+        if (!typesOf.has(filter)) {
+            const near = nearest(filter, [...typesOf.keys()]);
+            throw new TypeError(`filter must be a method that opens a modal, not '${filter}'` +
+                (near ? `: do you mean '${near}'?` : ''));
+        }
+        return typesOf.get(filter);
     }
-
-    async result(code, parameters = {}) {
-        return binding.answerResult(this.id, code, parameters);
+    if (typeof filter !== 'object') {
+        throw new TypeError('filter must be the name of a method, { requestType } or a number of milliseconds');
     }
-
-    async receive(parameters) {
-        return binding.answerReceive(this.id, parameters);
-    }
-
-    async release(code) {
-        return binding.answerRelease(this.id, code);
-    }
-
-    async error(code, name = '', message = '') {
-        return binding.answerError(this.id, code, name, message);
-    }
+    return readKeys('filter', filter, ['requestType']).requestType ?? 0;
 }
 
-// One object per modal. A new generation begins with a reset, which may come from another environment.
-const known = { generation: 0, modals: new Map() };
-
-function modalOf(record) {
-    if (known.generation < record.generation) {
-        known.generation = record.generation;
-        known.modals.clear();
-    }
-    const modal = known.modals.get(record.id) || new Modal(record);
-    known.modals.set(record.id, modal);
-    return modal;
-}
-
-function findModal(id) {
-    const record = known.modals.has(id) ? null : binding.modalRecord(id);
-    return record ? modalOf(record) : known.modals.get(id);
-}
-
-function modals() {
-    return binding.modalIds().map(findModal).filter(Boolean);
-}
-
-async function nextModal(timeoutMs = 5000) {
+/** The limit of a wait for a modal, in milliseconds. */
+function readTimeout({ timeoutMs = 5000 }) {
     if (typeof timeoutMs !== 'number' || !(timeoutMs >= 0 && timeoutMs <= MAX_TIMEOUT_MS)) {
         throw new TypeError(`timeoutMs must be a number of milliseconds from 0 to ${MAX_TIMEOUT_MS}`);
     }
+    return timeoutMs;
+}
+
+function describeWaiting() {
+    const waiting = modals().filter(({ isOpen, isAnswered }) => isOpen && !isAnswered)
+        .map(({ id, want }) => `modal ${id} (${nameOf(want.parameters.requestType)})`);
+    return waiting.length > 0 ? `; waiting for an answer: ${waiting.join(', ')}` : '';
+}
+
+async function nextModal(filter, options = {}) {
+    const isLimit = typeof filter === 'number';
+    const requestType = isLimit ? 0 : readFilter(filter);
+    const timeoutMs = readTimeout(isLimit ? { timeoutMs: filter } : readKeys('options', options, ['timeoutMs']));
+    const of = requestType === 0 ? '' : ` of ${nameOf(requestType)}`;
+    const late = new Error(`no modal${of} was opened within ${timeoutMs} ms`);  // here for its stack
     return new Promise((resolve, reject) => {
-        const ticket = binding.awaitModal((record) => {
+        const ticket = binding.awaitModal(requestType, (record) => {
             clearTimeout(timer);
             resolve(modalOf(record));
         });
         const timer = setTimeout(() => {
             if (binding.cancelWait(ticket)) {
-                reject(new Error(`no modal was opened within ${timeoutMs} ms`));
+                late.message += describeWaiting();
+                reject(late);
             }
         }, timeoutMs);
     });
 }
 
+const isFunction = (value) => typeof value === 'function';
+
 function onModal(handler) {
-    const isFunction = typeof handler === 'function';
-    binding.onModal(isFunction ? (record) => { handler(modalOf(record)); } : handler);
+    binding.onModal(isFunction(handler) ? (record) => { handler(modalOf(record)); } : handler);
 }
 
+function onExit(handler) {
+    binding.onExit(isFunction(handler) ? (isTimer, requestType, code) => {
+        handler({ reason: isTimer ? 'timer' : 'answer', requestType, code: isTimer ? undefined : code });
+    } : handler);
+}
+
+let follower = null;
+let lastAdvance = Promise.resolve();
+
+function onAdvance(handler) {
+    if (handler !== null && !isFunction(handler)) {
+        throw new TypeError('handler must be a function or null');
+    }
+    follower = handler;
+}
+
+// Stops wherever a thread of the module wakes, so that the game's own timers and the module's take turns.
+async function advanceWithFollower(ms) {
+    for (let left = ms; left > 0;) {
+        const step = Math.min(left, Math.max(binding.clockNext(), 0));
+        await binding.clockAdvance(step);
+        left -= step;
+        if (step > 0 && follower) {
+            await follower(step);
+        }
+    }
+}
+
+async function advance(ms) {
+    if (!follower || !(ms > 0)) {
+        return binding.clockAdvance(ms);
+    }
+    const run = () => advanceWithFollower(ms);
+    lastAdvance = lastAdvance.then(run, run);
+    return lastAdvance;
+}
+
+// The module has no reset: its listeners are removed as a game would, once nothing fails any more.
 function reset() {
     binding.reset();
-    known.modals.clear();
+    const game = binding.moduleExports();
+    if (game) {
+        binding.setSystemApp(true);
+        LISTENED.forEach((type) => game.off(type));
+        binding.reset();
+    }
+    follower = null;
+    forgetModals();
 }
 
-module.exports = {
+const device = {
     createAbilityContext: binding.createAbilityContext,
     createUIExtensionContext: binding.createUIExtensionContext,
     createStageContext: binding.createStageContext,
@@ -108,15 +143,14 @@ module.exports = {
     modals,
     nextModal,
     onModal,
-    answerAll: binding.answerAll,
+    onExit,
     answerOn: binding.answerOn,
     clock: {
         real: binding.clockReal,
         manual: binding.clockManual,
         now: binding.clockNow,
-        async advance(ms) {
-            return binding.clockAdvance(ms);
-        },
+        advance,
+        onAdvance,
         sleepers: binding.clockSleepers
     },
     setSystemApp: binding.setSystemApp,
@@ -129,3 +163,15 @@ module.exports = {
     faults: binding.faults,
     reset
 };
+
+Object.defineProperty(device, inspect.custom, {
+    value: (depth, options) => `device ${inspect({
+        modals: modals(),
+        clock: { now: binding.clockNow(), sleepers: binding.clockSleepers() },
+        logs: binding.logs().slice(-3).map(({ level, message }) => `${level} ${message}`),
+        events: binding.analyticsEvents().length,
+        functions: Object.keys(device).join(' ')
+    }, { ...options, depth: 1 })}`
+});
+
+module.exports = device;

@@ -3,6 +3,7 @@
 #include <time.h>
 
 #include <algorithm>
+#include <limits>
 
 namespace StandIn {
 namespace {
@@ -87,6 +88,14 @@ size_t Clock::Sleepers() {
     return sleepers_.size();
 }
 
+double Clock::NextMs() {
+    using Milliseconds = std::chrono::duration<double, std::milli>;
+    std::unique_lock<std::mutex> lock(mutex_);
+    AwaitSettled(lock);
+    if (sleepers_.empty()) return std::numeric_limits<double>::infinity();
+    return Milliseconds(sleepers_.begin()->first.first - Now()).count();
+}
+
 void Clock::Reset() {
     std::unique_lock<std::mutex> lock(mutex_);
     AwaitSettled(lock);
@@ -143,6 +152,10 @@ void Clock::Began(uint64_t birth) { gBirth = birth; }
 void Clock::Ended() {
     std::lock_guard<std::mutex> guard(mutex_);
     if (--running_ == 0) settled_.notify_all();
+}
+
+void Clock::Leave() {
+    if (std::exchange(gBirth, 0) != 0) Ended();
 }
 
 }  // namespace StandIn

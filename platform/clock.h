@@ -34,6 +34,9 @@ public:
     bool Advance(Nanoseconds distance);
     /// How many threads are asleep, once those that are awake sleep or have ended.
     size_t Sleepers();
+    /// Milliseconds until the next sleeper is to wake, once those that are awake sleep or have ended;
+    /// infinite if none sleeps.
+    double NextMs();
     /// Real at rate 1 again; the threads that there are never wake from their sleep.
     void Reset();
 
@@ -45,8 +48,10 @@ public:
     uint64_t Born();
     /// On the new thread, before anything else it does.
     static void Began(uint64_t birth);
-    /// The thread that `Born` announced has ended.
+    /// The thread that `Born` announced did not start, or has ended.
     void Ended();
+    /// This thread, if it is one of the module's, does no more.
+    void Leave();
 
 private:
     using Steady = std::chrono::steady_clock;
@@ -65,7 +70,7 @@ private:
     void WaitForChange(Sleeper& self, const Order& order, std::unique_lock<std::mutex>& lock);
     void Wake(std::map<Order, Sleeper*>::iterator which);
 
-    std::mutex mutex_;
+    std::mutex mutex_;                 // guards what follows
     std::condition_variable settled_;  // `running_` fell to 0
     std::map<Order, Sleeper*> sleepers_;
     uint64_t births_ = 0;

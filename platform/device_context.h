@@ -2,18 +2,63 @@
 
 #include <node_api.h>
 
+#include <atomic>
+#include <cstdint>
 #include <map>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "context.h"
-#include "resources.h"
-#include "window.h"
+#include "environment.h"
+#include "ui_content.h"
 
 namespace StandIn {
 
+using Bytes = std::vector<uint8_t>;
+
+/// The resources of one module of an application.
+struct Resources {
+    std::map<uint32_t, Bytes> mediaById;
+    std::map<std::string, Bytes> mediaByName;
+    std::map<std::string, Bytes> rawFiles;
+};
+
+/// The manager that reads `resources`, which must not change any more.
+std::shared_ptr<OHOS::Global::Resource::ResourceManager> MakeResourceManager(
+    std::shared_ptr<const Resources> resources);
+
 /// The modules of an application by name; one with null resources has no resource manager.
 using Modules = std::map<std::string, std::shared_ptr<const Resources>>;
+
+/// A window. Its content object is always there, but is found only while the window shows a page.
+/// Thread-safe.
+class Window final : public OHOS::Ace::UIContent {
+public:
+    /// The window of a context that lives in `environment`.
+    Window(const std::shared_ptr<Environment>& environment, bool isShown);
+
+    void Show() { isShown_ = true; }
+    void Hide() { isShown_ = false; }
+    /// The content as the module finds it: null while the window shows no page.
+    OHOS::Ace::UIContent* FindContent();
+
+    int32_t CreateModalUIExtension(OHOS::AAFwk::Want want, OHOS::Ace::ModalUIExtensionCallbacks callbacks,
+                                   OHOS::Ace::ModalUIExtensionConfig config) override;
+    void CloseModalUIExtension(int32_t sessionId) override;
+
+private:
+    const std::weak_ptr<Environment> environment_;
+    std::atomic<bool> isShown_;
+};
+
+/// For a thread that the module starts on this one: holds the loop of the calling JS thread, if the method
+/// that runs there found no window and so has that thread wait for one. Empty otherwise.
+std::shared_ptr<LoopHold> BeginWindowWait();
+/// As that thread ends.
+void EndWindowWait(const std::shared_ptr<LoopHold>& hold);
+/// Drops the holds of all that wait for a window: their threads are never to wake.
+void DropWindowWaits();
 
 enum class ContextKind {
     ABILITY,
@@ -38,5 +83,8 @@ napi_value MakeContextObject(napi_env env, ContextRecord record);
 /// What stands behind `value`, owned by the JS object; null if it is no context object. Leaves no exception.
 /// On `env`'s JS thread.
 const ContextRecord* FindContextRecord(napi_env env, napi_value value);
+
+/// Makes this process one of a system application, or of an ordinary one again. Thread-safe.
+void SetSystemApp(bool isSystem);
 
 }  // namespace StandIn

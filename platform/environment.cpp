@@ -3,8 +3,6 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "module_entry.h"
-
 namespace StandIn {
 namespace {
 
@@ -168,19 +166,11 @@ bool Environment::PostTo(const uv_loop_t* loop, Job job) {
 
 void Environment::Hold() {
     std::lock_guard<std::mutex> guard(mutex_);
-    AddHold();
+    if (++holds_ == 1 && queue_.empty()) ChangeRef();
 }
 
 void Environment::Unhold() {
     std::lock_guard<std::mutex> guard(mutex_);
-    RemoveHold();
-}
-
-void Environment::AddHold() {
-    if (++holds_ == 1 && queue_.empty()) ChangeRef();
-}
-
-void Environment::RemoveHold() {
     if (--holds_ == 0 && queue_.empty()) ChangeRef();
 }
 

@@ -14,7 +14,6 @@
 namespace StandIn {
 
 class Environment;
-class RequestHold;
 
 /// Keeps the loop of one environment from ending while it lives. Movable, droppable on any thread.
 class LoopHold {
@@ -58,10 +57,11 @@ public:
     static bool PostTo(const uv_loop_t* loop, Job job);
 
     uv_loop_t* Loop() const { return loop_; }
+    /// Any thread. Whether it takes no work any more.
+    bool HasEnded() const { return hasEnded_; }
 
 private:
     friend class LoopHold;
-    friend class RequestHold;
     struct Item {
         napi_env env;
         Job job;
@@ -71,8 +71,6 @@ private:
     void Start(napi_env env);
     void Hold();
     void Unhold();
-    void AddHold();
-    void RemoveHold();
     bool IsLoopThread() const { return std::this_thread::get_id() == thread_; }
     void ChangeRef();
     void UpdateRef();
@@ -89,14 +87,22 @@ private:
     napi_async_context asyncContext_ = nullptr;
     napi_async_cleanup_hook_handle cleanupHandle_ = nullptr;
 
-    std::mutex mutex_;
+    std::mutex mutex_;  // guards what follows
     std::vector<Item> queue_;
     std::vector<Item> spare_;  // empty: memory for the next queue
     size_t holds_ = 0;
-    std::unordered_map<const void*, RequestHold*> requests_;  // that hold, by what they are settled through
-    std::atomic<size_t> requestCount_{0};                     // of those; they come only from the JS thread
-    bool hasEnded_ = false;
+    std::atomic<bool> hasEnded_{false};  // changed under the lock
 };
+
+/// The module's environment on the calling JS thread; null if the module was never loaded there.
+napi_env ModuleEnv();
+
+/// What the module gave JS on the calling JS thread: its exports, or null.
+napi_value ModuleExports();
+
+/// Runs the register function of the record that the module's load-time constructor handed in. On the device
+/// a JS thread has one environment, so a second load on the same thread is given the first one again.
+napi_value LoadModule(napi_env env, napi_value exports);
 
 /// Moves an exception pending in `from` to `to`, both of the calling JS thread; whether there was one.
 bool MovePendingException(napi_env from, napi_env to);

@@ -1,60 +1,52 @@
 #include "faults.h"
 
-#include <cstring>
 #include <mutex>
 
 namespace StandIn {
 namespace {
 
-/// One function that can fail on purpose, its standing order, and its calls so far.
+/// The standing order for one function, and its calls so far.
 struct Watched {
-    const char* call;
-    uint64_t skip;
-    uint64_t times;
-    uint64_t made;
-    uint64_t failed;
+    Faults::Record record;
+    uint64_t skip = 0;
+    uint64_t times = 0;
 };
 
-std::mutex gMutex;
+std::mutex gMutex;  // guards the table
 
 Watched gWatched[] = {
-#define WATCHED(name) {name, 0, 0, 0, 0},
-#define WRAPPED(name) WATCHED(#name)
-#define WRAPPED_AS(name, symbol) WATCHED(name)
-#define OWN(name) WATCHED(#name)
-#include "calls.def"
-#undef WATCHED
+#define OWN(name) {{#name}},
+#define WRAPPED(name) OWN(name)
+#define WRAPPED_AS(name, text, symbol) {{text}},
+#include "wrap/calls.def"
 #undef WRAPPED
 #undef WRAPPED_AS
 #undef OWN
 };
 
-Watched* Find(const char* call) {
-    for (Watched& watched : gWatched) {
-        if (std::strcmp(watched.call, call) == 0) return &watched;
-    }
-    return nullptr;
-}
-
 }  // namespace
 
 std::atomic<bool> Faults::isWatching_{false};
 
-bool Faults::Arm(const std::string& call, uint64_t skip, uint64_t times) {
+const char* Faults::NameOf(Call call) { return gWatched[static_cast<size_t>(call)].record.name; }
+
+bool Faults::Arm(const std::string& name, uint64_t skip, uint64_t times) {
     std::lock_guard<std::mutex> guard(gMutex);
-    Watched* watched = Find(call.c_str());
-    if (watched == nullptr) return false;
-    watched->skip = skip;
-    watched->times = times;
-    isWatching_ = true;
-    return true;
+    for (Watched& watched : gWatched) {
+        if (name != watched.record.name) continue;
+        watched.skip = skip;
+        watched.times = times;
+        isWatching_ = true;
+        return true;
+    }
+    return false;
 }
 
 void Faults::Reset() {
     std::lock_guard<std::mutex> guard(gMutex);
     isWatching_ = false;
     for (Watched& watched : gWatched) {
-        watched = {watched.call, 0, 0, 0, 0};
+        watched = {{watched.record.name}};
     }
 }
 
@@ -62,23 +54,22 @@ std::vector<Faults::Record> Faults::Records() {
     std::lock_guard<std::mutex> guard(gMutex);
     std::vector<Record> records;
     for (const Watched& watched : gWatched) {
-        records.push_back({watched.call, watched.made, watched.failed});
+        records.push_back(watched.record);
     }
     return records;
 }
 
-bool Faults::TripWatched(const char* call) {
+bool Faults::TripWatched(Call call) {
     std::lock_guard<std::mutex> guard(gMutex);
-    Watched* watched = Find(call);
-    if (watched == nullptr) return false;
-    ++watched->made;
-    if (watched->times == 0) return false;
-    if (watched->skip > 0) {
-        --watched->skip;
+    Watched& watched = gWatched[static_cast<size_t>(call)];
+    ++watched.record.made;
+    if (watched.times == 0) return false;
+    if (watched.skip > 0) {
+        --watched.skip;
         return false;
     }
-    --watched->times;
-    ++watched->failed;
+    --watched.times;
+    ++watched.record.failed;
     return true;
 }
 

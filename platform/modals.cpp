@@ -1,11 +1,68 @@
 #include "modals.h"
 
 #include <algorithm>
+#include <cstring>
 #include <utility>
 
+#include "game_end.h"
+#include "records.h"
 #include "ui_thread.h"
 
 namespace StandIn {
+namespace {
+
+constexpr int32_t CODE_EVENT_ONLY = 9;  // raises an event and leaves the request waiting
+
+struct RequestRow {
+    int32_t type;
+    const char* method;
+    bool isPage;  // that expects no answer
+};
+
+constexpr RequestRow REQUESTS[] = {
+    {1, "init", false},
+    {2, "getLocalPlayer", false},
+    {3, "savePlayerRole", false},
+    {4, "prePurchase", false},
+    {5, "postPurchase", false},
+    {6, "launchAntiAddiction", true},
+    {7, "bindPlayer", false},
+    {8, "unbindPlayer", false},
+    {9, "verifyLocalPlayer", false},
+    {10, "unionLogin", false},
+    {13, "launchWelcomeBanner", true},
+    {14, "quickGameLogin", false},
+    {15, "launchCommonPage", true},
+};
+
+const RequestRow* FindRequest(int32_t type) {
+    for (const RequestRow& row : REQUESTS) {
+        if (row.type == type) return &row;
+    }
+    return nullptr;
+}
+
+thread_local uint64_t gEffects = 0;
+
+}  // namespace
+
+std::string NameOfRequest(int32_t requestType) {
+    const RequestRow* row = FindRequest(requestType);
+    return row != nullptr ? row->method : "request " + std::to_string(requestType);
+}
+
+int32_t TypeOfRequest(const char* method) {
+    for (const RequestRow& row : REQUESTS) {
+        if (method != nullptr && std::strcmp(row.method, method) == 0) return row.type;
+    }
+    return 0;
+}
+
+void NoteEffect() { ++gEffects; }
+
+bool Modal::Answer::Settles() const {
+    return kind != Kind::RELEASE && (kind == Kind::ERROR || code != CODE_EVENT_ONLY);
+}
 
 Modal::Modal(int32_t id, int32_t generation, Opening opening)
     : id_(id),
@@ -13,16 +70,49 @@ Modal::Modal(int32_t id, int32_t generation, Opening opening)
       want_(std::move(opening.want)),
       config_(std::move(opening.config)),
       callbacks_(std::move(opening.callbacks)),
-      hold_(std::move(opening.hold)) {}
+      environment_(std::move(opening.environment)) {}
 
-void Modal::Close() {
-    isOpen_ = false;
-    if (hold_ != nullptr) hold_->Drop();
+int32_t Modal::RequestType() const { return want_.GetParams().GetIntParam("requestType", 0); }
+
+std::string Modal::Name() const {
+    return "modal " + std::to_string(id_) + " (" + NameOfRequest(RequestType()) + ")";
+}
+
+bool Modal::IsOpen() const { return isOpen_ && environment_ != nullptr && !environment_->HasEnded(); }
+
+void Modal::NoteAnswer(const Answer& answer) {
+    if (answer.Settles()) isAnswered_ = true;
+}
+
+bool Modal::IsSilent() const {
+    const RequestRow* row = FindRequest(RequestType());
+    return isOpen_ && !isAnswered_ && (row == nullptr || !row->isPage);
+}
+
+bool Modal::IsOlderThan(std::chrono::milliseconds age) const {
+    return std::chrono::steady_clock::now() - opened_ > age;
 }
 
 void Modal::Forget() {
     Close();
     isForgotten_ = true;
+}
+
+std::string Modal::Give(const Answer& answer, std::function<void()> giveUp) const {
+    if (isForgotten_) return Name() + " cannot answer: reset() made the device forget it.";
+    if (GameEnd::HasArrived())
+        return Name() + " cannot answer: the game has ended, until reset() begins anew.";
+    const bool isLate = !IsOpen() && answer.kind != Answer::Kind::RELEASE;
+    const uint64_t before = gEffects;
+    {
+        const OccasionScope scope({false, RequestType(), answer.code, id_, std::move(giveUp)});
+        answer.call(callbacks_);
+    }
+    if (isLate && gEffects == before) {
+        Say(Name() + " is closed and its request has ended: the answer " + std::to_string(answer.code) +
+            " reaches nobody");
+    }
+    return {};
 }
 
 Modals& Modals::Get() {
@@ -33,10 +123,19 @@ Modals& Modals::Get() {
 int32_t Modals::Open(Modal::Opening opening) {
     std::lock_guard<std::mutex> guard(mutex_);
     const int32_t id = firstId_ + static_cast<int32_t>(modals_.size());
-    modals_.push_back(std::make_shared<Modal>(id, firstId_, std::move(opening)));
-    Announce(modals_.back());
-    PostAnswer(modals_.back());
+    const auto modal = modals_.emplace_back(std::make_shared<Modal>(id, firstId_, std::move(opening)));
+    if (modal->IsSilent()) untold_.push_back(modal);
+    free_.push_back(modal);
+    Announce(modal);
+    if (answer_ != nullptr) PostAnswer(modal);
     return id;
+}
+
+void Modals::PostAnswer(const std::shared_ptr<Modal>& modal) {
+    modal->NoteAnswer(*answer_);
+    auto hold = std::make_shared<LoopHold>(modal->GetEnvironment());  // until the answer is given
+    UiThread::Get().Post(
+        [modal, hold, answer = answer_] { (void)modal->Give(*answer, [hold] { hold->Drop(); }); });
 }
 
 // Under the lock, so that everybody hears of the modals in the order of their ids.
@@ -48,25 +147,25 @@ void Modals::Announce(const std::shared_ptr<Modal>& modal) {
 }
 
 void Modals::ServeWaiters() {
-    while (given_ < modals_.size() && !waiters_.empty()) {
-        const Waiter waiter = std::move(waiters_.front());
-        waiters_.pop_front();
-        if (waiter.receiver(waiter.ticket, modals_[given_])) ++given_;
-    }
+    if (waiters_.empty()) return;
+    auto isGone = [](const auto& modal) { return !modal->IsOpen() || modal->IsAnswered(); };
+    free_.erase(std::remove_if(free_.begin(), free_.end(), isGone), free_.end());
+    waiters_.erase(std::remove_if(waiters_.begin(), waiters_.end(),
+                                  [this](const Waiter& waiter) { return Serve(waiter); }),
+                   waiters_.end());
 }
 
-void Modals::PostAnswer(const std::shared_ptr<Modal>& modal) {
-    if (answer_ == nullptr) return;
-    UiThread::Get().Post([modal, answer = answer_] {
-        const Modal::Callbacks* callbacks = modal->GetCallbacks();
-        if (callbacks != nullptr && callbacks->onReceive) {
-            const LoopHold untilQueued = modal->HoldLoop();
-            callbacks->onReceive(*answer);
-        }
+// True if the waiter waits no longer: it was served, or its environment has ended.
+bool Modals::Serve(const Waiter& waiter) {
+    auto found = std::find_if(free_.begin(), free_.end(), [&waiter](const auto& modal) {
+        return waiter.requestType == 0 || waiter.requestType == modal->RequestType();
     });
+    if (found == free_.end()) return false;
+    if (waiter.receiver(waiter.ticket, *found)) free_.erase(found);
+    return true;
 }
 
-void Modals::SetAnswer(std::shared_ptr<const OHOS::AAFwk::WantParams> answer) {
+void Modals::SetAnswer(std::shared_ptr<const Modal::Answer> answer) {
     std::lock_guard<std::mutex> guard(mutex_);
     answer_ = std::move(answer);
 }
@@ -97,7 +196,8 @@ void Modals::Reset() {
         std::lock_guard<std::mutex> guard(mutex_);
         firstId_ += static_cast<int32_t>(modals_.size());
         forgotten.swap(modals_);
-        given_ = 0;
+        free_.clear();
+        untold_.clear();
         watchers_.clear();
         answer_.reset();
     }
@@ -122,10 +222,10 @@ bool Modals::IsWatched(uint64_t ticket) {
                        [ticket](const auto& entry) { return entry.second.ticket == ticket; });
 }
 
-uint64_t Modals::Await(const void* owner, Receiver receiver) {
+uint64_t Modals::Await(const void* owner, int32_t requestType, Receiver receiver) {
     std::lock_guard<std::mutex> guard(mutex_);
     const uint64_t ticket = ++lastTicket_;
-    waiters_.push_back({owner, ticket, std::move(receiver)});
+    waiters_.push_back({owner, ticket, requestType, std::move(receiver)});
     ServeWaiters();
     return ticket;
 }
@@ -145,6 +245,25 @@ void Modals::DropOwner(const void* owner) {
     waiters_.erase(std::remove_if(waiters_.begin(), waiters_.end(),
                                   [owner](const Waiter& waiter) { return waiter.owner == owner; }),
                    waiters_.end());
+}
+
+void Modals::TellSilent(std::chrono::milliseconds age) {
+    std::lock_guard<std::mutex> guard(mutex_);
+    for (; !untold_.empty() && untold_.front()->IsOlderThan(age); untold_.pop_front()) {
+        if (untold_.front()->IsSilent()) Say(untold_.front()->Name() + " has no answer");
+    }
+}
+
+void Modals::TellSilent(const Environment& environment) {
+    std::lock_guard<std::mutex> guard(mutex_);
+    auto isOfThis = [&environment](const auto& modal) {
+        return modal->GetEnvironment().get() == &environment;
+    };
+    auto first = std::stable_partition(untold_.begin(), untold_.end(), std::not_fn(isOfThis));
+    for (auto modal = first; modal != untold_.end(); ++modal) {
+        if ((*modal)->IsSilent()) Say((*modal)->Name() + " has no answer");
+    }
+    untold_.erase(first, untold_.end());
 }
 
 }  // namespace StandIn

@@ -1,18 +1,28 @@
 #pragma once
 
 #include <atomic>
+#include <chrono>
 #include <cstdint>
 #include <deque>
 #include <functional>
 #include <map>
 #include <memory>
 #include <mutex>
+#include <string>
 #include <vector>
 
+#include "environment.h"
 #include "modal_ui_extension_config.h"
-#include "request_hold.h"
 
 namespace StandIn {
+
+/// The method that makes requests of a type; "request N" for one that has none.
+std::string NameOfRequest(int32_t requestType);
+/// The request type of a method; 0 if it has none, or is null.
+int32_t TypeOfRequest(const char* method);
+
+/// The module does something that somebody may notice, on this thread.
+void NoteEffect();
 
 /// One modal UI extension, kept after it is closed: a closed one may answer late. Thread-safe.
 class Modal {
@@ -25,7 +35,18 @@ public:
         Want want;
         Config config;
         Callbacks callbacks;
-        std::shared_ptr<RequestHold> hold;  // empty: holds no loop
+        std::shared_ptr<Environment> environment;  // of the window; empty: it has ended before
+    };
+
+    /// What an extension answers.
+    struct Answer {
+        enum class Kind { RESULT, RECEIVE, RELEASE, ERROR };
+        Kind kind = Kind::RESULT;
+        int32_t code = 0;
+        std::function<void(const Callbacks& callbacks)> call;
+
+        /// Whether the module takes it for the result of its request, unless that had one before.
+        bool Settles() const;
     };
 
     Modal(int32_t id, int32_t generation, Opening opening);
@@ -35,18 +56,27 @@ public:
     int32_t Generation() const { return generation_; }
     const Want& GetWant() const { return want_; }
     const Config& GetConfig() const { return config_; }
-    bool IsOpen() const { return isOpen_; }
+    const std::shared_ptr<Environment>& GetEnvironment() const { return environment_; }
+    int32_t RequestType() const;
+    /// "modal 3 (getLocalPlayer)".
+    std::string Name() const;
 
-    /// As long as this object lives; null once the modal was forgotten.
-    const Callbacks* GetCallbacks() const { return isForgotten_ ? nullptr : &callbacks_; }
+    /// Until the module closes it, or its environment ends.
+    bool IsOpen() const;
+    /// Whether an answer was given that settles its request.
+    bool IsAnswered() const { return isAnswered_; }
+    void NoteAnswer(const Answer& answer);
+    /// Whether its request is expected to be answered, and was not.
+    bool IsSilent() const;
+    bool IsOlderThan(std::chrono::milliseconds age) const;
 
-    /// Holds the loop that the open modal holds; none once it is closed or its request is answered.
-    LoopHold HoldLoop() const { return hold_ == nullptr ? LoopHold() : hold_->Share(); }
-
-    /// Closes the modal and lets go of its request's loop. Harmless if it is closed.
-    void Close();
+    void Close() { isOpen_ = false; }
     /// Closes it, and no answer reaches the module any more.
     void Forget();
+
+    /// Calls the module with `answer`, on this thread; `giveUp` runs here if that ends the game. Returns what
+    /// keeps it from being called; empty if nothing does.
+    std::string Give(const Answer& answer, std::function<void()> giveUp) const;
 
 private:
     const int32_t id_;
@@ -54,8 +84,10 @@ private:
     const Want want_;
     const Config config_;
     const Callbacks callbacks_;
-    const std::shared_ptr<RequestHold> hold_;
+    const std::shared_ptr<Environment> environment_;
+    const std::chrono::steady_clock::time_point opened_ = std::chrono::steady_clock::now();
     std::atomic<bool> isOpen_{true};
+    std::atomic<bool> isAnswered_{false};
     std::atomic<bool> isForgotten_{false};
 };
 
@@ -85,17 +117,22 @@ public:
     /// Whether the watch under `ticket` still stands, for modals that are on their way to it.
     bool IsWatched(uint64_t ticket);
 
-    /// `receiver` gets one modal, at once or when it opens: the oldest that no one has waited for yet.
-    /// Returns its ticket. Who waits longest is served first.
-    uint64_t Await(const void* owner, Receiver receiver);
+    /// `receiver` gets one modal of `requestType` (0: of any), immediately or when it opens: the oldest that
+    /// is open, unanswered and given to nobody yet. Returns its ticket. Who waits longest is served first.
+    uint64_t Await(const void* owner, int32_t requestType, Receiver receiver);
     /// False if the modal is already on its way.
     bool CancelWait(uint64_t ticket);
 
     /// Ends all watching and waiting of `owner`.
     void DropOwner(const void* owner);
 
-    /// From now on every modal opened sends `answer` at once, on the UI thread; with null none does.
-    void SetAnswer(std::shared_ptr<const OHOS::AAFwk::WantParams> answer);
+    /// Says, once for each, which modals are silent for so long already.
+    void TellSilent(std::chrono::milliseconds age);
+    /// The same for those of an environment that ends.
+    void TellSilent(const Environment& environment);
+
+    /// From now on every modal opened is answered so, on the UI thread; with null none is.
+    void SetAnswer(std::shared_ptr<const Modal::Answer> answer);
 
 private:
     struct Watcher {
@@ -105,21 +142,24 @@ private:
     struct Waiter {
         const void* owner;
         uint64_t ticket;
+        int32_t requestType;
         Receiver receiver;
     };
 
     void Announce(const std::shared_ptr<Modal>& modal);
-    void ServeWaiters();
     void PostAnswer(const std::shared_ptr<Modal>& modal);
+    void ServeWaiters();
+    bool Serve(const Waiter& waiter);
 
-    std::mutex mutex_;
+    std::mutex mutex_;     // guards what follows; receivers are called under it
     int32_t firstId_ = 1;  // of modals_, which have consecutive ids
     std::vector<std::shared_ptr<Modal>> modals_;
-    size_t given_ = 0;  // how many of modals_ have been given to a waiter
+    std::deque<std::shared_ptr<Modal>> free_;    // given to nobody yet; some may be closed or answered
+    std::deque<std::shared_ptr<Modal>> untold_;  // of which nothing was said; some may be closed or answered
     uint64_t lastTicket_ = 0;
     std::map<const void*, Watcher> watchers_;
     std::deque<Waiter> waiters_;
-    std::shared_ptr<const OHOS::AAFwk::WantParams> answer_;
+    std::shared_ptr<const Modal::Answer> answer_;
 };
 
 }  // namespace StandIn

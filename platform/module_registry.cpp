@@ -1,15 +1,21 @@
 #include "environment.h"
-#include "module_entry.h"
 
 namespace StandIn {
 namespace {
 
 napi_module* gRecord = nullptr;  // set once, while the library is being loaded
 thread_local napi_env gModuleEnv = nullptr;
+thread_local napi_ref gExports = nullptr;  // goes with the environment
 
 }  // namespace
 
 napi_env ModuleEnv() { return gModuleEnv; }
+
+napi_value ModuleExports() {
+    napi_value exports = nullptr;
+    if (gModuleEnv != nullptr) (void)napi_get_reference_value(gModuleEnv, gExports, &exports);
+    return exports;
+}
 
 napi_value LoadModule(napi_env env, napi_value exports) {
     if (gRecord == nullptr) {
@@ -19,6 +25,7 @@ napi_value LoadModule(napi_env env, napi_value exports) {
     (void)Environment::Attach(env);
     if (gModuleEnv == nullptr) {
         gModuleEnv = env;
+        (void)napi_create_reference(env, exports, 1, &gExports);
         (void)napi_add_env_cleanup_hook(
             env, [](void*) { gModuleEnv = nullptr; }, nullptr);
     }

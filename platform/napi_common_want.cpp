@@ -1,20 +1,12 @@
 #include "napi_common_want.h"
 
-#include <cmath>
-#include <limits>
-#include <utility>
-
 #include "faults.h"
-#include "js_values.h"
 #include "params_object.h"
 
 namespace StandIn {
 namespace {
 
 using OHOS::AAFwk::WantParams;
-
-constexpr int MAX_DEPTH = 32;
-constexpr const char* POSSIBLE_TYPES = "a number, boolean, string, array of strings or plain object";
 
 struct ValueMaker {
     napi_env env;
@@ -49,83 +41,6 @@ struct ValueMaker {
     }
 };
 
-/// Reads JS objects into parameters. Every method but the constructor leaves an exception if it answers
-/// false.
-class ParamsReader {
-public:
-    explicit ParamsReader(napi_env env) : env_(env) {}
-
-    bool ReadObject(napi_value object, const std::string& name, WantParams& params) {
-        return ForEachProperty(env_, object, name, [&](const std::string& key, napi_value value) {
-            WantParams::Value param;
-            if (!ReadParam(value, name + "." + key, param)) return false;
-            params.SetParam(key, std::move(param));
-            return true;
-        });
-    }
-
-private:
-    bool ReadParam(napi_value value, const std::string& name, WantParams::Value& param) {
-        napi_valuetype type = napi_undefined;
-        (void)napi_typeof(env_, value, &type);
-        switch (type) {
-            case napi_number:
-                return ReadNumber(value, param);
-            case napi_boolean:
-                return napi_get_value_bool(env_, value, &param.emplace<bool>()) == napi_ok;
-            case napi_string:
-                return ReadText(env_, value, name, param.emplace<std::string>());
-            case napi_object:
-                return ReadArrayOrObject(value, name, param);
-            default:
-                return ThrowUnexpected(env_, name, POSSIBLE_TYPES, value);
-        }
-    }
-
-    bool ReadNumber(napi_value value, WantParams::Value& param) {
-        using Int = std::numeric_limits<int32_t>;
-        double number = 0;
-        (void)napi_get_value_double(env_, value, &number);
-        const bool isInt = number >= Int::min() && number <= Int::max() && std::trunc(number) == number;
-        if (isInt && !(number == 0 && std::signbit(number))) {
-            param = static_cast<int32_t>(number);
-        } else {
-            param = number;
-        }
-        return true;
-    }
-
-    bool ReadArrayOrObject(napi_value value, const std::string& name, WantParams::Value& param) {
-        bool isArray = false;
-        (void)napi_is_array(env_, value, &isArray);
-        if (isArray) return ReadTexts(value, name, param.emplace<std::vector<std::string>>());
-        if (!IsPlainObject(env_, value)) return ThrowUnexpected(env_, name, POSSIBLE_TYPES, value);
-        return ReadNested(value, name, param);
-    }
-
-    bool ReadTexts(napi_value array, const std::string& name, std::vector<std::string>& texts) {
-        return ForEachElement(env_, array, name, [&](const std::string& elementName, napi_value element) {
-            return ReadText(env_, element, elementName, texts.emplace_back());
-        });
-    }
-
-    bool ReadNested(napi_value object, const std::string& name, WantParams::Value& param) {
-        if (depth_ == MAX_DEPTH) {
-            return ThrowTypeError(env_, name + " is nested more than " + std::to_string(MAX_DEPTH) +
-                                            " objects deep: an object must not contain itself");
-        }
-        auto nested = std::make_shared<WantParams>();
-        ++depth_;
-        const bool isRead = ReadObject(object, name, *nested);
-        --depth_;
-        param = std::shared_ptr<const WantParams>(std::move(nested));
-        return isRead;
-    }
-
-    napi_env env_;
-    int depth_ = 0;
-};
-
 // A property is defined, not set: setting "__proto__" would change the prototype.
 napi_property_descriptor DescribeProperty(napi_value key, napi_value value) {
     napi_property_descriptor property{};
@@ -136,6 +51,12 @@ napi_property_descriptor DescribeProperty(napi_value key, napi_value value) {
 }
 
 }  // namespace
+
+napi_value MakeText(napi_env env, const std::string& text) {
+    napi_value value = nullptr;
+    (void)napi_create_string_utf8(env, text.data(), text.size(), &value);
+    return value;
+}
 
 napi_value MakeParamsObject(napi_env env, const WantParams& params) {
     std::vector<napi_property_descriptor> properties;
@@ -158,11 +79,8 @@ napi_value MakeParamsObject(napi_env env, const WantParams& params) {
 namespace OHOS::AppExecFwk {
 
 napi_value WrapWantParams(napi_env env, const AAFwk::WantParams& params) {
-    return StandIn::Faults::Trip("WrapWantParams") ? nullptr : StandIn::MakeParamsObject(env, params);
-}
-
-bool UnwrapWantParams(napi_env env, napi_value value, AAFwk::WantParams& params) {
-    return StandIn::ParamsReader(env).ReadObject(value, "parameters", params);
+    return StandIn::Faults::Trip(StandIn::Call::WrapWantParams) ? nullptr
+                                                                : StandIn::MakeParamsObject(env, params);
 }
 
 }  // namespace OHOS::AppExecFwk

@@ -1,9 +1,10 @@
-#include "resources.h"
+#include "device_context.h"
 
 #include <algorithm>
 #include <utility>
 
 #include "faults.h"
+#include "resource_manager.h"
 
 namespace StandIn {
 namespace {
@@ -24,7 +25,7 @@ RState CopyOut(const Bytes* bytes, size_t& length, std::unique_ptr<uint8_t[]>& d
 }
 
 template <typename Key>
-const Bytes* Find(const char* call, const std::map<Key, Bytes>& resources, const Key& key) {
+const Bytes* Find(Call call, const std::map<Key, Bytes>& resources, const Key& key) {
     auto found = resources.find(key);
     return Faults::Trip(call) || found == resources.end() ? nullptr : &found->second;
 }
@@ -35,17 +36,18 @@ public:
 
     RState GetMediaDataById(uint32_t id, size_t& length, std::unique_ptr<uint8_t[]>& data,
                             uint32_t /*density*/) override {
-        return CopyOut(Find("GetMediaDataById", resources_->mediaById, id), length, data);
+        return CopyOut(Find(Call::GetMediaDataById, resources_->mediaById, id), length, data);
     }
 
     RState GetMediaDataByName(const char* name, size_t& length, std::unique_ptr<uint8_t[]>& data,
                               uint32_t /*density*/) override {
-        return CopyOut(Find("GetMediaDataByName", resources_->mediaByName, std::string(name)), length, data);
+        return CopyOut(Find(Call::GetMediaDataByName, resources_->mediaByName, std::string(name)), length,
+                       data);
     }
 
     RState GetRawFileFromHap(const std::string& name, size_t& length,
                              std::unique_ptr<uint8_t[]>& data) override {
-        return CopyOut(Find("GetRawFileFromHap", resources_->rawFiles, name), length, data);
+        return CopyOut(Find(Call::GetRawFileFromHap, resources_->rawFiles, name), length, data);
     }
 
 private:

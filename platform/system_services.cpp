@@ -1,7 +1,7 @@
 #include <atomic>
 
-#include "caller.h"
 #include "clock.h"
+#include "device_context.h"
 #include "ipc_skeleton.h"
 #include "time_service_client.h"
 #include "tokenid_kit.h"

@@ -1,30 +1,57 @@
 #pragma once
 
 #include <atomic>
+#include <condition_variable>
+#include <deque>
+#include <functional>
 #include <mutex>
-
-#include "serial_thread.h"
+#include <thread>
 
 namespace StandIn {
 
+using Task = std::function<void()>;
+
+/// Runs tasks one at a time, first in, first out, on one thread, which starts with the first task and never
+/// ends. The object must live as long as the process. Thread-safe.
+class SerialThread {
+public:
+    void Post(Task task);
+    /// Called by a task that will never return: the tasks after it run on a new thread.
+    void Abandon();
+
+private:
+    void Run();
+
+    std::mutex mutex_;  // guards what follows
+    std::condition_variable arrived_;
+    std::deque<Task> tasks_;
+    std::thread::id thread_;  // that runs them; of none before the first task
+};
+
 /// Delivers what extensions answer: one answer at a time on the whole device, whichever thread it runs on.
-/// What is posted runs on the UI thread.
-class UiThread final : public SerialThread {
+/// What is posted runs on the UI thread. Thread-safe.
+class UiThread {
 public:
     static UiThread& Get();
+
+    void Post(Task answer);
+    /// Runs `answer` on the calling thread, immediately or as soon as no other thread runs one.
+    void RunHere(const Task& answer);
+    /// Called from within an answer that will never return: later answers run without it.
+    void Abandon();
 
     /// Whether answers are to run on the thread that gives them, instead of the UI thread.
     bool IsBypassed() const { return isBypassed_; }
     void SetBypassed(bool isBypassed) { isBypassed_ = isBypassed; }
 
-    /// Any thread. Runs `answer` at once, or as soon as no other thread runs one.
-    void RunHere(const Task& answer);
-
 private:
-    void RunTask(const Task& answer) override { RunHere(answer); }
-
-    std::recursive_mutex answering_;  // an answer may give another one on its own thread
+    SerialThread thread_;
     std::atomic<bool> isBypassed_{false};
+
+    std::mutex mutex_;  // guards what follows; nothing is called under it
+    std::condition_variable free_;
+    std::thread::id answering_;  // of none: nobody
+    int depth_ = 0;              // an answer may give another one on its own thread
 };
 
 }  // namespace StandIn

@@ -181,32 +181,27 @@ test('what a callback throws ends a process that does not handle it', async () =
     assert.ok(stderr.includes('of the callback'));
 });
 
-// A process stays while a request is pending: only a timer that holds nothing brings the answer.
-for (const [what, open] of [
-    ['a promise', ({ game, device }) => game.bindPlayer(device.createAbilityContext(), 'o', 't')
-        .then(() => console.log('settled'))],
-    ['a callback', ({ game, device }) => game.init(device.createAbilityContext(), () => console.log('settled'))],
-    ['a request that waits for its window', ({ game, device }) => {
+test('an answer and a delivery on their way keep the process, and so does who hears of a modal', () => expectChild(
+    async ({ game, device }) => {
+        game.init(device.createAbilityContext(), () => console.log('called'));
+        void device.modals()[0].result(0);
+        device.onModal((modal) => void modal.receive({ resultCode: 0 }));
+        console.log(await game.bindPlayer(device.createAbilityContext(), 'o', 't'));
+    }, { out: ['called', 'undefined'] }));
+
+test('a request that waits for its window keeps the process until the modal opens, and no longer', () => expectChild(
+    async ({ game, device }) => {
         const context = device.createAbilityContext({ window: false });
         device.clock.real(100);
-        game.getLocalPlayer(context, () => console.log('settled'));
+        game.getLocalPlayer(context).then(() => console.log('settled'));
         setTimeout(() => device.showWindow(context), 5).unref();
-    }],
-]) {
-    test(`${what} keeps the process until it is answered, and no longer`, () => expectChild(`async (support) => {
-        (${open})(support);
-        const poll = setInterval(() => {
-            for (const modal of support.device.modals()) {
-                clearInterval(poll);
-                modal.receive({ resultCode: 0 });
-            }
-        }, 10).unref();
-    }`, { out: ['settled'] }));
-}
+        process.on('exit', () => console.log(device.modals().length, device.modals()[0].isOpen));
+    }, { out: ['1 true'] }));
 
-test('what was released or answered keeps no process, nor do listeners or limits', () => expectChild(
+test('a request without an answer keeps no process, nor do released modals, listeners or limits', () => expectChild(
     async ({ game, device, start, answer }) => {
         game.on('playerChanged', () => {});
+        start('prePurchase');
         const released = start('getLocalPlayer');
         const answered = start('getLocalPlayer');
         const launched = start('launchCommonPage');

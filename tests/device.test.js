@@ -40,7 +40,8 @@ for (const [what, call] of [
     ['showing the window of nothing', () => device.showWindow()],
     ['hiding the window of no context', () => device.hideWindow({})],
     ['a modal handler that is no function', () => device.onModal(5)],
-    ['an answer to all that is no object', () => device.answerAll(5)],
+    ['an exit handler that is no function', () => device.onExit('exit')],
+    ['a follower of the clock that is no function', () => clock.onAdvance(5)],
     ['an unknown thread', () => device.answerOn('main')],
     ['a rate of 0', () => clock.real(0)],
     ['a rate that is no number', () => clock.real('fast')],
@@ -55,6 +56,8 @@ for (const [what, call] of [
     ['a failure after a negative count', () => device.failNext('napi_typeof', { skip: -1 })],
     ['a failure of no times', () => device.failNext('napi_typeof', { times: 0 })],
     ['a wait of a negative time', () => device.nextModal(-1)],
+    ['a wait with an unknown option', () => device.nextModal('init', { timeout: 5 })],
+    ['a wait for a method that opens no modal', () => device.nextModal('syncTraceId')],
     ['a result code that is no number', () => start('init').modal.result('0')],
     ['a result code beyond 32 bits', () => start('init').modal.result(2 ** 31)],
     ['parameters that are no object', () => start('init').modal.receive(5)],
@@ -163,18 +166,6 @@ test('a modal shows whether it is open, and answers late when it is not', async 
     assert.equal(modal.isOpen, false);
     await answer(modal, ['result', 0], ['receive', {}], ['error', 1], ['release', 0]);
     assert.equal(countLogs('baseContext is null'), 4);
-});
-
-test('answerAll answers every modal that opens, until it is taken back or the device is reset', async () => {
-    const bind = () => game.bindPlayer(device.createAbilityContext(), 'open-1', 'team-1');
-    for (const stop of [() => device.answerAll(null), device.reset]) {
-        device.answerAll({ resultCode: 1002000012 });
-        await Promise.all([bind(), bind()].map((bound) => assert.rejects(bound, { code: 1002000012 })));
-        stop();
-        const request = start('bindPlayer');
-        await answer(request.modal, ['release', 0]);
-        assert.deepEqual(request.state, ['pending']);
-    }
 });
 
 test('answers on the caller\'s thread have reached the module when the call returns', () => {

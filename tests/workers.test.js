@@ -74,8 +74,10 @@ test('a new Worker does not get the answer of one that has ended, nor the new on
     async ({ device, startWorker, nextMessage, answer }) => {
         const open = async () => {
             const worker = startWorker(async ({ game, device, parentPort }) => {
+                parentPort.on('message', () => {});
                 parentPort.postMessage('begun');
                 parentPort.postMessage(await game.getLocalPlayer(device.createAbilityContext()));
+                parentPort.unref();
             });
             await nextMessage(worker);
             return { worker, modal: await device.nextModal() };

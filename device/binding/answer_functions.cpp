@@ -4,8 +4,6 @@
 #include "functions.h"
 #include "making.h"
 #include "modals.h"
-#include "module_entry.h"
-#include "napi_common_want.h"
 #include "pending_promise.h"
 #include "reading.h"
 #include "ui_thread.h"
@@ -13,23 +11,12 @@
 namespace StandIn {
 namespace {
 
+constexpr int32_t CODE_MISSING = 1002000001;  // what received data without a code count as
+
 using OHOS::AAFwk::Want;
 using OHOS::AAFwk::WantParams;
-using OHOS::AppExecFwk::UnwrapWantParams;
-
-using Answer = std::function<void(const Modal::Callbacks&)>;
-
-void Deliver(int32_t id, const Answer& answer, PendingPromise& promise) {
-    const auto modal = Modals::Get().Find(id);
-    const auto callbacks = modal == nullptr ? nullptr : modal->GetCallbacks();
-    if (callbacks == nullptr) {
-        promise.Fail("Modal " + std::to_string(id) + " cannot answer: reset() made the device forget it.");
-        return;
-    }
-    // The module closes the modal before it queues what the answer brought.
-    const LoopHold untilQueued = modal->HoldLoop();
-    answer(*callbacks);
-}
+using Answer = Modal::Answer;
+using Kind = Answer::Kind;
 
 /// What the module left pending in its own environment of this thread belongs to the one who answered.
 void MoveModuleException(PendingPromise& promise) {
@@ -42,84 +29,98 @@ void MoveModuleException(PendingPromise& promise) {
     }
 }
 
+/// Gives an answer whose promise is settled when the module has taken it, or when that ended the game.
+void Deliver(const Modal& modal, const Answer& answer, const std::shared_ptr<PendingPromise>& promise,
+             const std::shared_ptr<LoopHold>& hold) {
+    promise->Fail(modal.Give(answer, [promise, hold] {
+        hold->Drop();
+        PendingPromise::Settle(promise);
+    }));
+}
+
 /// Lets the modal `id` answer. Returns the promise that is settled when the module has taken the answer.
-napi_value Give(napi_env env, int32_t id, Answer answer) {
+napi_value Give(napi_env env, napi_value id, Answer answer) {
+    int32_t number = 0;
+    if (!ReadInt32(env, id, "id", number)) return nullptr;
     napi_value result = nullptr;
     auto promise = PendingPromise::Make(env, result);
     if (promise == nullptr) return nullptr;
+    const auto modal = Modals::Get().Find(number);
+    if (modal == nullptr) {
+        promise->Fail("Modal " + std::to_string(number) +
+                      " cannot answer: reset() made the device forget it.");
+        PendingPromise::Settle(std::move(promise));
+        return result;
+    }
+    modal->NoteAnswer(answer);
+    auto hold = std::make_shared<LoopHold>(modal->GetEnvironment());  // until what it brings is queued
     UiThread& ui = UiThread::Get();
     if (ui.IsBypassed()) {
-        ui.RunHere([&] { Deliver(id, answer, *promise); });
+        ui.RunHere([&] { Deliver(*modal, answer, promise, hold); });
         MoveModuleException(*promise);
         PendingPromise::Settle(std::move(promise));
-    } else {
-        ui.Post([id, answer = std::move(answer), promise = std::move(promise)]() mutable {
-            Deliver(id, answer, *promise);
-            PendingPromise::Settle(std::move(promise));
-        });
+        return result;
     }
+    ui.Post([modal, answer = std::move(answer), promise = std::move(promise), hold]() mutable {
+        Deliver(*modal, answer, promise, hold);
+        PendingPromise::Settle(std::move(promise));
+    });
     return result;
 }
 
 napi_value AnswerResult(napi_env env, napi_callback_info info) {
-    const auto [modal, code, parameters] = Arguments<3>(env, info);
-    int32_t id = 0;
+    const auto [id, code, parameters] = Arguments<3>(env, info);
     int32_t resultCode = 0;
     WantParams params;
-    if (!ReadInt32(env, modal, "id", id) || !ReadInt32(env, code, "code", resultCode) ||
-        !UnwrapWantParams(env, parameters, params)) {
-        return nullptr;
-    }
+    if (!ReadInt32(env, code, "code", resultCode) || !ReadParams(env, parameters, params)) return nullptr;
     Want want;
     want.SetParams(std::move(params));
-    return Give(env, id, [resultCode, want = std::move(want)](const Modal::Callbacks& callbacks) {
-        if (callbacks.onResult) callbacks.onResult(resultCode, want);
-    });
+    return Give(env, id, {Kind::RESULT, resultCode, [resultCode, want](const Modal::Callbacks& callbacks) {
+                              callbacks.onResult(resultCode, want);
+                          }});
+}
+
+Answer MakeReceive(WantParams params) {
+    const int32_t code = params.GetIntParam("resultCode", CODE_MISSING);
+    return {Kind::RECEIVE, code,
+            [params = std::move(params)](const Modal::Callbacks& callbacks) { callbacks.onReceive(params); }};
 }
 
 napi_value AnswerReceive(napi_env env, napi_callback_info info) {
-    const auto [modal, parameters] = Arguments<2>(env, info);
-    int32_t id = 0;
+    const auto [id, parameters] = Arguments<2>(env, info);
     WantParams params;
-    if (!ReadInt32(env, modal, "id", id) || !UnwrapWantParams(env, parameters, params)) return nullptr;
-    return Give(env, id, [params = std::move(params)](const Modal::Callbacks& callbacks) {
-        if (callbacks.onReceive) callbacks.onReceive(params);
-    });
+    return ReadParams(env, parameters, params) ? Give(env, id, MakeReceive(std::move(params))) : nullptr;
 }
 
 napi_value AnswerRelease(napi_env env, napi_callback_info info) {
-    const auto [modal, code] = Arguments<2>(env, info);
-    int32_t id = 0;
+    const auto [id, code] = Arguments<2>(env, info);
     int32_t releaseCode = 0;
-    if (!ReadInt32(env, modal, "id", id) || !ReadInt32(env, code, "code", releaseCode)) return nullptr;
-    return Give(env, id, [releaseCode](const Modal::Callbacks& callbacks) {
-        if (callbacks.onRelease) callbacks.onRelease(releaseCode);
-    });
+    if (!ReadInt32(env, code, "code", releaseCode)) return nullptr;
+    return Give(env, id, {Kind::RELEASE, releaseCode, [releaseCode](const Modal::Callbacks& callbacks) {
+                              callbacks.onRelease(releaseCode);
+                          }});
 }
 
 napi_value AnswerError(napi_env env, napi_callback_info info) {
-    const auto [modal, code, name, message] = Arguments<4>(env, info);
-    int32_t id = 0;
+    const auto [id, code, name, message] = Arguments<4>(env, info);
     int32_t errorCode = 0;
     std::string nameText;
     std::string messageText;
-    if (!ReadInt32(env, modal, "id", id) || !ReadInt32(env, code, "code", errorCode) ||
-        !ReadText(env, name, "name", nameText) || !ReadText(env, message, "message", messageText)) {
+    if (!ReadInt32(env, code, "code", errorCode) || !ReadText(env, name, "name", nameText) ||
+        !ReadText(env, message, "message", messageText)) {
         return nullptr;
     }
-    return Give(env, id, [errorCode, nameText, messageText](const Modal::Callbacks& callbacks) {
-        if (callbacks.onError) callbacks.onError(errorCode, nameText, messageText);
-    });
+    return Give(env, id, {Kind::ERROR, errorCode, [=](const Modal::Callbacks& callbacks) {
+                              callbacks.onError(errorCode, nameText, messageText);
+                          }});
 }
 
 napi_value AnswerAll(napi_env env, napi_callback_info info) {
     const napi_value value = Arguments<1>(env, info)[0];
-    if (IsOfType(env, value, napi_null)) {
-        Modals::Get().SetAnswer(nullptr);
-        return nullptr;
+    WantParams params;
+    if (ReadParams(env, value, params)) {
+        Modals::Get().SetAnswer(std::make_shared<const Answer>(MakeReceive(std::move(params))));
     }
-    auto answer = std::make_shared<WantParams>();
-    if (UnwrapWantParams(env, value, *answer)) Modals::Get().SetAnswer(std::move(answer));
     return nullptr;
 }
 

@@ -7,7 +7,7 @@
 #include "making.h"
 #include "pending_promise.h"
 #include "reading.h"
-#include "serial_thread.h"
+#include "ui_thread.h"
 
 namespace StandIn {
 namespace {
@@ -50,6 +50,11 @@ napi_value ClockSleepers(napi_env env, napi_callback_info /*info*/) {
     return MakeNumber(env, static_cast<double>(Clock::Get().Sleepers()));
 }
 
+// Milliseconds until the next thread is to wake; infinite if none is.
+napi_value ClockNext(napi_env env, napi_callback_info /*info*/) {
+    return MakeNumber(env, Clock::Get().NextMs());
+}
+
 napi_value ClockAdvance(napi_env env, napi_callback_info info) {
     double milliseconds = 0;
     if (!ReadNumber(env, Arguments<1>(env, info)[0], "ms", 0, LONGEST_ADVANCE_MS, milliseconds)) {
@@ -76,6 +81,7 @@ bool DefineClockFunctions(napi_env env, napi_value exports) {
                             {"clockManual", ClockManual},
                             {"clockNow", ClockNow},
                             {"clockSleepers", ClockSleepers},
+                            {"clockNext", ClockNext},
                             {"clockAdvance", ClockAdvance}});
 }
 

@@ -1,13 +1,12 @@
-#include "caller.h"
 #include "clock.h"
-#include "event_store.h"
+#include "device_context.h"
 #include "faults.h"
 #include "functions.h"
-#include "hilog.h"
+#include "game_end.h"
 #include "instance.h"
 #include "making.h"
 #include "reading.h"
-#include "request_hold.h"
+#include "records.h"
 #include "ui_thread.h"
 
 namespace StandIn {
@@ -42,7 +41,7 @@ napi_value FailNext(napi_env env, napi_callback_info info) {
 napi_value ListFaults(napi_env env, napi_callback_info /*info*/) {
     return MakeArray(env, Faults::Records(), [env](const Faults::Record& record) {
         return ObjectMaker(env)
-            .Text("call", record.call)
+            .Text("call", record.name)
             .Number("made", static_cast<double>(record.made))
             .Number("failed", static_cast<double>(record.failed))
             .Object();
@@ -55,14 +54,36 @@ napi_value ChangeSystemApp(napi_env env, napi_callback_info info) {
     return nullptr;
 }
 
+napi_value OnExit(napi_env env, napi_callback_info info) {
+    const napi_value handler = Arguments<1>(env, info)[0];
+    if (IsOfType(env, handler, napi_null)) {
+        Instance::Of(env).RemoveExitHandler();
+    } else if (IsOfType(env, handler, napi_function)) {
+        Instance::Of(env).SetExitHandler(handler);
+    } else {
+        (void)ThrowUnexpected(env, "handler", "a function or null", handler);
+    }
+    return nullptr;
+}
+
+napi_value SayText(napi_env env, napi_callback_info info) {
+    std::string text;
+    if (ReadText(env, Arguments<1>(env, info)[0], "text", text)) Say(text);
+    return nullptr;
+}
+
+napi_value GetModuleExports(napi_env /*env*/, napi_callback_info /*info*/) { return ModuleExports(); }
+
 // The logs go last: forgetting the modals may write some.
 napi_value Reset(napi_env env, napi_callback_info /*info*/) {
     Instance::Of(env).RemoveModalHandler();
+    Instance::Of(env).RemoveExitHandler();
     Faults::Reset();
     Modals::Get().Reset();
     UiThread::Get().SetBypassed(false);
     Clock::Get().Reset();
-    RequestHold::DropInherited();
+    DropWindowWaits();
+    GameEnd::Reset();
     SetSystemApp(false);
     EventStore::Get().ClearEvents();
     LogStore::Get().Clear();
@@ -76,6 +97,9 @@ bool DefineControlFunctions(napi_env env, napi_value exports) {
                            {{"failNext", FailNext},
                             {"faults", ListFaults},
                             {"setSystemApp", ChangeSystemApp},
+                            {"onExit", OnExit},
+                            {"say", SayText},
+                            {"moduleExports", GetModuleExports},
                             {"reset", Reset}});
 }
 

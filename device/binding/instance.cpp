@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "making.h"
+
 namespace StandIn {
 
 bool Instance::Create(napi_env env) {
@@ -18,6 +20,13 @@ Instance& Instance::Of(napi_env env) {
     return *static_cast<Instance*>(instance);
 }
 
+// Modals that nobody answered are told of as their environment goes.
+Instance::~Instance() {
+    Modals::Get().TellSilent(*environment_);
+    Modals::Get().DropOwner(this);
+    GameEnd::Unhandle(this);
+}
+
 void Instance::SetModalHandler(napi_value handler) {
     modalHandler_ = Reference(env_, handler);
     Modals::Get().Watch(this, MakeReceiver(&Instance::CallHandler));
@@ -28,8 +37,23 @@ void Instance::RemoveModalHandler() {
     modalHandler_ = Reference();
 }
 
-uint64_t Instance::AwaitModal(napi_value taker) {
-    const uint64_t ticket = Modals::Get().Await(this, MakeReceiver(&Instance::CallTaker));
+void Instance::SetExitHandler(napi_value handler) {
+    exitHandler_ = Reference(env_, handler);
+    GameEnd::Handle(this, [env = env_, environment = environment_](const Occasion& why) {
+        return environment->Post(
+            env, [env, isTimer = why.isTimer, type = why.requestType, code = why.code](bool isEnding) {
+                if (!isEnding) Of(env).CallExitHandler({isTimer, type, code, 0, {}});
+            });
+    });
+}
+
+void Instance::RemoveExitHandler() {
+    GameEnd::Unhandle(this);
+    exitHandler_ = Reference();
+}
+
+uint64_t Instance::AwaitModal(napi_value taker, int32_t requestType) {
+    const uint64_t ticket = Modals::Get().Await(this, requestType, MakeReceiver(&Instance::CallTaker));
     takers_.emplace(ticket, Reference(env_, taker));
     return ticket;
 }
@@ -45,31 +69,37 @@ Modals::Receiver Instance::MakeReceiver(Delivery deliver) const {
     };
 }
 
-// The instance is there whenever the job runs: both end with the environment, the jobs first.
+// The instance is there whenever the job runs: both end with the environment, the jobs first. The job holds
+// the loop that the modal belongs to, as whoever hears of the modal may answer it.
 Environment::Job Instance::MakeJob(napi_env env, Delivery deliver, uint64_t ticket,
                                    const std::shared_ptr<Modal>& modal) {
-    return [env, deliver, ticket, modal](bool isEnding) {
+    auto hold = std::make_shared<LoopHold>(modal->GetEnvironment());
+    return [env, deliver, ticket, modal, hold](bool isEnding) {
         if (!isEnding) (Of(env).*deliver)(ticket, *modal);
     };
 }
 
 void Instance::CallHandler(uint64_t ticket, const Modal& modal) {
-    if (Modals::Get().IsWatched(ticket)) Call(modalHandler_, modal);
+    if (Modals::Get().IsWatched(ticket)) Call(modalHandler_, {MakeModalRecord(env_, modal)});
 }
 
 void Instance::CallTaker(uint64_t ticket, const Modal& modal) {
     auto taker = takers_.extract(ticket);
-    if (!taker.empty()) Call(taker.mapped(), modal);
+    if (!taker.empty()) Call(taker.mapped(), {MakeModalRecord(env_, modal)});
 }
 
-void Instance::Call(const Reference& function, const Modal& modal) const {
+// A reset may have come first.
+void Instance::CallExitHandler(const Occasion& why) const {
+    if (exitHandler_.IsEmpty()) return;
+    Call(exitHandler_,
+         {MakeFlag(env_, why.isTimer), MakeNumber(env_, why.requestType), MakeNumber(env_, why.code)});
+}
+
+// What the function throws is left pending, and becomes an uncaught exception.
+void Instance::Call(const Reference& function, std::initializer_list<napi_value> arguments) const {
     napi_value self = nullptr;
-    napi_value record = MakeModalRecord(env_, modal);
     (void)napi_get_undefined(env_, &self);
-    if (record != nullptr) {
-        // What it throws is left pending, and becomes an uncaught exception.
-        (void)napi_call_function(env_, self, function.Value(), 1, &record, nullptr);
-    }
+    (void)napi_call_function(env_, self, function.Value(), arguments.size(), arguments.begin(), nullptr);
 }
 
 }  // namespace StandIn

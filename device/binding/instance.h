@@ -3,10 +3,12 @@
 #include <node_api.h>
 
 #include <cstdint>
+#include <initializer_list>
 #include <memory>
 #include <unordered_map>
 
 #include "environment.h"
+#include "game_end.h"
 #include "modals.h"
 #include "reference.h"
 
@@ -19,7 +21,7 @@ public:
     static bool Create(napi_env env);
     static Instance& Of(napi_env env);
 
-    ~Instance() { Modals::Get().DropOwner(this); }
+    ~Instance();
 
     const std::shared_ptr<Environment>& GetEnvironment() const { return environment_; }
 
@@ -27,8 +29,14 @@ public:
     void SetModalHandler(napi_value handler);
     void RemoveModalHandler();
 
-    /// Calls the JS function `taker` once, with the record of the next modal. Returns a ticket.
-    uint64_t AwaitModal(napi_value taker);
+    /// From now on the JS function `handler` is called when the game ends: with whether a timer ended it, and
+    /// with the request type and the code of the answer.
+    void SetExitHandler(napi_value handler);
+    void RemoveExitHandler();
+
+    /// Calls the JS function `taker` once, with the record of the next modal of `requestType`, or of any with
+    /// 0. Returns a ticket.
+    uint64_t AwaitModal(napi_value taker, int32_t requestType);
     /// False if the call of the taker is on its way.
     bool CancelWait(uint64_t ticket);
 
@@ -41,11 +49,13 @@ private:
                                     const std::shared_ptr<Modal>& modal);
     void CallHandler(uint64_t ticket, const Modal& modal);
     void CallTaker(uint64_t ticket, const Modal& modal);
-    void Call(const Reference& function, const Modal& modal) const;
+    void CallExitHandler(const Occasion& why) const;
+    void Call(const Reference& function, std::initializer_list<napi_value> arguments) const;
 
     napi_env const env_;
     const std::shared_ptr<Environment> environment_;
     Reference modalHandler_;
+    Reference exitHandler_;
     std::unordered_map<uint64_t, Reference> takers_;  // by ticket
 };
 

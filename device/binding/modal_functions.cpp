@@ -1,7 +1,6 @@
 #include "functions.h"
 #include "instance.h"
 #include "making.h"
-#include "params_object.h"
 #include "reading.h"
 
 namespace StandIn {
@@ -50,13 +49,29 @@ napi_value IsModalOpen(napi_env env, napi_callback_info info) {
     return MakeFlag(env, modal != nullptr && modal->IsOpen());
 }
 
+napi_value IsModalAnswered(napi_env env, napi_callback_info info) {
+    const auto modal = FindModal(env, info);
+    return MakeFlag(env, modal != nullptr && modal->IsAnswered());
+}
+
+// Of those that have waited for so many milliseconds.
+napi_value TellSilentModals(napi_env env, napi_callback_info info) {
+    int32_t age = 0;
+    if (ReadInt32(env, Arguments<1>(env, info)[0], "age", age)) {
+        Modals::Get().TellSilent(std::chrono::milliseconds(age));
+    }
+    return nullptr;
+}
+
 napi_value AwaitModal(napi_env env, napi_callback_info info) {
-    const napi_value taker = Arguments<1>(env, info)[0];
+    const auto [type, taker] = Arguments<2>(env, info);
+    int32_t requestType = 0;
+    if (!ReadInt32(env, type, "requestType", requestType)) return nullptr;
     if (!IsOfType(env, taker, napi_function)) {
         (void)ThrowUnexpected(env, "taker", "a function", taker);
         return nullptr;
     }
-    return MakeNumber(env, static_cast<double>(Instance::Of(env).AwaitModal(taker)));
+    return MakeNumber(env, static_cast<double>(Instance::Of(env).AwaitModal(taker, requestType)));
 }
 
 napi_value CancelWait(napi_env env, napi_callback_info info) {
@@ -93,6 +108,8 @@ bool DefineModalFunctions(napi_env env, napi_value exports) {
                            {{"modalIds", ModalIds},
                             {"modalRecord", ModalRecord},
                             {"isModalOpen", IsModalOpen},
+                            {"isModalAnswered", IsModalAnswered},
+                            {"tellSilentModals", TellSilentModals},
                             {"awaitModal", AwaitModal},
                             {"cancelWait", CancelWait},
                             {"onModal", OnModal}});

@@ -17,11 +17,12 @@ public:
     /// Stores the JS promise in `promise`. Empty if the environment refuses. On `env`'s JS thread.
     static std::shared_ptr<PendingPromise> Make(napi_env env, napi_value& promise);
 
-    /// Any thread, before `Settle`: the promise will be rejected with an Error.
+    /// Any thread, before `Settle`: the promise will be rejected with an Error, unless `message` is empty.
     void Fail(std::string message) { failure_ = std::move(message); }
     /// On the JS thread, before `Settle`: it will be rejected with `error`.
     void FailWith(napi_value error);
-    /// Any thread: hands it over to its JS thread, to be settled after everything queued there so far.
+    /// Any thread: hands it over to its JS thread, to be settled after everything queued there so far. The
+    /// first time counts.
     static void Settle(std::shared_ptr<PendingPromise> promise);
 
 private:

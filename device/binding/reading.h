@@ -7,6 +7,7 @@
 #include <string>
 
 #include "js_values.h"
+#include "want_params.h"
 
 // What the functions of the device read from their JS arguments. Those that answer false leave a JS exception
 // pending, which names the argument and what it may be.
@@ -31,5 +32,8 @@ bool ReadCount(napi_env env, napi_value value, const std::string& name, uint64_t
 /// A number from `least` to `most`, which a RangeError tells of.
 bool ReadNumber(napi_env env, napi_value value, const std::string& name, double least, double most,
                 double& number);
+
+/// Typed parameters: a plain object of the types that these have.
+bool ReadParams(napi_env env, napi_value value, OHOS::AAFwk::WantParams& params);
 
 }  // namespace StandIn

@@ -1,10 +1,9 @@
 #include <string>
 #include <variant>
 
-#include "event_store.h"
 #include "functions.h"
-#include "hilog.h"
 #include "making.h"
+#include "records.h"
 
 namespace StandIn {
 namespace {
@@ -96,7 +95,7 @@ napi_value MakeProcessor(napi_env env, const ReportConfig& config) {
 
 napi_value MakeLogLine(napi_env env, const LogLine& line) {
     return ObjectMaker(env)
-        .Text("level", std::string(1, LetterOf(line.level)))
+        .Text("level", std::string(1, line.Letter()))
         .Number("domain", line.domain)
         .Text("tag", line.tag)
         .Text("message", line.message)

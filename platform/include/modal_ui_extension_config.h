@@ -9,7 +9,7 @@
 namespace OHOS::Ace {
 
 /// What an extension answers. The platform keeps the callbacks for the life of the modal and calls
-/// them on the UI thread of the window that hosts it, one at a time. Empty ones are skipped.
+/// them on the UI thread of the window that hosts it, one at a time.
 struct ModalUIExtensionCallbacks {
     std::function<void(int32_t releaseCode)> onRelease;
     std::function<void(int32_t resultCode, const AAFwk::Want& result)> onResult;

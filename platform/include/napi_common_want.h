@@ -9,8 +9,4 @@ namespace OHOS::AppExecFwk {
 /// boolean, string, array of strings, object). Null if the environment refuses. On `env`'s JS thread.
 napi_value WrapWantParams(napi_env env, const AAFwk::WantParams& params);
 
-/// The way back: fills `params` with the properties of the object `value`. False, with a JS exception
-/// pending, if a property has no counterpart among the parameter types. On `env`'s JS thread.
-bool UnwrapWantParams(napi_env env, napi_value value, AAFwk::WantParams& params);
-
 }  // namespace OHOS::AppExecFwk

@@ -21,6 +21,7 @@ class World {
     endEnv(name) {
         const env = this.envs.get(name);
         Object.assign(env, { isAlive: false, queue: [], heard: [] });
+        this.modals.filter(({ request }) => request.env === env).forEach((modal) => { modal.isOpen = false; });
         this.listeners.forEach((list, type) => this.listeners.set(type, list.filter((each) => each.env !== env)));
         this.envs.delete(name);
     }

@@ -7,9 +7,8 @@
 
 #include "ability_context.h"
 #include "analytics/ha_utils.h"
-#include "event_store.h"
 #include "events/game_player_event_callback.h"
-#include "hilog.h"
+#include "records.h"
 
 using namespace TAVIK::GAME_PLAYER;
 
@@ -183,15 +182,14 @@ WATCH(pthread_rwlock_rdlock, +1)
 WATCH(pthread_rwlock_wrlock, +1)
 WATCH(pthread_rwlock_unlock, -1)
 
-// HiLogWrite(LogLevel, unsigned int, const char*, const char*, const LogArgument*, size_t)
-#define HI_LOG_WRITE(prefix) prefix##_Z10HiLogWrite8LogLeveljPKcS1_PK11LogArgumentm
-int HI_LOG_WRITE(__real_)(LogLevel level, unsigned int domain, const char* tag, const char* format,
-                          const LogArgument* arguments, size_t count);
-
-int HI_LOG_WRITE(__wrap_)(LogLevel level, unsigned int domain, const char* tag, const char* format,
-                          const LogArgument* arguments, size_t count) {
+int __wrap_HiLogPrint(LogType /*type*/, LogLevel level, unsigned int domain, const char* tag,
+                      const char* format, ...) {
     Enter("HiLogPrint");
-    return HI_LOG_WRITE(__real_)(level, domain, tag, format, arguments, count);
+    va_list arguments;
+    va_start(arguments, format);
+    const int status = StandIn::WriteLog(level, domain, tag, format, arguments);
+    va_end(arguments);
+    return status;
 }
 
 napi_status napi_get_uv_event_loop(napi_env /*env*/, uv_loop_t** loop) {

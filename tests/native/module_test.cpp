@@ -8,8 +8,8 @@
 #include "common/env_registry.h"
 #include "common/request_types.h"
 #include "common/velmor_error.h"
-#include "hilog.h"
 #include "napi/native_api.h"
+#include "records.h"
 
 using namespace TAVIK::GAME_PLAYER;
 

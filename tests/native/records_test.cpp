@@ -14,9 +14,9 @@
 
 #include "common/env_registry.h"
 #include "common/velmor_util.h"
-#include "hilog.h"
 #include "napi/game_player_extension_ability.h"
 #include "napi/records.h"
+#include "records.h"
 
 using namespace TAVIK::GAME_PLAYER;
 

@@ -13,10 +13,10 @@
 #include "clock.h"
 #include "common/request_types.h"
 #include "common/velmor_util.h"
-#include "event_store.h"
 #include "events/game_player_event_callback.h"
 #include "fake_node.h"
 #include "modal/modal_ui_callback.h"
+#include "records.h"
 
 using namespace TAVIK::GAME_PLAYER;
 using namespace OHOS;

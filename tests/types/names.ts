@@ -37,7 +37,7 @@ export const deviceNames: NamesOf<typeof device> = {
     modals: 'modals',
     nextModal: 'nextModal',
     onModal: 'onModal',
-    answerAll: 'answerAll',
+    onExit: 'onExit',
     answerOn: 'answerOn',
     clock: 'clock',
     setSystemApp: 'setSystemApp',
@@ -49,7 +49,7 @@ export const deviceNames: NamesOf<typeof device> = {
 };
 
 export const clockNames: NamesOf<typeof device.clock> = {
-    real: 'real', manual: 'manual', now: 'now', advance: 'advance', sleepers: 'sleepers',
+    real: 'real', manual: 'manual', now: 'now', advance: 'advance', onAdvance: 'onAdvance', sleepers: 'sleepers',
 };
 
 export const codes: typeof ErrorCode = {

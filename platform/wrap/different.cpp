@@ -2,9 +2,10 @@
 
 #include <vector>
 
-#include "guarded_call.h"
 #include "hilog/log.h"
-#include "request_hold.h"
+#include "modals.h"
+#include "wrap/call_site.h"
+#include "wrap/wrap.h"
 
 // The calls in which Node and the device differ, or which the stand-in watches, turned here by the linker.
 
@@ -62,27 +63,27 @@ napi_status FailOnPurpose() {
     return napi_generic_failure;
 }
 
-napi_status RefuseForeign(const char* call, napi_env env) {
+napi_status RefuseForeign(Call call, napi_env env) {
     gHasFailedOnPurpose = false;
     const char* reason =
         Environment::Of(env) == nullptr ? "the environment has ended" : "not on its JS thread";
-    (void)HiLogPrint(LOG_CORE, LOG_ERROR, LOG_DOMAIN_DEVICE, "DEVICE", "%{public}s refused: %{public}s", call,
-                     reason);
+    (void)HiLogPrint(LOG_CORE, LOG_ERROR, LOG_DOMAIN_DEVICE, "DEVICE", "%{public}s refused: %{public}s",
+                     Faults::NameOf(call), reason);
     return napi_invalid_arg;
 }
 
 }  // namespace StandIn
 
+using StandIn::Call;
 using StandIn::Environment;
 using StandIn::Faults;
 using StandIn::Guarded;
-using StandIn::RequestHold;
 
 extern "C" {
 
 napi_status __wrap_napi_get_last_error_info(napi_env env, const napi_extended_error_info** info) {
     const bool hasFailedOnPurpose = Faults::IsWatching() && StandIn::HasFailedOnPurpose();
-    napi_status status = Guarded("napi_get_last_error_info", napi_get_last_error_info, env, info);
+    napi_status status = Guarded(Call::napi_get_last_error_info, napi_get_last_error_info, env, info);
     if (status == napi_ok && hasFailedOnPurpose) {
         *info = &StandIn::PURPOSE_INFO;
         StandIn::HasFailedOnPurpose() = true;
@@ -92,92 +93,95 @@ napi_status __wrap_napi_get_last_error_info(napi_env env, const napi_extended_er
 
 // Node aborts when a call from JS leaves a scope open: one that is to fail is closed all the same.
 napi_status __wrap_napi_close_handle_scope(napi_env env, napi_handle_scope scope) {
-    napi_status status = Guarded("napi_close_handle_scope", napi_close_handle_scope, env, scope);
+    napi_status status = Guarded(Call::napi_close_handle_scope, napi_close_handle_scope, env, scope);
     if (Faults::IsWatching() && StandIn::HasFailedOnPurpose()) (void)napi_close_handle_scope(env, scope);
     return status;
 }
 
 napi_status __wrap_napi_create_error(napi_env env, napi_value code, napi_value message, napi_value* error) {
-    return Guarded("napi_create_error", StandIn::CreateErrorWithNumber, env, code, message, error);
+    return Guarded(Call::napi_create_error, StandIn::CreateErrorWithNumber, env, code, message, error);
 }
 
 napi_status __wrap_napi_call_function(napi_env env, napi_value self, napi_value function, size_t count,
                                       const napi_value* args, napi_value* result) {
     auto real = StandIn::HasNull(count, args) ? StandIn::CallWithWholeArguments : napi_call_function;
-    return Guarded("napi_call_function", real, env, self, function, count, args, result);
+    return Guarded(Call::napi_call_function, real, env, self, function, count, args, result);
 }
 
 napi_status __wrap_napi_has_named_property(napi_env env, napi_value object, const char* name, bool* answer) {
     return StandIn::DropTypeError(
-        env, Guarded("napi_has_named_property", napi_has_named_property, env, object, name, answer));
+        env, Guarded(Call::napi_has_named_property, napi_has_named_property, env, object, name, answer));
 }
 
 napi_status __wrap_napi_get_named_property(napi_env env, napi_value object, const char* name,
                                            napi_value* value) {
     return StandIn::DropTypeError(
-        env, Guarded("napi_get_named_property", napi_get_named_property, env, object, name, value));
+        env, Guarded(Call::napi_get_named_property, napi_get_named_property, env, object, name, value));
 }
 
-napi_status __wrap_napi_create_promise(napi_env env, napi_deferred* deferred, napi_value* promise) {
-    napi_status status = Guarded("napi_create_promise", napi_create_promise, env, deferred, promise);
-    if (status == napi_ok) RequestHold::NoteRequest(*deferred);
+// The module gives its methods no data: here each gets its name, which a call of it then tells.
+napi_status __wrap_napi_define_properties(napi_env env, napi_value object, size_t count,
+                                          const napi_property_descriptor* properties) {
+    std::vector<napi_property_descriptor> named(properties, properties + count);
+    for (napi_property_descriptor& property : named) {
+        property.data = const_cast<char*>(property.utf8name);
+    }
+    return Guarded(Call::napi_define_properties, napi_define_properties, env, object, count, named.data());
+}
+
+napi_status __wrap_napi_get_cb_info(napi_env env, napi_callback_info info, size_t* count, napi_value* args,
+                                    napi_value* self, void** /*data*/) {
+    void* method = nullptr;
+    napi_status status =
+        Guarded(Call::napi_get_cb_info, napi_get_cb_info, env, info, count, args, self, &method);
+    if (status == napi_ok) StandIn::BeginMethod(static_cast<const char*>(method));
     return status;
 }
 
-napi_status __wrap_napi_create_reference(napi_env env, napi_value value, uint32_t count,
-                                         napi_ref* reference) {
-    napi_status status =
-        Guarded("napi_create_reference", napi_create_reference, env, value, count, reference);
-    if (status == napi_ok) RequestHold::NoteRequest(*reference);
+napi_status __wrap_napi_create_promise(napi_env env, napi_deferred* deferred, napi_value* promise) {
+    napi_status status = Guarded(Call::napi_create_promise, napi_create_promise, env, deferred, promise);
+    if (status == napi_ok) StandIn::NoteCallSite(env, *deferred);
     return status;
 }
 
 napi_status __wrap_napi_resolve_deferred(napi_env env, napi_deferred deferred, napi_value value) {
-    RequestHold::NoteSettled(deferred);
-    return Guarded("napi_resolve_deferred", napi_resolve_deferred, env, deferred, value);
+    if (Environment::IsOwn(env)) StandIn::DropCallSite(env, deferred);
+    return Guarded(Call::napi_resolve_deferred, napi_resolve_deferred, env, deferred, value);
 }
 
-napi_status __wrap_napi_reject_deferred(napi_env env, napi_deferred deferred, napi_value value) {
-    RequestHold::NoteSettled(deferred);
-    return Guarded("napi_reject_deferred", napi_reject_deferred, env, deferred, value);
-}
-
-napi_status __wrap_napi_get_reference_value(napi_env env, napi_ref reference, napi_value* value) {
-    RequestHold::NoteSettled(reference);
-    return Guarded("napi_get_reference_value", napi_get_reference_value, env, reference, value);
+napi_status __wrap_napi_reject_deferred(napi_env env, napi_deferred deferred, napi_value error) {
+    if (Environment::IsOwn(env)) StandIn::GiveCallSite(env, deferred, error);
+    return Guarded(Call::napi_reject_deferred, napi_reject_deferred, env, deferred, error);
 }
 
 napi_status __wrap_napi_delete_reference(napi_env env, napi_ref reference) {
     if (Environment::IsOwn(env)) {
-        RequestHold::NoteSettled(reference);
-        return Guarded("napi_delete_reference", napi_delete_reference, env, reference);
+        return Guarded(Call::napi_delete_reference, napi_delete_reference, env, reference);
     }
     auto environment = Environment::Of(env);
     if (environment == nullptr) return napi_invalid_arg;
     auto remove = [env, reference](bool isEnding) {
-        if (!isEnding) {
-            RequestHold::NoteSettled(reference);
-            (void)napi_delete_reference(env, reference);
-        }
+        if (!isEnding) (void)napi_delete_reference(env, reference);
     };
     return environment->Post(env, remove) ? napi_ok : napi_invalid_arg;
 }
 
 napi_status __wrap_napi_get_uv_event_loop(napi_env env, uv_loop_t** loop) {
-    if (Faults::Trip("napi_get_uv_event_loop")) return StandIn::FailOnPurpose();
+    if (Faults::Trip(Call::napi_get_uv_event_loop)) return StandIn::FailOnPurpose();
     if (Environment::IsOwn(env)) {
         *loop = Environment::Current()->Loop();
         return napi_ok;
     }
     auto environment = Environment::Of(env);
-    if (environment == nullptr) return StandIn::RefuseForeign("napi_get_uv_event_loop", env);
+    if (environment == nullptr) return StandIn::RefuseForeign(Call::napi_get_uv_event_loop, env);
     *loop = environment->Loop();
     return napi_ok;
 }
 
 // First in, first out on the loop's own thread, nothing on the thread pool, and from any thread.
 int __wrap_uv_queue_work(uv_loop_t* loop, uv_work_t* work, uv_work_cb run, uv_after_work_cb after) {
-    if (run == nullptr || Faults::Trip("uv_queue_work")) return run == nullptr ? UV_EINVAL : UV_ENOMEM;
+    if (run == nullptr || Faults::Trip(Call::uv_queue_work)) return run == nullptr ? UV_EINVAL : UV_ENOMEM;
+    StandIn::NoteEffect();
     work->loop = loop;
     work->work_cb = run;
     work->after_work_cb = after;

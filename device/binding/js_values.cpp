@@ -26,12 +26,6 @@ std::string DescribeText(napi_env env, napi_value value, napi_valuetype type, co
 
 }  // namespace
 
-napi_value MakeText(napi_env env, const std::string& text) {
-    napi_value value = nullptr;
-    (void)napi_create_string_utf8(env, text.data(), text.size(), &value);
-    return value;
-}
-
 std::string Describe(napi_env env, napi_value value) {
     constexpr const char* KINDS[] = {"undefined", "null",      "a boolean",  "a number",    "a string",
                                      "a symbol",  "an object", "a function", "an external", "a BigInt"};

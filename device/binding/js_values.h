@@ -5,13 +5,12 @@
 #include <functional>
 #include <string>
 
+#include "params_object.h"
+
 // Small steps over Node-API. All of them belong on the JS thread of `env`. Those that answer false leave a JS
 // exception pending.
 
 namespace StandIn {
-
-/// Null if the environment refuses.
-napi_value MakeText(napi_env env, const std::string& text);
 
 /// What `value` is, for an error message: "null", "1.5", "an array".
 std::string Describe(napi_env env, napi_value value);

@@ -9,29 +9,32 @@
 // The module's calls of OpenSSL and of the C++ runtime, turned here by the linker so that they can fail on
 // purpose.
 
+using StandIn::Call;
 using StandIn::Faults;
 
 extern "C" {
 
 long __wrap_BIO_ctrl(BIO* bio, int command, long number, void* pointer) {
-    return Faults::Trip("BIO_ctrl") ? 0 : BIO_ctrl(bio, command, number, pointer);
+    return Faults::Trip(Call::BIO_ctrl) ? 0 : BIO_ctrl(bio, command, number, pointer);
 }
 
-BIO* __wrap_BIO_new(const BIO_METHOD* method) { return Faults::Trip("BIO_new") ? nullptr : BIO_new(method); }
+BIO* __wrap_BIO_new(const BIO_METHOD* method) {
+    return Faults::Trip(Call::BIO_new) ? nullptr : BIO_new(method);
+}
 
 int __wrap_BIO_write(BIO* bio, const void* data, int length) {
-    return Faults::Trip("BIO_write") ? -1 : BIO_write(bio, data, length);
+    return Faults::Trip(Call::BIO_write) ? -1 : BIO_write(bio, data, length);
 }
 
 size_t __wrap_BUF_MEM_grow(BUF_MEM* buffer, size_t length) {
-    return Faults::Trip("BUF_MEM_grow") ? 0 : BUF_MEM_grow(buffer, length);
+    return Faults::Trip(Call::BUF_MEM_grow) ? 0 : BUF_MEM_grow(buffer, length);
 }
 
-BUF_MEM* __wrap_BUF_MEM_new(void) { return Faults::Trip("BUF_MEM_new") ? nullptr : BUF_MEM_new(); }
+BUF_MEM* __wrap_BUF_MEM_new(void) { return Faults::Trip(Call::BUF_MEM_new) ? nullptr : BUF_MEM_new(); }
 
 // operator new(std::size_t, const std::nothrow_t&)
 void* __wrap__ZnwmRKSt9nothrow_t(std::size_t size, const std::nothrow_t& tag) noexcept {
-    return Faults::Trip("new(nothrow)") ? nullptr : operator new(size, tag);
+    return Faults::Trip(Call::NEW_NOTHROW) ? nullptr : operator new(size, tag);
 }
 
 }  // extern "C"

@@ -1,28 +1,26 @@
-#include "guarded_call.h"
+#include "wrap/wrap.h"
 
 // The module's Node-API calls that behave on Node as they do on the device, turned here by the linker.
 
+using StandIn::Call;
 using StandIn::Guarded;
 
 #define GUARD(name, params, ...) \
-    extern "C" napi_status __wrap_##name params { return Guarded(#name, name, __VA_ARGS__); }
+    extern "C" napi_status __wrap_##name params { return Guarded(Call::name, name, __VA_ARGS__); }
 
 GUARD(napi_add_env_cleanup_hook, (napi_env env, void (*hook)(void*), void* data), env, hook, data)
 GUARD(napi_create_int32, (napi_env env, int32_t number, napi_value* value), env, number, value)
 GUARD(napi_create_object, (napi_env env, napi_value* value), env, value)
+GUARD(napi_create_reference, (napi_env env, napi_value value, uint32_t count, napi_ref* reference), env,
+      value, count, reference)
 GUARD(napi_create_string_utf8, (napi_env env, const char* text, size_t length, napi_value* value), env, text,
       length, value)
-GUARD(napi_define_properties,
-      (napi_env env, napi_value object, size_t count, const napi_property_descriptor* properties), env,
-      object, count, properties)
 GUARD(napi_get_and_clear_last_exception, (napi_env env, napi_value* error), env, error)
 GUARD(napi_get_array_length, (napi_env env, napi_value array, uint32_t* length), env, array, length)
-GUARD(napi_get_cb_info,
-      (napi_env env, napi_callback_info info, size_t* count, napi_value* args, napi_value* self, void** data),
-      env, info, count, args, self, data)
 GUARD(napi_get_element, (napi_env env, napi_value array, uint32_t index, napi_value* element), env, array,
       index, element)
 GUARD(napi_get_null, (napi_env env, napi_value* value), env, value)
+GUARD(napi_get_reference_value, (napi_env env, napi_ref reference, napi_value* value), env, reference, value)
 GUARD(napi_get_undefined, (napi_env env, napi_value* value), env, value)
 GUARD(napi_get_value_bool, (napi_env env, napi_value value, bool* flag), env, value, flag)
 GUARD(napi_get_value_int32, (napi_env env, napi_value value, int32_t* number), env, value, number)

@@ -1,0 +1,78 @@
+'use strict';
+
+// What the module reads of an answer, to warn of what it does not: a typo would look like a success.
+
+const { RequestType } = require('../errors.js');
+
+const INT = 'a 32-bit integer';
+const STRING = 'a string';
+const KEYS = { resultCode: INT, resultInfo: STRING, resultMessage: STRING, playableTime: INT, endText: STRING };
+
+const { GET_LOCAL_PLAYER, PRE_PURCHASE, UNION_LOGIN, VERIFY_LOCAL_PLAYER, QUICK_GAME_LOGIN } = RequestType;
+const TIMED = [GET_LOCAL_PLAYER, VERIFY_LOCAL_PLAYER, QUICK_GAME_LOGIN];
+const TOLD_BY_RECEIVE = [GET_LOCAL_PLAYER, PRE_PURCHASE, UNION_LOGIN, QUICK_GAME_LOGIN];
+
+/** The keys that the module reads of an answer with this code to a request of this type. */
+function keysRead(kind, type, code) {
+    const isReceived = kind === 'receive';
+    const tells = isReceived ? TOLD_BY_RECEIVE : [PRE_PURCHASE];
+    return [
+        ...(isReceived ? ['resultCode'] : []),
+        ...(code === 9 || (isReceived && code === 1002000015) ? ['resultInfo'] : []),
+        ...(code === 0 && tells.includes(type) ? ['resultMessage'] : []),
+        ...(code === 0 && isReceived && TIMED.includes(type) ? ['playableTime', 'endText'] : [])
+    ];
+}
+
+/** How many characters one must insert, drop or replace to make one string of the other. */
+function distance(from, to) {
+    let row = Array.from({ length: to.length + 1 }, (_, i) => i);
+    for (let i = 1; i <= from.length; ++i) {
+        const next = [i];
+        for (let j = 1; j <= to.length; ++j) {
+            next[j] = Math.min(row[j] + 1, next[j - 1] + 1, row[j - 1] + (from[i - 1] === to[j - 1] ? 0 : 1));
+        }
+        row = next;
+    }
+    return row[to.length];
+}
+
+/** The one of `names` that `name` is a misspelling of; undefined if it is of none. */
+function nearest(name, names) {
+    const isNear = (other) => distance(name.toLowerCase(), other.toLowerCase()) <= 2;
+    return names.find(isNear);
+}
+
+const isOfType = (value, type) => type === STRING ? typeof value === 'string' : Number.isInteger(value) && value === (value | 0);
+
+function describe(value) {
+    return typeof value === 'object' ? (Array.isArray(value) ? 'an array' : 'an object') : JSON.stringify(value);
+}
+
+function complaintOf(key, value, kind, read, code) {
+    if (!Object.hasOwn(KEYS, key)) {
+        const near = nearest(key, Object.keys(KEYS));
+        return near ? `${key}: do you mean ${near}?` : `${key}: the module does not read this key`;
+    }
+    if (!isOfType(value, KEYS[key])) {
+        return `${key}: ${KEYS[key]} is read, not ${describe(value)}`;
+    }
+    if (read.includes(key)) {
+        return null;
+    }
+    if (key === 'resultCode') {
+        return 'resultCode: the code of a result is its first argument';
+    }
+    return `${key}: ignored ${code === undefined ? 'without a resultCode' : `by this method with code ${code}`}`;
+}
+
+/** What the module will not make of an answer as its giver may expect, each in a line. Calls no getter. */
+function complaints(kind, type, code, parameters) {
+    const read = keysRead(kind, type, code);
+    return Object.entries(Object.getOwnPropertyDescriptors(parameters))
+        .filter(([, { enumerable, value }]) => enumerable && value !== undefined)
+        .map(([key, { value }]) => complaintOf(key, value, kind, read, code))
+        .filter(Boolean);
+}
+
+module.exports = { complaints, nearest };

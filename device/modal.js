@@ -1,0 +1,95 @@
+'use strict';
+
+const { inspect } = require('util');
+const { RequestType } = require('../errors.js');
+const binding = require('./binding.js');
+const { complaints } = require('./answers.js');
+
+// Methods by request type: GET_LOCAL_PLAYER is getLocalPlayer's.
+const METHODS = new Map(Object.entries(RequestType).map(([name, type]) =>
+    [type, name.toLowerCase().replace(/_(.)/g, (match, letter) => letter.toUpperCase())]));
+
+const nameOf = (requestType) => METHODS.get(requestType) || `request ${requestType}`;
+
+function deepFreeze(value) {
+    if (typeof value === 'object' && value !== null) {
+        Object.values(value).forEach(deepFreeze);
+        Object.freeze(value);
+    }
+    return value;
+}
+
+// The methods are async so that a TypeError of the binding rejects; they still answer before they return.
+class Modal {
+    constructor({ id, want, config }) {
+        this.id = id;
+        this.want = want;
+        this.config = config;
+        deepFreeze(this);
+    }
+
+    get isOpen() {
+        return binding.isModalOpen(this.id);
+    }
+
+    get isAnswered() {
+        return binding.isModalAnswered(this.id);
+    }
+
+    async result(code, parameters = {}) {
+        const given = binding.answerResult(this.id, code, parameters);
+        warn(this, 'result', code, parameters);
+        return given;
+    }
+
+    async receive(parameters) {
+        const given = binding.answerReceive(this.id, parameters);
+        warn(this, 'receive', parameters.resultCode, parameters);
+        return given;
+    }
+
+    async release(code) {
+        return binding.answerRelease(this.id, code);
+    }
+
+    async error(code, name = '', message = '') {
+        return binding.answerError(this.id, code, name, message);
+    }
+
+    [inspect.custom](depth, options) {
+        const { id, isOpen, isAnswered, want, config } = this;
+        const method = nameOf(want.parameters.requestType);
+        return `Modal ${inspect({ id, method, isOpen, isAnswered, want, config }, options)}`;
+    }
+}
+
+function warn(modal, kind, code, parameters) {
+    const type = modal.want.parameters.requestType;
+    for (const complaint of complaints(kind, type, code, parameters)) {
+        binding.say(`modal ${modal.id} (${nameOf(type)}), ${kind}: ${complaint}`);
+    }
+}
+
+// One object per modal. A new generation begins with a reset, which may come from another environment.
+const known = { generation: 0, modals: new Map() };
+
+function modalOf(record) {
+    if (known.generation < record.generation) {
+        known.generation = record.generation;
+        known.modals.clear();
+    }
+    const modal = known.modals.get(record.id) || new Modal(record);
+    known.modals.set(record.id, modal);
+    return modal;
+}
+
+function findModal(id) {
+    const record = known.modals.has(id) ? null : binding.modalRecord(id);
+    return record ? modalOf(record) : known.modals.get(id);
+}
+
+const modals = () => binding.modalIds().map(findModal).filter(Boolean);
+
+const forgetModals = () => known.modals.clear();
+
+module.exports = { METHODS, forgetModals, modalOf, modals, nameOf };

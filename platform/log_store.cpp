@@ -1,0 +1,116 @@
+#include "records.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+#include "clock.h"
+
+namespace StandIn {
+namespace {
+
+constexpr char LETTERS[] = "DIWEF";
+constexpr size_t MAX_LINE_LENGTH = 4095;
+constexpr int NOTHING = LOG_FATAL + 1;
+constexpr int NOT_EVEN_SAID = NOTHING + 1;
+
+int ReadPrintedLevel() {
+    const char* wanted = std::getenv("GAMEAPI_LOG");  // NOLINT(concurrency-mt-unsafe): once, while loading
+    if (wanted == nullptr || *wanted == '\0') return NOTHING;
+    if (std::strcmp(wanted, "off") == 0) return NOT_EVEN_SAID;
+    const char* letter = std::strchr(LETTERS, *wanted);
+    if (letter != nullptr && wanted[1] == '\0') return LOG_DEBUG + static_cast<int>(letter - LETTERS);
+    (void)std::fprintf(
+        stderr, "GAMEAPI_LOG is \"%s\", so no log is printed: set it to D, I, W, E, F or off.\n", wanted);
+    return NOTHING;
+}
+
+/// Lines of this level and above are printed.
+int PrintedLevel() {
+    static const int LEVEL = ReadPrintedLevel();
+    return LEVEL;
+}
+
+// Asked once while the library is loaded, so that a wrong value is told of even if nothing is ever logged.
+[[maybe_unused]] const int PRINTED_AT_LOAD = PrintedLevel();
+
+// In one write: lines of several threads do not mix.
+void WriteLine(const std::string& line) {
+    [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, line.data(), line.size());
+}
+
+void Print(const LogLine& line) {
+    char time[32];
+    const int64_t now = Clock::Get().NowMs();
+    (void)std::snprintf(time, sizeof(time), "%lld.%03d ", static_cast<long long>(now / 1000),
+                        static_cast<int>(now % 1000));
+    WriteLine(time + std::string(1, line.Letter()) + " " + line.tag + ": " + line.message + "\n");
+}
+
+std::string WithoutMarks(const char* format) {
+    std::string plain;
+    while (const char* percent = std::strchr(format, '%')) {
+        plain.append(format, percent + 1);
+        format = percent + 1;
+        if (*format == '%') {
+            plain += *format++;
+            continue;
+        }
+        for (const char* mark : {"{public}", "{private}"}) {
+            if (std::strncmp(format, mark, std::strlen(mark)) == 0) format += std::strlen(mark);
+        }
+    }
+    return plain + format;
+}
+
+}  // namespace
+
+char LogLine::Letter() const { return LETTERS[std::clamp<int>(level, LOG_DEBUG, LOG_FATAL) - LOG_DEBUG]; }
+
+LogStore& LogStore::Get() {
+    static LogStore& store = *new LogStore();
+    return store;
+}
+
+void LogStore::Append(LogLine line) {
+    if (line.level >= PrintedLevel()) Print(line);
+    std::lock_guard<std::mutex> guard(mutex_);
+    if (lines_.size() == CAPACITY) lines_.pop_front();
+    lines_.push_back(std::move(line));
+}
+
+std::deque<LogLine> LogStore::Lines() {
+    std::lock_guard<std::mutex> guard(mutex_);
+    return lines_;
+}
+
+void LogStore::Clear() {
+    std::lock_guard<std::mutex> guard(mutex_);
+    lines_.clear();
+}
+
+void Say(const std::string& text) {
+    if (PrintedLevel() != NOT_EVEN_SAID) WriteLine("game device: " + text + "\n");
+}
+
+int WriteLog(LogLevel level, unsigned int domain, const char* tag, const char* format, va_list arguments) {
+    if (tag == nullptr) return -1;
+    char message[MAX_LINE_LENGTH + 1];
+    (void)std::vsnprintf(message, sizeof(message), WithoutMarks(format).c_str(), arguments);
+    LogStore::Get().Append({level, domain, tag, message});
+    return 0;
+}
+
+}  // namespace StandIn
+
+int HiLogPrint(LogType /*type*/, LogLevel level, unsigned int domain, const char* tag, const char* format,
+               ...) {
+    va_list arguments;
+    va_start(arguments, format);
+    const int status = StandIn::WriteLog(level, domain, tag, format, arguments);
+    va_end(arguments);
+    return status;
+}

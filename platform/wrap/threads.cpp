@@ -1,0 +1,57 @@
+#include <pthread.h>
+#include <time.h>
+
+#include <list>
+#include <memory>
+
+#include "clock.h"
+#include "device_context.h"
+#include "game_end.h"
+#include "modals.h"
+
+// The module's threads and sleeps, turned here by the linker.
+
+namespace StandIn {
+namespace {
+
+/// What a thread of the module runs, between a birth and an end that the clock knows of.
+struct Birth {
+    void* (*run)(void*);
+    void* argument;
+    Occasion occasion;
+    std::shared_ptr<LoopHold> hold;  // of a start that waits for a window; empty for others
+    uint64_t number;
+};
+
+void* RunBorn(void* data) {
+    const std::unique_ptr<Birth> birth(static_cast<Birth*>(data));
+    Clock::Began(birth->number);
+    const OccasionScope scope(birth->occasion);
+    void* result = birth->run(birth->argument);
+    EndWindowWait(birth->hold);
+    Clock::Get().Leave();
+    return result;
+}
+
+}  // namespace
+}  // namespace StandIn
+
+extern "C" int __wrap_pthread_create(pthread_t* thread, const pthread_attr_t* attributes, void* (*run)(void*),
+                                     void* argument) {
+    using namespace StandIn;
+    NoteEffect();
+    auto birth = std::make_unique<Birth>(
+        Birth{run, argument, InheritOccasion(), BeginWindowWait(), Clock::Get().Born()});
+    const int error = pthread_create(thread, attributes, RunBorn, birth.get());
+    if (error == 0) {
+        (void)birth.release();
+    } else {
+        Clock::Get().Ended();
+    }
+    return error;
+}
+
+extern "C" int __wrap_nanosleep(const timespec* span, timespec* /*remaining*/) {
+    StandIn::Clock::Get().Sleep(std::chrono::seconds(span->tv_sec) + std::chrono::nanoseconds(span->tv_nsec));
+    return 0;
+}
