@@ -155,8 +155,8 @@ declare namespace gamePlayer {
      * The answer may limit the time to play. When that is over, the module shows the game service's page and ends
      * the game process 15 seconds later.
      */
-    function getLocalPlayer<T = string>(context: Context, callback: ResultCallback<Given<T>>): void;
-    function getLocalPlayer<T = string>(context: Context): Promise<Given<T>>;
+    function getLocalPlayer<T = string | undefined>(context: Context, callback: ResultCallback<Given<T>>): void;
+    function getLocalPlayer<T = string | undefined>(context: Context): Promise<Given<T>>;
 
     /**
      * Tells the game service which role the player plays.
@@ -171,10 +171,10 @@ declare namespace gamePlayer {
      * Has the player buy a product. Gives what the game service sends as the purchase, a JSON text unless agreed
      * otherwise; undefined if it sends nothing.
      */
-    function prePurchase<T = string>(
+    function prePurchase<T = string | undefined>(
         context: Context, purchaseParameter: PurchaseParameter, callback: ResultCallback<Given<T>>
     ): void;
-    function prePurchase<T = string>(context: Context, purchaseParameter: PurchaseParameter): Promise<Given<T>>;
+    function prePurchase<T = string | undefined>(context: Context, purchaseParameter: PurchaseParameter): Promise<Given<T>>;
 
     /** Completes a purchase with the data that the game received of it. */
     function postPurchase(context: Context, purchaseResult: PurchaseResult, callback: DoneCallback): void;
@@ -203,7 +203,7 @@ declare namespace gamePlayer {
      * Fails with 1002000016 if the player gives up, and with 401, "Total size of icon resource is too large", if
      * the game service says so. From a UI extension no icon can be read.
      */
-    function unionLogin<T = string>(context: Context, unionLoginParam: UnionLoginParam): Promise<Given<T>>;
+    function unionLogin<T = string | undefined>(context: Context, unionLoginParam: UnionLoginParam): Promise<Given<T>>;
 
     /** Shows the welcome banner. The promise never settles. `greetingInfo` is at most 4096 bytes. */
     function launchWelcomeBanner(context: Context, greetingInfo: string): Promise<never>;
@@ -225,7 +225,7 @@ declare namespace gamePlayer {
      * Fails with 1002000006 if the player is under age. The answer may limit the time to play, as that of
      * `getLocalPlayer`; when that is over, "gameAddictionPrevented" is raised and the game goes on.
      */
-    function quickGameLogin<T = string>(context: Context, quickGameLoginParam: QuickGameLoginParam): Promise<Given<T>>;
+    function quickGameLogin<T = string | undefined>(context: Context, quickGameLoginParam: QuickGameLoginParam): Promise<Given<T>>;
 
     /** Shows a page that `pageInfo` describes, at most 4096 bytes. The promise never settles. */
     function launchCommonPage(context: Context, pageInfo: string): Promise<never>;

@@ -33,10 +33,10 @@ async function callWithPromises(context: Context): Promise<string[]> {
         await gamePlayer.unbindPlayer(context, 'open-1', 'team-1'),
         await gamePlayer.verifyLocalPlayer(context, account),
     ];
-    const text: string = await gamePlayer.getLocalPlayer(context);
+    const text: string = (await gamePlayer.getLocalPlayer(context)) ?? '{}';
     const player = JSON.parse(text) as Player;
-    const purchase = await gamePlayer.prePurchase(context, { productId: 'sword', productType: 1 });
-    const login = await gamePlayer.unionLogin<string | undefined>(context, { thirdAccountInfos: accounts });
+    const purchase = await gamePlayer.prePurchase<string>(context, { productId: 'sword', productType: 1 });
+    const login = await gamePlayer.unionLogin(context, { thirdAccountInfos: accounts });
     const quick = await gamePlayer.quickGameLogin<unknown>(context, { gameAppId: 'app-1' });
     return [`${done.length} done`, player.playerId, purchase.trim(), login?.trim() ?? 'none', String(quick)];
 }
@@ -49,13 +49,13 @@ function callWithCallbacks(context: Context): Promise<string[]> {
         gamePlayer.init(context, say);
         gamePlayer.savePlayerRole(context, role, say);
         gamePlayer.postPurchase(context, { purchaseData: 'data' }, say);
-        gamePlayer.prePurchase(context, { productId: 'shield' }, bought);
+        gamePlayer.prePurchase<string>(context, { productId: 'shield' }, bought);
         gamePlayer.getLocalPlayer(context, (error, player) => {
             if (error) {
                 const code: ErrorCode = error.code;
                 said.push(`${code}`);
             } else {
-                said.push(player.trim());
+                said.push(player?.trim() ?? 'none');
             }
             resolve(said);
         });

@@ -16,6 +16,10 @@ export function contexts(): void {
     gamePlayer.init('context');
     // @ts-expect-error null
     void gamePlayer.getLocalPlayer(null);
+    // @ts-expect-error data may be missing
+    void gamePlayer.getLocalPlayer(context).then((player) => player.length);
+    // @ts-expect-error no method that opens a modal
+    void device.nextModal('syncTraceId');
 }
 
 export function callbacks(): void {
