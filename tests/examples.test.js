@@ -2,6 +2,7 @@
 
 const assert = require('node:assert/strict');
 const { execFile } = require('node:child_process');
+const fs = require('node:fs');
 const path = require('node:path');
 const { test } = require('node:test');
 const { promisify } = require('node:util');
@@ -44,4 +45,19 @@ test('what the sample game prints fits the screen, and base64 is shortened', asy
     assert.deepEqual(stdout.split('\n').filter((line) => columns(line) > WIDTH), []);
     assert.deepEqual(await found(/"encodedIcon":"(.*?)"/g), [184, 172, 264].map((length) => (
         `iVBORw0K…\u00a0${length}\u00a0characters`)));
+});
+
+test('the TypeScript game compiles strictly, and its suite passes, ends, and fails if the game ends unexpected', async () => {
+    const out = path.join(ROOT, 'out', 'examples', 'shop');
+    fs.rmSync(out, { recursive: true, force: true });
+    const run = (command, args, env) => promisify(execFile)(command, args,
+        { ...OPTIONS, env: { ...process.env, NODE_TEST_CONTEXT: undefined, ...env } });
+    await run('tsc', ['-p', path.join(ROOT, 'examples', 'shop')], { LD_PRELOAD: '' });
+    const { stdout, stderr } = await run(process.execPath, ['--test', '--test-reporter=tap', out], { GAMEAPI_LOG: '' });
+    assert.deepEqual([/^# pass 5$/m.test(stdout), /^# fail 0$/m.test(stdout), stderr], [true, true, '']);
+    const suite = path.join(out, 'game.test.js');
+    const unhandled = fs.readFileSync(suite, 'utf8').replace(/\w+\.default\.onExit\(resolve\)/, 'void 0');
+    fs.writeFileSync(suite, unhandled);
+    const failed = run(process.execPath, ['--test', '--test-reporter=tap', out], { GAMEAPI_EXIT_STATUS: '1', GAMEAPI_LOG: '' });
+    await assert.rejects(failed, ({ code, stdout: told }) => code === 1 && told.includes('the module ends the process'));
 });

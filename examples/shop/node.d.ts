@@ -1,0 +1,16 @@
+// What the suite uses of Node. A game of your own has @types/node in place of this file.
+
+declare module 'node:test' {
+    export function test(title: string, body: () => void | Promise<void>): void;
+    export function afterEach(body: () => void): void;
+}
+
+declare module 'node:assert/strict' {
+    const assert: {
+        equal(actual: unknown, expected: unknown, message?: string): void;
+        deepEqual(actual: unknown, expected: unknown, message?: string): void;
+        ok(value: unknown, message?: string): asserts value;
+        rejects(promise: Promise<unknown>, error: RegExp | object): Promise<void>;
+    };
+    export default assert;
+}
