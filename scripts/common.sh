@@ -129,9 +129,25 @@ configure() {
         cmake "${fresh[@]}" --preset "$preset" -D NODE_INCLUDE_DIR:PATH="$headers" "${on[@]}"
 }
 
-# Builds the given targets: "all" is what a game needs.
+# compile TARGET...: shows what CMake shows, on a terminal in one line that moves.
+compile() {
+    local command=(cmake --build "$out" --parallel "$(nproc)" --target "$@")
+    if [[ -t 1 ]]; then
+        "${command[@]}" </dev/null || die "the build failed"
+    else
+        mkdir -p "$logs"
+        "${command[@]}" </dev/null 2>&1 | tee "$logs/build.log" | sed '/^ninja: no work/d' || die "the build failed"
+    fi
+}
+
+# Builds the given targets: "all" is what a game needs. What is built can be used where nothing can be written.
 build() {
     local options=()
+    if [[ ! -w . ]]; then
+        [[ -f $out/device.node ]] || die "nothing is built here, and the folder cannot be written to"
+        say "Using what is built: the folder cannot be written to"
+        return
+    fi
     grep -qs "\"name\": \"$preset\"" CMakePresets.json || die "GAMEAPI_BUILD names no preset: $preset"
     [[ $* != *native_tests* ]] || options+=(BUILD_TESTING)
     [[ $* != *bench* ]] || options+=(BUILD_BENCHMARKS)
@@ -140,6 +156,6 @@ build() {
     (
         flock 9
         configure "${options[@]}"
-        quietly build "the build failed" cmake --build "$out" --parallel "$(nproc)" --target "$@"
+        compile "$@"
     ) 9>out/.lock
 }
