@@ -29,7 +29,7 @@ function programOf(page) {
             return text.replace(/.+/g, '');
         }
         program.blocks += 1;
-        const checked = code.replace(PRINTING, (_, args, expected) => {
+        const checked = code.replace(/^import (.*) from ('.*');/gm, 'const $1 = require($2);').replace(PRINTING, (_, args, expected) => {
             program.checks += 1;
             return `print(${JSON.stringify(expected)}, ${args});`;
         });
