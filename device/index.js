@@ -58,6 +58,39 @@ function describeWaiting() {
     return waiting.length > 0 ? `; waiting for an answer: ${waiting.join(', ')}` : '';
 }
 
+// What hears of modals in this environment. The device tells it of every one while anybody listens. A handler hears of
+// those that open after it was set and before the next reset, whichever environment that comes from.
+const watch = { handler: null, since: null, waiters: new Set() };
+
+function hear(record) {
+    const { generation, next } = watch.since || {};
+    if (watch.handler && record.generation === generation && record.id >= next) {
+        try {
+            watch.handler(modalOf(record));
+        } finally {
+            serveWaiters();
+        }
+    } else {
+        serveWaiters();
+    }
+}
+
+function serveWaiters() {
+    for (const waiter of watch.waiters) {
+        const record = binding.takeModal(waiter.requestType);
+        if (record) {
+            watch.waiters.delete(waiter);
+            waiter.take(modalOf(record));
+        }
+    }
+    listen();
+}
+
+/** Returns the generation and the id of the next modal, if anybody listens. */
+function listen() {
+    return binding.watchModals(watch.handler || watch.waiters.size > 0 ? hear : null);
+}
+
 async function nextModal(filter, options = {}) {
     const isLimit = typeof filter === 'number';
     const requestType = isLimit ? 0 : readFilter(filter);
@@ -65,23 +98,30 @@ async function nextModal(filter, options = {}) {
     const of = requestType === 0 ? '' : ` of ${nameOf(requestType)}`;
     const late = new Error(`no modal${of} was opened within ${timeoutMs} ms`);  // here for its stack
     return new Promise((resolve, reject) => {
-        const ticket = binding.awaitModal(requestType, (record) => {
-            clearTimeout(timer);
-            resolve(modalOf(record));
-        });
         const timer = setTimeout(() => {
-            if (binding.cancelWait(ticket)) {
-                late.message += describeWaiting();
-                reject(late);
-            }
+            watch.waiters.delete(waiter);
+            listen();
+            late.message += describeWaiting();
+            reject(late);
         }, timeoutMs);
+        const take = (modal) => {
+            clearTimeout(timer);
+            resolve(modal);
+        };
+        const waiter = { requestType, take };
+        watch.waiters.add(waiter);
+        serveWaiters();
     });
 }
 
 const isFunction = (value) => typeof value === 'function';
 
 function onModal(handler) {
-    binding.onModal(isFunction(handler) ? (record) => { handler(modalOf(record)); } : handler);
+    if (handler !== null && !isFunction(handler)) {
+        throw new TypeError('handler must be a function or null');
+    }
+    watch.handler = handler;
+    watch.since = listen();
 }
 
 function onExit(handler) {
@@ -131,7 +171,9 @@ function reset() {
         binding.reset();
     }
     follower = null;
+    watch.handler = null;
     forgetModals();
+    listen();
 }
 
 const device = {

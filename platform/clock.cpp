@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <limits>
 
+#include "time_service_client.h"
+
 namespace StandIn {
 namespace {
 
@@ -18,11 +20,6 @@ Clock::Nanoseconds BootTime() {
 }
 
 }  // namespace
-
-Clock& Clock::Get() {
-    static Clock& clock = *new Clock();
-    return clock;
-}
 
 Clock::Clock() : originReal_(Steady::now()), origin_(BootTime()) {}
 
@@ -45,11 +42,6 @@ void Clock::SetOrigin(Nanoseconds now, double rate) {
 void Clock::SetReal(double rate) {
     std::lock_guard<std::mutex> guard(mutex_);
     SetOrigin(Now(), rate);
-}
-
-void Clock::SetManual() {
-    std::lock_guard<std::mutex> guard(mutex_);
-    SetOrigin(Now(), 0);
 }
 
 bool Clock::IsManual() {
@@ -159,3 +151,16 @@ void Clock::Leave() {
 }
 
 }  // namespace StandIn
+
+namespace OHOS::MiscServices {
+
+sptr<TimeServiceClient> TimeServiceClient::GetInstance() {
+    struct Held {
+        sptr<TimeServiceClient> client = std::make_shared<TimeServiceClient>();
+    };
+    return StandIn::Forever<Held>().client;
+}
+
+int64_t TimeServiceClient::GetBootTimeMs() { return StandIn::Clock::Get().NowMs(); }
+
+}  // namespace OHOS::MiscServices

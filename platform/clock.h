@@ -7,6 +7,8 @@
 #include <mutex>
 #include <utility>
 
+#include "forever.h"
+
 namespace StandIn {
 
 /// The device's one clock: its boot time, and every sleep of the module's threads, run on it.
@@ -18,13 +20,13 @@ class Clock {
 public:
     using Nanoseconds = std::chrono::nanoseconds;
 
-    /// Never destroyed: sleeping threads outlive the static objects of the process.
-    static Clock& Get();
+    static Clock& Get() { return Forever<Clock>(); }
+    /// Real at rate 1, from the machine's boot time on.
+    Clock();
 
-    /// Follows the machine's clock from the present moment on, `rate` times as fast (above 0).
+    /// Follows the machine's clock from the present moment on, `rate` times as fast; with 0 it stops there.
     void SetReal(double rate);
-    /// Stops at the present moment.
-    void SetManual();
+    void SetManual() { SetReal(0); }
     bool IsManual();
 
     /// Milliseconds since boot.
@@ -63,7 +65,6 @@ private:
     };
     using Order = std::pair<Nanoseconds, uint64_t>;  // deadline, birth
 
-    Clock();
     Nanoseconds Now() const;
     void SetOrigin(Nanoseconds now, double rate);
     void AwaitSettled(std::unique_lock<std::mutex>& lock);

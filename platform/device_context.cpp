@@ -1,15 +1,18 @@
 #include "device_context.h"
 
+#include <algorithm>
 #include <mutex>
-#include <set>
 #include <utility>
 
 #include "ability_context.h"
 #include "faults.h"
+#include "forever.h"
+#include "ipc_skeleton.h"
 #include "modals.h"
 #include "napi_base_context.h"
+#include "tokenid_kit.h"
 #include "ui_extension_context.h"
-#include "wrap/call_site.h"
+#include "wrap/wrap.h"
 
 namespace StandIn {
 namespace {
@@ -17,30 +20,84 @@ namespace {
 using OHOS::AbilityRuntime::AbilityContext;
 using OHOS::AbilityRuntime::Context;
 using OHOS::AbilityRuntime::UIExtensionContext;
+using OHOS::Global::Resource::NOT_FOUND;
 using OHOS::Global::Resource::ResourceManager;
+using OHOS::Global::Resource::RState;
+using OHOS::Global::Resource::SUCCESS;
 
-/// A context of an application with these modules, and of no kind that it could be converted to. `Base` is
-/// the class it stands in for.
-template <typename Base>
-class ApplicationContext : public Base {
+/// The bytes that a read found, or null.
+RState CopyOut(const Bytes* bytes, size_t& length, std::unique_ptr<uint8_t[]>& data) {
+    length = 0;
+    if (bytes == nullptr) return NOT_FOUND;
+    length = bytes->size();
+    data = std::make_unique<uint8_t[]>(length);
+    std::copy(bytes->begin(), bytes->end(), data.get());
+    return SUCCESS;
+}
+
+template <typename Key>
+const Bytes* Find(Call call, const std::map<Key, Bytes>& resources, const Key& key) {
+    auto found = resources.find(key);
+    return Faults::Trip(call) || found == resources.end() ? nullptr : &found->second;
+}
+
+class ModuleResources final : public ResourceManager {
 public:
-    explicit ApplicationContext(std::shared_ptr<const Modules> modules) : modules_(std::move(modules)) {}
+    explicit ModuleResources(std::shared_ptr<const Resources> resources) : resources_(std::move(resources)) {}
 
-    std::shared_ptr<Context> CreateModuleContext(const std::string& moduleName) override;
-    std::shared_ptr<ResourceManager> GetResourceManager() const override { return nullptr; }
+    RState GetMediaDataById(uint32_t id, size_t& length, std::unique_ptr<uint8_t[]>& data,
+                            uint32_t /*density*/) override {
+        return CopyOut(Find(Call::GetMediaDataById, resources_->mediaById, id), length, data);
+    }
+
+    RState GetMediaDataByName(const char* name, size_t& length, std::unique_ptr<uint8_t[]>& data,
+                              uint32_t /*density*/) override {
+        return CopyOut(Find(Call::GetMediaDataByName, resources_->mediaByName, std::string(name)), length,
+                       data);
+    }
+
+    RState GetRawFileFromHap(const std::string& name, size_t& length,
+                             std::unique_ptr<uint8_t[]>& data) override {
+        return CopyOut(Find(Call::GetRawFileFromHap, resources_->rawFiles, name), length, data);
+    }
+
+private:
+    const std::shared_ptr<const Resources> resources_;
+};
+
+/// A context of an application with these modules, and with the resources of one of them or none. It is of no
+/// kind that it could be converted to. `Base` is the class it stands in for.
+template <typename Base>
+class ModuleContext : public Base {
+public:
+    explicit ModuleContext(std::shared_ptr<const Modules> modules,
+                           std::shared_ptr<ResourceManager> resources = nullptr)
+        : modules_(std::move(modules)), resources_(std::move(resources)) {}
+
+    std::shared_ptr<Context> CreateModuleContext(const std::string& moduleName) override {
+        auto found = modules_->find(moduleName);
+        if (Faults::Trip(Call::CreateModuleContext) || found == modules_->end()) return nullptr;
+        auto resources =
+            found->second == nullptr ? nullptr : std::make_shared<ModuleResources>(found->second);
+        return std::make_shared<ModuleContext<Context>>(modules_, resources);
+    }
+    std::shared_ptr<ResourceManager> GetResourceManager() const override {
+        return Faults::Trip(Call::GetResourceManager) ? nullptr : resources_;
+    }
 
 protected:
     bool IsContext(size_t /*contextTypeId*/) const override { return false; }
 
 private:
     const std::shared_ptr<const Modules> modules_;
+    const std::shared_ptr<ResourceManager> resources_;
 };
 
 template <typename Base>
-class WindowContext final : public ApplicationContext<Base> {
+class WindowContext final : public ModuleContext<Base> {
 public:
     WindowContext(std::shared_ptr<const Modules> modules, std::shared_ptr<Window> window)
-        : ApplicationContext<Base>(std::move(modules)), window_(std::move(window)) {}
+        : ModuleContext<Base>(std::move(modules)), window_(std::move(window)) {}
 
     OHOS::Ace::UIContent* GetUIContent() override { return window_->FindContent(); }
 
@@ -51,54 +108,19 @@ private:
     const std::shared_ptr<Window> window_;
 };
 
-class ModuleContext final : public ApplicationContext<Context> {
-public:
-    ModuleContext(std::shared_ptr<const Modules> modules, const std::shared_ptr<const Resources>& resources)
-        : ApplicationContext<Context>(std::move(modules)),
-          resources_(resources == nullptr ? nullptr : MakeResourceManager(resources)) {}
-
-    std::shared_ptr<ResourceManager> GetResourceManager() const override {
-        return Faults::Trip(Call::GetResourceManager) ? nullptr : resources_;
-    }
-
-private:
-    const std::shared_ptr<ResourceManager> resources_;
-};
-
-template <typename Base>
-std::shared_ptr<Context> ApplicationContext<Base>::CreateModuleContext(const std::string& moduleName) {
-    auto found = modules_->find(moduleName);
-    if (Faults::Trip(Call::CreateModuleContext) || found == modules_->end()) return nullptr;
-    return std::make_shared<ModuleContext>(modules_, found->second);
-}
-
 // Marks the JS objects whose wrapped pointer is a ContextRecord.
 constexpr napi_type_tag CONTEXT_TAG = {0x8b1f4a0c6d2e4957, 0xa3c57e19b06d42f8};
 
-bool IsContextObject(napi_env env, napi_value value) {
-    napi_valuetype type = napi_undefined;
-    bool isTagged = false;
-    return napi_typeof(env, value, &type) == napi_ok && type == napi_object &&
-           napi_check_object_type_tag(env, value, &CONTEXT_TAG, &isTagged) == napi_ok && isTagged;
-}
+constexpr uint64_t APPLICATION_TOKEN = 0x20010001;
+constexpr uint64_t SYSTEM_APP_MASK = uint64_t{1} << 32;
 
-// Of an object that is tagged as a context.
-const ContextRecord* Unwrap(napi_env env, napi_value object) {
-    void* record = nullptr;
-    (void)napi_unwrap(env, object, &record);
-    return static_cast<const ContextRecord*>(record);
-}
+std::atomic<uint64_t> gCallingToken{APPLICATION_TOKEN};
 
 /// Of those who wait for a window.
 struct WindowWaits {
-    std::mutex mutex;  // guards the holds
-    std::set<std::shared_ptr<LoopHold>> holds;
+    std::mutex mutex;                    // guards the holds
+    std::map<uint64_t, LoopHold> holds;  // by thread
 };
-
-WindowWaits& TheWindowWaits() {
-    static WindowWaits& waits = *new WindowWaits();
-    return waits;
-}
 
 thread_local uint64_t gMissingIn = 0;  // the call of a method that found no window
 
@@ -128,30 +150,28 @@ void Window::CloseModalUIExtension(int32_t sessionId) {
     if (!Faults::Trip(Call::CloseModalUIExtension)) Modals::Get().Close(sessionId);
 }
 
-std::shared_ptr<LoopHold> BeginWindowWait() {
+void BeginWindowWait(uint64_t thread) {
     Environment* current = Environment::Current();
-    if (current == nullptr || std::exchange(gMissingIn, 0) != CurrentCall() || CurrentCall() == 0)
-        return nullptr;
-    auto hold = std::make_shared<LoopHold>(current->shared_from_this());
-    WindowWaits& waits = TheWindowWaits();
+    if (current == nullptr || std::exchange(gMissingIn, 0) != CurrentCall() || CurrentCall() == 0) return;
+    auto& waits = Forever<WindowWaits>();
     std::lock_guard<std::mutex> guard(waits.mutex);
-    waits.holds.insert(hold);
-    return hold;
+    waits.holds.emplace(thread, current->Hold());
 }
 
-void EndWindowWait(const std::shared_ptr<LoopHold>& hold) {
-    WindowWaits& waits = TheWindowWaits();
+void EndWindowWait(uint64_t thread) {
+    auto& waits = Forever<WindowWaits>();
     std::lock_guard<std::mutex> guard(waits.mutex);
-    if (waits.holds.erase(hold) == 1) hold->Drop();
+    waits.holds.erase(thread);
 }
 
 void DropWindowWaits() {
-    WindowWaits& waits = TheWindowWaits();
+    auto& waits = Forever<WindowWaits>();
     std::lock_guard<std::mutex> guard(waits.mutex);
-    for (const auto& hold : waits.holds) {
-        hold->Drop();
-    }
     waits.holds.clear();
+}
+
+void SetSystemApp(bool isSystem) {
+    gCallingToken = isSystem ? APPLICATION_TOKEN | SYSTEM_APP_MASK : APPLICATION_TOKEN;
 }
 
 ContextRecord MakeContext(ContextKind kind, Modules modules, const std::shared_ptr<Window>& window) {
@@ -162,7 +182,7 @@ ContextRecord MakeContext(ContextKind kind, Modules modules, const std::shared_p
         case ContextKind::UI_EXTENSION:
             return {std::make_shared<WindowContext<UIExtensionContext>>(shared, window), window};
         case ContextKind::OTHER:
-            return {std::make_shared<ApplicationContext<Context>>(shared), nullptr};
+            return {std::make_shared<ModuleContext<Context>>(shared), nullptr};
         case ContextKind::EMPTY:
             break;
     }
@@ -185,7 +205,14 @@ napi_value MakeContextObject(napi_env env, ContextRecord record) {
 }
 
 const ContextRecord* FindContextRecord(napi_env env, napi_value value) {
-    return IsContextObject(env, value) ? Unwrap(env, value) : nullptr;
+    napi_valuetype type = napi_undefined;
+    bool isTagged = false;
+    void* record = nullptr;
+    if (napi_typeof(env, value, &type) == napi_ok && type == napi_object &&
+        napi_check_object_type_tag(env, value, &CONTEXT_TAG, &isTagged) == napi_ok && isTagged) {
+        (void)napi_unwrap(env, value, &record);
+    }
+    return static_cast<const ContextRecord*>(record);
 }
 
 }  // namespace StandIn
@@ -194,14 +221,24 @@ namespace OHOS::AbilityRuntime {
 
 napi_status IsStageContext(napi_env env, napi_value value, bool& isStage) {
     if (StandIn::Faults::Trip(StandIn::Call::IsStageContext)) return napi_generic_failure;
-    isStage = StandIn::IsContextObject(env, value);
+    isStage = StandIn::FindContextRecord(env, value) != nullptr;
     return napi_ok;
 }
 
 std::shared_ptr<Context> GetStageModeContext(napi_env env, napi_value value) {
-    const StandIn::ContextRecord* record = StandIn::Unwrap(env, value);
-    return StandIn::Faults::Trip(StandIn::Call::GetStageModeContext) || record == nullptr ? nullptr
-                                                                                          : record->context;
+    if (StandIn::Faults::Trip(StandIn::Call::GetStageModeContext)) return nullptr;
+    const StandIn::ContextRecord* record = StandIn::FindContextRecord(env, value);
+    return record == nullptr ? nullptr : record->context;
 }
 
 }  // namespace OHOS::AbilityRuntime
+
+namespace OHOS {
+
+uint64_t IPCSkeleton::GetCallingFullTokenID() { return StandIn::gCallingToken; }
+
+bool Security::AccessToken::TokenIdKit::IsSystemAppByFullTokenID(uint64_t tokenId) {
+    return (tokenId & StandIn::SYSTEM_APP_MASK) != 0;
+}
+
+}  // namespace OHOS

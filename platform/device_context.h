@@ -11,7 +11,9 @@
 
 #include "context.h"
 #include "environment.h"
+#include "resource_manager.h"
 #include "ui_content.h"
+#include "want_params.h"
 
 namespace StandIn {
 
@@ -23,10 +25,6 @@ struct Resources {
     std::map<std::string, Bytes> mediaByName;
     std::map<std::string, Bytes> rawFiles;
 };
-
-/// The manager that reads `resources`, which must not change any more.
-std::shared_ptr<OHOS::Global::Resource::ResourceManager> MakeResourceManager(
-    std::shared_ptr<const Resources> resources);
 
 /// The modules of an application by name; one with null resources has no resource manager.
 using Modules = std::map<std::string, std::shared_ptr<const Resources>>;
@@ -52,11 +50,11 @@ private:
     std::atomic<bool> isShown_;
 };
 
-/// For a thread that the module starts on this one: holds the loop of the calling JS thread, if the method
-/// that runs there found no window and so has that thread wait for one. Empty otherwise.
-std::shared_ptr<LoopHold> BeginWindowWait();
+/// The module starts `thread`, by its birth number, on this one: holds the loop of the calling JS thread, if
+/// the method that runs there found no window and so has that thread wait for one.
+void BeginWindowWait(uint64_t thread);
 /// As that thread ends.
-void EndWindowWait(const std::shared_ptr<LoopHold>& hold);
+void EndWindowWait(uint64_t thread);
 /// Drops the holds of all that wait for a window: their threads are never to wake.
 void DropWindowWaits();
 
@@ -83,6 +81,12 @@ napi_value MakeContextObject(napi_env env, ContextRecord record);
 /// What stands behind `value`, owned by the JS object; null if it is no context object. Leaves no exception.
 /// On `env`'s JS thread.
 const ContextRecord* FindContextRecord(napi_env env, napi_value value);
+
+/// The next two are null if the environment refuses. On `env`'s JS thread.
+napi_value MakeText(napi_env env, const std::string& text);
+
+/// Makes a JS object of `params`, as `WrapWantParams` does for the module, but never fails on purpose.
+napi_value MakeParamsObject(napi_env env, const OHOS::AAFwk::WantParams& params);
 
 /// Makes this process one of a system application, or of an ordinary one again. Thread-safe.
 void SetSystemApp(bool isSystem);

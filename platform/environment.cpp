@@ -3,27 +3,30 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "forever.h"
+
 namespace StandIn {
 namespace {
 
 struct Registry {
-    std::mutex mutex;
+    std::mutex mutex;  // guards the maps
     std::unordered_map<napi_env, std::shared_ptr<Environment>> byEnv;
     std::unordered_map<const uv_loop_t*, std::shared_ptr<Environment>> byLoop;
 };
 
-Registry& Environments() {
-    static Registry& registry = *new Registry();
-    return registry;
-}
+napi_module* gRecord = nullptr;  // set once, while the library is being loaded
+thread_local napi_env gModuleEnv = nullptr;
+thread_local napi_ref gExports = nullptr;  // goes with the environment
 
 thread_local Environment* gCurrent = nullptr;
 thread_local napi_env gLastOwn = nullptr;  // an environment known to be alive and of this thread
 
-template <typename Key>
-std::shared_ptr<Environment> Find(const std::unordered_map<Key, std::shared_ptr<Environment>>& map, Key key) {
-    auto found = map.find(key);
-    return found == map.end() ? nullptr : found->second;
+template <typename Map>
+std::shared_ptr<Environment> Find(Map Registry::*map, typename Map::key_type key) {
+    auto& registry = Forever<Registry>();
+    std::lock_guard<std::mutex> guard(registry.mutex);
+    auto found = (registry.*map).find(key);
+    return found == (registry.*map).end() ? nullptr : found->second;
 }
 
 void Require(bool isDone, const char* what) {
@@ -33,30 +36,7 @@ void Require(bool isDone, const char* what) {
     }
 }
 
-void RaisePending(napi_env env) {
-    bool isPending = false;
-    napi_value error = nullptr;
-    if (env == nullptr || napi_is_exception_pending(env, &isPending) != napi_ok || !isPending ||
-        napi_get_and_clear_last_exception(env, &error) != napi_ok) {
-        return;
-    }
-    (void)napi_fatal_exception(env, error);
-}
-
 }  // namespace
-
-LoopHold::LoopHold(std::shared_ptr<Environment> environment) : environment_(std::move(environment)) {
-    if (environment_ != nullptr) environment_->Hold();
-}
-
-LoopHold& LoopHold::operator=(LoopHold&& other) noexcept {
-    std::swap(environment_, other.environment_);
-    return *this;
-}
-
-void LoopHold::Drop() {
-    if (auto environment = std::move(environment_)) environment->Unhold();
-}
 
 std::shared_ptr<Environment> Environment::Attach(napi_env env) {
     uv_loop_t* loop = nullptr;
@@ -66,7 +46,7 @@ std::shared_ptr<Environment> Environment::Attach(napi_env env) {
         environment.reset(new Environment(loop));
         environment->Start(env);
     }
-    Registry& registry = Environments();
+    auto& registry = Forever<Registry>();
     std::lock_guard<std::mutex> guard(registry.mutex);
     if (registry.byEnv.emplace(env, environment).second) {
         Require(napi_add_env_cleanup_hook(env, CloseEnv, env) == napi_ok, "napi_add_env_cleanup_hook");
@@ -74,16 +54,10 @@ std::shared_ptr<Environment> Environment::Attach(napi_env env) {
     return environment;
 }
 
-std::shared_ptr<Environment> Environment::Of(napi_env env) {
-    Registry& registry = Environments();
-    std::lock_guard<std::mutex> guard(registry.mutex);
-    return Find(registry.byEnv, env);
-}
+std::shared_ptr<Environment> Environment::Of(napi_env env) { return Find(&Registry::byEnv, env); }
 
 std::shared_ptr<Environment> Environment::OfLoop(const uv_loop_t* loop) {
-    Registry& registry = Environments();
-    std::lock_guard<std::mutex> guard(registry.mutex);
-    return Find(registry.byLoop, loop);
+    return Find(&Registry::byLoop, loop);
 }
 
 Environment* Environment::Current() { return gCurrent; }
@@ -111,14 +85,14 @@ void Environment::Start(napi_env env) {
     Require(napi_add_async_cleanup_hook(env, end, this, &cleanupHandle_) == napi_ok,
             "napi_add_async_cleanup_hook");
     gCurrent = this;
-    Registry& registry = Environments();
+    auto& registry = Forever<Registry>();
     std::lock_guard<std::mutex> guard(registry.mutex);
     registry.byLoop.emplace(loop_, shared_from_this());
 }
 
 void Environment::CloseEnv(void* env) {
     gLastOwn = nullptr;
-    Registry& registry = Environments();
+    auto& registry = Forever<Registry>();
     std::lock_guard<std::mutex> guard(registry.mutex);
     registry.byEnv.erase(static_cast<napi_env>(env));
 }
@@ -139,7 +113,7 @@ void Environment::End() {
     uv_close(reinterpret_cast<uv_handle_t*>(&async_), [](uv_handle_t* handle) {
         auto* self = static_cast<Environment*>(handle->data);
         (void)napi_remove_async_cleanup_hook(self->cleanupHandle_);
-        Registry& registry = Environments();
+        auto& registry = Forever<Registry>();
         std::shared_ptr<Environment> last;
         std::lock_guard<std::mutex> guard(registry.mutex);
         last.swap(registry.byLoop[self->loop_]);
@@ -164,9 +138,10 @@ bool Environment::PostTo(const uv_loop_t* loop, Job job) {
     return environment != nullptr && environment->Post(nullptr, std::move(job));
 }
 
-void Environment::Hold() {
+LoopHold Environment::Hold() {
     std::lock_guard<std::mutex> guard(mutex_);
     if (++holds_ == 1 && queue_.empty()) ChangeRef();
+    return {this, [self = shared_from_this()](void* /*self*/) { self->Unhold(); }};
 }
 
 void Environment::Unhold() {
@@ -215,20 +190,47 @@ void Environment::RunItem(const Item& item) {
     (void)napi_open_handle_scope(scopeEnv_, &handles);
     (void)napi_open_callback_scope(scopeEnv_, nullptr, asyncContext_, &callbacks);
     item.job(false);
-    RaisePending(item.env == nullptr ? ModuleEnv() : item.env);
+    napi_env env = item.env == nullptr ? gModuleEnv : item.env;
+    if (napi_value error = TakePendingException(env)) (void)napi_fatal_exception(env, error);
     if (callbacks != nullptr) (void)napi_close_callback_scope(scopeEnv_, callbacks);
     if (handles != nullptr) (void)napi_close_handle_scope(scopeEnv_, handles);
 }
 
-bool MovePendingException(napi_env from, napi_env to) {
+napi_env ModuleEnv() { return gModuleEnv; }
+
+napi_value TakePendingException(napi_env env) {
     bool isPending = false;
     napi_value error = nullptr;
-    if (napi_is_exception_pending(from, &isPending) != napi_ok || !isPending ||
-        napi_get_and_clear_last_exception(from, &error) != napi_ok) {
-        return false;
+    const bool isTaken = env != nullptr && napi_is_exception_pending(env, &isPending) == napi_ok &&
+                         isPending && napi_get_and_clear_last_exception(env, &error) == napi_ok;
+    return isTaken ? error : nullptr;
+}
+
+napi_value ModuleExports() {
+    napi_value exports = nullptr;
+    if (gModuleEnv != nullptr) (void)napi_get_reference_value(gModuleEnv, gExports, &exports);
+    return exports;
+}
+
+napi_value LoadModule(napi_env env, napi_value exports) {
+    if (gRecord == nullptr) {
+        (void)napi_throw_error(env, nullptr, "The library registered no module when it was loaded.");
+        return nullptr;
     }
-    (void)napi_throw(to, error);
-    return true;
+    (void)Environment::Attach(env);
+    if (gModuleEnv == nullptr) {
+        gModuleEnv = env;
+        (void)napi_create_reference(env, exports, 1, &gExports);
+        (void)napi_add_env_cleanup_hook(
+            env, [](void*) { gModuleEnv = nullptr; }, nullptr);
+    }
+    napi_value result = gRecord->nm_register_func(gModuleEnv, exports);
+    napi_value error = env != gModuleEnv ? TakePendingException(gModuleEnv) : nullptr;
+    if (error != nullptr) (void)napi_throw(env, error);
+    return result;
 }
 
 }  // namespace StandIn
+
+// Node would tie the record to the load that brought it in, and forget it with that load's environment.
+extern "C" void __wrap_napi_module_register(napi_module* record) { StandIn::gRecord = record; }

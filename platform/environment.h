@@ -13,22 +13,8 @@
 
 namespace StandIn {
 
-class Environment;
-
-/// Keeps the loop of one environment from ending while it lives. Movable, droppable on any thread.
-class LoopHold {
-public:
-    LoopHold() = default;
-    explicit LoopHold(std::shared_ptr<Environment> environment);
-    LoopHold(LoopHold&& other) noexcept = default;
-    LoopHold& operator=(LoopHold&& other) noexcept;
-    ~LoopHold() { Drop(); }
-
-    void Drop();
-
-private:
-    std::shared_ptr<Environment> environment_;
-};
+/// Keeps the loop of one environment from ending while anybody has a share in it. Droppable on any thread.
+using LoopHold = std::shared_ptr<void>;
 
 /// One JS thread as the device sees it: the main thread or a Worker. Node gives every addon a `napi_env` of
 /// its own, so several of them may belong to one Environment. It ends with the first clean-up hook that Node
@@ -56,12 +42,14 @@ public:
     /// Any thread. The same for the environment of `loop`, with its module's `napi_env`; false without one.
     static bool PostTo(const uv_loop_t* loop, Job job);
 
+    /// Any thread.
+    LoopHold Hold();
+
     uv_loop_t* Loop() const { return loop_; }
     /// Any thread. Whether it takes no work any more.
     bool HasEnded() const { return hasEnded_; }
 
 private:
-    friend class LoopHold;
     struct Item {
         napi_env env;
         Job job;
@@ -69,7 +57,6 @@ private:
 
     explicit Environment(uv_loop_t* loop) : loop_(loop) {}
     void Start(napi_env env);
-    void Hold();
     void Unhold();
     bool IsLoopThread() const { return std::this_thread::get_id() == thread_; }
     void ChangeRef();
@@ -104,7 +91,8 @@ napi_value ModuleExports();
 /// a JS thread has one environment, so a second load on the same thread is given the first one again.
 napi_value LoadModule(napi_env env, napi_value exports);
 
-/// Moves an exception pending in `from` to `to`, both of the calling JS thread; whether there was one.
-bool MovePendingException(napi_env from, napi_env to);
+/// The exception pending in `env`, which it then is no more; null if there is none, or `env` is. On the
+/// calling JS thread.
+napi_value TakePendingException(napi_env env);
 
 }  // namespace StandIn

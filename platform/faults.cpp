@@ -17,7 +17,7 @@ std::mutex gMutex;  // guards the table
 Watched gWatched[] = {
 #define OWN(name) {{#name}},
 #define WRAPPED(name) OWN(name)
-#define WRAPPED_AS(name, text, symbol) {{text}},
+#define WRAPPED_AS(symbol, name, text) {{text}},
 #include "wrap/calls.def"
 #undef WRAPPED
 #undef WRAPPED_AS

@@ -10,7 +10,7 @@ namespace StandIn {
 /// The calls of the module that can be made to fail.
 enum class Call : size_t {
 #define WRAPPED(name) name,
-#define WRAPPED_AS(name, text, symbol) name,
+#define WRAPPED_AS(symbol, name, text) name,
 #define OWN(name) name,
 #include "wrap/calls.def"
 #undef WRAPPED

@@ -11,27 +11,24 @@
 
 #include "clock.h"
 #include "environment.h"
+#include "forever.h"
 #include "modals.h"
 #include "records.h"
 #include "ui_thread.h"
-#include "wrap/call_site.h"
+#include "wrap/wrap.h"
 
 namespace StandIn {
 namespace {
 
 // There is no way back from an end that the JS thread itself asks for.
 constexpr int STATUS_ON_JS_THREAD = 70;
+constexpr long MAX_STATUS = 255;
 
 struct Ending {
     std::mutex mutex;  // guards the handlers, which are called under it
     std::map<const void*, GameEnd::Handler> handlers;
     std::atomic<bool> hasArrived{false};
 };
-
-Ending& TheEnding() {
-    static Ending& ending = *new Ending();
-    return ending;
-}
 
 thread_local Occasion* gOccasion = nullptr;
 
@@ -43,36 +40,17 @@ std::string Describe(const Occasion& why) {
 
 int ChooseStatus(int status) {
     const char* wanted = std::getenv("GAMEAPI_EXIT_STATUS");  // NOLINT(concurrency-mt-unsafe): never set here
-    return wanted != nullptr && *wanted != '\0' ? std::atoi(wanted) & 0xff : status;
+    if (wanted == nullptr || *wanted == '\0') return status;
+    char* end = nullptr;
+    const long number = std::strtol(wanted, &end, 10);
+    if (*end == '\0' && number >= 0 && number <= MAX_STATUS) return static_cast<int>(number);
+    Say("GAMEAPI_EXIT_STATUS is \"" + std::string(wanted) + "\": set it to a number from 0 to 255");
+    return status;
 }
 
 [[noreturn]] void EndProcess(int status, const Occasion& why, const char* remark) {
     Say("the module ends the process with status " + std::to_string(status) + remark + ": " + Describe(why));
     _exit(status);
-}
-
-// Whether anybody was told.
-bool TellHandlers(const Occasion& why) {
-    Ending& ending = TheEnding();
-    std::lock_guard<std::mutex> guard(ending.mutex);
-    bool isTold = false;
-    for (const auto& [owner, handler] : ending.handlers) {
-        isTold = handler(why) || isTold;
-    }
-    return isTold;
-}
-
-bool IsHandled() {
-    Ending& ending = TheEnding();
-    std::lock_guard<std::mutex> guard(ending.mutex);
-    return !ending.handlers.empty();
-}
-
-[[noreturn]] void Park() {
-    Clock::Get().Leave();
-    for (;;) {
-        (void)pause();
-    }
 }
 
 }  // namespace
@@ -90,21 +68,21 @@ Occasion InheritOccasion() {
 }
 
 void GameEnd::Handle(const void* owner, Handler handler) {
-    Ending& ending = TheEnding();
+    auto& ending = Forever<Ending>();
     std::lock_guard<std::mutex> guard(ending.mutex);
     ending.handlers[owner] = std::move(handler);
 }
 
 void GameEnd::Unhandle(const void* owner) {
-    Ending& ending = TheEnding();
+    auto& ending = Forever<Ending>();
     std::lock_guard<std::mutex> guard(ending.mutex);
     ending.handlers.erase(owner);
 }
 
-bool GameEnd::HasArrived() { return TheEnding().hasArrived; }
+bool GameEnd::HasArrived() { return Forever<Ending>().hasArrived; }
 
 void GameEnd::Reset() {
-    Ending& ending = TheEnding();
+    auto& ending = Forever<Ending>();
     std::lock_guard<std::mutex> guard(ending.mutex);
     ending.handlers.clear();
     ending.hasArrived = false;
@@ -113,16 +91,24 @@ void GameEnd::Reset() {
 // A second end, as that of a timer, finds the game ended and only stops its thread.
 void GameEnd::Arrive(int status) {
     const Occasion why = gOccasion != nullptr ? *gOccasion : Occasion{};
-    if (!IsHandled() && !HasArrived()) EndProcess(ChooseStatus(status), why, "");
+    auto& ending = Forever<Ending>();
+    std::unique_lock<std::mutex> lock(ending.mutex);
+    const bool isFirst = !ending.hasArrived;
+    if (isFirst && ending.handlers.empty()) EndProcess(ChooseStatus(status), why, "");
     if (Environment::Current() != nullptr) {
         EndProcess(STATUS_ON_JS_THREAD, why, ", as onExit cannot help on the JS thread that answers");
     }
-    if (!TheEnding().hasArrived.exchange(true) && !TellHandlers(why)) {
-        EndProcess(ChooseStatus(status), why, "");
+    ending.hasArrived = true;
+    for (const auto& [owner, handler] : ending.handlers) {
+        if (isFirst) handler(why);
     }
+    lock.unlock();
     if (why.giveUp) why.giveUp();
     UiThread::Get().Abandon();
-    Park();
+    Clock::Get().Leave();
+    for (;;) {
+        (void)pause();
+    }
 }
 
 }  // namespace StandIn

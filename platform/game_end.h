@@ -33,8 +33,8 @@ Occasion InheritOccasion();
 /// The end of the game, which the module brings about by ending its process. Thread-safe.
 class GameEnd {
 public:
-    /// Passes the end on to its JS thread; false if that has ended. Must not call back in here.
-    using Handler = std::function<bool(const Occasion& why)>;
+    /// Passes the end on to its JS thread. Must not call back in here.
+    using Handler = std::function<void(const Occasion& why)>;
 
     /// While anybody handles the end the process goes on. One handler per owner.
     static void Handle(const void* owner, Handler handler);

@@ -6,7 +6,6 @@
 
 #include "game_end.h"
 #include "records.h"
-#include "ui_thread.h"
 
 namespace StandIn {
 namespace {
@@ -115,59 +114,17 @@ std::string Modal::Give(const Answer& answer, std::function<void()> giveUp) cons
     return {};
 }
 
-Modals& Modals::Get() {
-    static Modals& modals = *new Modals();
-    return modals;
-}
-
 int32_t Modals::Open(Modal::Opening opening) {
     std::lock_guard<std::mutex> guard(mutex_);
     const int32_t id = firstId_ + static_cast<int32_t>(modals_.size());
-    const auto modal = modals_.emplace_back(std::make_shared<Modal>(id, firstId_, std::move(opening)));
+    const auto modal = modals_.emplace_back(std::make_shared<Modal>(id, generation_, std::move(opening)));
     if (modal->IsSilent()) untold_.push_back(modal);
     free_.push_back(modal);
-    Announce(modal);
-    if (answer_ != nullptr) PostAnswer(modal);
-    return id;
-}
-
-void Modals::PostAnswer(const std::shared_ptr<Modal>& modal) {
-    modal->NoteAnswer(*answer_);
-    auto hold = std::make_shared<LoopHold>(modal->GetEnvironment());  // until the answer is given
-    UiThread::Get().Post(
-        [modal, hold, answer = answer_] { (void)modal->Give(*answer, [hold] { hold->Drop(); }); });
-}
-
-// Under the lock, so that everybody hears of the modals in the order of their ids.
-void Modals::Announce(const std::shared_ptr<Modal>& modal) {
-    for (const auto& [owner, watcher] : watchers_) {
-        (void)watcher.receiver(watcher.ticket, modal);
+    // Under the lock, so that everybody hears of the modals in the order of their ids.
+    for (const auto& [owner, receiver] : watchers_) {
+        receiver(modal);
     }
-    ServeWaiters();
-}
-
-void Modals::ServeWaiters() {
-    if (waiters_.empty()) return;
-    auto isGone = [](const auto& modal) { return !modal->IsOpen() || modal->IsAnswered(); };
-    free_.erase(std::remove_if(free_.begin(), free_.end(), isGone), free_.end());
-    waiters_.erase(std::remove_if(waiters_.begin(), waiters_.end(),
-                                  [this](const Waiter& waiter) { return Serve(waiter); }),
-                   waiters_.end());
-}
-
-// True if the waiter waits no longer: it was served, or its environment has ended.
-bool Modals::Serve(const Waiter& waiter) {
-    auto found = std::find_if(free_.begin(), free_.end(), [&waiter](const auto& modal) {
-        return waiter.requestType == 0 || waiter.requestType == modal->RequestType();
-    });
-    if (found == free_.end()) return false;
-    if (waiter.receiver(waiter.ticket, *found)) free_.erase(found);
-    return true;
-}
-
-void Modals::SetAnswer(std::shared_ptr<const Modal::Answer> answer) {
-    std::lock_guard<std::mutex> guard(mutex_);
-    answer_ = std::move(answer);
+    return id;
 }
 
 void Modals::Close(int32_t id) {
@@ -198,17 +155,17 @@ void Modals::Reset() {
         forgotten.swap(modals_);
         free_.clear();
         untold_.clear();
-        watchers_.clear();
-        answer_.reset();
+        ++generation_;
     }
     for (const auto& modal : forgotten) {
         modal->Forget();
     }
 }
 
-void Modals::Watch(const void* owner, Receiver receiver) {
+std::pair<int32_t, int32_t> Modals::Watch(const void* owner, Receiver receiver) {
     std::lock_guard<std::mutex> guard(mutex_);
-    watchers_.try_emplace(owner, Watcher{++lastTicket_, std::move(receiver)});
+    watchers_[owner] = std::move(receiver);
+    return {generation_, firstId_ + static_cast<int32_t>(modals_.size())};
 }
 
 void Modals::Unwatch(const void* owner) {
@@ -216,35 +173,17 @@ void Modals::Unwatch(const void* owner) {
     watchers_.erase(owner);
 }
 
-bool Modals::IsWatched(uint64_t ticket) {
+std::shared_ptr<Modal> Modals::Take(int32_t requestType) {
     std::lock_guard<std::mutex> guard(mutex_);
-    return std::any_of(watchers_.begin(), watchers_.end(),
-                       [ticket](const auto& entry) { return entry.second.ticket == ticket; });
-}
-
-uint64_t Modals::Await(const void* owner, int32_t requestType, Receiver receiver) {
-    std::lock_guard<std::mutex> guard(mutex_);
-    const uint64_t ticket = ++lastTicket_;
-    waiters_.push_back({owner, ticket, requestType, std::move(receiver)});
-    ServeWaiters();
-    return ticket;
-}
-
-bool Modals::CancelWait(uint64_t ticket) {
-    std::lock_guard<std::mutex> guard(mutex_);
-    auto found = std::find_if(waiters_.begin(), waiters_.end(),
-                              [ticket](const Waiter& waiter) { return waiter.ticket == ticket; });
-    if (found == waiters_.end()) return false;
-    waiters_.erase(found);
-    return true;
-}
-
-void Modals::DropOwner(const void* owner) {
-    std::lock_guard<std::mutex> guard(mutex_);
-    watchers_.erase(owner);
-    waiters_.erase(std::remove_if(waiters_.begin(), waiters_.end(),
-                                  [owner](const Waiter& waiter) { return waiter.owner == owner; }),
-                   waiters_.end());
+    auto isGone = [](const auto& modal) { return !modal->IsOpen() || modal->IsAnswered(); };
+    free_.erase(std::remove_if(free_.begin(), free_.end(), isGone), free_.end());
+    auto found = std::find_if(free_.begin(), free_.end(), [requestType](const auto& modal) {
+        return requestType == 0 || requestType == modal->RequestType();
+    });
+    if (found == free_.end()) return nullptr;
+    auto taken = *found;
+    free_.erase(found);
+    return taken;
 }
 
 void Modals::TellSilent(std::chrono::milliseconds age) {

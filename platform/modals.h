@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "environment.h"
+#include "forever.h"
 #include "modal_ui_extension_config.h"
 
 namespace StandIn {
@@ -57,6 +58,8 @@ public:
     const Want& GetWant() const { return want_; }
     const Config& GetConfig() const { return config_; }
     const std::shared_ptr<Environment>& GetEnvironment() const { return environment_; }
+    /// Of its environment; for those through whom it may be answered.
+    LoopHold HoldLoop() const { return environment_ == nullptr ? nullptr : environment_->Hold(); }
     int32_t RequestType() const;
     /// "modal 3 (getLocalPlayer)".
     std::string Name() const;
@@ -94,11 +97,10 @@ private:
 /// All modals opened since the last reset, and those who want to hear of new ones. Thread-safe.
 class Modals {
 public:
-    /// Passes a modal on to whoever registered it under `ticket`; false if that environment has ended. Called
-    /// on the opening thread, one at a time; must not call back in here.
-    using Receiver = std::function<bool(uint64_t ticket, const std::shared_ptr<Modal>& modal)>;
+    /// Hears of a modal on the thread that opens it, one at a time; must not call back in here.
+    using Receiver = std::function<void(const std::shared_ptr<Modal>& modal)>;
 
-    static Modals& Get();
+    static Modals& Get() { return Forever<Modals>(); }
 
     /// Returns the modal's session id: above 0 and never used again.
     int32_t Open(Modal::Opening opening);
@@ -108,58 +110,31 @@ public:
     std::shared_ptr<Modal> Find(int32_t id);
     /// Oldest first.
     std::vector<int32_t> Ids();
-    /// Forgets all modals, watchers and the answer, not those who wait for a modal.
+    /// Forgets all modals. A new generation begins.
     void Reset();
 
-    /// From now on `receiver` gets every modal opened. One watch per owner: a second one changes nothing.
-    void Watch(const void* owner, Receiver receiver);
+    /// From now on `receiver` gets every modal opened, also after a reset. Returns the generation and the id
+    /// of the next one.
+    std::pair<int32_t, int32_t> Watch(const void* owner, Receiver receiver);
     void Unwatch(const void* owner);
-    /// Whether the watch under `ticket` still stands, for modals that are on their way to it.
-    bool IsWatched(uint64_t ticket);
 
-    /// `receiver` gets one modal of `requestType` (0: of any), immediately or when it opens: the oldest that
-    /// is open, unanswered and given to nobody yet. Returns its ticket. Who waits longest is served first.
-    uint64_t Await(const void* owner, int32_t requestType, Receiver receiver);
-    /// False if the modal is already on its way.
-    bool CancelWait(uint64_t ticket);
-
-    /// Ends all watching and waiting of `owner`.
-    void DropOwner(const void* owner);
+    /// The oldest modal of `requestType` (0: of any) that is open, unanswered and not taken yet; empty if
+    /// there is none.
+    std::shared_ptr<Modal> Take(int32_t requestType);
 
     /// Says, once for each, which modals are silent for so long already.
     void TellSilent(std::chrono::milliseconds age);
     /// The same for those of an environment that ends.
     void TellSilent(const Environment& environment);
 
-    /// From now on every modal opened is answered so, on the UI thread; with null none is.
-    void SetAnswer(std::shared_ptr<const Modal::Answer> answer);
-
 private:
-    struct Watcher {
-        uint64_t ticket;
-        Receiver receiver;
-    };
-    struct Waiter {
-        const void* owner;
-        uint64_t ticket;
-        int32_t requestType;
-        Receiver receiver;
-    };
-
-    void Announce(const std::shared_ptr<Modal>& modal);
-    void PostAnswer(const std::shared_ptr<Modal>& modal);
-    void ServeWaiters();
-    bool Serve(const Waiter& waiter);
-
     std::mutex mutex_;     // guards what follows; receivers are called under it
     int32_t firstId_ = 1;  // of modals_, which have consecutive ids
+    int32_t generation_ = 1;
     std::vector<std::shared_ptr<Modal>> modals_;
-    std::deque<std::shared_ptr<Modal>> free_;    // given to nobody yet; some may be closed or answered
+    std::deque<std::shared_ptr<Modal>> free_;    // not taken yet; some may be closed or answered
     std::deque<std::shared_ptr<Modal>> untold_;  // of which nothing was said; some may be closed or answered
-    uint64_t lastTicket_ = 0;
-    std::map<const void*, Watcher> watchers_;
-    std::deque<Waiter> waiters_;
-    std::shared_ptr<const Modal::Answer> answer_;
+    std::map<const void*, Receiver> watchers_;
 };
 
 }  // namespace StandIn

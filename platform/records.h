@@ -5,10 +5,11 @@
 #include <deque>
 #include <mutex>
 #include <string>
-#include <vector>
+#include <utility>
 
 #include "app_event.h"
 #include "app_event_processor_mgr.h"
+#include "forever.h"
 #include "hilog/log.h"
 
 namespace StandIn {
@@ -23,22 +24,39 @@ struct LogLine {
     char Letter() const;
 };
 
-/// The latest lines of the log, oldest forgotten first. Thread-safe.
-class LogStore {
+/// The latest records of one kind, oldest forgotten first. Thread-safe.
+template <typename Record, size_t CAPACITY>
+class Latest {
 public:
-    static LogStore& Get();
+    static Latest& Get() { return Forever<Latest>(); }
 
-    void Append(LogLine line);
-    /// A copy of the lines, oldest first.
-    std::deque<LogLine> Lines();
-    void Clear();
+    /// Returns its place among those that are kept.
+    size_t Append(Record record) {
+        std::lock_guard<std::mutex> guard(mutex_);
+        if (records_.size() == CAPACITY) records_.pop_front();
+        records_.push_back(std::move(record));
+        return records_.size() - 1;
+    }
+    /// A copy of the records, oldest first.
+    std::deque<Record> All() {
+        std::lock_guard<std::mutex> guard(mutex_);
+        return records_;
+    }
+    void Clear() {
+        std::lock_guard<std::mutex> guard(mutex_);
+        records_.clear();
+    }
 
 private:
-    static constexpr size_t CAPACITY = 8192;
-
-    std::mutex mutex_;  // guards the lines
-    std::deque<LogLine> lines_;
+    std::mutex mutex_;  // guards the records
+    std::deque<Record> records_;
 };
+
+/// The log, and the application events.
+using LogStore = Latest<LogLine, 8192>;
+using EventStore = Latest<OHOS::HiviewDFX::Event, 65536>;
+/// Those who would report the events; their place is their id. They stay for the life of the process.
+using ProcessorStore = Latest<OHOS::HiviewDFX::ReportConfig, 1024>;
 
 /// `HiLogPrint` with its arguments in a list. Any thread.
 int WriteLog(LogLevel level, unsigned int domain, const char* tag, const char* format, va_list arguments);
@@ -46,32 +64,5 @@ int WriteLog(LogLevel level, unsigned int domain, const char* tag, const char* f
 /// Tells the people who test a game what they did not ask for, as a line "game device: TEXT" on stderr,
 /// unless the environment variable GAMEAPI_LOG is "off". Any thread.
 void Say(const std::string& text);
-
-/// The application events written so far, oldest forgotten first, and the processors that would report them.
-/// Thread-safe.
-class EventStore {
-public:
-    using Event = OHOS::HiviewDFX::Event;
-    using ReportConfig = OHOS::HiviewDFX::ReportConfig;
-
-    static EventStore& Get();
-
-    void Write(Event event);
-    /// A copy of the events, oldest first.
-    std::deque<Event> Events();
-    void ClearEvents();
-
-    /// Returns the processor's id. A processor stays for the life of the process.
-    int64_t AddProcessor(const ReportConfig& config);
-    /// A copy of the processors in the order of their ids, the first of which is 0.
-    std::vector<ReportConfig> Processors();
-
-private:
-    static constexpr size_t CAPACITY = 65536;
-
-    std::mutex mutex_;  // guards what follows
-    std::deque<Event> events_;
-    std::vector<ReportConfig> processors_;
-};
 
 }  // namespace StandIn

@@ -8,11 +8,7 @@ void SerialThread::Post(Task task) {
     {
         std::lock_guard<std::mutex> guard(mutex_);
         tasks_.push_back(std::move(task));
-        if (thread_ == std::thread::id()) {
-            std::thread thread(&SerialThread::Run, this);
-            thread_ = thread.get_id();
-            thread.detach();
-        }
+        if (thread_ == std::thread::id()) Start();
         if (tasks_.size() > 1) return;
     }
     arrived_.notify_one();
@@ -20,7 +16,10 @@ void SerialThread::Post(Task task) {
 
 void SerialThread::Abandon() {
     std::lock_guard<std::mutex> guard(mutex_);
-    if (std::this_thread::get_id() != thread_) return;
+    if (std::this_thread::get_id() == thread_) Start();
+}
+
+void SerialThread::Start() {
     std::thread thread(&SerialThread::Run, this);
     thread_ = thread.get_id();
     thread.detach();
@@ -37,11 +36,6 @@ void SerialThread::Run() {
         lock.unlock();
         task();
     }
-}
-
-UiThread& UiThread::Get() {
-    static UiThread& thread = *new UiThread();
-    return thread;
 }
 
 void UiThread::Post(Task answer) {

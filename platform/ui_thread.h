@@ -7,6 +7,8 @@
 #include <mutex>
 #include <thread>
 
+#include "forever.h"
+
 namespace StandIn {
 
 using Task = std::function<void()>;
@@ -20,6 +22,7 @@ public:
     void Abandon();
 
 private:
+    void Start();
     void Run();
 
     std::mutex mutex_;  // guards what follows
@@ -32,7 +35,7 @@ private:
 /// What is posted runs on the UI thread. Thread-safe.
 class UiThread {
 public:
-    static UiThread& Get();
+    static UiThread& Get() { return Forever<UiThread>(); }
 
     void Post(Task answer);
     /// Runs `answer` on the calling thread, immediately or as soon as no other thread runs one.

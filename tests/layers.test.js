@@ -112,7 +112,7 @@ test('every call of the module that may fail goes to the stand-in device, which 
 });
 
 test('every call that can be made to fail by name has its stand-in version', () => {
-    const rows = read('platform/wrap/calls.def').matchAll(/^WRAPPED(?:_AS)?\((?:.*, )?(\w+)\)/gm);
+    const rows = read('platform/wrap/calls.def').matchAll(/\bWRAPPED(?:_AS)?\((\w+)/g);
     const names = Array.from(rows, ([, name]) => `__wrap_${name}`);
     const offered = new Set(symbols('libgame_platform.so', '--defined-only'));
     assert.ok(names.length > 0);

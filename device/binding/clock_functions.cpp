@@ -17,11 +17,6 @@ constexpr double FASTEST_RATE = 1e6;
 constexpr double LONGEST_ADVANCE_MS = 1e11;  // three years; a nanosecond count holds ninety of them
 constexpr const char* NEEDS_MANUAL = "clock.advance needs the manual clock: call clock.manual() first";
 
-SerialThread& Advancer() {
-    static SerialThread& thread = *new SerialThread();
-    return thread;
-}
-
 void Advance(Clock::Nanoseconds distance, std::shared_ptr<PendingPromise> promise) {
     if (!Clock::Get().Advance(distance)) promise->Fail(NEEDS_MANUAL);
     PendingPromise::Settle(std::move(promise));
@@ -67,7 +62,7 @@ napi_value ClockAdvance(napi_env env, napi_callback_info info) {
     napi_value result = nullptr;
     if (auto promise = PendingPromise::Make(env, result)) {
         const Clock::Nanoseconds distance(std::llround(milliseconds * 1e6));
-        Advancer().Post(
+        Forever<SerialThread>().Post(
             [distance, promise = std::move(promise)]() mutable { Advance(distance, std::move(promise)); });
     }
     return result;

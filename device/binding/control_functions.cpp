@@ -76,7 +76,6 @@ napi_value GetModuleExports(napi_env /*env*/, napi_callback_info /*info*/) { ret
 
 // The logs go last: forgetting the modals may write some.
 napi_value Reset(napi_env env, napi_callback_info /*info*/) {
-    Instance::Of(env).RemoveModalHandler();
     Instance::Of(env).RemoveExitHandler();
     Faults::Reset();
     Modals::Get().Reset();
@@ -85,7 +84,7 @@ napi_value Reset(napi_env env, napi_callback_info /*info*/) {
     DropWindowWaits();
     GameEnd::Reset();
     SetSystemApp(false);
-    EventStore::Get().ClearEvents();
+    EventStore::Get().Clear();
     LogStore::Get().Clear();
     return nullptr;
 }

@@ -23,13 +23,20 @@ Instance& Instance::Of(napi_env env) {
 // Modals that nobody answered are told of as their environment goes.
 Instance::~Instance() {
     Modals::Get().TellSilent(*environment_);
-    Modals::Get().DropOwner(this);
+    Modals::Get().Unwatch(this);
     GameEnd::Unhandle(this);
 }
 
-void Instance::SetModalHandler(napi_value handler) {
+// The instance is there whenever a job runs: both end with the environment, the jobs first. A job holds the
+// loop that the modal belongs to, as whoever hears of the modal may answer it.
+std::pair<int32_t, int32_t> Instance::SetModalHandler(napi_value handler) {
     modalHandler_ = Reference(env_, handler);
-    Modals::Get().Watch(this, MakeReceiver(&Instance::CallHandler));
+    auto post = [env = env_, environment = environment_](const std::shared_ptr<Modal>& modal) {
+        (void)environment->Post(env, [env, modal, hold = modal->HoldLoop()](bool isEnding) {
+            if (!isEnding) Of(env).CallModalHandler(*modal);
+        });
+    };
+    return Modals::Get().Watch(this, post);
 }
 
 void Instance::RemoveModalHandler() {
@@ -40,7 +47,7 @@ void Instance::RemoveModalHandler() {
 void Instance::SetExitHandler(napi_value handler) {
     exitHandler_ = Reference(env_, handler);
     GameEnd::Handle(this, [env = env_, environment = environment_](const Occasion& why) {
-        return environment->Post(
+        (void)environment->Post(
             env, [env, isTimer = why.isTimer, type = why.requestType, code = why.code](bool isEnding) {
                 if (!isEnding) Of(env).CallExitHandler({isTimer, type, code, 0, {}});
             });
@@ -52,40 +59,8 @@ void Instance::RemoveExitHandler() {
     exitHandler_ = Reference();
 }
 
-uint64_t Instance::AwaitModal(napi_value taker, int32_t requestType) {
-    const uint64_t ticket = Modals::Get().Await(this, requestType, MakeReceiver(&Instance::CallTaker));
-    takers_.emplace(ticket, Reference(env_, taker));
-    return ticket;
-}
-
-bool Instance::CancelWait(uint64_t ticket) {
-    return Modals::Get().CancelWait(ticket) && takers_.erase(ticket) == 1;
-}
-
-Modals::Receiver Instance::MakeReceiver(Delivery deliver) const {
-    return [env = env_, environment = environment_, deliver](uint64_t ticket,
-                                                             const std::shared_ptr<Modal>& modal) {
-        return environment->Post(env, MakeJob(env, deliver, ticket, modal));
-    };
-}
-
-// The instance is there whenever the job runs: both end with the environment, the jobs first. The job holds
-// the loop that the modal belongs to, as whoever hears of the modal may answer it.
-Environment::Job Instance::MakeJob(napi_env env, Delivery deliver, uint64_t ticket,
-                                   const std::shared_ptr<Modal>& modal) {
-    auto hold = std::make_shared<LoopHold>(modal->GetEnvironment());
-    return [env, deliver, ticket, modal, hold](bool isEnding) {
-        if (!isEnding) (Of(env).*deliver)(ticket, *modal);
-    };
-}
-
-void Instance::CallHandler(uint64_t ticket, const Modal& modal) {
-    if (Modals::Get().IsWatched(ticket)) Call(modalHandler_, {MakeModalRecord(env_, modal)});
-}
-
-void Instance::CallTaker(uint64_t ticket, const Modal& modal) {
-    auto taker = takers_.extract(ticket);
-    if (!taker.empty()) Call(taker.mapped(), {MakeModalRecord(env_, modal)});
+void Instance::CallModalHandler(const Modal& modal) const {
+    if (!modalHandler_.IsEmpty()) Call(modalHandler_, {MakeModalRecord(env_, modal)});
 }
 
 // A reset may have come first.

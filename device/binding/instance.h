@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <initializer_list>
 #include <memory>
-#include <unordered_map>
+#include <utility>
 
 #include "environment.h"
 #include "game_end.h"
@@ -25,8 +25,9 @@ public:
 
     const std::shared_ptr<Environment>& GetEnvironment() const { return environment_; }
 
-    /// From now on the JS function `handler` is called with the record of every modal opened.
-    void SetModalHandler(napi_value handler);
+    /// From now on the JS function `handler` is called with the record of every modal opened, also after a
+    /// reset. Returns the generation and the id of the next one.
+    std::pair<int32_t, int32_t> SetModalHandler(napi_value handler);
     void RemoveModalHandler();
 
     /// From now on the JS function `handler` is called when the game ends: with whether a timer ended it, and
@@ -34,21 +35,9 @@ public:
     void SetExitHandler(napi_value handler);
     void RemoveExitHandler();
 
-    /// Calls the JS function `taker` once, with the record of the next modal of `requestType`, or of any with
-    /// 0. Returns a ticket.
-    uint64_t AwaitModal(napi_value taker, int32_t requestType);
-    /// False if the call of the taker is on its way.
-    bool CancelWait(uint64_t ticket);
-
 private:
-    using Delivery = void (Instance::*)(uint64_t ticket, const Modal& modal);
-
     explicit Instance(napi_env env) : env_(env), environment_(Environment::Attach(env)) {}
-    Modals::Receiver MakeReceiver(Delivery deliver) const;
-    static Environment::Job MakeJob(napi_env env, Delivery deliver, uint64_t ticket,
-                                    const std::shared_ptr<Modal>& modal);
-    void CallHandler(uint64_t ticket, const Modal& modal);
-    void CallTaker(uint64_t ticket, const Modal& modal);
+    void CallModalHandler(const Modal& modal) const;
     void CallExitHandler(const Occasion& why) const;
     void Call(const Reference& function, std::initializer_list<napi_value> arguments) const;
 
@@ -56,7 +45,6 @@ private:
     const std::shared_ptr<Environment> environment_;
     Reference modalHandler_;
     Reference exitHandler_;
-    std::unordered_map<uint64_t, Reference> takers_;  // by ticket
 };
 
 /// The record of a modal for JS: { id, generation, want, config }. Null if the environment refuses.

@@ -5,7 +5,7 @@
 #include <functional>
 #include <string>
 
-#include "params_object.h"
+#include "device_context.h"
 
 // Small steps over Node-API. All of them belong on the JS thread of `env`. Those that answer false leave a JS
 // exception pending.

@@ -63,32 +63,21 @@ napi_value TellSilentModals(napi_env env, napi_callback_info info) {
     return nullptr;
 }
 
-napi_value AwaitModal(napi_env env, napi_callback_info info) {
-    const auto [type, taker] = Arguments<2>(env, info);
+// Undefined if there is none.
+napi_value TakeModal(napi_env env, napi_callback_info info) {
     int32_t requestType = 0;
-    if (!ReadInt32(env, type, "requestType", requestType)) return nullptr;
-    if (!IsOfType(env, taker, napi_function)) {
-        (void)ThrowUnexpected(env, "taker", "a function", taker);
-        return nullptr;
-    }
-    return MakeNumber(env, static_cast<double>(Instance::Of(env).AwaitModal(taker, requestType)));
+    if (!ReadInt32(env, Arguments<1>(env, info)[0], "requestType", requestType)) return nullptr;
+    const auto modal = Modals::Get().Take(requestType);
+    return modal == nullptr ? nullptr : MakeModalRecord(env, *modal);
 }
 
-napi_value CancelWait(napi_env env, napi_callback_info info) {
-    uint64_t ticket = 0;
-    if (!ReadCount(env, Arguments<1>(env, info)[0], "ticket", 1, ticket)) return nullptr;
-    return MakeFlag(env, Instance::Of(env).CancelWait(ticket));
-}
-
-napi_value OnModal(napi_env env, napi_callback_info info) {
+napi_value WatchModals(napi_env env, napi_callback_info info) {
     const napi_value handler = Arguments<1>(env, info)[0];
-    if (IsOfType(env, handler, napi_null)) {
-        Instance::Of(env).RemoveModalHandler();
-    } else if (IsOfType(env, handler, napi_function)) {
-        Instance::Of(env).SetModalHandler(handler);
-    } else {
-        (void)ThrowUnexpected(env, "handler", "a function or null", handler);
+    if (IsOfType(env, handler, napi_function)) {
+        const auto [generation, next] = Instance::Of(env).SetModalHandler(handler);
+        return ObjectMaker(env).Number("generation", generation).Number("next", next).Object();
     }
+    Instance::Of(env).RemoveModalHandler();
     return nullptr;
 }
 
@@ -110,9 +99,8 @@ bool DefineModalFunctions(napi_env env, napi_value exports) {
                             {"isModalOpen", IsModalOpen},
                             {"isModalAnswered", IsModalAnswered},
                             {"tellSilentModals", TellSilentModals},
-                            {"awaitModal", AwaitModal},
-                            {"cancelWait", CancelWait},
-                            {"onModal", OnModal}});
+                            {"takeModal", TakeModal},
+                            {"watchModals", WatchModals}});
 }
 
 }  // namespace StandIn

@@ -37,7 +37,7 @@ void PendingPromise::SettleNow() {
         (void)napi_resolve_deferred(env_, deferred_, undefined);
     }
     error_ = Reference();
-    hold_.Drop();
+    hold_.reset();
 }
 
 napi_value PendingPromise::MakeError() {

@@ -27,7 +27,9 @@ public:
 
 private:
     explicit PendingPromise(napi_env env)
-        : env_(env), environment_(Environment::Of(env)), hold_(environment_) {}
+        : env_(env),
+          environment_(Environment::Of(env)),
+          hold_(environment_ == nullptr ? nullptr : environment_->Hold()) {}
     void SettleNow();
     napi_value MakeError();
 

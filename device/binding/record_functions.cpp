@@ -103,17 +103,17 @@ napi_value MakeLogLine(napi_env env, const LogLine& line) {
 }
 
 napi_value Logs(napi_env env, napi_callback_info /*info*/) {
-    return MakeArray(env, LogStore::Get().Lines(),
+    return MakeArray(env, LogStore::Get().All(),
                      [env](const LogLine& line) { return MakeLogLine(env, line); });
 }
 
 napi_value AnalyticsEvents(napi_env env, napi_callback_info /*info*/) {
-    return MakeArray(env, EventStore::Get().Events(),
+    return MakeArray(env, EventStore::Get().All(),
                      [env](const Event& event) { return MakeEvent(env, event); });
 }
 
 napi_value AnalyticsProcessors(napi_env env, napi_callback_info /*info*/) {
-    return MakeArray(env, EventStore::Get().Processors(),
+    return MakeArray(env, ProcessorStore::Get().All(),
                      [env](const ReportConfig& config) { return MakeProcessor(env, config); });
 }
 

@@ -16,11 +16,12 @@ public:
     using Value = std::variant<int32_t, int64_t, std::string>;
     using Params = std::vector<std::pair<std::string, Value>>;
 
-    Event(std::string domain, std::string name, EventType type);
+    Event(std::string domain, std::string name, EventType type)
+        : domain_(std::move(domain)), name_(std::move(name)), type_(type) {
+        params_.reserve(USUAL_PARAMS);
+    }
 
-    void AddParam(std::string key, int32_t value);
-    void AddParam(std::string key, int64_t value);
-    void AddParam(std::string key, std::string value);
+    void AddParam(std::string key, Value value) { params_.emplace_back(std::move(key), std::move(value)); }
 
     const std::string& GetDomain() const { return domain_; }
     const std::string& GetName() const { return name_; }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <utility>
 
 #include "want_params.h"
 
@@ -17,20 +18,26 @@ public:
     };
 
     /// Addresses an ability of the local device.
-    Want& SetElementName(std::string bundleName, std::string abilityName);
+    Want& SetElementName(std::string bundleName, std::string abilityName) {
+        element_ = {"", std::move(bundleName), std::move(abilityName)};
+        return *this;
+    }
     const ElementName& GetElement() const { return element_; }
 
-    Want& SetParam(std::string key, int32_t value);
-    Want& SetParam(std::string key, std::string value);
-    /// Without this a literal would convert to a number.
-    Want& SetParam(std::string key, const char* value);
+    Want& SetParam(std::string key, WantParams::Value value) {
+        params_.SetParam(std::move(key), std::move(value));
+        return *this;
+    }
 
     /// The text under `key`; empty if there is none or it is of another type.
     std::string GetStringParam(const std::string& key) const { return params_.GetStringParam(key); }
 
     const WantParams& GetParams() const { return params_; }
     /// Replaces all parameters.
-    Want& SetParams(WantParams params);
+    Want& SetParams(WantParams params) {
+        params_ = std::move(params);
+        return *this;
+    }
 
 private:
     ElementName element_;

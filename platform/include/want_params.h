@@ -29,9 +29,6 @@ public:
     /// The text under `key`; empty if there is none or it is of another type.
     std::string GetStringParam(const std::string& key) const;
 
-    bool HasParam(const std::string& key) const { return GetParam(key) != nullptr; }
-    bool IsEmpty() const { return params_.empty(); }
-
     /// All parameters, in key order.
     const std::map<std::string, Value>& GetParams() const { return params_; }
 

@@ -1,10 +1,10 @@
-#include "wrap/call_site.h"
-
 #include <cstdint>
 #include <cstdlib>
 #include <string>
 #include <string_view>
 #include <unordered_map>
+
+#include "wrap/wrap.h"
 
 namespace StandIn {
 namespace {
@@ -19,12 +19,11 @@ thread_local uint64_t gCalls = 0;
 thread_local std::unordered_map<napi_deferred, CallSite> gSites;
 
 bool IsOff() {
-    static const bool IS_OFF = [] {
-        const char* wanted = std::getenv("GAMEAPI_STACKS");  // NOLINT(concurrency-mt-unsafe): never set here
-        return wanted != nullptr && std::string_view(wanted) == "off";
-    }();
-    return IS_OFF;
+    const char* wanted = std::getenv("GAMEAPI_STACKS");  // NOLINT(concurrency-mt-unsafe): once, while loading
+    return wanted != nullptr && std::string_view(wanted) == "off";
 }
+
+const bool IS_OFF = IsOff();
 
 napi_value MakeError(napi_env env) {
     napi_value message = nullptr;
@@ -72,7 +71,7 @@ const char* LastMethod() { return gMethod; }
 
 void NoteCallSite(napi_env env, napi_deferred deferred) {
     napi_ref reference = nullptr;
-    if (IsOff() || gMethod == nullptr ||
+    if (IS_OFF || gMethod == nullptr ||
         napi_create_reference(env, MakeError(env), 1, &reference) != napi_ok) {
         return;
     }

@@ -1,10 +1,10 @@
 #include <uv.h>
 
+#include <algorithm>
 #include <vector>
 
 #include "hilog/log.h"
 #include "modals.h"
-#include "wrap/call_site.h"
 #include "wrap/wrap.h"
 
 // The calls in which Node and the device differ, or which the stand-in watches, turned here by the linker.
@@ -45,13 +45,6 @@ napi_status CallWithWholeArguments(napi_env env, napi_value self, napi_value fun
         if (arg == nullptr) (void)napi_get_undefined(env, &arg);
     }
     return napi_call_function(env, self, function, count, whole.data(), result);
-}
-
-bool HasNull(size_t count, const napi_value* args) {
-    for (size_t i = 0; i < count; ++i) {
-        if (args[i] == nullptr) return true;
-    }
-    return false;
 }
 
 }  // namespace
@@ -104,7 +97,8 @@ napi_status __wrap_napi_create_error(napi_env env, napi_value code, napi_value m
 
 napi_status __wrap_napi_call_function(napi_env env, napi_value self, napi_value function, size_t count,
                                       const napi_value* args, napi_value* result) {
-    auto real = StandIn::HasNull(count, args) ? StandIn::CallWithWholeArguments : napi_call_function;
+    const bool isWhole = std::find(args, args + count, nullptr) == args + count;
+    auto real = isWhole ? napi_call_function : StandIn::CallWithWholeArguments;
     return Guarded(Call::napi_call_function, real, env, self, function, count, args, result);
 }
 

@@ -19,7 +19,6 @@ struct Birth {
     void* (*run)(void*);
     void* argument;
     Occasion occasion;
-    std::shared_ptr<LoopHold> hold;  // of a start that waits for a window; empty for others
     uint64_t number;
 };
 
@@ -28,7 +27,7 @@ void* RunBorn(void* data) {
     Clock::Began(birth->number);
     const OccasionScope scope(birth->occasion);
     void* result = birth->run(birth->argument);
-    EndWindowWait(birth->hold);
+    EndWindowWait(birth->number);
     Clock::Get().Leave();
     return result;
 }
@@ -40,12 +39,13 @@ extern "C" int __wrap_pthread_create(pthread_t* thread, const pthread_attr_t* at
                                      void* argument) {
     using namespace StandIn;
     NoteEffect();
-    auto birth = std::make_unique<Birth>(
-        Birth{run, argument, InheritOccasion(), BeginWindowWait(), Clock::Get().Born()});
+    auto birth = std::make_unique<Birth>(Birth{run, argument, InheritOccasion(), Clock::Get().Born()});
+    BeginWindowWait(birth->number);
     const int error = pthread_create(thread, attributes, RunBorn, birth.get());
     if (error == 0) {
         (void)birth.release();
     } else {
+        EndWindowWait(birth->number);
         Clock::Get().Ended();
     }
     return error;

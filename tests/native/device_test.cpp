@@ -21,7 +21,7 @@ using StandIn::Clock;
 
 namespace {
 
-std::string LastLine() { return StandIn::LogStore::Get().Lines().back().message; }
+std::string LastLine() { return StandIn::LogStore::Get().All().back().message; }
 
 /// A thread that sleeps twice and notes when it woke.
 std::thread StartSleeper(const std::string& name, Clock::Nanoseconds span, std::vector<std::string>& trace) {
@@ -84,7 +84,7 @@ TEST(Log, KeepsTheLastLines) {
     for (int i = 0; i < COUNT; ++i) {
         HiLogPrint(LOG_CORE, LOG_INFO, 1, "TAG", "%{public}d", i);
     }
-    auto lines = StandIn::LogStore::Get().Lines();
+    auto lines = StandIn::LogStore::Get().All();
     ASSERT_EQ(lines.size(), 8192U);
     EXPECT_EQ(lines.front().message, std::to_string(COUNT - 8192));
     EXPECT_EQ(lines.back().message, std::to_string(COUNT - 1));

@@ -110,7 +110,7 @@ void FakeNodeTest::SetUp() {
     // Made before anything is watched: the platform makes both under a lock of its own.
     (void)WithListeners([](GamePlayerEventCallback&) {});
     OHOS::Velmor::HaUtils::ReportEnd("", 0, 0);
-    StandIn::EventStore::Get().ClearEvents();
+    StandIn::EventStore::Get().Clear();
     StandIn::LogStore::Get().Clear();
     SaveEnvInfo(envInfo);
     gEnvInfo = envInfo;

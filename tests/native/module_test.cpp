@@ -25,7 +25,7 @@ napi_env AsEnv(size_t number) {
 
 std::vector<std::string> TakeLog() {
     std::vector<std::string> messages;
-    for (const StandIn::LogLine& line : StandIn::LogStore::Get().Lines()) {
+    for (const StandIn::LogLine& line : StandIn::LogStore::Get().All()) {
         messages.push_back(line.message.substr(line.message.find(']') + 1));
     }
     StandIn::LogStore::Get().Clear();

@@ -62,7 +62,7 @@ std::string SomeBytes(size_t length) {
 }
 
 std::string LastMessage() {
-    const std::string message = StandIn::LogStore::Get().Lines().back().message;
+    const std::string message = StandIn::LogStore::Get().All().back().message;
     return message.substr(message.find(']') + 1);
 }
 

@@ -45,7 +45,7 @@ void Receive(const Callbacks& callbacks, int32_t code, int32_t playableTime = 0)
     callbacks.onReceive(data);
 }
 
-size_t CountEnds() { return StandIn::EventStore::Get().Events().size(); }
+size_t CountEnds() { return StandIn::EventStore::Get().All().size(); }
 
 }  // namespace
 

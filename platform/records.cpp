@@ -6,8 +6,11 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <utility>
 
 #include "clock.h"
+#include "faults.h"
+#include "modals.h"
 
 namespace StandIn {
 namespace {
@@ -28,14 +31,9 @@ int ReadPrintedLevel() {
     return NOTHING;
 }
 
-/// Lines of this level and above are printed.
-int PrintedLevel() {
-    static const int LEVEL = ReadPrintedLevel();
-    return LEVEL;
-}
-
-// Asked once while the library is loaded, so that a wrong value is told of even if nothing is ever logged.
-[[maybe_unused]] const int PRINTED_AT_LOAD = PrintedLevel();
+// Lines of this level and above are printed. Read while the library is loaded, so that a wrong value is told
+// of.
+const int PRINTED_LEVEL = ReadPrintedLevel();
 
 // In one write: lines of several threads do not mix.
 void WriteLine(const std::string& line) {
@@ -70,37 +68,17 @@ std::string WithoutMarks(const char* format) {
 
 char LogLine::Letter() const { return LETTERS[std::clamp<int>(level, LOG_DEBUG, LOG_FATAL) - LOG_DEBUG]; }
 
-LogStore& LogStore::Get() {
-    static LogStore& store = *new LogStore();
-    return store;
-}
-
-void LogStore::Append(LogLine line) {
-    if (line.level >= PrintedLevel()) Print(line);
-    std::lock_guard<std::mutex> guard(mutex_);
-    if (lines_.size() == CAPACITY) lines_.pop_front();
-    lines_.push_back(std::move(line));
-}
-
-std::deque<LogLine> LogStore::Lines() {
-    std::lock_guard<std::mutex> guard(mutex_);
-    return lines_;
-}
-
-void LogStore::Clear() {
-    std::lock_guard<std::mutex> guard(mutex_);
-    lines_.clear();
-}
-
 void Say(const std::string& text) {
-    if (PrintedLevel() != NOT_EVEN_SAID) WriteLine("game device: " + text + "\n");
+    if (PRINTED_LEVEL != NOT_EVEN_SAID) WriteLine("game device: " + text + "\n");
 }
 
 int WriteLog(LogLevel level, unsigned int domain, const char* tag, const char* format, va_list arguments) {
     if (tag == nullptr) return -1;
     char message[MAX_LINE_LENGTH + 1];
     (void)std::vsnprintf(message, sizeof(message), WithoutMarks(format).c_str(), arguments);
-    LogStore::Get().Append({level, domain, tag, message});
+    LogLine line{level, domain, tag, message};
+    if (level >= PRINTED_LEVEL) Print(line);
+    (void)LogStore::Get().Append(std::move(line));
     return 0;
 }
 
@@ -114,3 +92,19 @@ int HiLogPrint(LogType /*type*/, LogLevel level, unsigned int domain, const char
     va_end(arguments);
     return status;
 }
+
+namespace OHOS::HiviewDFX {
+
+int Write(Event event) {
+    if (StandIn::Faults::Trip(StandIn::Call::Write)) return -1;
+    StandIn::NoteEffect();
+    (void)StandIn::EventStore::Get().Append(std::move(event));
+    return 0;
+}
+
+int64_t AppEventProcessorMgr::AddProcessor(const ReportConfig& config) {
+    if (StandIn::Faults::Trip(StandIn::Call::AddProcessor)) return -1;
+    return static_cast<int64_t>(StandIn::ProcessorStore::Get().Append(config));
+}
+
+}  // namespace OHOS::HiviewDFX
