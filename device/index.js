@@ -110,6 +110,7 @@ async function nextModal(filter, options = {}) {
         };
         const waiter = { requestType, take };
         watch.waiters.add(waiter);
+        listen();  // first: another thread may open a modal right after there was none to take
         serveWaiters();
     });
 }

@@ -29,9 +29,6 @@ public:
         return *this;
     }
 
-    /// The text under `key`; empty if there is none or it is of another type.
-    std::string GetStringParam(const std::string& key) const { return params_.GetStringParam(key); }
-
     const WantParams& GetParams() const { return params_; }
     /// Replaces all parameters.
     Want& SetParams(WantParams params) {

@@ -49,7 +49,9 @@ napi_status CallWithWholeArguments(napi_env env, napi_value self, napi_value fun
 
 }  // namespace
 
-bool& HasFailedOnPurpose() { return gHasFailedOnPurpose; }
+bool HasFailedOnPurpose() { return Faults::IsWatching() && gHasFailedOnPurpose; }
+
+void ForgetPurpose() { gHasFailedOnPurpose = false; }
 
 napi_status FailOnPurpose() {
     gHasFailedOnPurpose = true;
@@ -57,7 +59,7 @@ napi_status FailOnPurpose() {
 }
 
 napi_status RefuseForeign(Call call, napi_env env) {
-    gHasFailedOnPurpose = false;
+    ForgetPurpose();
     const char* reason =
         Environment::Of(env) == nullptr ? "the environment has ended" : "not on its JS thread";
     (void)HiLogPrint(LOG_CORE, LOG_ERROR, LOG_DOMAIN_DEVICE, "DEVICE", "%{public}s refused: %{public}s",
@@ -75,11 +77,11 @@ using StandIn::Guarded;
 extern "C" {
 
 napi_status __wrap_napi_get_last_error_info(napi_env env, const napi_extended_error_info** info) {
-    const bool hasFailedOnPurpose = Faults::IsWatching() && StandIn::HasFailedOnPurpose();
+    const bool hasFailedOnPurpose = StandIn::HasFailedOnPurpose();
     napi_status status = Guarded(Call::napi_get_last_error_info, napi_get_last_error_info, env, info);
     if (status == napi_ok && hasFailedOnPurpose) {
         *info = &StandIn::PURPOSE_INFO;
-        StandIn::HasFailedOnPurpose() = true;
+        (void)StandIn::FailOnPurpose();  // told until the next call of another function
     }
     return status;
 }
@@ -87,7 +89,7 @@ napi_status __wrap_napi_get_last_error_info(napi_env env, const napi_extended_er
 // Node aborts when a call from JS leaves a scope open: one that is to fail is closed all the same.
 napi_status __wrap_napi_close_handle_scope(napi_env env, napi_handle_scope scope) {
     napi_status status = Guarded(Call::napi_close_handle_scope, napi_close_handle_scope, env, scope);
-    if (Faults::IsWatching() && StandIn::HasFailedOnPurpose()) (void)napi_close_handle_scope(env, scope);
+    if (StandIn::HasFailedOnPurpose()) (void)napi_close_handle_scope(env, scope);
     return status;
 }
 

@@ -15,8 +15,10 @@ napi_status RefuseForeign(Call call, napi_env env);
 /// The failure of a call that `Faults` lets fail; `napi_get_last_error_info` tells of it until the next call.
 napi_status FailOnPurpose();
 
-/// Whether the last call of this thread failed on purpose. Kept only while `Faults` watches.
-bool& HasFailedOnPurpose();
+/// Whether the last call of this thread failed on purpose; false unless `Faults` watches.
+bool HasFailedOnPurpose();
+/// A call of this thread begins, which does not fail on purpose.
+void ForgetPurpose();
 
 /// Calls `real` on behalf of the module, unless the environment is not this thread's or the call is to fail.
 template <typename... Params, typename... Args>
@@ -24,7 +26,7 @@ napi_status Guarded(Call call, napi_status (*real)(napi_env, Params...), napi_en
     if (!Environment::IsOwn(env)) return RefuseForeign(call, env);
     if (Faults::IsWatching()) {
         if (Faults::Trip(call)) return FailOnPurpose();
-        HasFailedOnPurpose() = false;
+        ForgetPurpose();
     }
     return real(env, args...);
 }

@@ -100,7 +100,7 @@ TEST(WantParams, AnswersByTypeOnly) {
     EXPECT_EQ(params.GetStringParam("text"), "seven");
     EXPECT_EQ(params.GetStringParam("number"), "");
     want.SetParam("number", "now a text");
-    EXPECT_EQ(want.GetStringParam("number"), "now a text");
+    EXPECT_EQ(want.GetParams().GetStringParam("number"), "now a text");
 }
 
 TEST(Faults, SkipThenFailThenForget) {

@@ -185,7 +185,7 @@ TEST_P(Session, ClosesWithoutALockWhatItCannotDeliver) {
 TEST_P(Session, TellsItsPageTheTraceOfItsTime) {
     SetTraceId("trace");
     Start(REQUEST_LAUNCH_COMMON_PAGE, false);
-    EXPECT_EQ(content.wants.back().GetStringParam("traceId"), "trace");
+    EXPECT_EQ(content.wants.back().GetParams().GetStringParam("traceId"), "trace");
     SetTraceId("");
 }
 
