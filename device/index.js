@@ -64,13 +64,11 @@ const watch = { handler: null, since: null, waiters: new Set() };
 
 function hear(record) {
     const { generation, next } = watch.since || {};
-    if (watch.handler && record.generation === generation && record.id >= next) {
-        try {
+    try {
+        if (watch.handler && record.generation === generation && record.id >= next) {
             watch.handler(modalOf(record));
-        } finally {
-            serveWaiters();
         }
-    } else {
+    } finally {
         serveWaiters();
     }
 }
