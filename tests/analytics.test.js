@@ -51,9 +51,9 @@ test('an end event carries its seven parameters in order, its times in boot mill
     ]);
 });
 
-for (const [name, { hides }] of Object.entries(REQUESTS)) {
+for (const [name, { hidden }] of Object.entries(REQUESTS)) {
     test(`${name} writes one event per call, with the code that JS is told`, async () => {
-        const told = (code) => hides ? 0 : code;
+        const told = (code) => hidden ? 0 : code;
         for (const [given, code] of [
             [['result', 0], 0], [['receive', { resultCode: 0 }], 0], [['error', 1002000002], told(1002000002)],
             [['result', 4711], told(1002000001)], [['receive', {}], told(1002000001)],

@@ -101,7 +101,7 @@ test('no argument, of any type and count, crashes a method or throws anything un
         const foreseen = (name, [kind, value, message]) => kind === 'returned'
             ? value === undefined || value instanceof Promise
             : [0, 202, 401].includes(value) || /^trap$|revoked/.test(message)
-                || (name in REQUESTS && REQUESTS[name].hides && message === 'Invalid argument');
+                || (name in REQUESTS && REQUESTS[name].hidden && message === 'Invalid argument');
         device.clock.manual();
         for (const name of methods) {
             for (const list of lists) {

@@ -43,10 +43,10 @@ for (const [name, parameters] of Object.entries({
     });
 }
 
-for (const [name, { rest, callbackAt, hides }] of Object.entries(REQUESTS)) {
+for (const [name, { rest, callbackAt, hidden }] of Object.entries(REQUESTS)) {
     const wanted = rest.length + 1;
     const counts = [0, 1, 2, 3, 4, 5].filter((count) => callbackAt ? count < wanted : count !== wanted);
-    const error = hides ? [0, 'Success'] : PARAMETER_ERROR;
+    const error = hidden ? [0, 'Success'] : PARAMETER_ERROR;
     test(`${name} throws ${error[0]} for ${counts.join(', ')} arguments, and never calls a function among them`, () => {
         for (const count of counts) {
             const args = [device.createAbilityContext(), ...rest, uncalled, uncalled, uncalled, uncalled];

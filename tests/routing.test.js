@@ -105,7 +105,7 @@ function fateOf(name, [kind, given], code) {
     if (name in PAGES) {
         return [['pending'], ...modal];
     }
-    const isHidden = REQUESTS[name].hides && given.resultCode !== 1002000015;
+    const isHidden = REQUESTS[name].hidden && given.resultCode !== 1002000015;
     if (code !== 0 && !isHidden) {
         return [['rejected', code], ...modal, code];
     }

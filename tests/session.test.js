@@ -67,7 +67,7 @@ for (const name of Object.keys(CALLS)) {
         await advance(4999);
         assert.deepEqual([request.state, clock.sleepers()], [['pending'], 1]);
         await advance(1);
-        const answered = CALLS[name].hides ? ['resolved', undefined] : ['rejected', ...PARAMETER_ERROR];
+        const answered = CALLS[name].hidden ? ['resolved', undefined] : ['rejected', ...PARAMETER_ERROR];
         assert.deepEqual(request.state, isLaunch ? ['pending'] : answered);
         assert.equal(countLogs('After delay 5s, uiContent is still nullptr.'), 1);
         assert.equal(countLogs('DelayStartUIExtensionAbility need not message back'), isLaunch ? 1 : 0);
@@ -78,13 +78,13 @@ for (const name of Object.keys(CALLS)) {
 }
 
 test('the callback form is answered in the same way when no window comes', async () => {
-    for (const [name, { rest, callbackAt, hides }] of Object.entries(REQUESTS)) {
+    for (const [name, { rest, callbackAt, hidden }] of Object.entries(REQUESTS)) {
         const calls = [];
         if (callbackAt) {
             game[name](device.createAbilityContext({ window: false }), ...rest, (...values) => calls.push(values));
             await advance(5000);
             const told = calls.map(([error, data]) => [error && [error.code, error.message], data]);
-            assert.deepEqual(told, [[hides ? undefined : PARAMETER_ERROR, undefined]], name);
+            assert.deepEqual(told, [[hidden ? undefined : PARAMETER_ERROR, undefined]], name);
         }
     }
 });

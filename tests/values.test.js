@@ -4,6 +4,7 @@ const assert = require('node:assert/strict');
 const {
     REQUESTS, assertCalledWithFailure, attempt, device, ends, failureOf, game, outcomeOf, test, turn,
 } = require('./support');
+const { sent: sentBy } = require('../soak/fuzz/reading');
 
 const lastWant = () => device.modals().at(-1).want.parameters;
 
@@ -97,22 +98,10 @@ const trap = () => {
 const trapped = (key) => Object.defineProperty({}, key, { get: trap });
 const HAS_TRAP = new Proxy({}, { has: trap });
 
-/** The requests that take an object: the Want's key of its JSON, that of an object of none of its fields, and these. */
-const OBJECTS = {
-    savePlayerRole: ['tavikExtra', '{"gamePlayerId":"","roleId":"","roleName":"","serverId":"","serverName":"",' +
-        '"teamPlayerId":"","thirdOpenId":""}',
-    ['roleId', 'roleName', 'serverId', 'serverName', 'gamePlayerId', 'teamPlayerId', 'thirdOpenId']],
-    prePurchase: ['tavikExtra', '{"developerPayload":"","productId":"","productType":0,"reservedInfo":""}',
-        ['productId', 'developerPayload', 'reservedInfo'], ['productType']],
-    postPurchase: ['tavikExtra', '{"purchaseData":""}', ['purchaseData']],
-    verifyLocalPlayer: ['thirdUserInfo', '{"thirdOpenId":""}', ['thirdOpenId'], ['isRealName', 'isAdult', 'ageRange']],
-    unionLogin: ['unionLoginParam', '{"showLoginDialog":false,"thirdAccountInfos":[]}', [],
-        ['showLoginDialog', 'loginPanelType', 'thirdAccountInfos']],
-    quickGameLogin: ['quickGameLoginParam', '{"gameAppId":""}', ['gameAppId']],
-};
-
-for (const [name, [key, empty, texts, others = []]] of Object.entries(OBJECTS)) {
-    const { callbackAt, failsAs = name } = REQUESTS[name];
+for (const [name, { callbackAt, failsAs = name, record }] of Object.entries(REQUESTS).filter(([, each]) => each.record)) {
+    const [key, kinds] = record;
+    const empty = sentBy(name, [{}])[key];
+    const texts = Object.keys(kinds).filter((field) => kinds[field] === 'string');
     const call = (...args) => game[name](device.createAbilityContext(), ...args);
     const sent = (object) => {
         call(object);
@@ -152,7 +141,7 @@ for (const [name, [key, empty, texts, others = []]] of Object.entries(OBJECTS)) 
     test(`${name} throws what a getter throws, and the request goes nowhere`, async () => {
         const { proxy, revoke } = Proxy.revocable({}, {});
         revoke();
-        const objects = [...[...texts, ...others].map(trapped), HAS_TRAP, proxy,
+        const objects = [...Object.keys(kinds).map(trapped), HAS_TRAP, proxy,
             new Proxy({}, { get: trap, has: () => true })];
         for (const object of objects) {
             for (const more of callbackAt ? [[], [() => assert.fail('called')]] : [[]]) {

@@ -4,6 +4,7 @@
 // request makes of its parameters. `say` hears the warnings and errors that the reading logs.
 
 const { isProxy } = require('node:util').types;
+const { METHODS } = require('../../tests/support/requests');
 
 const MAX_BYTES = 4096;
 const PANEL_WITHOUT_ICONS = 1;
@@ -40,11 +41,6 @@ function argument(value, say) {
     }
     return text(value);
 }
-
-const json = (entries) => JSON.stringify(Object.fromEntries(entries.sort(([a], [b]) => (a < b ? -1 : 1))));
-const fields = (object, keys, read = text) => keys.map((key) => [key, read(get(object, key))]);
-const present = (object, keys, read) => keys.filter((key) => has(object, key))
-    .map((key) => [key, read(get(object, key))]);
 
 function findIconByNames(names, resources, say) {
     for (let i = 0; i < names.length; ++i) {
@@ -114,48 +110,29 @@ function accounts(object, panel, modules, say) {
     return Array.from({ length: list.length }, (_, i) => account(list[i], panel, modules, say)).flat();
 }
 
-function unionLogin([object], say, modules) {
-    const entries = [...fields(object, ['showLoginDialog'], flag), ...present(object, ['loginPanelType'], int)];
-    const panel = entries.length > 1 ? entries[1][1] : 0;
-    entries.push(['thirdAccountInfos', accounts(object, panel, modules, say)]);
-    return { unionLoginParam: json(entries) };
+const READERS = { string: text, int, flag };
+
+/** The JSON of a record that is read from an object, its keys in order. */
+function recordOf(object, fields, say, modules) {
+    const record = {};
+    for (const [name, kind] of Object.entries(fields)) {
+        if (kind === 'accounts') {
+            record[name] = accounts(object, record.loginPanelType || 0, modules, say);
+        } else if (!kind.endsWith('?') || has(object, name)) {
+            record[name] = READERS[kind.replace('?', '')](get(object, name));
+        }
+    }
+    return JSON.stringify(Object.fromEntries(Object.entries(record).sort(([a], [b]) => (a < b ? -1 : 1))));
 }
-
-const binding = ([openId, teamId], say) =>
-    ({ thirdOpenId: argument(openId, say), teamPlayerId: argument(teamId, say) });
-const ROLE = ['roleId', 'roleName', 'serverId', 'serverName', 'gamePlayerId', 'teamPlayerId', 'thirdOpenId'];
-
-/** What the requests that read a record send; each gets the arguments after the context, and its modules. */
-const RECORDS = {
-    savePlayerRole: ([role]) => ({ tavikExtra: json(fields(role, ROLE)) }),
-    prePurchase: ([purchase]) => ({
-        tavikExtra: json([...fields(purchase, ['productId']), ...fields(purchase, ['productType'], int),
-            ...fields(purchase, ['developerPayload', 'reservedInfo'])])
-    }),
-    postPurchase: ([result]) => ({ tavikExtra: json(fields(result, ['purchaseData'])) }),
-    verifyLocalPlayer: ([info]) => ({
-        thirdUserInfo: json([...fields(info, ['thirdOpenId']), ...present(info, ['isRealName', 'isAdult'], flag),
-            ...present(info, ['ageRange'], int)])
-    }),
-    unionLogin,
-    quickGameLogin: ([param]) => ({ quickGameLoginParam: json(fields(param, ['gameAppId'])) }),
-};
-/** And those of the requests that read none. */
-const PLAIN = {
-    init: () => ({}),
-    getLocalPlayer: () => ({}),
-    bindPlayer: binding,
-    unbindPlayer: binding,
-    launchWelcomeBanner: ([greetingInfo], say) => ({ greetingInfo: argument(greetingInfo, say) }),
-    launchCommonPage: ([pageInfo], say) => ({ pageInfo: argument(pageInfo, say) }),
-};
 
 /** The parameters that `method` sends besides those common to all; null if its record is no object. */
 function sent(method, rest, say = () => {}, modules = {}) {
-    if (method in PLAIN) {
-        return PLAIN[method](rest, say);
+    const { record, sent: names = {} } = METHODS[method];
+    if (!record) {
+        return Object.fromEntries(Object.keys(names).map((name, i) => [name, argument(rest[i], say)]));
     }
-    return isObject(rest[0]) ? RECORDS[method](rest, say, modules) : null;
+    const [key, fields] = record;
+    return isObject(rest[0]) ? { [key]: recordOf(rest[0], fields, say, modules) } : null;
 }
 
 module.exports = { argument, get, int, sent, text };

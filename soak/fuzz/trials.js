@@ -3,7 +3,7 @@
 // One trial gives the module or the device a drawn value and compares what comes of it with an independent reading.
 
 const { isDeepStrictEqual, inspect, types: { isProxy } } = require('node:util');
-const { device, game, turn } = require('../../tests/support');
+const { CALLS, device, game, turn } = require('../../tests/support');
 const { seeded } = require('../hostile/generator');
 const { argument, get, int, sent, text } = require('./reading');
 const { Values } = require('./values');
@@ -11,22 +11,6 @@ const { Values } = require('./values');
 const MAX_DEPTH = 32;
 const EVENT_TYPES = ['playerChanged', 'gameAddictionPrevented'];
 const PLAYER_INVALID = 1002000015;
-/** The requests: type, least and most arguments, and the keys of the record that they read. */
-const REQUESTS = {
-    init: [1, 1, Infinity],
-    getLocalPlayer: [2, 1, Infinity],
-    savePlayerRole: [3, 2, Infinity, ['roleId', 'roleName', 'serverId', 'serverName', 'gamePlayerId', 'thirdOpenId']],
-    prePurchase: [4, 2, Infinity, ['productId', 'productType', 'developerPayload', 'reservedInfo']],
-    postPurchase: [5, 2, Infinity, ['purchaseData']],
-    bindPlayer: [7, 3, 3],
-    unbindPlayer: [8, 3, 3],
-    verifyLocalPlayer: [9, 2, 2, ['thirdOpenId', 'isRealName', 'isAdult', 'ageRange']],
-    unionLogin: [10, 2, 2, ['showLoginDialog', 'loginPanelType', 'thirdAccountInfos']],
-    launchWelcomeBanner: [13, 1, Infinity],
-    quickGameLogin: [14, 2, 2, ['gameAppId']],
-    launchCommonPage: [15, 1, Infinity],
-};
-
 /** What a promise became by now: [] while it is pending, [error] or [undefined, value]. */
 function follow(promise) {
     const fate = [];
@@ -94,7 +78,7 @@ class Trial {
         device.answerOn('caller');
         const kind = values.random();
         if (kind < 0.7) {
-            return this.tryRequest(kind < 0.2 ? 'unionLogin' : values.pick(Object.keys(REQUESTS)));
+            return this.tryRequest(kind < 0.2 ? 'unionLogin' : values.pick(Object.keys(CALLS)));
         }
         return values.pick([this.tryParameters, this.tryListening, this.tryEvent, this.tryReport, this.tryTrace,
             this.tryLimit]).call(this);
@@ -145,7 +129,8 @@ class Trial {
 
     tryRequest(method) {
         const { values } = this;
-        const [type, least, most, keys] = REQUESTS[method];
+        const { type, least = 1, most = Infinity, record } = CALLS[method];
+        const keys = record && Object.keys(record[1]);
         const modules = this.modules();
         const isAbility = values.random() < 0.9;
         const context = isAbility ? device.createAbilityContext({ modules }) : device.createUIExtensionContext();

@@ -27,14 +27,6 @@ const EVENT_NAMES = ['playerChanged', 'playerChanged', 'playerChanged', 'gameAdd
 const SPANS = [1, 999, 1000, 1000, 5000, 15000, 15000, 60000];
 const LONGEST_SPAN = 150000;
 const KINDS = ['result', 'result', 'receive', 'receive', 'receive', 'error', 'release', 'release'];
-const RECORDS = {
-    savePlayerRole: ['roleId', 'roleName', 'serverId', 'gamePlayerId', 'other'],
-    prePurchase: ['productId', 'productType', 'developerPayload', 'reservedInfo'],
-    postPurchase: ['purchaseData'],
-    verifyLocalPlayer: ['thirdOpenId', 'isRealName', 'isAdult', 'ageRange'],
-    unionLogin: ['showLoginDialog', 'loginPanelType', 'thirdAccountInfos'],
-    quickGameLogin: ['gameAppId'],
-};
 // Those whose requests outlive their first answer come more often.
 const REQUEST_NAMES = [...Object.keys(METHODS), 'getLocalPlayer', 'verifyLocalPlayer', 'quickGameLogin',
     'quickGameLogin', 'unionLogin'];
@@ -108,8 +100,9 @@ class Generator {
     }
 
     rest(method) {
-        if (method in RECORDS) {
-            return [{ value: this.random() < 0.1 ? this.pick(NO_TEXTS) : this.record(RECORDS[method]) }];
+        const { record } = METHODS[method];
+        if (record) {
+            return [{ value: this.random() < 0.1 ? this.pick(NO_TEXTS) : this.record(Object.keys(record[1])) }];
         }
         if (method === 'launchAntiAddiction') {
             const type = this.random() < 0.6 ? 14 : this.pick([0, 2, 6, 13, 99, -1, '2']);

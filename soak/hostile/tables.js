@@ -2,6 +2,7 @@
 
 // The rules of the module as tables, written from what it promises and not from its code.
 
+const { METHODS, rulesOf } = require('../../tests/support/requests');
 const { int } = require('../fuzz/reading');
 
 const UNDER_AGE = 1002000006;
@@ -34,42 +35,6 @@ const MESSAGES = {
     1002000016: 'Union login canceled by user.',
     1002000017: 'Illegal application identity.',
 };
-
-/** The asynchronous methods: their request type, how many arguments they take, and which count has a callback. */
-const METHODS = {
-    init: { type: 1, least: 1, callbackAt: 2 },
-    getLocalPlayer: { type: 2, least: 1, callbackAt: 2 },
-    savePlayerRole: { type: 3, least: 2, callbackAt: 3 },
-    prePurchase: { type: 4, least: 2, callbackAt: 3 },
-    postPurchase: { type: 5, least: 2, callbackAt: 3 },
-    bindPlayer: { type: 7, least: 3, most: 3 },
-    unbindPlayer: { type: 8, least: 3, most: 3 },
-    verifyLocalPlayer: { type: 9, least: 2, most: 2 },
-    unionLogin: { type: 10, least: 2, most: 2, failsAs: 'unbindPlayer' },
-    quickGameLogin: { type: QUICK_GAME, least: 2, most: 2 },
-    launchWelcomeBanner: { type: 13, page: 'LaunchWelcomeBanner' },
-    launchCommonPage: { type: 15, page: 'LaunchCommonPage' },
-    launchAntiAddiction: { type: 0, page: 'LaunchAntiAddiction' },
-};
-
-/**
- * What a request type makes of its answers; a type without a row does none of it.
- * hidden: a failure is told as a success. data: a success brings the result message. stays: a success that is received
- * leaves the request open. timed: it may start the anti-addiction timer. stores: whose parameters are the data.
- * ends: a successful result ends an open request. closes: any release closes, not only one that tells of a failure.
- */
-const TYPES = {
-    1: { hidden: true },
-    2: { data: true, stays: true, timed: true, stores: ['receive'], ends: true, closes: true },
-    3: { hidden: true },
-    4: { data: true, stores: ['receive', 'result'] },
-    9: { stays: true, timed: true, stores: ['receive'], ends: true, closes: true },
-    10: { data: true, stays: true, stores: ['receive'], closes: true },
-    13: { closes: true },
-    [QUICK_GAME]: { data: true, stays: true, timed: true, stores: ['receive'], closes: true },
-    15: { closes: true },
-};
-const rulesOf = (type) => TYPES[type] || {};
 
 const BAD_CONTEXTS = ['param invalid', 'param invalid', 'it is not a stage mode', 'it is not a stage mode',
     'get context failed', null];

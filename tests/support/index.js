@@ -8,6 +8,7 @@ const { execFile } = require('node:child_process');
 const { once } = require('node:events');
 const path = require('node:path');
 const { Worker, parentPort, threadId } = require('node:worker_threads');
+const { CALLS, METHODS, PAGES, REQUESTS, rulesOf } = require('./requests.js');
 
 const ROOT = path.join(__dirname, '..', '..');
 // Of real time, for what must come to an end; under instruments all takes longer.
@@ -16,31 +17,6 @@ const PARAMETER_ERROR = [401, 'Parameter error.'];
 const SYSTEM_ERROR = [1002000001, 'System internal error.'];
 
 const NAPI_REFUSAL = ['threw', undefined, 'Invalid argument'];
-const IDS = ['open-1', 'team-1'];
-
-/**
- * The requests. In a good call of each `rest` follows the context, and a callback makes the arguments `callbackAt`,
- * if it may be given. `hides`: a failure reads as a success; `failsAs`: analytics knows a failed call by another name.
- */
-const REQUESTS = {
-    init: { type: 1, rest: [], callbackAt: 2, hides: true },
-    getLocalPlayer: { type: 2, rest: [], callbackAt: 2 },
-    savePlayerRole: { type: 3, rest: [{ roleId: 'role-1' }], callbackAt: 3, hides: true },
-    prePurchase: { type: 4, rest: [{ productId: 'product-1' }], callbackAt: 3 },
-    postPurchase: { type: 5, rest: [{ purchaseData: 'data-1' }], callbackAt: 3 },
-    bindPlayer: { type: 7, rest: IDS },
-    unbindPlayer: { type: 8, rest: IDS },
-    verifyLocalPlayer: { type: 9, rest: [{ thirdOpenId: 'open-1' }] },
-    unionLogin: { type: 10, rest: [{}], failsAs: 'unbindPlayer' },
-    quickGameLogin: { type: 14, rest: [{ gameAppId: 'app-1' }] },
-};
-
-/** The launches that open a page at once; nobody is told of its answer. */
-const PAGES = {
-    launchWelcomeBanner: { type: 13, rest: ['hello'] },
-    launchCommonPage: { type: 15, rest: ['page'] },
-};
-const CALLS = { ...REQUESTS, ...PAGES };
 
 const loadGame = () => require(ROOT);
 const loadDevice = () => require(path.join(ROOT, 'device'));
@@ -109,13 +85,13 @@ function failureOf(name) {
     if (!(name in REQUESTS)) {
         return ['pending'];
     }
-    return REQUESTS[name].hides ? NAPI_REFUSAL : ['rejected', ...PARAMETER_ERROR];
+    return REQUESTS[name].hidden ? NAPI_REFUSAL : ['rejected', ...PARAMETER_ERROR];
 }
 
 /** Checks the calls of a callback that was given to such a call. */
 function assertCalledWithFailure(name, calls) {
     const told = calls.map(([error, data]) => [error && error.code, error && error.message, data]);
-    assert.deepEqual(told, [REQUESTS[name].hides ? [null, null, undefined] : [...PARAMETER_ERROR, null]]);
+    assert.deepEqual(told, [REQUESTS[name].hidden ? [null, null, undefined] : [...PARAMETER_ERROR, null]]);
 }
 
 /** A good call of a request or a page launch; the record gains the modal that it opened, if it did. */
@@ -239,8 +215,8 @@ async function expectChild(body, { args = [], env = {}, code = 0, out = [] } = {
 module.exports = {
     get game() { return loadGame(); },
     get device() { return loadDevice(); },
-    CALLS, NAPI_REFUSAL, PAGES, PARAMETER_ERROR, REQUESTS, ROOT, SYSTEM_ERROR,
+    CALLS, METHODS, NAPI_REFUSAL, PAGES, PARAMETER_ERROR, REQUESTS, ROOT, SYSTEM_ERROR,
     answer, assertCalledWithFailure, attempt, badContexts, countLogs, ends, expectChild, failureOf, nextMessage, once,
-    outcomeOf, parentPort, roundTrip, runInChild, sleepers, start, startWorker, test, testTexts, timeUp, track, turn,
+    outcomeOf, parentPort, roundTrip, rulesOf, runInChild, sleepers, start, startWorker, test, testTexts, timeUp, track, turn,
     wantOf,
 };

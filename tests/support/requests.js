@@ -1,0 +1,77 @@
+'use strict';
+
+// What the module promises of each asynchronous method: the one table that the suites, the model, the generator and the
+// fuzzing share. Written from the documents, not from the module's code.
+
+const IDS = { thirdOpenId: 'string', teamPlayerId: 'string' };
+
+/**
+ * type: of its requests. least, most: how many arguments it takes; callbackAt: the count whose last one is a callback.
+ * rest: those of a good call after the context. record: the key under which one object goes out as JSON, and its fields;
+ * sent: the arguments that go out as they are. A field's kind ends in "?" if it goes out only where it is given.
+ * page: nobody is told of its answer; the name that its log lines have. failsAs: its name in analytics if it fails.
+ *
+ * What it makes of its answers: hidden: a failure is told as a success. data: a success brings the result message.
+ * stays: a success that is received leaves the page open. timed: it may start the anti-addiction timer. stores: whose
+ * parameters are the data. ends: a successful result ends an open request. closes: any release closes the page.
+ */
+const METHODS = {
+    init: { type: 1, least: 1, callbackAt: 2, rest: [], hidden: true },
+    getLocalPlayer: {
+        type: 2, least: 1, callbackAt: 2, rest: [],
+        data: true, stays: true, timed: true, stores: ['receive'], ends: true, closes: true
+    },
+    savePlayerRole: {
+        type: 3, least: 2, callbackAt: 3, rest: [{ roleId: 'role-1' }], hidden: true,
+        record: ['tavikExtra', {
+            roleId: 'string', roleName: 'string', serverId: 'string', serverName: 'string', gamePlayerId: 'string',
+            teamPlayerId: 'string', thirdOpenId: 'string'
+        }]
+    },
+    prePurchase: {
+        type: 4, least: 2, callbackAt: 3, rest: [{ productId: 'product-1' }], data: true, stores: ['receive', 'result'],
+        record: ['tavikExtra',
+            { productId: 'string', productType: 'int', developerPayload: 'string', reservedInfo: 'string' }]
+    },
+    postPurchase: {
+        type: 5, least: 2, callbackAt: 3, rest: [{ purchaseData: 'data-1' }],
+        record: ['tavikExtra', { purchaseData: 'string' }]
+    },
+    bindPlayer: { type: 7, least: 3, most: 3, rest: ['open-1', 'team-1'], sent: IDS },
+    unbindPlayer: { type: 8, least: 3, most: 3, rest: ['open-1', 'team-1'], sent: IDS },
+    verifyLocalPlayer: {
+        type: 9, least: 2, most: 2, rest: [{ thirdOpenId: 'open-1' }],
+        record: ['thirdUserInfo', { thirdOpenId: 'string', isRealName: 'flag?', isAdult: 'flag?', ageRange: 'int?' }],
+        stays: true, timed: true, stores: ['receive'], ends: true, closes: true
+    },
+    unionLogin: {
+        type: 10, least: 2, most: 2, rest: [{}], failsAs: 'unbindPlayer',
+        record: ['unionLoginParam',
+            { showLoginDialog: 'flag', loginPanelType: 'int?', thirdAccountInfos: 'accounts' }],
+        data: true, stays: true, stores: ['receive'], closes: true
+    },
+    quickGameLogin: {
+        type: 14, least: 2, most: 2, rest: [{ gameAppId: 'app-1' }],
+        record: ['quickGameLoginParam', { gameAppId: 'string' }],
+        data: true, stays: true, timed: true, stores: ['receive'], closes: true
+    },
+    launchWelcomeBanner: {
+        type: 13, rest: ['hello'], sent: { greetingInfo: 'string' }, page: 'LaunchWelcomeBanner', closes: true
+    },
+    launchCommonPage: { type: 15, rest: ['page'], sent: { pageInfo: 'string' }, page: 'LaunchCommonPage', closes: true },
+    // The timer opens its page, and its caller chooses the type under which that is answered.
+    launchAntiAddiction: { type: 6, rest: [60, 'text', 14], page: 'LaunchAntiAddiction' },
+};
+
+const pick = (isWanted) => Object.fromEntries(Object.entries(METHODS).filter(([name, method]) => isWanted(method, name)));
+
+/** The methods that open a modal when they are called: the requests, which are answered, and the page launches. */
+const CALLS = pick((method, name) => name !== 'launchAntiAddiction');
+const REQUESTS = pick(({ page }) => !page);
+const PAGES = pick(({ page }, name) => page && name in CALLS);
+
+const BY_TYPE = new Map(Object.values(CALLS).map((method) => [method.type, method]));
+/** What a request type makes of its answers; a type of no method does none of it. */
+const rulesOf = (type) => BY_TYPE.get(type) || {};
+
+module.exports = { CALLS, METHODS, PAGES, REQUESTS, rulesOf };
