@@ -136,7 +136,7 @@ compile() {
         "${command[@]}" </dev/null || die "the build failed"
     else
         mkdir -p "$logs"
-        "${command[@]}" </dev/null 2>&1 | tee "$logs/build.log" | sed '/^ninja: no work/d' || die "the build failed"
+        "${command[@]}" </dev/null 2>&1 | tee "$logs/build.log" | sed '/^ninja: no work/d; /Re-checking globbed/d' || die "the build failed"
     fi
 }
 

@@ -4,38 +4,6 @@ const assert = require('node:assert/strict');
 const { MESSAGES } = require('../soak/hostile/tables');
 const { SYSTEM_ERROR, answer, countLogs, device, ends, expectChild, game, start, test, turn } = require('./support');
 
-const UNKNOWN_CODES = [-2147483648, -1, 9, 10, 203, 100015, 1002000000, 1002000018, 2147483647];
-const ENDING_CODES = [9, 10, 1002000006];
-
-for (const kind of ['error', 'result', 'receive']) {
-    test(`every code of ${kind} brings the text of the table, and an unknown one that of a system error`, async () => {
-        const known = Object.entries(MESSAGES).map(([code, message]) => [Number(code), message]);
-        const rows = [...known, ...UNKNOWN_CODES.map((code) => [code, SYSTEM_ERROR[1], SYSTEM_ERROR[0]])]
-            .filter(([code]) => kind === 'error' || !ENDING_CODES.includes(code));
-        for (const [code, message, told = code] of rows) {
-            const more = { error: [code, 'name', 'own text'], result: [code], receive: [{ resultCode: code }] }[kind];
-            const isTold = kind === 'receive' && code === 1002000015;
-            const expected = {
-                bindPlayer: [told, message], prePurchase: [told, message],
-                unionLogin: code === 100015 ? [401, 'Total size of icon resource is too large'] : [told, message],
-                init: isTold ? [code, message] : [0], savePlayerRole: isTold ? [code, message] : [0],
-            };
-            if (kind !== 'error' && code === 1002000011) {
-                delete expected.init;
-            }
-            for (const [name, [toldCode, text]] of Object.entries(expected)) {
-                const request = start(name);
-                await answer(request.modal, [kind, ...more]);
-                const state = toldCode === 0 ? ['resolved', undefined] : ['rejected', toldCode, text];
-                assert.deepEqual(request.state, state, `${name} ${code}`);
-            }
-        }
-        assert.equal(countLogs('AssembleErrorMessage transfer code') > 0, true);
-        assert.equal(countLogs('AssembleErrorMessage resultCode not existed'), 3 * (UNKNOWN_CODES.length -
-            (kind === 'error' ? 0 : 2)));
-    });
-}
-
 test('a rejection carries an Error, and the callback form gets it with undefined', async () => {
     const calls = [];
     game.getLocalPlayer(device.createAbilityContext(), (...values) => calls.push(values));
@@ -75,18 +43,6 @@ test('a callback is called with undefined as its receiver', async () => {
     });
     await answer(device.modals()[0], ['result', 0]);
     assert.deepEqual(receivers, [undefined]);
-});
-
-test('the result message passes unchanged, whatever its type', async () => {
-    const messages = ['{"id":1}', '', '\u00e9\u{1f600}', 5, -7, 2.5, true, ['a', ''], [], { a: { b: 1 } }];
-    for (const message of messages) {
-        const request = start('getLocalPlayer');
-        await answer(request.modal, ['receive', { resultCode: 0, resultMessage: message }]);
-        assert.deepEqual(request.state, ['resolved', message]);
-    }
-    const request = start('getLocalPlayer');
-    await answer(request.modal, ['receive', { resultCode: 0 }]);
-    assert.deepEqual(request.state, ['resolved', undefined]);
 });
 
 for (const [call, state, log] of [

@@ -1,63 +1,10 @@
 'use strict';
 
-// Plays one sequence of steps on the module and on the model, and compares what both show after each.
+// One sequence of steps, drawn from a seed while it is played.
 
-const { isDeepStrictEqual, inspect } = require('node:util');
-const { Worker } = require('node:worker_threads');
-const { game, device, once } = require('../../tests/support');
+const { Comparison } = require('./comparison');
 const { Generator, seeded } = require('./generator');
-const { Model } = require('./model');
-const { Player } = require('./player');
 const { codeOf, exitNotes } = require('./tables');
-
-const main = new Player(game, device);
-const idle = [];  // Workers of ended sequences, for later ones
-
-/** The player of a Worker, driven by messages. */
-class RemotePlayer {
-    constructor() {
-        this.worker = new Worker(require.resolve('./player'), { workerData: { isPlayer: true } });
-        this.worker.unref();
-        for (const method of ['begin', 'setWindow', 'call', 'flush', 'leave']) {
-            this[method] = (...args) => this.ask(method, args);
-        }
-    }
-
-    async ask(method, args) {
-        this.worker.postMessage([method, ...args]);
-        return (await once(this.worker, 'message'))[0];
-    }
-
-    async end() {
-        await this.worker.terminate();
-    }
-}
-
-// While the clock moves, a delivery may run before or after what the next thread logs.
-const LOGGED_ANY_TIME = 'SendMessageBackWork callback and deferred nullptr';
-const settledOrder = (list) => [list.filter((line) => line !== LOGGED_ANY_TIME),
-    list.filter((line) => line === LOGGED_ANY_TIME)];
-const byText = (list) => list.map((item) => inspect(item, { depth: 9 })).sort();
-const trueAt = (flags) => flags.flatMap((flag, index) => (flag ? [index] : []));
-
-function showWant({ want, config }) {
-    return [want.bundleName, want.abilityName, want.deviceId, trueAt(config.leading), trueAt(config.trailing),
-        want.parameters];
-}
-const modelWant = ({ parameters }) =>
-    ['com.lumora.tavik.velmor', 'GamePlayerUIExtAbility', '', [0, 2], [0, 3], parameters];
-
-function loggedByModule() {
-    return device.logs().filter(({ level, domain }) => 'WE'.includes(level) && domain === 0xd00470a)
-        .map(({ message }) => message.replace(/^\[\([^)]*\)\]/, ''));
-}
-
-function reported() {
-    return device.analytics.events().map(({ params }) => {
-        const { api_name: api, begin_time: begin, end_time: end, error_code: code } = Object.fromEntries(params);
-        return [api, begin, end, code];
-    });
-}
 
 function deathNotes([kind, steps]) {
     if (kind === 'advance') {
@@ -67,47 +14,26 @@ function deathNotes([kind, steps]) {
     return exitNotes(callback, codeOf(callback, payload));
 }
 
-class Sequence {
+class Sequence extends Comparison {
     constructor(seed, { steps = 0, isWatched = false } = {}) {
-        this.random = seeded(seed);
-        const mode = this.random();
+        const random = seeded(seed);
+        const mode = random();
         // Only where every answer runs on this thread, and no Worker takes part, is the order of all logs settled.
-        this.isStrict = mode < 0.6;
-        this.hasWorkers = mode > 0.9;
-        this.thread = this.isStrict || this.random() < 0.3 ? 'caller' : 'ui';
-        this.steps = steps || 10 + Math.floor(this.random() * 40);
-        this.isWatched = isWatched;
-        this.seen = 0;
-        this.players = new Map([['main', main]]);
+        const isStrict = mode < 0.6;
+        super({ isStrict, thread: isStrict || random() < 0.3 ? 'caller' : 'ui' });
+        Object.assign(this, { random, isWatched, hasWorkers: mode > 0.9 });
+        this.steps = steps || 10 + Math.floor(random() * 40);
     }
 
     async begin() {
-        main.begin();
-        game.syncTraceId('');
-        device.reset();
-        device.clock.manual();
-        device.answerOn(this.thread);
-        this.model = new Model(device.clock.now());
-        this.model.addEnv('main');
+        await super.begin();
         this.generator = new Generator(this.random, this.model, !this.isStrict, this.hasWorkers);
     }
 
-    async end() {
-        device.reset();
-        device.setSystemApp(true);
-        for (const [name, player] of this.players) {
-            await player.leave();
-            if (name !== 'main') {
-                idle.push(player);
-            }
-        }
-        device.reset();
-    }
-
     /** Null, or the first difference as {index, step, what, expected, actual}. `watch` sees each step before. */
-    async run(watch = () => {}) {
+    async run(watch) {
         await this.begin();
-        const difference = await this.playSteps(watch);
+        const difference = await this.playDrawn(watch);
         await this.end();
         return difference;
     }
@@ -115,18 +41,11 @@ class Sequence {
     /** As `run`, with one more step, which ends the process. `announce` gets what the log then tells of it. */
     async runToDeath(watch, announce) {
         await this.begin();
-        return await this.playSteps(watch) || this.die(watch, announce);
+        return await this.playDrawn(watch) || this.die(watch, announce);
     }
 
-    async playSteps(watch) {
-        let difference = null;
-        for (let index = 0; index < this.steps && !difference; ++index) {
-            const step = this.generator.next();
-            watch(index, step);
-            difference = await this.play(step, this.isWatched || index === this.steps - 1);
-            difference = difference && { index, step, ...difference };
-        }
-        return difference;
+    playDrawn(watch) {
+        return this.playSteps(() => this.generator.next(), this.steps, { watch, isWatched: this.isWatched });
     }
 
     async die(watch, announce) {
@@ -139,90 +58,6 @@ class Sequence {
         await this.apply(step);
         await this.end();
         return { index: this.steps, step, what: 'end of the process', expected: 'an end', actual: 'none' };
-    }
-
-    async play(step, isWhole) {
-        const outcome = this.stepModel(step);
-        const heard = this.model.flush();
-        return this.compare({ outcome, heard }, await this.apply(step), isWhole);
-    }
-
-    stepModel([kind, ...rest]) {
-        const { model } = this;
-        switch (kind) {
-            case 'call': return model.call(...rest);
-            case 'answer': return void model.answer(model.modals[rest[0]], ...rest.slice(1));
-            case 'answers': return rest[0].map((step) => this.stepModel(step));
-            case 'advance': return void model.advance(rest[0]);
-            case 'window': return void model.setWindow(...rest);
-            case 'system': return void (model.isSystem = rest[0]);
-            case 'start': return void model.addEnv(rest[0]);
-            case 'end': return void model.endEnv(rest[0]);
-            default: return undefined;
-        }
-    }
-
-    async apply(step) {
-        let outcome = this.step(step);
-        outcome = step[0] === 'answers' ? await Promise.all(outcome) : await outcome;
-        const heard = {};
-        for (const [name, player] of this.players) {
-            heard[name] = await player.flush();
-        }
-        return { outcome, heard };
-    }
-
-    step([kind, ...rest]) {
-        const [first] = rest;
-        switch (kind) {
-            case 'call': return this.players.get(first).call(...rest.slice(1));
-            case 'answer': return this.given[first][rest[1]](...rest.slice(2));
-            case 'answers': return this.giveAnswers(first);
-            case 'advance': return device.clock.advance(first);
-            case 'window': return this.players.get(first).setWindow(...rest.slice(1));
-            case 'system': return device.setSystemApp(first);
-            case 'gc': return global.gc?.();
-            case 'start': return this.startWorker(first);
-            case 'end': return this.endWorker(first);
-            default: throw new Error(`no such step: ${kind}`);
-        }
-    }
-
-    giveAnswers(steps) {
-        this.given = device.modals();
-        return steps.map((step) => this.step(step));
-    }
-
-    async startWorker(name) {
-        const player = idle.pop() || new RemotePlayer();
-        this.players.set(name, player);
-        await player.begin();
-    }
-
-    async endWorker(name) {
-        const player = this.players.get(name);
-        this.players.delete(name);
-        await player.end();
-    }
-
-    compare(expected, actual, isWhole) {
-        const { model } = this;
-        const modals = device.modals();
-        const pairs = {
-            outcome: [expected.outcome, actual.outcome],
-            heard: [expected.heard, actual.heard],
-            'modals opened': [model.modals.slice(this.seen).map(modelWant), modals.slice(this.seen).map(showWant)],
-            'open modals': [model.modals.map(({ isOpen }) => isOpen), modals.map(({ isOpen }) => isOpen)],
-            'sleeping threads': [model.sleepers.length, device.clock.sleepers()],
-        };
-        this.seen = modals.length;
-        if (isWhole) {
-            const [order, logOrder] = this.isStrict ? [(list) => list, settledOrder] : [byText, byText];
-            pairs['warnings and errors'] = [model.logs, loggedByModule()].map(logOrder);
-            pairs.analytics = [model.ends, reported()].map(order);
-        }
-        const what = Object.keys(pairs).find((name) => !isDeepStrictEqual(...pairs[name]));
-        return what ? { what, expected: pairs[what][0], actual: pairs[what][1] } : null;
     }
 }
 

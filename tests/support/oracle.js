@@ -1,0 +1,33 @@
+'use strict';
+
+// The model of the module as the one that tells what answers do: suites play lists of answers through it.
+
+const assert = require('node:assert/strict');
+const { inspect } = require('node:util');
+const { Comparison } = require('../../soak/hostile/comparison');
+const { codeOf, isDeadly } = require('../../soak/hostile/tables');
+const { CALLS } = require('./requests');
+
+/** The step of a good call; `callback` is given if it names one. */
+const callOf = (name, callback) => ['call', 'main', 'c1', name, [{ ctx: 0 },
+    ...CALLS[name].rest.map((value) => ({ value })), ...(callback ? [{ fn: 'plain', as: callback }] : [])], 0];
+
+const stepOf = (answers) => ['answers', answers.map((answer) => ['answer', 0, ...answer])];
+
+/** Whether none of the answers ends the process. */
+const isHarmless = (name, answers) =>
+    !answers.some(([kind, payload]) => isDeadly(kind, codeOf(kind, payload), CALLS[name].type));
+
+/** Plays the steps on the module and on the model, and fails at the first difference. */
+async function assertAgrees(steps, options) {
+    const difference = await Comparison.run(steps, options);
+    assert.equal(difference, null, `${inspect(steps, { depth: 9 })} differs: ${inspect(difference, { depth: 9 })}`);
+}
+
+/** The same for a request and answers to it, one after the other or all of them at once; then a release asks for it. */
+async function assertAnswersAgree(name, answers, { isAtOnce = false, thread = 'caller', callback } = {}) {
+    const given = isAtOnce ? [stepOf(answers)] : answers.map((answer) => stepOf([answer]));
+    await assertAgrees([callOf(name, callback), ...given, stepOf([['release', 0]])], { thread });
+}
+
+module.exports = { assertAgrees, assertAnswersAgree, callOf, isHarmless, stepOf };
