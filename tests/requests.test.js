@@ -4,9 +4,10 @@
 
 const assert = require('node:assert/strict');
 const {
-    CALLS, PAGES, PARAMETER_ERROR, REQUESTS, SYSTEM_ERROR, answer, assertCalledWithFailure, attempt, badContexts,
-    countLogs, device, ends, failureOf, game, outcomeOf, start, test, turn, wantOf,
+    CALLS, PAGES, PARAMETER_ERROR, REQUESTS, SYSTEM_ERROR, answer, attempt, badContexts, countLogs, device, ends,
+    failureOf, game, outcomeOf, start, test, wantOf,
 } = require('./support');
+const { assertAgrees, stepOf } = require('./support/oracle');
 
 const IDS = { thirdOpenId: 'open-1', teamPlayerId: 'team-1' };
 const methodOf = (name) => name[0].toUpperCase() + name.slice(1);
@@ -43,62 +44,37 @@ for (const [name, parameters] of Object.entries({
     });
 }
 
-for (const [name, { rest, callbackAt, hidden }] of Object.entries(REQUESTS)) {
-    const wanted = rest.length + 1;
-    const counts = [0, 1, 2, 3, 4, 5].filter((count) => callbackAt ? count < wanted : count !== wanted);
-    const error = hidden ? [0, 'Success'] : PARAMETER_ERROR;
-    test(`${name} throws ${error[0]} for ${counts.join(', ')} arguments, and never calls a function among them`, () => {
-        for (const count of counts) {
-            const args = [device.createAbilityContext(), ...rest, uncalled, uncalled, uncalled, uncalled];
-            assert.deepEqual(attempt(() => game[name](...args.slice(0, count))), ['threw', ...error], `${count}`);
+test('a request takes its numbers of arguments and its forms, a function or not in the place of a callback', async () => {
+    for (const [name, { rest, least = 1, most = Infinity }] of Object.entries(REQUESTS)) {
+        for (const filler of [{ fn: 'plain', as: 'f' }, { value: 1 }, { value: undefined }]) {
+            for (const count of [0, 1, 2, 3, 4, 5]) {
+                const good = [{ ctx: 0 }, ...rest.map((value) => ({ value })), ...Array(5).fill(filler)];
+                const isTaken = count >= least && count <= most;
+                const answers = isTaken ? [stepOf([['result', 0, { resultMessage: 'data' }]])] : [];
+                await assertAgrees([['call', 'main', 'c1', name, good.slice(0, count), 0], ...answers]);
+            }
         }
-        assert.deepEqual(ends(), counts.map(() => [name, 401]));
-        assert.deepEqual(device.modals(), []);
-    });
-}
-
-const CALLBACK_REQUESTS = Object.entries(REQUESTS).filter(([, { callbackAt }]) => callbackAt);
-
-for (const [name, { rest }] of CALLBACK_REQUESTS) {
-    for (const [what, more, isCallback] of [
-        ['nothing more', [], false],
-        ['a function', ['CALLBACK'], true],
-        ['a function and a third value', ['CALLBACK', 1], false],
-        ['a value and a function', [undefined, 'CALLBACK'], false],
-        ['a number for a callback', [1], true],
-        ['an explicit undefined for a callback', [undefined], true],
-    ]) {
-        const form = isCallback ? 'callback' : 'promise';
-        test(`${name} with good arguments and ${what} takes the ${form} form`, async () => {
-            const calls = [];
-            const args = more.map((value) => value === 'CALLBACK' ? (...values) => calls.push(values) : value);
-            const returned = game[name](device.createAbilityContext(), ...rest, ...args);
-            assert.equal(returned instanceof Promise, !isCallback);
-            assert.deepEqual(calls, []);
-            await answer(device.modals()[0], ['result', 0, { resultMessage: 'data' }]);
-            const data = name === 'prePurchase' ? 'data' : undefined;
-            const wantsCall = isCallback && more[0] === 'CALLBACK';
-            assert.deepEqual(calls, wantsCall ? [[undefined, data]] : []);
-            assert.deepEqual(await returned, isCallback ? undefined : data);
-            assert.equal(countLogs('callback and deferred nullptr'), isCallback && !wantsCall ? 1 : 0);
-            assert.deepEqual([ends(), device.modals()[0].isOpen], [[[name, 0]], false]);
-        });
     }
+    assert.deepEqual(attempt(() => game.init()), ['threw', 0, 'Success']);
+    assert.deepEqual(attempt(() => game.unionLogin({}, {}, {})), ['threw', ...PARAMETER_ERROR]);
+    const calls = [];
+    game.prePurchase(device.createAbilityContext(), {}, (...values) => calls.push(values));
+    assert.deepEqual(calls, []);
+    await answer(device.modals()[0], ['result', 0, { resultMessage: 'data' }]);
+    assert.deepEqual(calls, [[undefined, 'data']]);
+});
 
-    test(`${name} with a bad context calls its callback once, at once, if that is a function`, async () => {
-        for (const [context] of badContexts()) {
-            const calls = [];
-            const call = (callback) => attempt(() => game[name](context, ...rest, callback));
-            assert.deepEqual(call((...values) => calls.push(values)), ['returned', undefined]);
-            assert.deepEqual(call('no function'), ['returned', undefined]);
-            assertCalledWithFailure(name, calls);
-            await turn();
-            assert.equal(calls.length, 1);
+test('a bad context ends every form of a request at once, and is logged', async () => {
+    for (const [name, { rest, callbackAt }] of Object.entries(CALLS)) {
+        for (let bad = 0; bad < 6; ++bad) {
+            const args = [{ bad }, ...rest.map((value) => ({ value }))];
+            const forms = callbackAt ? [[], [{ fn: 'plain', as: 'f' }], [{ value: 'f' }]] : [[]];
+            for (const form of forms) {
+                await assertAgrees([['call', 'main', 'c1', name, [...args, ...form], 0]]);
+            }
         }
-        assert.deepEqual(ends(), Array(2 * badContexts().length).fill([name, 401]));
-        assert.deepEqual(device.modals(), []);
-    });
-}
+    }
+});
 
 const LIMIT = { launchAntiAddiction: { rest: [60, 'text', 6] } };
 for (const [name, { rest, callbackAt, failsAs = name }] of Object.entries({ ...CALLS, ...LIMIT })) {

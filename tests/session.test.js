@@ -2,12 +2,14 @@
 
 const assert = require('node:assert/strict');
 const {
-    CALLS, PAGES, PARAMETER_ERROR, REQUESTS, answer, countLogs, device, ends, expectChild, game, start, test, track,
-    turn, wantOf,
+    CALLS, PARAMETER_ERROR, answer, countLogs, device, ends, expectChild, game, start, test, track, turn, wantOf,
 } = require('./support');
+const { assertAgrees, callOf, stepOf } = require('./support/oracle');
 
 const { clock } = device;
-const KINDS = ['createAbilityContext', 'createUIExtensionContext'];
+const LATE = 3;  // the context whose window shows no page yet
+const wait = (ms) => ['advance', ms];
+const change = (how, ctx = LATE) => ['window', 'main', ctx, how];
 
 function assertConfig({ config: { leading, trailing } }) {
     assert.deepEqual(leading, leading.map((_, i) => i === 0 || i === 2));
@@ -36,67 +38,37 @@ test('a modal opens at once, blocked as configured, and ids are above 0 and neve
     assert.equal(clock.sleepers(), 0);
 });
 
-for (const kind of KINDS) {
-    for (const rounds of [1, 3, 5]) {
-        test(`a window of ${kind} that appears before second ${rounds} gets its modal then`, async () => {
-            const context = device[kind]({ window: false });
-            game.syncTraceId('of the call');
-            const request = start('getLocalPlayer', context);
-            game.syncTraceId('of a later call');
-            assert.equal(countLogs('UIContent is nullptr and delay start UIExtensionAbility'), 1);
-            await advance(rounds * 1000 - 1);
-            device.showWindow(context);
-            await turn();
-            assert.deepEqual(device.modals(), []);
-            await advance(1);
-            const [modal, ...others] = device.modals();
-            assert.deepEqual([modal.want, others], [wantOf(2, { traceId: 'of the call' }), []]);
-            assertConfig(modal);
-            assert.equal(clock.sleepers(), 0);
-            await answer(modal, ['receive', { resultCode: 0, resultMessage: 'data' }]);
-            assert.deepEqual(request.state, ['resolved', 'data']);
-        });
-    }
-}
-
-for (const name of Object.keys(CALLS)) {
-    const isLaunch = name in PAGES;
-    test(`${name} is ${isLaunch ? 'given up' : 'answered'}, but not analytics, with no window for 5 s`, async () => {
-        const context = device.createAbilityContext({ window: false });
-        const request = start(name, context);
-        await advance(4999);
-        assert.deepEqual([request.state, clock.sleepers()], [['pending'], 1]);
-        await advance(1);
-        const answered = CALLS[name].hidden ? ['resolved', undefined] : ['rejected', ...PARAMETER_ERROR];
-        assert.deepEqual(request.state, isLaunch ? ['pending'] : answered);
-        assert.equal(countLogs('After delay 5s, uiContent is still nullptr.'), 1);
-        assert.equal(countLogs('DelayStartUIExtensionAbility need not message back'), isLaunch ? 1 : 0);
-        device.showWindow(context);
-        await advance(5000);
-        assert.deepEqual([device.modals(), ends(), clock.sleepers()], [[], [], 0]);
-    });
-}
-
-test('the callback form is answered in the same way when no window comes', async () => {
-    for (const [name, { rest, callbackAt, hidden }] of Object.entries(REQUESTS)) {
-        const calls = [];
-        if (callbackAt) {
-            game[name](device.createAbilityContext({ window: false }), ...rest, (...values) => calls.push(values));
-            await advance(5000);
-            const told = calls.map(([error, data]) => [error && [error.code, error.message], data]);
-            assert.deepEqual(told, [[hidden ? undefined : PARAMETER_ERROR, undefined]], name);
-        }
-    }
+test('a window that appears within five seconds gets its modal then, with the trace of the call', async () => {
+    const context = device.createUIExtensionContext({ window: false });
+    game.syncTraceId('of the call');
+    const request = start('getLocalPlayer', context);
+    game.syncTraceId('of a later call');
+    await advance(2999);
+    device.showWindow(context);
+    assert.deepEqual(device.modals(), []);
+    await advance(1);
+    const [modal] = device.modals();
+    assert.deepEqual(modal.want, wantOf(2, { traceId: 'of the call' }));
+    assertConfig(modal);
+    await answer(modal, ['receive', { resultCode: 0, resultMessage: 'data' }]);
+    assert.deepEqual([request.state, clock.sleepers()], [['resolved', 'data'], 0]);
 });
 
-test('a window that was hidden delays the start, and one that is shown again opens it', async () => {
-    const context = device.createUIExtensionContext();
-    device.hideWindow(context);
-    start('init', context);
-    assert.deepEqual(device.modals(), []);
-    device.showWindow(context);
-    await advance(1000);
-    assert.equal(device.modals().length, 1);
+test('every request waits for its window, and is answered, but not analytics, when none comes', async () => {
+    for (const [name, { callbackAt }] of Object.entries(CALLS)) {
+        for (const callback of callbackAt ? [undefined, 'callback'] : [undefined]) {
+            const call = callOf(name, callback, LATE);
+            await assertAgrees([call, wait(4999), wait(1), change('show'), wait(5000)]);
+            for (const rounds of [1, 3, 5]) {
+                await assertAgrees([call, wait(rounds * 1000 - 1), change('show'), wait(1), stepOf([['result', 0]])]);
+            }
+            await assertAgrees([change('hide', 0), callOf(name, callback), wait(1000), change('show', 0), wait(1000)]);
+        }
+    }
+    clock.manual();
+    const request = start('bindPlayer', device.createAbilityContext({ window: false }));
+    await advance(5000);
+    assert.deepEqual([request.state, ends()], [['rejected', ...PARAMETER_ERROR], []]);
 });
 
 test('a window whose content cannot be had once is asked again a second later', async () => {

@@ -9,10 +9,11 @@ const { codeOf, isDeadly } = require('../../soak/hostile/tables');
 const { CALLS } = require('./requests');
 
 /** The step of a good call; `callback` is given if it names one. */
-const callOf = (name, callback) => ['call', 'main', 'c1', name, [{ ctx: 0 },
+const callOf = (name, callback, ctx = 0) => ['call', 'main', 'c1', name, [{ ctx },
     ...CALLS[name].rest.map((value) => ({ value })), ...(callback ? [{ fn: 'plain', as: callback }] : [])], 0];
 
-const stepOf = (answers) => ['answers', answers.map((answer) => ['answer', 0, ...answer])];
+/** The step of answers given at once to the modal opened first, or to another. */
+const stepOf = (answers, modal = 0) => ['answers', answers.map((answer) => ['answer', modal, ...answer])];
 
 /** Whether none of the answers ends the process. */
 const isHarmless = (name, answers) =>
