@@ -16,8 +16,6 @@ const LIMIT_MS = 15000 * (Number(process.env.GAMEAPI_TEST_PATIENCE) || 1);
 const PARAMETER_ERROR = [401, 'Parameter error.'];
 const SYSTEM_ERROR = [1002000001, 'System internal error.'];
 
-const NAPI_REFUSAL = ['threw', undefined, 'Invalid argument'];
-
 const loadGame = () => require(ROOT);
 const loadDevice = () => require(path.join(ROOT, 'device'));
 
@@ -70,28 +68,6 @@ function attempt(call) {
     } catch (error) {
         return ['threw', error.code, error.message];
     }
-}
-
-/** What becomes of a call: as `attempt` tells it, or the state of the promise that it returned. */
-async function outcomeOf(call) {
-    const outcome = attempt(call);
-    const request = outcome[1] instanceof Promise ? track(outcome[1]) : { state: outcome };
-    await turn();
-    return request.state;
-}
-
-/** The outcome of a call of the promise form whose context or parameters are of no use. */
-function failureOf(name) {
-    if (!(name in REQUESTS)) {
-        return ['pending'];
-    }
-    return REQUESTS[name].hidden ? NAPI_REFUSAL : ['rejected', ...PARAMETER_ERROR];
-}
-
-/** Checks the calls of a callback that was given to such a call. */
-function assertCalledWithFailure(name, calls) {
-    const told = calls.map(([error, data]) => [error && error.code, error && error.message, data]);
-    assert.deepEqual(told, [REQUESTS[name].hidden ? [null, null, undefined] : [...PARAMETER_ERROR, null]]);
 }
 
 /** A good call of a request or a page launch; the record gains the modal that it opened, if it did. */
@@ -156,17 +132,6 @@ function testTexts(name, key, rows) {
     }
 }
 
-/** Values that are no usable context, each with what the log says of it. */
-function badContexts() {
-    const { createStageContext } = loadDevice();
-    return [
-        [undefined, 'param invalid'], [null, 'param invalid'], [0, 'not a stage mode'], ['', 'not a stage mode'],
-        [{}, 'not a stage mode'], [() => {}, 'not a stage mode'],
-        [createStageContext('empty'), 'get context failed'],
-        [createStageContext('other'), 'end ParseAbilityContextReq'],
-    ];
-}
-
 let trips = 0;
 
 /** A whole request of this environment, told from all others by its open id. Returns that id. */
@@ -215,8 +180,7 @@ async function expectChild(body, { args = [], env = {}, code = 0, out = [] } = {
 module.exports = {
     get game() { return loadGame(); },
     get device() { return loadDevice(); },
-    CALLS, METHODS, NAPI_REFUSAL, PAGES, PARAMETER_ERROR, REQUESTS, ROOT, SYSTEM_ERROR,
-    answer, assertCalledWithFailure, attempt, badContexts, countLogs, ends, expectChild, failureOf, nextMessage, once,
-    outcomeOf, parentPort, roundTrip, rulesOf, runInChild, sleepers, start, startWorker, test, testTexts, timeUp, track, turn,
+    CALLS, METHODS, PAGES, PARAMETER_ERROR, REQUESTS, ROOT, SYSTEM_ERROR,
+    answer, attempt, countLogs, ends, expectChild, nextMessage, once, parentPort, roundTrip, rulesOf, runInChild, sleepers, start, startWorker, test, testTexts, timeUp, track, turn,
     wantOf,
 };
