@@ -2,7 +2,9 @@
 
 // Draws steps from a seed. It looks at the model, so that answers find modals and nothing ends the process too soon.
 
-const { METHODS, UNDER_AGE, codeOf, isDeadly } = require('./tables');
+const { METHODS } = require('../../tests/support/requests');
+const { UNDER_AGE, codeOf, isDeadly } = require('./tables');
+const { Values } = require('./values');
 
 /** A generator of numbers from 0 to below 1 that a 32-bit seed determines. */
 function seeded(seed) {
@@ -33,20 +35,13 @@ const REQUEST_NAMES = [...Object.keys(METHODS), 'getLocalPlayer', 'verifyLocalPl
 const OTHER_CALLS = ['syncTraceId', 'reportEventOperation', 'onEventCallback', 'onEventCallback'];
 const ACTING = ['off', 'call'];
 
-class Generator {
+class Generator extends Values {
     /** `isTame`: deliveries may run beside the next answer, so functions only take note and throw. */
     constructor(random, model, isTame, hasWorkers) {
-        Object.assign(this, { random, model, isTame, hasWorkers, calls: 0, focus: 0 });
+        super(random);
+        Object.assign(this, { model, isTame, hasWorkers, calls: 0, focus: 0 });
         // Half of the sequences make few kinds of requests, and so get further with each.
         this.methods = this.random() < 0.5 ? REQUEST_NAMES : [this.pick(REQUEST_NAMES), this.pick(REQUEST_NAMES)];
-    }
-
-    below(count) {
-        return Math.floor(this.random() * count);
-    }
-
-    pick(list) {
-        return list[this.below(list.length)];
     }
 
     /** Steps are drawn by weight; one that makes no sense now gives way to a call. */
@@ -77,7 +72,7 @@ class Generator {
     request(env, method = this.pick(this.methods)) {
         const id = this.id();
         const { least = 3, most = least, callbackAt } = METHODS[method];
-        const args = [this.context(env), ...this.rest(method)];
+        const args = [this.context(env), ...this.rest(env, method)];
         const hasCallback = callbackAt && this.random() < 0.5;
         if (hasCallback) {
             args.push(this.random() < 0.9 ? { fn: this.kind(env, args[0]), as: id } : { value: this.pick(NO_TEXTS) });
@@ -99,65 +94,84 @@ class Generator {
         return this.pick(['plain', 'plain', 'throws', ...(this.isTame || isAwaited ? [] : ACTING)]);
     }
 
-    rest(method) {
-        const { record } = METHODS[method];
+    rest(env, method) {
+        const { callbackAt, record } = METHODS[method];
         if (record) {
-            return [{ value: this.random() < 0.1 ? this.pick(NO_TEXTS) : this.record(Object.keys(record[1])) }];
+            return [{ value: this.object(env, Object.keys(record[1])) }];
         }
         if (method === 'launchAntiAddiction') {
             const type = this.random() < 0.6 ? 14 : this.pick([0, 2, 6, 13, 99, -1, '2']);
-            return [this.number(), this.text(), { value: type }];
+            return [this.value(env, NUMBERS), this.value(env), { value: type }];
         }
-        return METHODS[method].callbackAt ? [] : [this.text(), this.text()].slice(method.startsWith('launch') ? 1 : 0);
+        return callbackAt ? [] : [this.value(env), this.value(env)].slice(method.startsWith('launch') ? 1 : 0);
     }
 
-    record(keys) {
+    /** Only what can be sent to it may go to a Worker. */
+    isWild(env) {
+        return env === 'main' && this.random() < 0.3;
+    }
+
+    object(env, keys) {
+        if (this.isWild(env)) {
+            return this.record(keys, (key) => this.wildMember(key));
+        }
         const entries = keys.filter(() => this.random() < 0.7).map((key) => [key, this.member(key)]);
-        return Object.fromEntries(entries);
+        return this.random() < 0.1 ? this.pick(NO_TEXTS) : Object.fromEntries(entries);
     }
 
     member(key) {
         if (key === 'thirdAccountInfos') {
             return this.random() < 0.2 ? this.pick(NO_TEXTS) : [{ accountName: this.pick(TEXTS) }, 5,
-                { accountName: 'a', accountIcon: { moduleName: this.pick(['', 'entry']) } }].slice(this.below(3));
+                { accountName: 'a', accountIcon: { moduleName: this.pick(['', 'entry']), id: 1 } }].slice(this.below(3));
         }
         return this.pick([...TEXTS, ...NO_TEXTS, ...NUMBERS, ...(key === 'loginPanelType' ? [1, 1, 1] : [])]);
     }
 
-    text() {
-        return { value: this.random() < 0.8 ? this.pick(TEXTS) : this.pick(NO_TEXTS) };
+    wildMember(key) {
+        const list = (draw) => Array.from({ length: this.below(4) }, draw);
+        const icon = { moduleName: ['entry', 'entry', 'entry', 'bare', 'locked'], id: [1, -1, 0, 2, 5, 4294967297],
+            params: [['icon'], ['none', 'a.png'], ['app.media.icon'], [''], ['.'], []] };
+        const drawIcon = (each) => (this.random() < 0.9 ? this.pick(icon[each]) : this.any());
+        const drawAccount = (each) => (each === 'accountName' ? this.any() : this.record(Object.keys(icon), drawIcon, 0.9));
+        return key === 'thirdAccountInfos' && this.random() < 0.9 ?
+            list(() => this.record(['accountName', 'accountIcon'], drawAccount, 0.95)) : this.any();
     }
 
-    number() {
-        return { value: this.random() < 0.8 ? this.pick(NUMBERS) : this.pick(NO_TEXTS) };
+    /** A value for an argument that is no function's place: one of `good`, or of another type, or any. */
+    value(env, good = TEXTS) {
+        const value = this.isWild(env) ? this.any() : this.pick(this.random() < 0.8 ? good : NO_TEXTS);
+        return { value: typeof value === 'function' ? undefined : value };
     }
 
     listen() {
+        const env = this.env();
         const type = this.pick(EVENT_NAMES);
         const isTame = this.isTame || type !== 'playerChanged';
         const kinds = isTame ? ['plain', 'plain', 'throws'] : ['plain', 'throws', ...ACTING];
         const index = this.below(kinds.length);
-        const listener = this.random() < 0.9 ? { fn: kinds[index], as: `${kinds[index]}${index}` } : this.text();
-        const args = [this.random() < 0.95 ? { value: type } : this.text(), listener];
+        const listener = this.random() < 0.9 ? { fn: kinds[index], as: `${kinds[index]}${index}` } : this.value(env);
+        const args = [this.random() < 0.95 ? { value: type } : this.value(env), listener];
         const method = this.random() < 0.7 ? 'on' : 'off';
         if (this.random() < (method === 'on' ? 0.1 : 0.5)) {
             args.length = this.below(2);
         } else if (this.random() < 0.05) {
             args.push({ value: 1 });
         }
-        return ['call', this.env(), this.id(), method, args, this.below(3)];
+        return ['call', env, this.id(), method, args, this.below(3)];
     }
 
     otherCall() {
-        const method = this.pick(OTHER_CALLS);
+        const [env, method] = [this.env(), this.pick(OTHER_CALLS)];
         const resultCode = this.pick([1002000015, 1002000015, 0, '1002000015']);
-        const changed = { resultCode, resultInfo: this.text().value };
+        const changed = this.isWild(env) ? this.record(['resultCode', 'resultInfo'],
+            (key) => (key === 'resultCode' && this.random() < 0.8 ? resultCode : this.any())) :
+            { resultCode, resultInfo: this.value(env).value };
         const args = {
-            syncTraceId: [this.text()],
-            reportEventOperation: [this.text(), this.number(), this.number()],
+            syncTraceId: [this.value(env)],
+            reportEventOperation: [this.value(env), this.value(env, NUMBERS), this.value(env, NUMBERS)],
             onEventCallback: [{ value: this.random() < 0.9 ? changed : this.pick(NO_TEXTS) }],
         }[method];
-        return ['call', this.env(), this.id(), method, this.random() < 0.9 ? args : args.slice(1), 0];
+        return ['call', env, this.id(), method, this.random() < 0.9 ? args : args.slice(1), 0];
     }
 
     advance() {

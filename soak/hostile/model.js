@@ -4,9 +4,10 @@
 // tables and rules on a world of plain records, without a thread, a queue of the loop or a line of the module.
 // Here is the game's side: its calls, and what reaches its functions.
 
-const { argument, get, int, sent, text } = require('../fuzz/reading');
+const { argument, get, int, sent, text } = require('./reading');
 const { Sessions } = require('./sessions');
-const { BAD_CONTEXTS, EVENT_TYPES, MESSAGES, METHODS, PLAYER_INVALID, rulesOf } = require('./tables');
+const { METHODS, rulesOf } = require('../../tests/support/requests');
+const { BAD_CONTEXTS, EVENT_TYPES, MESSAGES, MODULES, PLAYER_INVALID } = require('./tables');
 
 class Model extends Sessions {
     call(name, id, method, args, receiver) {
@@ -26,8 +27,13 @@ class Model extends Sessions {
             params: {}, hasBack: Boolean(page), isOnItsWay: false, isReset: true, hasNoError: true, isTimed: false,
             isEnded: false };
         const values = args.slice(1).map((arg) => ('fn' in arg ? () => {} : arg.ctx === undefined ? arg.value : {}));
-        if (request.window && this.begin(request, values)) {
-            return ['returned', callback ? undefined : 'promise'];
+        try {
+            if (request.window && this.begin(request, values)) {
+                return ['returned', callback ? undefined : 'promise'];
+            }
+        } catch (error) {
+            this.end(failsAs, request.start, 401);
+            return this.pass(error);
         }
         if (page) {
             this.log(`${page} build context failed`);
@@ -55,7 +61,7 @@ class Model extends Sessions {
             this.startTimer(request, argument(values[1], say), int(values[0]));
             return true;
         }
-        const more = sent(request.method, values, say);
+        const more = sent(request.method, values, say, request.window.isOfAbility ? MODULES : {});
         if (more) {
             this.open(request, { requestType: request.type, ...more });
         }
@@ -125,8 +131,12 @@ class Model extends Sessions {
     }
 
     onEventCallback(env, [result]) {
-        if (int(get(result?.value, 'resultCode')) === PLAYER_INVALID) {
-            this.raise(env, 'playerChanged', text(get(result.value, 'resultInfo')));
+        try {
+            if (int(get(result?.value, 'resultCode')) === PLAYER_INVALID) {
+                this.raise(env, 'playerChanged', text(get(result.value, 'resultInfo')));
+            }
+        } catch (error) {
+            return this.pass(error);
         }
         return ['returned', undefined];
     }
@@ -158,6 +168,12 @@ class Model extends Sessions {
         if (this.invoke(env, fn, receiver, args)) {
             env.heard.push(['uncaught', 'on purpose']);
         }
+    }
+
+    /** What a getter throws reaches the caller; what is read after it, and logged of that, is not settled. */
+    pass(error) {
+        this.isLogUnsettled = true;
+        return ['threw', undefined, error.message];
     }
 
     threw(code) {

@@ -5,6 +5,7 @@
 
 const { parentPort, workerData } = require('node:worker_threads');
 const { turn } = require('../../tests/support');
+const { MODULES } = require('./tables');
 
 const describe = (value) => (value instanceof Error ? ['error', value.code, value.message] : value);
 
@@ -22,8 +23,8 @@ class Player {
         const { createAbilityContext, createStageContext, createUIExtensionContext } = this.device;
         this.heard = [];
         this.functions = new Map();
-        this.contexts = [createAbilityContext(), createAbilityContext(), createUIExtensionContext(),
-            createAbilityContext({ window: false })];
+        this.contexts = [createAbilityContext({ modules: MODULES }), createAbilityContext({ modules: MODULES }),
+            createUIExtensionContext({ modules: MODULES }), createAbilityContext({ modules: MODULES, window: false })];
         this.badContexts = [undefined, null, {}, 'context', createStageContext('empty'), createStageContext('other')];
     }
 
@@ -35,7 +36,7 @@ class Player {
 
     setWindow(slot, change) {
         if (change === 'renew') {
-            this.contexts[slot] = this.device.createAbilityContext();
+            this.contexts[slot] = this.device.createAbilityContext({ modules: MODULES });
         } else {
             this.device[`${change}Window`](this.contexts[slot]);
         }

@@ -5,8 +5,9 @@
 
 const {
     CALLBACK_NAMES, ICONS_TOO_LARGE, MESSAGES, PLAYER_INVALID, QUICK_GAME, SYSTEM_ERROR, UNDER_AGE, codeOf, intParam,
-    rulesOf, textParam,
+    textParam,
 } = require('./tables');
+const { rulesOf } = require('../../tests/support/requests');
 const { World } = require('./world');
 
 const mayEnd = ({ isReset, isTimed }) => isReset && !isTimed;

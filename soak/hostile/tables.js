@@ -2,8 +2,7 @@
 
 // The rules of the module as tables, written from what it promises and not from its code.
 
-const { METHODS, rulesOf } = require('../../tests/support/requests');
-const { int } = require('../fuzz/reading');
+const { int } = require('./reading');
 
 const UNDER_AGE = 1002000006;
 const NOT_AGREED = 1002000011;
@@ -38,6 +37,17 @@ const MESSAGES = {
 
 const BAD_CONTEXTS = ['param invalid', 'param invalid', 'it is not a stage mode', 'it is not a stage mode',
     'get context failed', null];
+/** The modules of the game's abilities; a UI extension has none that can be asked. */
+const bytes = (length) => Uint8Array.from({ length }, (_, i) => i);
+const MODULES = {
+    entry: {
+        mediaById: { 1: bytes(3), 4294967295: bytes(50), 2: bytes(0) },
+        mediaByName: { icon: bytes(4000) },
+        rawFiles: { icon: bytes(5), 'a.png': bytes(256), 'app.icon': bytes(1) },
+    },
+    bare: {},
+    locked: null,
+};
 const EVENT_TYPES = ['playerChanged', 'gameAddictionPrevented'];
 const CALLBACK_NAMES = { result: 'OnResultForModal', receive: 'OnReceive', error: 'OnError', release: 'OnRelease' };
 
@@ -59,6 +69,6 @@ const exitNotes = (kind, code) => [...(EXIT_REASONS[code] || []), `${CALLBACK_NA
 const codeOf = (kind, payload) => (kind === 'receive' ? intParam(payload, 'resultCode', SYSTEM_ERROR) : payload);
 
 module.exports = {
-    BAD_CONTEXTS, CALLBACK_NAMES, EVENT_TYPES, ICONS_TOO_LARGE, MESSAGES, METHODS, PLAYER_INVALID, QUICK_GAME,
-    SYSTEM_ERROR, UNDER_AGE, codeOf, exitNotes, intParam, isDeadly, rulesOf, textParam,
+    BAD_CONTEXTS, CALLBACK_NAMES, EVENT_TYPES, ICONS_TOO_LARGE, MESSAGES, MODULES, PLAYER_INVALID, QUICK_GAME, SYSTEM_ERROR,
+    UNDER_AGE, codeOf, exitNotes, intParam, isDeadly, textParam,
 };

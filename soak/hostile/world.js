@@ -14,7 +14,7 @@ class World {
 
     // Each environment has contexts of its own: two of abilities, one of a UI extension, one that shows no window yet.
     addEnv(name) {
-        const windows = [true, true, true, false].map((isShown) => ({ isShown }));
+        const windows = [true, true, true, false].map((isShown, i) => ({ isShown, isOfAbility: i !== 2 }));
         this.envs.set(name, { isAlive: true, windows, queue: [], micro: [], heard: [] });
     }
 
@@ -28,7 +28,7 @@ class World {
 
     setWindow(name, slot, change) {
         const { windows } = this.envs.get(name);
-        windows[slot] = change === 'renew' ? { isShown: true } : windows[slot];
+        windows[slot] = change === 'renew' ? { isShown: true, isOfAbility: true } : windows[slot];
         windows[slot].isShown = change !== 'hide';
     }
 

@@ -33,7 +33,7 @@ class Values {
         if (drawn < 0.35) {
             return this.text();
         }
-        return drawn < 0.7 || depth === 0 ? this.primitive() : this.object(depth - 1);
+        return drawn < 0.7 || depth === 0 ? this.primitive() : this.anyObject(depth - 1);
     }
 
     primitive() {
@@ -54,7 +54,7 @@ class Values {
         return 'x'.repeat(this.below(3)) + unit.repeat(1000 + this.below(5000));
     }
 
-    object(depth) {
+    anyObject(depth) {
         const inner = () => this.any(depth);
         const made = this.pick([
             () => ({ a: inner(), length: 1, 0: inner() }), () => [inner(), inner()], () => Array(3), () => [],
