@@ -2,7 +2,7 @@
 
 const assert = require('node:assert/strict');
 const {
-    answer, attempt, countLogs, device, ends, expectChild, game, nextMessage, sleepers, start,
+    answer, attempt, device, ends, expectChild, game, nextMessage, sleepers, start,
     startWorker, test, turn,
 } = require('./support');
 
@@ -86,21 +86,6 @@ test('manual time stands still but for advance, which stops at every deadline on
     assert.deepEqual([second.state[0], clock.sleepers()], ['rejected', 0]);
 });
 
-test('sleepers of one deadline wake in the order of their births, every time', async () => {
-    const trace = async () => {
-        device.reset();
-        clock.manual();
-        const contexts = Array.from({ length: 50 }, () => device.createAbilityContext({ window: false }));
-        contexts.forEach((context, i) => game.bindPlayer(context, `${i}`, ''));
-        contexts.forEach(device.showWindow);
-        await clock.advance(1000);
-        return device.modals().map(({ want }) => Number(want.parameters.thirdOpenId));
-    };
-    for (let i = 0; i < 5; ++i) {
-        assert.deepEqual(await trace(), Array.from({ length: 50 }, (_, i) => i));
-    }
-});
-
 test('real time runs at its rate, and on from where manual time stopped', async () => {
     await clock.advance(3600000);
     const stopped = clock.now();
@@ -157,21 +142,6 @@ test('onModal hears of every modal on its subscriber\'s thread until it is taken
     start('init');
     await turn();
     assert.deepEqual(heard, [2, 7]);
-});
-
-test('a modal shows whether it is open, and answers late when it is not', async () => {
-    const { modal } = start('getLocalPlayer');
-    assert.equal(modal.isOpen, true);
-    await answer(modal, ['result', 0]);
-    assert.equal(modal.isOpen, false);
-    await answer(modal, ['result', 0], ['receive', {}], ['error', 1], ['release', 0]);
-    assert.equal(countLogs('baseContext is null'), 4);
-});
-
-test('answers on the caller\'s thread have reached the module when the call returns', () => {
-    device.answerOn('caller');
-    start('bindPlayer').modal.result(1002000012);
-    assert.deepEqual(ends(), [['bindPlayer', 1002000012]]);
 });
 
 test('log lines carry level, domain, tag and a text that starts with its function', () => {

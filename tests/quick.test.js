@@ -1,7 +1,7 @@
 'use strict';
 
 const assert = require('node:assert/strict');
-const { answer, device, ends, expectChild, game, start, test, testTexts, timeUp, turn } = require('./support');
+const { answer, device, ends, expectChild, game, start, test, timeUp, turn } = require('./support');
 const { assertAgrees, callOf, stepOf } = require('./support/oracle');
 
 const UNDER_AGE = 'The user is under age.';
@@ -11,11 +11,6 @@ const wait = (ms) => ['advance', ms];
 const BEGIN = [['system', true],
     ...['gameAddictionPrevented', 'playerChanged'].map((type) =>
         ['call', 'main', type, 'on', [{ value: type }, { fn: 'plain', as: type }], 0]), callOf('quickGameLogin')];
-
-testTexts('quickGameLogin', 'quickGameLoginParam', [
-    ['an object without an id as an empty one', {}, '{"gameAppId":""}'],
-    ['an id in any script', { gameAppId: '"\u9f99"\u{1f409}' }, '{"gameAppId":"\\"\u9f99\\"\u{1f409}"}'],
-]);
 
 for (const [what, steps] of [
     ['hears of an under-age result, and of no other under-age answer', [stepOf([['receive', { resultCode: 1002000006 }],
