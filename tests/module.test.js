@@ -1,7 +1,11 @@
 'use strict';
 
 const assert = require('node:assert/strict');
-const { PARAMETER_ERROR, attempt, countLogs, device, ends, expectChild, game, test } = require('./support');
+const { ErrorCode } = require('../errors.js');
+const { MESSAGES } = require('../soak/hostile/tables');
+const {
+    METHODS: ASYNCHRONOUS, PARAMETER_ERROR, attempt, countLogs, device, ends, expectChild, game, test,
+} = require('./support');
 
 const METHODS = [
     'init', 'getLocalPlayer', 'savePlayerRole', 'prePurchase', 'postPurchase', 'bindPlayer', 'unbindPlayer',
@@ -12,6 +16,12 @@ const METHODS = [
 test('the module exports exactly its eighteen functions, in their order', () => {
     assert.deepEqual(Object.getOwnPropertyNames(game), METHODS);
     assert.ok(METHODS.every((name) => typeof game[name] === 'function'));
+});
+
+test('every asynchronous method and every error code has its row in the tables of the tests', () => {
+    const others = ['syncTraceId', 'on', 'off', 'reportEventOperation', 'onEventCallback'];
+    assert.deepEqual([...Object.keys(ASYNCHRONOUS), ...others].sort(), [...METHODS].sort());
+    assert.deepEqual(Object.keys(MESSAGES), Object.values(ErrorCode).map(String));
 });
 
 test('a business error is an Error whose own code is a number', () => {
