@@ -1,6 +1,7 @@
 'use strict';
 
 const assert = require('node:assert/strict');
+const { sent } = require('../soak/hostile/reading');
 const { attempt, countLogs, device, ends, game, test, testTexts, turn } = require('./support');
 
 const [TEN, ELEVEN] = [Buffer.from('ten'), Buffer.from([0, 0xff, 0xfb, 11])];
@@ -24,115 +25,63 @@ function sentText(param, context = device.createAbilityContext({ modules: MODULE
     return device.modals().at(-1).want.parameters.unionLoginParam;
 }
 
-const accountsOf = (param, context) => JSON.parse(sentText(param, context)).thirdAccountInfos;
-const namesOf = (param) => accountsOf(param).map(({ accountName }) => accountName);
-/** The icon that an account with this descriptor is sent with; null if the account is left out. */
-function sentIcon(descriptor, context) {
-    const [account, ...others] = accountsOf({ thirdAccountInfos: [{ accountIcon: descriptor }] }, context);
-    assert.deepEqual(others, []);
-    return account ? account.encodedIcon : null;
+/** Checks what goes out, and what is warned of, by the model's reading. */
+function assertSent(param, modules = MODULES, kind = 'createAbilityContext') {
+    const warned = [];
+    const expected = sent('unionLogin', [param], (warning) => warned.push(warning), modules);
+    device.reset();
+    assert.equal(sentText(param, device[kind]({ modules: MODULES })), expected.unionLoginParam);
+    const lines = device.logs().filter(({ level }) => 'WE'.includes(level));
+    assert.deepEqual(lines.map(({ message }) => message.replace(/^\[.*?\)\]/, '')), warned);
 }
+
+const namesOf = (param) => JSON.parse(sentText(param)).thirdAccountInfos.map(({ accountName }) => accountName);
 
 const unionText = (dialog, panel, accounts = '') => `{${panel === undefined ? '' : `"loginPanelType":${panel},`}` +
     `"showLoginDialog":${dialog},"thirdAccountInfos":[${accounts}]}`;
+
 testTexts('unionLogin', 'unionLoginParam', [
     ['a dialog and a panel', { showLoginDialog: true, loginPanelType: 2 }, unionText(true, 2)],
-    ['a panel of type 0 as present', { loginPanelType: 0 }, unionText(false, 0)],
-    ['a panel of an inherited type', Object.create({ loginPanelType: 3 }), unionText(false, 3)],
-    ...[['2', 0], [undefined, 0], [null, 0], [true, 0], [NaN, 0], [-1, -1], [1.9, 1], [2 ** 31, -(2 ** 31)]]
-        .map(([panel, sent]) => [`the ${typeof panel} ${panel} as panel ${sent}`, { loginPanelType: panel },
-            unionText(false, sent)]),
-    ...[1, 'true', null, {}].map((dialog) =>
-        [`no dialog for the ${typeof dialog} ${dialog}`, { showLoginDialog: dialog }, unionText(false)]),
-    ...Object.entries({
-        object: { accountName: 'a' }, 'array-like object': { 0: {}, length: 1 }, text: 'ab', null: null, number: 5,
-        set: new Set([{}]), 'typed array': new Uint8Array(2), proxy: new Proxy([{}], {}),
-    }).map(([what, thirdAccountInfos]) =>
-        [`no account for a ${what}`, { loginPanelType: 1, thirdAccountInfos }, unionText(false, 1)]),
-    ['accounts of panel 1 by name alone, in their order',
-        {
-            loginPanelType: 1,
-            thirdAccountInfos: [
-                { accountName: '\u9f99"', accountIcon: { get moduleName() { return assert.fail('read'); } } },
-                { accountName: 5 }, {}, 'text', null, undefined, , [],
-            ],
-        },
-        unionText(false, 1, ['\u9f99\\"', ...Array(7).fill('')].map((name) =>
-            `{"accountName":"${name}","encodedIcon":""}`).join())],
+    ['accounts of panel 1 by name alone, in their order', {
+        loginPanelType: 1,
+        thirdAccountInfos: [
+            { accountName: '\u9f99"', accountIcon: { get moduleName() { return assert.fail('read'); } } }, { accountName: 5 }, ,
+        ],
+    }, unionText(false, 1, ['\u9f99\\"', '', ''].map((name) => `{"accountName":"${name}","encodedIcon":""}`).join())],
 ]);
 
 test('accounts go with their icons, in their order, and those without a usable one are left out', () => {
-    const accounts = [
-        good('a1'), { accountName: 'no icon' }, { accountIcon: icon({ id: 10 }) }, {}, null, 'text', ,
-        { accountName: 'no module', accountIcon: { moduleName: 'other', id: 10 } }, good('a2'),
-        { accountName: 'undefined icon', accountIcon: undefined },
-    ];
+    const accounts = [good('a1'), { accountName: 'no icon' }, { accountIcon: icon({ id: 10 }) }, {}, null, 'text', ,
+        { accountName: 'no module', accountIcon: { moduleName: 'other', id: 10 } }, good('a2')];
     const each = (name) => `{"accountName":"${name}","encodedIcon":"dGVu"}`;
     assert.equal(sentText({ thirdAccountInfos: accounts, loginPanelType: 2 }),
         unionText(false, 2, [each('a1'), each(''), each('a2')].join()));
-    for (const [log, count] of [
-        ['JsObjectToAccountInfoList has not accountIcon property', 5],
-        ['JsObjectToAccountInfoList has accountIcon property, accountName=', 5],
-        ['has accountIcon property, accountName=a2', 1],
-        ['JsObjectToAccountInfoList icon size is 0', 2],
-        ['moduleContext is nullptr', 1],
-        [`JsObjectToAccountInfoList end, length=${accounts.length}`, 1],
-    ]) {
-        assert.equal(countLogs(log), count, log);
+    assert.equal(countLogs(`JsObjectToAccountInfoList end, length=${accounts.length}`), 1);
+    assertSent({ thirdAccountInfos: accounts, loginPanelType: 2 });
+    assertSent({ thirdAccountInfos: accounts, loginPanelType: 1 });
+    for (const thirdAccountInfos of [undefined, null, 5, 'ab', {}, { 0: {}, length: 1 }, new Set([{}]), new Uint8Array(2),
+        new Proxy([{}], {})]) {
+        assertSent({ thirdAccountInfos });
     }
+    assertSent({});
 });
 
-test('accounts that are missing, or no array, are told of in the log', () => {
-    sentText({});
-    assert.equal(countLogs('JsObjectToAccountInfoList thirdAccountInfos not existed'), 1);
-    sentText({ thirdAccountInfos: {} });
-    assert.equal(countLogs('JsObjectToAccountInfoList thirdAccountInfos not array'), 1);
-});
-
-const NO_BYTES = 'Base64Encode error: invalid input param.';
-const NO_MODULE = 'GetEncodedAccountIcon moduleName is empty';
-const unread = { get params() { return assert.fail('read'); } };
-for (const [what, descriptor, bytes, log] of [
-    ['an id', icon({ id: 10 }), TEN, 'GetEncodedAccountIcon id:10, len:3, moduleName:entry'],
-    ['an id, and never looks at the names', Object.assign(Object.create(unread), icon({ id: 10 })), TEN],
-    ['an id with a fraction', icon({ id: 10.9 }), TEN],
-    ['the id -1, which is the greatest', icon({ id: -1 }), ELEVEN, 'id:-1, len:4'],
-    ['a media name', icon({ params: ['app.media.icon'] }), TEN, 'media iconName: app.media.icon, len: 3'],
-    ['a media name after an id of nothing', icon({ id: 11, params: ['app.media.icon'] }), TEN],
-    ['a media name after an id of an empty resource', icon({ id: 12, params: ['app.media.icon'] }), TEN],
-    ['a media name after an id that is no number', icon({ id: '10', params: ['app.media.icon'] }), TEN],
-    ['a raw file, when no media has its short name', icon({ params: ['app.media.raw'] }), ELEVEN,
-        'raw iconName: app.media.raw, len: 4'],
-    ['a raw file, when the media of its short name is empty', icon({ params: ['app.media.blank'] }), ELEVEN],
-    ['a raw file for a name without a dot', icon({ params: ['icon'] }), ELEVEN, 'raw iconName: icon, len: 4'],
-    ['the part after the last dot, be it empty', icon({ params: ['end.'] }), ELEVEN],
-    ['the first name that yields something', icon({ params: ['none', 'no.such', 5, , 'x.icon', 'no.such'] }), TEN],
-    ['nothing for names of nothing', icon({ id: 11, params: ['none', 'no.such'] }), null, NO_BYTES],
-    ['nothing for no names', icon({ params: [] }), null, NO_BYTES],
-    ['nothing without names', icon({}), null, 'icon size is 0'],
-    ['nothing for a text', icon({ params: 'icon' }), null, 'icon size is 0'],
-    ['nothing for what is like an array', icon({ params: { 0: 'icon', length: 1 } }), null, 'icon size is 0'],
-    ['nothing for a Proxy of an array', icon({ params: new Proxy(['icon'], {}) }), null, 'icon size is 0'],
-    ['nothing in a module of no resources', { moduleName: 'bare', id: 10, params: ['icon'] }, null, NO_BYTES],
-    ['nothing in a module without a manager', { moduleName: 'broken', id: 10 }, null, 'resourceManager is nullptr'],
-    ['nothing in no such module', { moduleName: 'Entry', id: 10 }, null, 'moduleContext is nullptr'],
-    ['nothing in a module without a name', { id: 10 }, null, NO_MODULE],
-    ['nothing in a module whose name is no text', { moduleName: ['entry'], id: 10 }, null, NO_MODULE],
-    ...[undefined, null, 5, 'entry'].map((value) => [`nothing for ${value}`, value, null, NO_MODULE]),
-]) {
-    test(`an icon is looked for by ${what}`, () => {
-        assert.equal(sentIcon(descriptor), bytes && bytes.toString('base64'));
-        assert.ok(countLogs(log || 'GetEncodedAccountIcon id:') >= 1);
-        assert.equal(countLogs(NO_BYTES), log === NO_BYTES ? 1 : 0);
-    });
-}
-
-test('a UI extension has no icons, and its request goes out without those accounts', () => {
-    const context = device.createUIExtensionContext({ modules: MODULES });
-    assert.equal(sentIcon(icon({ id: 10 }), context), null);
-    assert.equal(countLogs('moduleContext is nullptr'), 1);
-    assert.deepEqual(accountsOf({ loginPanelType: 1, thirdAccountInfos: [good('a')] }, context),
-        [{ accountName: 'a', encodedIcon: '' }]);
+test('an icon is looked for by its id, then by each name as media and as a raw file', () => {
+    const unread = { get params() { return assert.fail('read'); } };
+    const descriptors = [
+        ...[10, 10.9, -1, 0, 11, 12, '10', undefined].flatMap((id) => [icon({ id }), icon({ id, params: ['app.media.icon'] })]),
+        Object.assign(Object.create(unread), icon({ id: 10 })),
+        ...[['app.media.raw'], ['app.media.blank'], ['icon'], ['end.'], ['none', 'no.such', 5, , 'x.icon', 'no.such'],
+            ['none', 'no.such'], [], 'icon', { 0: 'icon', length: 1 }, new Proxy(['icon'], {})].map((params) => icon({ params })),
+        ...['bare', 'broken', 'Entry', '', ['entry']].map((moduleName) => ({ moduleName, id: 10, params: ['icon'] })),
+        { id: 10 }, undefined, null, 5, 'entry',
+    ];
+    for (const accountIcon of descriptors) {
+        assertSent({ thirdAccountInfos: [{ accountIcon }] });
+    }
+    assertSent({ thirdAccountInfos: [good('a')] }, {}, 'createUIExtensionContext');
+    sentText({ thirdAccountInfos: [{ accountIcon: icon({ params: ['app.media.raw'] }) }] });
+    assert.equal(countLogs('raw iconName: app.media.raw, len: 4'), 1);
 });
 
 const MEMORY = 'Base64Encode error: memBio is nullptr.';
@@ -192,9 +141,10 @@ test('accounts and names that shrink or grow while they are read are read as far
     const growing = [{ get accountName() { return `${growing.push(good('late'))}`; } }, good('b')];
     assert.deepEqual(namesOf({ loginPanelType: 1, thirdAccountInfos: growing }), ['3', 'b']);
     const params = Object.defineProperty(['', 'x', 'icon'], 0, { get: () => (params.length = 1) && 'none' });
-    assert.equal(sentIcon(icon({ params })), null);
     const late = Object.defineProperty(['', 'icon'], 0, { get: () => (late[1] = 'app.media.icon') && 'none' });
-    assert.equal(sentIcon(icon({ params: late })), 'dGVu');
+    assert.deepEqual(namesOf({ thirdAccountInfos: [params, late].map((names, i) => ({
+        accountName: `${i}`, accountIcon: icon({ params: names })
+    })) }), ['1']);
 });
 
 test('thousands of accounts go out whole, in their order', () => {
