@@ -1,0 +1,71 @@
+'use strict';
+
+// Finds what can be changed in a C++ source so that it most likely does something else: one place at a time.
+
+const BLANK = /[^\n]/g;
+// What a change must not touch: comments, preprocessor lines, log calls, checks at compile time, using lines.
+const LEFT_ALONE = [/\/\/.*$/gm, /\/\*[^]*?\*\//g, /^#.*$/gm, /\bGAME_LOG[IWE]\([^]*?\);/g, /\bHiLogPrint\([^]*?\);/g,
+    /^ *static_assert\([^]*?\);$/gm, /^ *using .*;$/gm, /\btemplate <[^>]*>/g];
+const STRING = /"(?:[^"\\\n]|\\.)*"/g;
+
+/** The source with the same length, and blanks where nothing is to be changed. */
+function maskOf(source, ...more) {
+    return [...LEFT_ALONE, ...more].reduce((text, pattern) => text.replace(pattern, (found) => found.replace(BLANK, ' ')),
+        source);
+}
+
+/** The place after the bracket that closes the one before `start`. */
+function closing(text, start) {
+    let depth = 1;
+    let end = start;
+    for (; depth > 0 && end < text.length; ++end) {
+        depth += { '(': 1, ')': -1 }[text[end]] || 0;
+    }
+    return end - 1;
+}
+
+const replaced = (table) => ({ 0: found, index }) => [[index, found, table[found]]];
+const OPPOSITES = { ' && ': ' || ', ' || ': ' && ', ' == ': ' != ', ' != ': ' == ', ' < ': ' <= ', ' <= ': ' < ',
+    ' > ': ' >= ', ' >= ': ' > ' };
+const TRUTHS = { true: 'false', false: 'true' };
+
+function negated({ 0: found, index }, text) {
+    const start = index + found.length;
+    const condition = text.slice(start, closing(text, start));
+    return condition.includes(';') ? [] : [[start, condition, `!(${condition})`]];
+}
+
+/** By kind: a pattern, and what it makes of a match: a list of [place, before, after]. */
+const KINDS = [
+    ['condition', / (?:&&|\|\||[=!]=|[<>]=?) /g, replaced(OPPOSITES)],
+    ['condition', /\bif \(/g, negated],
+    ['constant', /\b(?:true|false)\b/g, replaced(TRUTHS)],
+    ['constant', /(?<![\w.])\d+(?![\w.])/g, ({ 0: found, index }) => [[index, found, String(Number(found) + 1)]]],
+    ['dropped statement', /^ {4,}(?:\(void\))?[\w:.>[\]*-]+(?:\([^;{}]*\)|(?: [-+|]?= [^;{}]+))[^;{}=]*;$/gm,
+        ({ 0: found, index }) => (/^ *(?:return|break|continue|throw)\b/.test(found) ? [] : [[index, found, '']])],
+    ['swapped arguments', /(?<=\w\()(\w[\w.>-]*), (\w[\w.>-]*)(?=[,)])/g,
+        ({ 0: found, 1: first, 2: second, index }) => (first === second ? [] : [[index, found, `${second}, ${first}`]])],
+    ['early return', /^[\w:<>,*& ]+\([^;{}]*\)(?: const)? \{\n/gm, ({ 0: found, index }) =>
+        (/^(?:namespace|struct|class|enum)\b/.test(found) ? [] :
+            [[index + found.length, '', /^(?:static )?void\b/.test(found) ? 'return;\n' : 'return {};\n']])],
+    ['table entry', /^ +\{.*\},$/gm, ({ 0: found, index }) => [[index, found, '']]],
+];
+
+const lineAt = (source, place) => source.slice(0, place).split('\n').length;
+
+/** All changes of a file's source, as {file, line, kind, place, before, after}. */
+function mutationsOf(file, source) {
+    const text = maskOf(source, STRING);
+    const found = KINDS.flatMap(([kind, pattern, change]) => Array.from(text.matchAll(pattern))
+        .flatMap((match) => change(match, text))
+        .map(([place, before, after]) => ({ file, line: lineAt(source, place), kind, place,
+            before: source.slice(place, place + before.length), after })));
+    const strings = Array.from(maskOf(source).matchAll(STRING)).filter(({ 0: string }) => string.length > 2)
+        .map(({ 0: before, index: place }) => ({ file, line: lineAt(source, place), kind: 'constant', place, before,
+            after: `${before.slice(0, -1)}~"` }));
+    return [...found, ...strings].sort((a, b) => a.place - b.place);
+}
+
+const mutate = (source, { place, before, after }) => source.slice(0, place) + after + source.slice(place + before.length);
+
+module.exports = { mutate, mutationsOf };

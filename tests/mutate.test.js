@@ -1,0 +1,56 @@
+'use strict';
+
+// The tool that changes the module's sources to try the tests: what it finds to change, and what it leaves alone.
+
+const assert = require('node:assert/strict');
+const { execFileSync, spawnSync } = require('node:child_process');
+const fs = require('node:fs');
+const path = require('node:path');
+const { test } = require('node:test');
+const { mutate, mutationsOf } = require('../scripts/mutations.js');
+
+const ROOT = path.dirname(__dirname);
+const SOURCE = `#include <x.h>
+constexpr Row ROWS[] = {
+    {1, "one"},
+};
+// if (a == b) Count(5);
+void Count(int a, int b) {
+    GAME_LOGI("begin %{public}d", 7);
+    if (a && !b) return;
+    total_ = a;
+    Add(a, b);
+}
+`;
+
+test('each kind of change is found, and comments, log lines and preprocessor lines are left alone', () => {
+    const found = mutationsOf('x.cpp', SOURCE).map(({ line, kind, before, after }) => [line, kind, before.trim(), after]);
+    assert.deepEqual(found, [
+        [3, 'table entry', '{1, "one"},', ''], [3, 'constant', '1', '2'], [3, 'constant', '"one"', '"one~"'],
+        [7, 'early return', '', 'return;\n'],
+        [8, 'condition', 'a && !b', '!(a && !b)'], [8, 'condition', '&&', ' || '],
+        [9, 'dropped statement', 'total_ = a;', ''], [10, 'dropped statement', 'Add(a, b);', ''],
+        [10, 'swapped arguments', 'a, b', 'b, a'],
+    ]);
+});
+
+test('every change of the module is one place, and of every file there are some', () => {
+    const files = execFileSync('find', ['napi', 'modal', 'events', 'common', 'analytics', '-name', '*.cpp'],
+        { cwd: ROOT, encoding: 'utf8' }).trim().split('\n');
+    for (const file of files) {
+        const source = fs.readFileSync(path.join(ROOT, file), 'utf8');
+        const mutations = mutationsOf(file, source);
+        assert.ok(mutations.length > 0, file);
+        for (const mutation of mutations) {
+            const changed = mutate(source, mutation);
+            assert.ok(changed !== source && changed.startsWith(source.slice(0, mutation.place)), file);
+        }
+    }
+});
+
+test('a wrong argument is told in one line, with the usage', () => {
+    for (const args of [['--count', '0'], ['--seed', 'x'], ['--nothing'], ['--file', 'nowhere']]) {
+        const { status, stderr } = spawnSync(path.join(ROOT, 'scripts', 'mutate'), args, { encoding: 'utf8' });
+        assert.deepEqual([status, /^mutate: [^\n]+\nusage: /.test(stderr)], [2, true], stderr);
+    }
+});
