@@ -1,18 +1,17 @@
 'use strict';
 
 // Every call of the module fails once, alone and with all later ones of its name, in scenarios that together make all
-// of them. Afterwards nothing is left behind, and the next request works as if nothing had been.
+// of them. Afterwards nothing is left, and the next request works as if nothing had been.
 
 const assert = require('node:assert/strict');
-const { test } = require('node:test');
-const { attempt, device, game, runInChild } = require('./support');
-const { FOR_EVER, MAY_STAY_PENDING } = require('./support/fault_runs.js');
-const { SCENARIOS } = require('./support/scenarios.js');
+const { MESSAGES } = require('../soak/hostile/tables');
+const { SYSTEM_ERROR, answer, device, ends, game, runInChild, start, test } = require('./support');
+const { FOR_EVER, SCENARIOS } = require('./support/scenarios.js');
 
+// Without these an answer ends its request with a system error that is thrown into the environment.
+const QUEUEING = ['napi_get_uv_event_loop', 'uv_queue_work', 'new(nothrow)'];
 // Made by an answer of the extension, on whichever thread that comes.
-const ANSWER_CALLS = [
-    'napi_get_uv_event_loop', 'uv_queue_work', 'new(nothrow)', 'CloseModalUIExtension', 'GetUIContent', 'Write',
-];
+const ANSWER_CALLS = [...QUEUEING, 'CloseModalUIExtension', 'GetUIContent', 'Write'];
 // Where one call fails anyhow, those that make up for it.
 const REMAINING_CALLS = {
     'errors that cannot be made': ['napi_get_and_clear_last_exception', 'napi_set_named_property', 'napi_throw_error'],
@@ -21,81 +20,136 @@ const REMAINING_CALLS = {
 const LOAD_CALLS = ['napi_add_env_cleanup_hook', 'napi_define_properties', 'napi_create_reference'];
 const FIRST_CALLS = ['AddProcessor', 'new(nothrow)', 'napi_add_env_cleanup_hook', 'napi_define_properties'];
 
-test('faults() counts the calls since the first failNext, and those that failed', () => {
-    const count = () => device.faults().find(({ call }) => call === 'napi_get_cb_info');
-    game.syncTraceId('');
-    device.failNext('napi_get_cb_info', { skip: 1 });
-    const outcomes = [1, 2, 3].map(() => attempt(() => game.syncTraceId(''))[0]);
-    assert.deepEqual(outcomes, ['returned', 'threw', 'returned']);
-    assert.deepEqual(count(), { call: 'napi_get_cb_info', made: 3, failed: 1 });
-    device.reset();
-    assert.deepEqual(count(), { call: 'napi_get_cb_info', made: 0, failed: 0 });
-});
+// Nor can be told how a request ended that has no modal, or whose error cannot be taken back once it was thrown.
+const UNDELIVERED = [...QUEUEING, 'napi_open_handle_scope', 'CreateModalUIExtension',
+    'napi_get_and_clear_last_exception'];
+/** What else a game may notice of a failure, and of which calls. A result that cannot be made or told stays pending. */
+const EFFECTS = {
+    'a promise stays pending': [...UNDELIVERED,
+        'napi_get_undefined', 'napi_reject_deferred', 'napi_resolve_deferred', 'napi_throw_error'],
+    'a callback stays pending': [...UNDELIVERED, 'napi_call_function', 'napi_create_reference',
+        'napi_get_reference_value', 'napi_get_undefined', 'napi_typeof'],
+    [`uncaught: ${SYSTEM_ERROR.join(' ')}`]: ['napi_open_handle_scope'],
+    [`uncaught: undefined ${MESSAGES[1002000015]}`]: ['napi_get_and_clear_last_exception'],
+    [`an answer on the caller thread throws ${SYSTEM_ERROR.join(' ')}`]: QUEUEING,
+    // A system error that no JS thread is there to take; and an environment whose end was not hooked is answered.
+    'a call is refused': [...QUEUEING, 'napi_add_env_cleanup_hook'],
+    'environments are left': ['napi_add_env_cleanup_hook'],
+    'listeners are left': ['napi_add_env_cleanup_hook'],
+};
 
-let points = 0;
-const failed = new Set();
-const leftPending = { promise: new Set(), callback: new Set() };
+const BLOCKED = MESSAGES[1002000008];
+const MEMORY = 'Base64Encode error: memBio is nullptr.';
+const UNPARSED = 'CreateResultMessage parse napiResult or resultMessage failed';
+const UNMADE = 'napi create errorCode failed';
 
-/** Takes down what a child process tells of its points of failure. Returns the lines of what is wrong. */
+// What is done while `fail` makes calls fail, after some that pass; what the game then sees, and the log's first error.
+for (const [what, play, rows] of [
+    ['a union login with two accounts', (fail) => {
+        const account = (accountName) => ({ accountName, accountIcon: { moduleName: 'entry', id: 7 } });
+        const context = device.createAbilityContext({ modules: { entry: { mediaById: { 7: Buffer.from('icon') } } } });
+        fail();
+        game.unionLogin(context, { thirdAccountInfos: [account('a'), account('b')] });
+        const { thirdAccountInfos } = JSON.parse(device.modals()[0].want.parameters.unionLoginParam);
+        return thirdAccountInfos.map(({ accountName }) => accountName);
+    }, [
+        [{ CreateModuleContext: 0 }, ['b'], 'moduleContext is nullptr'],
+        [{ GetResourceManager: 0 }, ['b'], 'resourceManager is nullptr'],
+        [{ GetMediaDataById: 0 }, ['b']],
+        [{ BIO_new: 0 }, ['b'], MEMORY],
+        [{ BIO_new: 1 }, ['b'], 'Base64Encode error: b64Bio is nullptr.'],
+        [{ BIO_write: 0 }, ['b'], 'Base64Encode error: bio write fail.'],
+        [{ BUF_MEM_new: 0 }, ['b'], MEMORY],
+        [{ BUF_MEM_grow: 0 }, ['b'], MEMORY],
+        [{ BIO_ctrl: 0 }, ['b'], MEMORY],
+        [{ BIO_ctrl: 1 }, ['a', 'b']],
+        [{ BIO_ctrl: 2 }, ['b'], 'Base64Encode error: bio get mem ptr fail.'],
+    ]],
+    ['a login that succeeds, as analytics are told before', async (fail) => {
+        const request = start('getLocalPlayer');
+        fail();
+        await answer(request.modal, ['receive', { resultCode: 0, resultMessage: 'data' }]);
+        assert.deepEqual(ends(), [['getLocalPlayer', 0]]);
+        return [request.modal.isOpen, ...request.state];
+    }, [
+        [{ WrapWantParams: 0 }, [true, 'rejected', ...SYSTEM_ERROR], UNPARSED],
+        [{ napi_get_named_property: 0 }, [true, 'rejected', ...SYSTEM_ERROR], UNPARSED],
+        [{ napi_resolve_deferred: 0 }, [true, 'pending']],
+        [{ uv_queue_work: 0 }, [false, 'pending'], 'SendMessageBack uv_queue_work call failed'],
+        [{ napi_get_uv_event_loop: 0 }, [false, 'pending'], 'isValidEnv[1] or get loop failed'],
+    ]],
+    ['a login that fails, by promise and by callback', async (fail) => {
+        const errors = [];
+        game.getLocalPlayer(device.createAbilityContext()).catch((error) => errors.push(error));
+        game.getLocalPlayer(device.createAbilityContext(), (error) => errors.push(error));
+        for (const modal of device.modals()) {
+            fail();
+            await answer(modal, ['result', 1002000008]);
+        }
+        return errors.map((error) => error instanceof Error && [error.code, error.message]);
+    }, [
+        [{ napi_create_error: 0 }, [[1002000008, BLOCKED], [1002000008, BLOCKED]], UNMADE],
+        [{ napi_create_error: 0, napi_set_named_property: 0 }, [[undefined, BLOCKED], [undefined, BLOCKED]], UNMADE],
+        [{ napi_create_error: 0, napi_throw_error: 0 }, [false, false], UNMADE],
+    ]],
+]) {
+    for (const [calls, expected, error] of rows) {
+        test(`${what}, while ${JSON.stringify(calls)} fails`, async () => {
+            const fail = () => Object.entries(calls).forEach(([call, skip]) => device.failNext(call, { skip }));
+            assert.deepEqual(await play(fail), expected);
+            const first = device.logs().find(({ level }) => level === 'E');
+            assert.equal(first?.message.split(')]').pop(), error);
+        });
+    }
+}
+
+const failed = [];
+const seen = new Set();
+
+/** Takes down what a child process tells of its points of failure. Returns what is wrong. */
 function read({ code, signal, stdout, stderr }) {
+    const told = stdout.split('\n').filter(Boolean).map((line) => JSON.parse(line));
     const problems = [];
-    let point = 'before the first point';
-    let hasEnded = false;
-    for (const line of stdout.split('\n').filter(Boolean)) {
-        const [, kind, value] = /^(\w+) (.*)$/.exec(line);
-        if (kind === 'point') {
-            point = value;
-        } else if (kind === 'problem') {
-            problems.push(`${point}: ${value}`);
-        } else if (kind === 'end') {
-            hasEnded = true;
-        } else {
-            const { call, pending } = JSON.parse(value);
-            points += 1;
-            failed.add(call);
-            pending.forEach((form) => leftPending[form].add(call));
+    for (const { point, isMet, effects = [] } of told) {
+        failed.push(...(isMet ? [point.call] : []));
+        for (const [effect, ...detail] of effects) {
+            seen.add(`${effect} by ${point.call}`);
+            problems.push(...(isMet && EFFECTS[effect]?.includes(point.call) ? [] : [[point, effect, ...detail]]));
         }
     }
     // The module may end the process with status 0.
-    if (code !== 0 || !hasEnded) {
-        problems.push(`${point}: the process ended with ${signal || code}\n${stderr.slice(-2000)}`);
+    if (code !== 0 || !told.at(-1).effects) {
+        problems.push([told.at(-1), `the process ended with ${signal || code}`, stderr.slice(-2000)]);
     }
     return problems;
 }
 
-function testSweep(title, ...args) {
-    test(title, async () => {
-        const problems = read(await runInChild(
-            (_, ...rest) => require('./tests/support/fault_runs.js').sweep(...rest), args));
-        assert.deepEqual(problems, []);
-    });
+async function run(how, ...args) {
+    const body = (_, how, args) => require('./tests/support/fault_runs.js')[how](...args);
+    assert.deepEqual(read(await runInChild(body, [how, args])), []);
 }
 
 for (const scenario of Object.keys(SCENARIOS)) {
-    testSweep(`${scenario}: any failing call`, scenario, 'caller', REMAINING_CALLS[scenario] || null);
-    testSweep(`${scenario}: any failing call of an answer on the UI thread`, scenario, 'ui', ANSWER_CALLS);
+    test(`${scenario}: any failing call`, () => run('sweep', scenario, 'caller', REMAINING_CALLS[scenario]));
+    test(`${scenario}: any failing call of an answer from outside`, () => run('sweep', scenario, 'ui', ANSWER_CALLS));
 }
-testSweep('an environment that is loaded and ends: any failing call', 'load', 'ui', LOAD_CALLS);
+test('an environment that is loaded and ends: any failing call', () =>
+    run('sweep', 'an environment that is loaded and ends', 'ui', LOAD_CALLS));
 
 for (const call of FIRST_CALLS) {
     test(`a first start: failing calls of ${call}`, async () => {
         for (const times of [1, FOR_EVER]) {
-            for (let skip = 0, before = -1; points > before; ++skip) {
-                before = points;
-                const point = { scenario: 'a first start', mode: 'caller', call, skip, times };
-                assert.deepEqual(read(await runInChild(
-                    (_, given) => require('./tests/support/fault_runs.js').tryFirst(given), [point])), []);
+            for (let skip = 0, before = -1; failed.length > before; ++skip) {
+                before = failed.length;
+                await run('tell', { scenario: 'a first start', mode: 'caller', call, skip, times });
             }
         }
     });
 }
 
-test('every call that can fail did, and only what is known to end a request silently does', (t) => {
-    const missed = device.faults().map(({ call }) => call).filter((call) => !failed.has(call));
-    assert.deepEqual(missed, [], 'calls that no scenario makes');
-    for (const [form, calls] of Object.entries(MAY_STAY_PENDING)) {
-        const never = calls.filter((call) => !leftPending[form].has(call));
-        assert.deepEqual(never, [], `calls that leave no ${form} pending`);
-    }
-    t.diagnostic(`${points} fault points`);
+test('every call that can fail did, and has all the effects that are known of it', () => {
+    assert.deepEqual(device.faults().filter(({ call }) => !failed.includes(call)), []);
+    const known = Object.entries(EFFECTS).flatMap(([effect, calls]) => calls.map((call) => `${effect} by ${call}`));
+    assert.deepEqual(known.filter((each) => !seen.has(each)), []);
+    console.log(`${failed.length} points of failure`);
 });

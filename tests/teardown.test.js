@@ -4,101 +4,61 @@
 // under way for them ends with them, and the main thread and the next environment are none the worse for it.
 
 const assert = require('node:assert/strict');
-const { after } = require('node:test');
-const { device, nextMessage, startWorker, test } = require('./support');
-const {
-    SCENARIOS, Stage, endAllModals, leftovers, messages, playNext, prepare, runOut,
-} = require('./support/scenarios.js');
+const { countLogs, device, expectChild, nextMessage, startWorker, test } = require('./support');
+const { SCENARIOS, leftovers, playInWorker, playNext, prepare, refusals, runOut } = require('./support/scenarios.js');
 
-// How a Worker ends from within, with the status that its end has.
-const ENDS = {
-    'terminate()': [1, () => { for (;;); }],
-    'process.exit()': [7, () => process.exit(7)],
-    'an uncaught exception': [1, () => {
-        throw new Error('on purpose');
-    }],
-    // It does nothing any more, and ends when nothing holds it.
-    'its own end': [0, () => new Promise(() => {})],
-};
-const MODES = ['ui', 'caller'];
-const NOTHING = { contexts: 0, listeners: 0, environments: 0 };
+const STATUS = { 'terminate()': 1, 'process.exit()': 7, 'an uncaught exception': 1, 'its own end': 0 };
 
-let tornDown = 0;
-
-const play = (scenario, step, leave) => startWorker(`async ({ ROOT, parentPort }) => {
-    const { SCENARIOS, Stage } = require(ROOT + '/tests/support/scenarios.js');
-    let left = ${step};
-    const beforeStep = () => {
-        if (left-- > 0) {
-            return undefined;
-        }
-        parentPort.postMessage('there');
-        return (${leave})();
-    };
-    await SCENARIOS[${JSON.stringify(scenario)}](new Stage({ beforeStep }));
-}`);
-
-async function countSteps(scenario) {
-    let steps = 0;
-    prepare('ui');
-    await SCENARIOS[scenario](new Stage({ beforeStep: () => { ++steps; } }));
-    await playNext();
-    return steps;
-}
-
-/** Lets the Worker come to its end; its status. */
-async function end(worker, how) {
+/** Lets a Worker that leaves in a way of ENDS come to its end; its status. */
+async function endOf(worker, end) {
     worker.on('error', () => {});
     const exited = new Promise((resolve) => worker.once('exit', resolve));
     await Promise.race([exited, new Promise((resolve) => worker.once('message', resolve))]);
-    if (how === 'terminate()') {
+    if (end === 'terminate()') {
         await worker.terminate();
-    } else if (how === 'its own end') {
+    } else if (end === 'its own end') {
         await runOut();
-        await endAllModals();
     }
     return exited;
 }
 
-/** What still comes for requests whose environment may be gone. */
-async function answerLate() {
+/** Gives what still comes for requests whose environment may be gone. */
+async function assertUnharmed() {
     for (const modal of device.modals()) {
         await modal.receive({ resultCode: 9 });
         await modal.receive({ resultCode: 0, resultMessage: 'late' });
         await modal.result(0);
     }
     await runOut();
-    await endAllModals();
+    assert.equal(await playNext(), 'resolved,next');
+    assert.deepEqual([leftovers(), device.clock.sleepers()], [{ requests: 0, listeners: 0, environments: 0 }, 0]);
+    // A page that opens when time is up takes the place of the request's modal, which nobody closes then.
+    const replaced = countLogs('launched anti-addiction ability.');
+    assert.deepEqual([device.modals().filter(({ isOpen }) => isOpen).slice(replaced), refusals()], [[], []]);
 }
 
-// Calls on an environment that is gone.
-const refused = () => messages().filter((line) => line.includes(' refused: '));
-
-// A page that opens when time is up takes the place of the request's modal, which nobody closes then.
-function openTooLong() {
-    const replaced = messages().filter((line) => line === 'launched anti-addiction ability.').length;
-    return device.modals().filter(({ isOpen }) => isOpen).slice(replaced);
-}
-
-async function assertUnharmed() {
-    await answerLate();
-    assert.deepEqual(await playNext(), ['resolved', 'next']);
-    assert.deepEqual([leftovers(), device.clock.sleepers()], [NOTHING, 0]);
-    assert.deepEqual([openTooLong(), refused()], [[], []]);
-}
-
-for (const scenario of Object.keys(SCENARIOS)) {
-    for (const [how, [status, leave]] of Object.entries(ENDS)) {
-        test(`${scenario}: an environment that ends by ${how} at any step`, async () => {
-            const steps = await countSteps(scenario);
+for (const [scenario, { length: steps }] of Object.entries(SCENARIOS)) {
+    for (const [end, status] of Object.entries(STATUS)) {
+        test(`${scenario}: an environment that ends by ${end} at any step`, async () => {
             for (let step = 0; step < steps; ++step) {
-                prepare(MODES[step % 2]);
-                assert.equal(await end(play(scenario, step, leave), how), status, `step ${step}`);
-                tornDown += 1;
+                prepare(['ui', 'caller'][step % 2]);
+                assert.equal(await endOf(playInWorker(scenario, step, end), end), status, `step ${step}`);
                 await assertUnharmed();
             }
         });
     }
+
+    test(`${scenario}: a process that ends in the middle, or at the last step`, async () => {
+        for (const end of ['process.exit()', 'an uncaught exception']) {
+            for (const step of [steps >> 1, steps - 1]) {
+                await expectChild(({ ROOT }, ...args) => {
+                    const { playUntil, prepare } = require(`${ROOT}/tests/support/scenarios.js`);
+                    prepare('caller');
+                    return playUntil(() => {}, ...args);
+                }, { args: [scenario, step, end], code: STATUS[end] });
+            }
+        }
+    });
 }
 
 test('answers that come while their environment ends find it whole or gone', async () => {
@@ -106,17 +66,12 @@ test('answers that come while their environment ends find it whole or gone', asy
         prepare('ui');
         const worker = startWorker(({ game, start, parentPort }) => {
             game.on('playerChanged', () => {});
-            for (let i = 0; i < 10; ++i) {
-                start('getLocalPlayer');
-            }
+            Array.from({ length: 10 }, () => start('getLocalPlayer'));
             parentPort.postMessage('there');
         });
         await nextMessage(worker);
         const given = device.modals().flatMap((modal) => [modal.receive({ resultCode: 1002000015 }), modal.result(0)]);
         await Promise.all([worker.terminate(), ...given]);
-        tornDown += 1;
         await assertUnharmed();
     }
 });
-
-after(() => console.log(`${tornDown} environments torn down`));

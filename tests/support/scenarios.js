@@ -1,239 +1,195 @@
 'use strict';
 
-// What a game and its extension do together, told step by step, for tests that disturb it at every step.
+// What a game and its extension do together, step by step, for tests that disturb it at every step.
 
 const support = require('./index.js');
 
-const { device, turn } = support;
+const { countLogs, device, start, startWorker, turn } = support;
 const CALLBACK = Symbol('a callback that is noted');
-const PLAYER_INVALID = 1002000015;
+const LISTENER = Symbol('a listener that is counted');
+const LATE = Symbol('a context without a window');
+const FOR_EVER = Number.MAX_SAFE_INTEGER;
 
 /**
- * Where a scenario plays. It notes what becomes of each call, and goes on whatever that is. The module loads with the
- * first call. `beforeStep` is awaited at every step; with `isOrderly` an answer waits for the one before it.
+ * Plays steps and notes what becomes of each call; it goes on whatever that is. The module loads with the first call.
+ * `beforeStep` is awaited at every step; with `isOrderly` an answer waits for the one before it.
  */
 class Stage {
     requests = [];
-    heard = [];
     refusedAnswers = [];
-    #beforeStep;
-    #isOrderly;
+    given = [];
+    heard = 0;
 
     constructor({ beforeStep = () => {}, isOrderly = false } = {}) {
-        this.#beforeStep = beforeStep;
-        this.#isOrderly = isOrderly;
+        Object.assign(this, { beforeStep, isOrderly, [LATE]: device.createAbilityContext({ window: false }) });
+        this[LISTENER] = () => { this.heard += 1; };
     }
 
-    /** Calls the module; the promise that it returns, or the CALLBACK among `args`, is followed. */
-    async call(method, ...args) {
-        await this.#beforeStep();
+    async play(steps) {
+        for (const [kind, ...args] of steps) {
+            await this.beforeStep();
+            await this[kind](...args);
+        }
+    }
+
+    /** A call with a context of its own. */
+    open(method, rest = [], options = {}) {
+        this.call(method, device.createAbilityContext(options), ...rest);
+    }
+
+    call(method, ...args) {
+        const form = args.includes(CALLBACK) ? 'callback' : 'promise';
+        const request = { method, form, state: 'pending' };
+        const settle = (state) => () => Object.assign(request, { state });
         const opened = device.modals().length;
-        const request = { method, form: args.includes(CALLBACK) ? 'callback' : 'promise', state: 'pending' };
-        const callback = () => {
-            request.state = 'called back';
-        };
+        this[CALLBACK] = settle('called back');
         try {
-            const value = support.game[method](...args.map((arg) => arg === CALLBACK ? callback : arg));
-            if (value instanceof Promise) {
-                const settle = (state) => () => {
-                    request.state = state;
-                };
-                value.then(settle('resolved'), settle('rejected'));
-            } else if (request.form === 'promise') {
-                request.state = 'returned';
-            }
+            const value = support.game[method](...this.made(args));
+            request.state = value || form === 'callback' ? request.state : 'returned';
+            value?.then(settle('resolved'), settle('rejected'));
         } catch (error) {
             Object.assign(request, { state: 'threw', error });
         }
-        request.modal = device.modals()[opened];
-        this.requests.push(request);
-        return request;
+        this.requests.push(Object.assign(request, { modal: device.modals()[opened] }));
     }
 
-    /** Gives answers [kind, ...arguments] to a request without waiting in between, and then lets them arrive. */
-    async answer({ modal }, ...answers) {
-        await this.#beforeStep();
-        const given = [];
+    /** Gives answers [kind, ...arguments] to the modal of a call, or to the latest, without waiting in between. */
+    async answer(call, ...answers) {
+        const modal = call === 'latest' ? device.modals().at(-1) : this.requests[call].modal;
         for (const [kind, ...args] of modal ? answers : []) {
-            given.push(modal[kind](...args).catch((error) => this.refusedAnswers.push(error)));
-            await (this.#isOrderly && given.at(-1));
+            this.given.push(modal[kind](...args).catch((error) => this.refusedAnswers.push(error)));
+            await (this.isOrderly && this.given.at(-1));
         }
-        await this.#beforeStep();
-        await Promise.all(given);
-        await turn();
     }
 
-    async advance(ms) {
-        await this.#beforeStep();
-        await device.clock.advance(ms);
-        await turn();
+    /** Lets what is on its way arrive. */
+    rest() {
+        return Promise.all(this.given).then(turn);
     }
 
-    async rest() {
-        await this.#beforeStep();
-        await turn();
+    advance(ms) {
+        return device.clock.advance(ms).then(turn);
     }
 
-    listener() {
-        return (event) => this.heard.push(event);
+    tell(method, ...args) {
+        device[method](...this.made(args));
+    }
+
+    made(args) {
+        return args.map((arg) => (typeof arg === 'symbol' ? this[arg] : arg));
     }
 }
 
-const login = (more = {}) => ['receive', { resultCode: 0, resultMessage: 'data', ...more }];
-const newContext = (options) => device.createAbilityContext(options);
+const CHANGED = { resultCode: 1002000015, resultInfo: 'who' };
+const LOGIN = ['receive', { resultCode: 0, resultMessage: 'data' }];
+const RESULT = ['result', 0, { resultMessage: 'data' }];
+const LIMITED = ['receive', { resultCode: 0, playableTime: 1, endText: 'over' }];
+const BYTES = Buffer.from('of an icon');
+const ICONS = { mediaById: { 7: BYTES }, mediaByName: { icon: BYTES }, rawFiles: { 'raw.png': BYTES } };
+const ACCOUNTS = [{ id: 7 }, { id: 0, params: ['app.media.icon'] }, { params: ['app.media.none', 'raw.png'] }, {}]
+    .map((icon) => ({ accountName: 'name', accountIcon: { moduleName: 'entry', ...icon } }));
 
-const ICONS = {
-    mediaById: { 7: Buffer.from('by id') },
-    mediaByName: { icon: Buffer.from('by name') },
-    rawFiles: { 'raw.png': Buffer.from('raw') },
-};
-const ACCOUNTS = [
-    { accountName: 'one', accountIcon: { moduleName: 'entry', id: 7 } },
-    { accountName: 'two', accountIcon: { moduleName: 'entry', id: 0, params: ['app.media.icon'] } },
-    { accountName: 'three', accountIcon: { moduleName: 'entry', params: ['app.media.none', 'raw.png'] } },
-    { accountName: 'four' },
-];
-
-/** The scenarios by name. They rely on the manual clock, and on a system application where they listen. */
+/** Answers to a call, and the rest in which they arrive. */
+const answer = (...args) => [['answer', ...args], ['rest']];
+/**
+ * The scenarios by name, their steps as [method of Stage, ...arguments]. They rely on the manual clock, and on a system
+ * application where they listen. A call is named by its number.
+ */
 const SCENARIOS = {
-    async 'init by promise and by callback'(stage) {
-        await stage.answer(await stage.call('init', newContext()), ['result', 0]);
-        await stage.answer(await stage.call('init', newContext(), CALLBACK), ['error', 5]);
-    },
-
-    async 'errors that cannot be made'(stage) {
-        for (const callback of [[], [CALLBACK]]) {
-            const request = await stage.call('init', newContext(), ...callback);
-            device.failNext('napi_create_error');
-            await stage.answer(request, ['receive', { resultCode: PLAYER_INVALID }]);
-        }
-    },
-
-    async 'calls that go nowhere'(stage) {
-        const other = device.createStageContext('other');
-        for (const [method, ...args] of [
-            ['init'], ['init', null], ['init', null, CALLBACK], ['getLocalPlayer', other], ['bindPlayer', 1, 2],
-            ['getLocalPlayer', null, CALLBACK], ['verifyLocalPlayer', newContext(), 5], ['launchCommonPage', null, ''],
-            ['on', 'playerChanged', 5], ['off', 'playerChanged', () => {}], ['off'],
-        ]) {
-            await stage.call(method, ...args);
-        }
-    },
-
-    async 'logins that succeed, fail and are released'(stage) {
-        const kept = await stage.call('getLocalPlayer', newContext());
-        await stage.answer(kept, login());
-        await stage.answer(kept, ['release', 0]);
-        const failed = await stage.call('getLocalPlayer', newContext(), CALLBACK);
-        await stage.answer(failed, ['result', 1002000008]);
-    },
-
-    async 'answers that overtake each other'(stage) {
-        const first = await stage.call('getLocalPlayer', newContext());
-        const second = await stage.call('init', newContext());
-        await stage.answer(first, login(), ['release', 0], login(), ['error', 401]);
-        await stage.answer(second, ['error', 401], ['result', 0], ['release', 1]);
-    },
-
-    async 'requests with parameters'(stage) {
-        const info = { thirdOpenId: 'open', isRealName: true, isAdult: false, ageRange: 3 };
-        for (const [method, ...rest] of [
-            ['verifyLocalPlayer', info], ['savePlayerRole', { roleId: 'r' }], ['postPurchase', { purchaseData: 'd' }],
-            ['prePurchase', { productId: 'p', productType: 1 }], ['bindPlayer', 'open', 'team'],
-        ]) {
-            const request = await stage.call(method, newContext(), ...rest);
-            await stage.answer(request, ['result', 0, { resultMessage: 'data' }]);
-        }
-    },
-
-    async 'a union login with icons'(stage) {
-        const context = newContext({ modules: { entry: ICONS } });
-        const parameters = { showLoginDialog: true, loginPanelType: 2, thirdAccountInfos: ACCOUNTS };
-        const request = await stage.call('unionLogin', context, parameters);
-        await stage.answer(request, login());
-        await stage.answer(request, ['release', 0]);
-    },
-
-    async 'a quick game whose time is up'(stage) {
-        await stage.call('on', 'gameAddictionPrevented', stage.listener());
-        const request = await stage.call('quickGameLogin', newContext(), { gameAppId: 'app' });
-        await stage.answer(request, login({ playableTime: 1, endText: 'over' }));
-        await stage.advance(75000);
-        const page = { modal: device.modals().at(-1) };
-        await stage.advance(15000);
-        await stage.answer(page, ['release', 0]);
-    },
-
-    async 'a time limit of the game\'s own'(stage) {
-        await stage.call('launchAntiAddiction', newContext(), 60, 'over', 14);
-        await stage.advance(15000);
-    },
-
-    async 'pages that expect no answer'(stage) {
-        for (const method of ['launchWelcomeBanner', 'launchCommonPage']) {
-            await stage.answer(await stage.call(method, newContext(), 'text'), ['release', 0]);
-        }
-    },
-
-    async 'listeners that come and go'(stage) {
-        const [first, second] = [stage.listener(), stage.listener()];
-        for (const listener of [first, second, first]) {
-            await stage.call('on', 'playerChanged', listener);
-        }
-        await stage.call('onEventCallback', { resultCode: PLAYER_INVALID, resultInfo: 'who' });
-        await stage.rest();
-        await stage.call('off', 'playerChanged', second);
-        await stage.call('onEventCallback', { resultCode: PLAYER_INVALID, resultInfo: 'who' });
-        await stage.call('off', 'playerChanged');
-        await stage.rest();
-    },
-
-    async 'events that the extension raises'(stage) {
-        await stage.call('on', 'playerChanged', stage.listener());
-        const request = await stage.call('bindPlayer', newContext(), 'open', 'team');
-        await stage.answer(request, ['result', 9, { resultInfo: 'who' }], ['receive', { resultCode: PLAYER_INVALID }]);
-        const quick = await stage.call('quickGameLogin', newContext(), { gameAppId: 'app' });
-        await stage.answer(quick, ['result', 1002000006]);
-    },
-
-    async 'windows that come late and never'(stage) {
-        const late = newContext({ window: false });
-        await stage.call('getLocalPlayer', late);
-        await stage.call('bindPlayer', newContext({ window: false }), 'open', 'team');
-        await stage.call('init', newContext({ window: false }), CALLBACK);
-        await stage.advance(2500);
-        device.showWindow(late);
-        await stage.advance(1000);
-        await stage.answer({ modal: device.modals().at(-1) }, login());
-        await stage.advance(2000);
-    },
-
-    async 'a first start'(stage) {
-        await stage.call('on', 'playerChanged', stage.listener());
-        const request = await stage.call('init', newContext());
-        await stage.call('onEventCallback', { resultCode: PLAYER_INVALID, resultInfo: 'who' });
-        await stage.answer(request, ['result', 0]);
-        await stage.call('off', 'playerChanged');
-    },
-
-    async 'calls without a request'(stage) {
-        await stage.call('syncTraceId', 'trace');
-        await stage.call('reportEventOperation', 'save', 5, 0);
-    },
+    'errors that cannot be made': [[], [CALLBACK]].flatMap((rest, i) => [
+        ['open', 'init', rest], ['tell', 'failNext', 'napi_create_error'], ...answer(i, ['receive', CHANGED]),
+    ]),
+    'calls that open nothing': [
+        ['init'], ['init', null], ['init', null, CALLBACK], ['getLocalPlayer', device.createStageContext('other')],
+        ['bindPlayer', 1, 2], ['getLocalPlayer', null, CALLBACK], ['launchCommonPage', null, ''],
+        ['verifyLocalPlayer', device.createAbilityContext(), 5], ['on', 'playerChanged', 5],
+        ['off', 'playerChanged', () => {}], ['off'], ['syncTraceId', 'trace'], ['reportEventOperation', 'save', 5, 0],
+    ].map((call) => ['call', ...call]),
+    'logins that succeed, fail and are released': [
+        ['open', 'getLocalPlayer'], ...answer(0, LOGIN), ...answer(0, ['release', 0]),
+        ['open', 'getLocalPlayer', [CALLBACK]], ...answer(1, ['result', 1002000008]),
+    ],
+    'answers that overtake each other': [
+        ['open', 'getLocalPlayer'], ...answer(0, LOGIN, ['release', 0], LOGIN, ['error', 401]),
+        ['open', 'init', [CALLBACK]], ...answer(1, ['error', 401], ['result', 0], ['release', 1]),
+    ],
+    'requests and pages with parameters': [
+        ['verifyLocalPlayer', { thirdOpenId: 'open', isRealName: true, isAdult: false, ageRange: 3 }],
+        ['savePlayerRole', { roleId: 'r' }], ['postPurchase', { purchaseData: 'd' }], ['launchWelcomeBanner', 'text'],
+        ['prePurchase', { productId: 'p', productType: 1 }], ['bindPlayer', 'open', 'team'], ['launchCommonPage', ''],
+    ].flatMap(([method, ...rest], i) => [['open', method, rest], ...answer(i, RESULT, ['release', 0])]),
+    'a union login with icons': [
+        ['open', 'unionLogin', [{ loginPanelType: 2, thirdAccountInfos: ACCOUNTS }], { modules: { entry: ICONS } }],
+        ...answer(0, LOGIN), ...answer(0, ['release', 0]),
+    ],
+    'a quick game whose time is up': [
+        ['call', 'on', 'gameAddictionPrevented', LISTENER], ['open', 'quickGameLogin', [{ gameAppId: 'app' }]],
+        ...answer(1, LIMITED), ['advance', 75000], ['advance', 15000], ...answer('latest', ['release', 0]),
+    ],
+    'a time limit of the game\'s own': [['open', 'launchAntiAddiction', [60, 'over', 14]], ['advance', 15000]],
+    'listeners that come and go': [
+        ['call', 'on', 'playerChanged', LISTENER], ['call', 'on', 'playerChanged', Math.abs],
+        ['call', 'on', 'playerChanged', LISTENER], ['call', 'onEventCallback', CHANGED], ['rest'],
+        ['call', 'off', 'playerChanged', Math.abs], ['call', 'onEventCallback', CHANGED],
+        ['call', 'off', 'playerChanged'], ['rest'],
+    ],
+    'events that the extension raises': [
+        ['call', 'on', 'playerChanged', LISTENER], ['open', 'bindPlayer', ['open', 'team']],
+        ...answer(1, ['result', 9, { resultInfo: 'who' }], ['receive', CHANGED]),
+        ['open', 'quickGameLogin', [{ gameAppId: 'app' }]], ...answer(2, ['result', 1002000006]),
+    ],
+    'windows that come late and never': [
+        ['call', 'getLocalPlayer', LATE], ['open', 'bindPlayer', ['open', 'team'], { window: false }],
+        ['open', 'init', [CALLBACK], { window: false }], ['advance', 2500], ['tell', 'showWindow', LATE],
+        ['advance', 1000], ...answer('latest', LOGIN), ['advance', 2000],
+    ],
+    'a first start': [
+        ['call', 'on', 'playerChanged', LISTENER], ['open', 'init'], ['call', 'onEventCallback', CHANGED], ['rest'],
+        ...answer(1, ['result', 0]), ['call', 'off', 'playerChanged'],
+    ],
 };
 
-const messages = () => device.logs().map(({ message }) => message.replace(/^\[[^\]]*\]/, ''));
+/** How an environment ends from within. */
+const ENDS = {
+    'terminate()': () => { for (;;); },
+    'process.exit()': () => process.exit(7),
+    'an uncaught exception': () => { throw new Error('on purpose'); },
+    // It does nothing any more, and ends when nothing holds it.
+    'its own end': () => new Promise(() => {}),
+};
 
-/** What the log says came into being and is not gone yet: { contexts, listeners, environments }. */
+/** Plays a scenario up to a step, says how many events were heard, and leaves in a way of ENDS. */
+function playUntil(say, scenario, step, end) {
+    let left = step;
+    return new Stage({
+        beforeStep() {
+            if (left-- > 0) {
+                return undefined;
+            }
+            say(this.heard);
+            return ENDS[end]();
+        },
+    }).play(SCENARIOS[scenario]);
+}
+
+/** A Worker that does so. */
+const playInWorker = (...args) => startWorker(({ ROOT, parentPort }, ...args) => {
+    const { playUntil } = require(`${ROOT}/tests/support/scenarios.js`);
+    return playUntil((heard) => parentPort.postMessage(heard), ...args);
+}, ...args);
+
+/** Calls on an environment that is gone, or on a thread that is not its own. */
+const refusals = () => device.logs().map(({ message }) => message).filter((line) => line.includes(' refused: '));
+
+/** How much of each came into being, as the log says, and is not gone yet; a thread that sleeps keeps its request. */
 function leftovers() {
-    const lines = messages();
-    const count = (...texts) => lines.filter((line) => texts.includes(line)).length;
+    const listenersGone = countLogs('EventCallback release exit');
+    const requests = countLogs('this is callback api') + countLogs('this is promise api') +
+        countLogs('OnEventCallback switch game account event callback end');
     return {
-        contexts: count('this is callback api', 'this is promise api',
-            'OnEventCallback switch game account event callback end') - count('release exit'),
-        listeners: count('RegisterGameEventCallback first register succeeded',
-            'RegisterGameEventCallback callback register succeeded') - count('EventCallback release exit'),
-        environments: count('SaveEnvInfo add env success') - count('DeleteEnvInfo delete env success'),
+        requests: requests - (countLogs('release exit') - listenersGone) - device.clock.sleepers(),
+        listeners: countLogs('register succeeded') - listenersGone,
+        environments: countLogs('SaveEnvInfo add env success') - countLogs('DeleteEnvInfo delete env success'),
     };
 }
 
@@ -245,31 +201,25 @@ function prepare(mode) {
     device.answerOn(mode);
 }
 
-/** A whole request and an event of this environment: [the state of the request, what a listener heard]. */
+/** A whole request and an event of this environment: the state of the request, and what a listener heard. */
 async function playNext() {
-    const { game } = support;
     const heard = [];
-    const opened = device.modals().length;
-    game.on('playerChanged', ({ resultInfo }) => heard.push(resultInfo));
-    const request = support.track(game.init(device.createAbilityContext()));
-    game.onEventCallback({ resultCode: PLAYER_INVALID, resultInfo: 'next' });
-    await device.modals()[opened].result(0);
+    support.game.on('playerChanged', ({ resultInfo }) => heard.push(resultInfo));
+    const request = start('init');
+    support.game.onEventCallback({ ...CHANGED, resultInfo: 'next' });
+    await request.modal.result(0);
     await turn();
-    game.off('playerChanged');
-    game.off('gameAddictionPrevented');
+    support.game.off('playerChanged');
+    support.game.off('gameAddictionPrevented');
     await turn();
-    return [request.state[0], ...heard];
+    return [request.state[0], ...heard].join();
 }
 
-/** Lets every thread of the module run to its end. */
-async function runOut() {
-    for (let rounds = 0; rounds < 20 && device.clock.sleepers() > 0; ++rounds) {
+/** Lets every thread of the module run to its end, and the extension say its last words on every modal. */
+async function runOut({ isAsleep = false } = {}) {
+    for (let rounds = 0; !isAsleep && rounds < 20 && device.clock.sleepers() > 0; ++rounds) {
         await device.clock.advance(15000);
     }
-}
-
-/** The extension's last words on every modal, which no request survives that has no timer. */
-async function endAllModals() {
     for (const modal of device.modals()) {
         for (const answer of [() => modal.error(401), () => modal.release(1)]) {
             await answer().catch(() => {});
@@ -278,4 +228,5 @@ async function endAllModals() {
     }
 }
 
-module.exports = { SCENARIOS, Stage, endAllModals, leftovers, messages, playNext, prepare, runOut };
+module.exports = { FOR_EVER, SCENARIOS, Stage, leftovers, playInWorker, playNext, playUntil, prepare, refusals,
+    runOut };
