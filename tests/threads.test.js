@@ -1,16 +1,16 @@
 'use strict';
 
+// What takes several threads to show: many at work simultaneously, and races that no sequence of steps brings about.
+
 const assert = require('node:assert/strict');
-const { countLogs, device, nextMessage, once, startWorker, test } = require('./support');
+const { countLogs, device, expectChild, game, nextMessage, once, startWorker, test } = require('./support');
 
 const ROUNDS = 12;
-const QUICK_GAME_LOGIN = 14;
 
-/** All that an environment does at once, `rounds` times; posts what came of it. */
+/** All that an environment does, `rounds` times, each request settled; posts the events of its own that it heard. */
 async function play({ game, device, parentPort }, name, rounds) {
     const heard = [];
     const hear = ({ resultInfo }) => heard.push(resultInfo);
-    let settled = 0;
     for (let round = 0; round < rounds; ++round) {
         const late = device.createUIExtensionContext({ window: false });
         const context = device.createAbilityContext();
@@ -20,23 +20,21 @@ async function play({ game, device, parentPort }, name, rounds) {
         // Before the requests: time is fast here, and they may all be answered before the next line.
         game.onEventCallback({ resultCode: 1002000015, resultInfo: `${name} ${round}` });
         const requests = [
-            game.bindPlayer(late, 'open', 'team'),
-            game.getLocalPlayer(context),
-            game.quickGameLogin(context, { gameAppId: 'app' }),
-            new Promise((resolve) => game.init(context, resolve)),
+            game.bindPlayer(late, 'open', 'team'), game.getLocalPlayer(context),
+            game.quickGameLogin(context, { gameAppId: 'app' }), new Promise((resolve) => game.init(context, resolve)),
         ];
         device.showWindow(late);
-        settled += (await Promise.allSettled(requests)).length;
+        await Promise.allSettled(requests);
         game.reportEventOperation(name, 0, 0);
         game.off('playerChanged', hear);
         game.off('gameAddictionPrevented');
     }
-    parentPort.postMessage([settled, heard.filter((info) => info !== 'changed')]);
+    parentPort.postMessage(heard.filter((info) => info !== 'changed'));
 }
 
-/** Answers a modal on the UI thread in every way at once; a quick game gets a timer. */
+/** Answers a modal on the UI thread in every way; a quick game gets a timer. */
 function answerAll(modal) {
-    const playableTime = modal.want.parameters.requestType === QUICK_GAME_LOGIN ? 1 : 0;
+    const playableTime = modal.want.parameters.requestType === 14 ? 1 : 0;
     modal.receive({ resultCode: 9, resultInfo: 'changed' });
     modal.receive({ resultCode: 0, resultMessage: '{}', playableTime });
     modal.result(0);
@@ -44,7 +42,9 @@ function answerAll(modal) {
     modal.release(1);
 }
 
-test('Workers, the UI thread, timers and late starts at work at once disturb each other in nothing', async () => {
+test('Workers, the UI thread, timers and late starts disturb each other in nothing', async () => {
+    const heard = [];
+    game.on('playerChanged', (event) => heard.push(event));
     device.setSystemApp(true);
     device.clock.real(20000);
     device.onModal(answerAll);
@@ -58,30 +58,45 @@ test('Workers, the UI thread, timers and late starts at work at once disturb eac
         await new Promise((resolve) => setTimeout(resolve, 4 * i));
         await mayfly.terminate();
     }
-    assert.deepEqual(await outcomes, names.map((name) =>
-        [4 * ROUNDS, Array.from({ length: ROUNDS }, (_, round) => `${name} ${round}`)]));
+    const own = (name) => Array.from({ length: ROUNDS }, (_, round) => `${name} ${round}`);
+    assert.deepEqual(await outcomes, names.map(own));
     await Promise.all(exits);
+    assert.deepEqual([heard, countLogs(' refused: ')], [[], 0]);
 });
 
-test('a quick game whose time is up before its Worker took the result still gets it, and its record goes', async () => {
-    const worker = startWorker(({ game, device, parentPort }) => {
-        parentPort.once('message', async (gate) => {
-            const login = game.quickGameLogin(device.createAbilityContext(), { gameAppId: 'app' });
-            Atomics.wait(gate, 0, 0);
-            parentPort.postMessage(await login);
-            parentPort.unref();
-        });
-    });
-    const exit = once(worker, 'exit');
+test('a quick game whose time is up before JS took a Worker\'s answer still gets it, and its record goes', async () => {
+    device.answerOn('caller');
+    const login = game.quickGameLogin(device.createAbilityContext(), { gameAppId: 'app' });
     const gate = new Int32Array(new SharedArrayBuffer(4));
-    worker.postMessage(gate);
-    const modal = await device.nextModal();
-    await modal.receive({ resultCode: 0, resultMessage: 'mine', playableTime: 1 });
-    await device.clock.advance(100000);
+    startWorker(({ device, parentPort }) => parentPort.once('message', async (gate) => {
+        await device.modals()[0].receive({ resultCode: 0, resultMessage: 'mine', playableTime: 1 });
+        await device.clock.advance(100000);
+        Atomics.store(gate, 0, 1);
+        Atomics.notify(gate, 0);
+    })).postMessage(gate);
+    Atomics.wait(gate, 0, 0);
     assert.equal(countLogs('DoMessageBackSuccess'), 0);
-    Atomics.store(gate, 0, 1);
-    Atomics.notify(gate, 0);
-    assert.equal(await nextMessage(worker), 'mine');
-    await exit;
+    assert.equal(await login, 'mine');
     assert.deepEqual([device.modals().at(-1).isOpen, countLogs('DoMessageBackSuccess release context')], [false, 1]);
 });
+
+test('a new Worker does not get the answer of one that has ended, nor the new one\'s stays out', () => expectChild(
+    async ({ device, startWorker, nextMessage, answer }) => {
+        const open = async () => {
+            const worker = startWorker(async ({ game, device, parentPort }) => {
+                parentPort.on('message', () => {});
+                parentPort.postMessage(await game.getLocalPlayer(device.createAbilityContext()));
+                parentPort.unref();
+            });
+            return { worker, modal: await device.nextModal() };
+        };
+        for (let i = 0; i < 5; ++i) {
+            const old = await open();
+            await old.worker.terminate();
+            const young = await open();
+            const told = nextMessage(young.worker);
+            await answer(old.modal, ['receive', { resultCode: 0, resultMessage: 'old' }]);
+            await answer(young.modal, ['receive', { resultCode: 0, resultMessage: 'young' }]);
+            console.log(await told);
+        }
+    }, { out: Array(5).fill('young') }));
