@@ -12,7 +12,7 @@ const FIRST_SEED = 1;
 const BATCHES = 10;
 
 function run(args, env = {}) {
-    const options = { encoding: 'utf8', env: { ...process.env, ...env }, timeout: 30000 };
+    const options = { encoding: 'utf8', env: { ...process.env, GAMEAPI_EXIT_STATUS: '', ...env }, timeout: 30000 };
     return spawnSync(process.execPath, [RUN, ...args], options);
 }
 
