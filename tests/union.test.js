@@ -114,12 +114,14 @@ test('accounts and names that shrink or grow while they are read are read as far
     assert.deepEqual(namesOf({ thirdAccountInfos: [named('shrinks', params), named('grows', late)] }), ['grows']);
 });
 
-test('thousands of accounts, and an icon of 32 MiB, go out whole', () => {
+test('thousands of accounts, and an icon of 32 MiB, go out whole, within one handle scope', () => {
     const large = Buffer.alloc(32 * 1024 * 1024 + 1, Buffer.from(Array.from({ length: 251 }, (_, i) => i)));
     const modules = { entry: { ...MODULES.entry, rawFiles: { large } } };
     const many = Array.from({ length: 5000 }, (_, i) => (i % 3 ? good(`${i}`) : { accountName: 'no icon' }));
     for (const thirdAccountInfos of [many, [{ accountIcon: icon({ params: ['large'] }) }]]) {
         const { unionLoginParam } = sent('unionLogin', [{ thirdAccountInfos }], () => {}, modules);
+        device.failNext('napi_open_handle_scope', { skip: 1 });
         assert.ok(sentRecord({ thirdAccountInfos }, abilityOf(modules)) === unionLoginParam, 'another string came out');
+        assert.equal(device.faults().find(({ call }) => call === 'napi_open_handle_scope').made, 1);
     }
 });
