@@ -2,20 +2,23 @@
 
 #include <gtest/gtest.h>
 
+#include <deque>
 #include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
-#include "common/env_registry.h"
-#include "modal/base_context.h"
+#include "ability_context.h"
+#include "events/game_player_event_callback.h"
 #include "modal_ui_extension_config.h"
 #include "napi/native_api.h"
-#include "ui_content.h"
 
-// A platform for native tests: Node-API with one loop, and windows that do what a test wants. It fails the
+// A platform for native tests: Node-API with one loop, and a window that does what a test wants. It fails the
 // test in which the module calls it, or takes another lock, while it holds one; only work may be queued under
-// one.
+// one. It takes no lock itself: whoever starts a thread waits for it.
+
+using namespace TAVIK::GAME_PLAYER;
 
 /// A value that a test knows by its address.
 template <typename Handle = napi_value>
@@ -24,8 +27,9 @@ Handle AsHandle(size_t number) {
     return reinterpret_cast<Handle>(&handles[number]);
 }
 
-/// The loop refuses the work that is queued next.
-void RefuseNextWork();
+inline std::deque<std::pair<uv_work_t*, uv_after_work_cb>> gQueue;  // of the loop
+inline bool gIsRefusing = false;                                    // the loop, the work that comes next
+inline std::vector<napi_property_descriptor> gMethods;              // those that the module defined last
 
 /// A test on one JS environment, whose thread this is.
 class FakeNodeTest : public testing::Test {
@@ -35,29 +39,38 @@ protected:
     void SetUp() override;
     void TearDown() override;
 
-    /// Delivers what is queued. Returns what was asked of JS since the last time: "resolve", "reject",
-    /// "call", "throw", "delete".
+    /// Delivers what is queued. Returns what was asked of JS since the last time: "open", "close", "resolve",
+    /// "reject", "call", "throw", "delete".
     static Deeds RunLoop();
+    /// Runs the clean-up hooks, and returns how many there were.
+    static size_t RunHooks();
 
-    const std::shared_ptr<TAVIK::GAME_PLAYER::EnvInfo> envInfo =
-        std::make_shared<TAVIK::GAME_PLAYER::EnvInfo>(TAVIK::GAME_PLAYER::EnvInfo{AsHandle<napi_env>(0)});
+    /// Adds a listener; removes that one, or with 0 all of them, and delivers what is queued.
+    static void On(napi_env env, size_t function, const char* type = EVENT_PLAYER_CHANGED);
+    static Deeds Off(napi_env env, size_t function = 0, const char* type = EVENT_PLAYER_CHANGED);
+
+    const std::shared_ptr<EnvInfo> envInfo = std::make_shared<EnvInfo>(EnvInfo{AsHandle<napi_env>(0)});
 };
 
-/// A window that numbers its modals from 1 on.
-class FakeContent final : public OHOS::Ace::UIContent {
+/// A window that numbers its modals from 1 on, and the context of its ability.
+class FakeWindow final : public OHOS::Ace::UIContent, public OHOS::AbilityRuntime::AbilityContext {
 public:
     using Callbacks = OHOS::Ace::ModalUIExtensionCallbacks;
 
+    UIContent* GetUIContent() override;
     int32_t CreateModalUIExtension(OHOS::AAFwk::Want want, Callbacks callbacks,
                                    OHOS::Ace::ModalUIExtensionConfig config) override;
     void CloseModalUIExtension(int32_t sessionId) override;
 
     std::function<void()> whileOpening = [] {};  // run with the modal's callbacks among `opened`
     std::function<void()> whileClosing = [] {};
-    std::vector<OHOS::AAFwk::Want> wants;
     std::vector<Callbacks> opened;
     std::vector<int32_t> closed;
-};
 
-/// A request in promise form, over `content`.
-std::shared_ptr<TAVIK::GAME_PLAYER::BaseContext> MakeRequest(FakeContent& content, int32_t requestType);
+private:
+    std::shared_ptr<Context> CreateModuleContext(const std::string& /*name*/) override { return nullptr; }
+    std::shared_ptr<OHOS::Global::Resource::ResourceManager> GetResourceManager() const override {
+        return {};
+    }
+    bool IsContext(size_t /*contextTypeId*/) const override { return true; }
+};

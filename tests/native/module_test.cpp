@@ -1,35 +1,24 @@
-// What of the module no JS can see: its record, and the registries that outlive every environment.
+// What of the module no JS can see: its record, its environments, and its methods once theirs is gone.
 
-#include <gtest/gtest.h>
+#include <thread>
 
-#include <string>
-#include <vector>
-
-#include "common/env_registry.h"
 #include "common/request_types.h"
 #include "common/velmor_error.h"
-#include "napi/native_api.h"
+#include "common/velmor_util.h"
+#include "fake_node.h"
 #include "records.h"
-
-using namespace TAVIK::GAME_PLAYER;
 
 namespace {
 
 napi_module* gRegistered = nullptr;
 
-// A handle that nobody follows.
-napi_env AsEnv(size_t number) {
-    static char handles[3];
-    return reinterpret_cast<napi_env>(&handles[number]);
+std::shared_ptr<EnvInfo> MakeEnv(size_t number) {
+    return std::make_shared<EnvInfo>(EnvInfo{AsHandle<napi_env>(number)});
 }
 
-std::vector<std::string> TakeLog() {
-    std::vector<std::string> messages;
-    for (const StandIn::LogLine& line : StandIn::LogStore::Get().All()) {
-        messages.push_back(line.message.substr(line.message.find(']') + 1));
-    }
-    StandIn::LogStore::Get().Clear();
-    return messages;
+std::string LastMessage() {
+    const std::string message = StandIn::LogStore::Get().All().back().message;
+    return message.substr(message.find(']') + 1);
 }
 
 }  // namespace
@@ -37,80 +26,82 @@ std::vector<std::string> TakeLog() {
 // In Node's place: called by the module's constructor before main.
 extern "C" void napi_module_register(napi_module* record) { gRegistered = record; }
 
-TEST(ModuleRecord, IsRegisteredWhenTheLibraryIsLoaded) {
+using Module = FakeNodeTest;
+
+TEST_F(Module, IsRegisteredByARecordWhenTheLibraryIsLoaded) {
     ASSERT_NE(gRegistered, nullptr);
     EXPECT_STREQ(gRegistered->nm_modname, "core.velmor.gamePlayerExtensionAbility");
     EXPECT_EQ(gRegistered->nm_version, 1);
     EXPECT_EQ(gRegistered->nm_flags, 0U);
     EXPECT_EQ(gRegistered->nm_filename, nullptr);
-    EXPECT_NE(gRegistered->nm_register_func, nullptr);
     EXPECT_EQ(gRegistered->nm_priv, nullptr);
     for (void* pointer : gRegistered->reserved) {
         EXPECT_EQ(pointer, nullptr);
     }
 }
 
+// Most calls of Node-API would end this process.
+TEST_F(Module, DoesNothingInAnEnvironmentThatIsGone) {
+    std::thread([this] {
+        for (int load = 0; load < 2; ++load) {
+            EXPECT_EQ(gRegistered->nm_register_func(envInfo->env, AsHandle(7)), AsHandle(7));
+        }
+        EXPECT_TRUE(IsValidEnv(gEnvInfo));
+        EXPECT_EQ(RunHooks(), 1U);
+        EXPECT_FALSE(IsValidEnv(gEnvInfo));
+        EXPECT_EQ(gMethods.size(), 18U);
+        for (const napi_property_descriptor& method : gMethods) {
+            std::string name = method.utf8name;
+            if (name == "on" || name == "off" || name == "syncTraceId") continue;  // these ask no environment
+            name[0] = static_cast<char>(name[0] - 'a' + 'A');
+            EXPECT_EQ(method.method(envInfo->env, nullptr), nullptr);
+            EXPECT_EQ(LastMessage(), name + " invalid env");
+        }
+    }).join();
+}
+
+TEST_F(Module, SetsItsTraceWithoutALockHeld) {
+    SetTraceId("trace");
+    EXPECT_EQ(GetTraceId(), "trace");
+}
+
 TEST(EnvRegistry, KnowsWhatIsRegisteredAndNothingElse) {
-    auto first = std::make_shared<EnvInfo>(EnvInfo{AsEnv(1)});
-    auto second = std::make_shared<EnvInfo>(EnvInfo{AsEnv(2)});
-    SaveEnvInfo(first);
-    SaveEnvInfo(second);
-    EXPECT_TRUE(IsValidEnv(first) && IsValidEnv(second));
-    DeleteEnvInfo(first.get());
-    EXPECT_FALSE(IsValidEnv(first));
+    const auto first = MakeEnv(1);
+    const auto second = MakeEnv(2);
+    for (const auto& info : {first, first, second}) {
+        SaveEnvInfo(info);
+    }
+    const auto unknown = MakeEnv(1);
+    DeleteEnvInfo(unknown.get());
+    EXPECT_FALSE(IsValidEnv(unknown));
+    for (bool isStillThere : {true, false}) {
+        DeleteEnvInfo(first.get());
+        EXPECT_EQ(IsValidEnv(first), isStillThere) << "it was registered twice";
+    }
     EXPECT_TRUE(IsValidEnv(second));
-    DeleteEnvInfo(second.get());
-    EXPECT_FALSE(IsValidEnv(second));
-}
-
-TEST(EnvRegistry, TakesOneOfTwoEntriesAway) {
-    auto info = std::make_shared<EnvInfo>();
-    SaveEnvInfo(info);
-    SaveEnvInfo(info);
-    DeleteEnvInfo(info.get());
-    EXPECT_TRUE(IsValidEnv(info));
-    DeleteEnvInfo(info.get());
-    EXPECT_FALSE(IsValidEnv(info));
-}
-
-TEST(EnvRegistry, DropsAnEnvironmentWhoseHandleIsInUseAgain) {
-    auto unnoticed = std::make_shared<EnvInfo>(EnvInfo{AsEnv(1)});
-    auto next = std::make_shared<EnvInfo>(EnvInfo{AsEnv(1)});
-    SaveEnvInfo(unnoticed);
+    const auto next = MakeEnv(2);
     SaveEnvInfo(next);
-    EXPECT_FALSE(IsValidEnv(unnoticed));
+    EXPECT_FALSE(IsValidEnv(second)) << "its handle is in use again";
     EXPECT_TRUE(IsValidEnv(next));
     DeleteEnvInfo(next.get());
 }
 
-TEST(EnvRegistry, GivesNoAddressAwayThatIsStillHeld) {
-    auto held = std::make_shared<EnvInfo>();
-    SaveEnvInfo(held);
-    DeleteEnvInfo(held.get());
-    for (int i = 0; i < 1000; ++i) {
-        auto other = std::make_shared<EnvInfo>();
-        ASSERT_NE(other, held);
-    }
-}
-
-TEST(EnvRegistry, LogsNullAndPassesOverTheUnknown) {
-    (void)TakeLog();
-    SaveEnvInfo(nullptr);
-    DeleteEnvInfo(nullptr);
-    EXPECT_FALSE(IsValidEnv(nullptr));
-    EnvInfo unknown;
-    DeleteEnvInfo(&unknown);
-    EXPECT_FALSE(IsValidEnv(&unknown));
-    const std::vector<std::string> expected = {"SaveEnvInfo envInfo is nullptr",
-                                               "DeleteEnvInfo envInfo is nullptr",
-                                               "IsValidEnv envInfo is nullptr"};
-    EXPECT_EQ(TakeLog(), expected);
-}
-
-TEST(ErrorTable, HasNoTextForOtherCodes) {
-    for (int32_t code : {-1, 1, 9, 10, 200, 100015, 1002000000, 1002000018}) {
-        EXPECT_EQ(FindErrorMessage(code), nullptr) << code;
-    }
+TEST(WhatIsUnknown, HasAPlainNameNoTextAndNoIcon) {
     EXPECT_STREQ(FindApiName(16), "undefined");
-    EXPECT_STREQ(FindApiName(-1), "undefined");
+    EXPECT_EQ(FindErrorMessage(200), nullptr);
+    const uint8_t byte = 0;
+    for (auto [data, length] : {std::pair<const uint8_t*, size_t>{nullptr, 1}, {&byte, 0}}) {
+        EXPECT_EQ(Base64Encode(data, length), "");
+        EXPECT_EQ(LastMessage(), "Base64Encode error: invalid input param.");
+        StandIn::LogStore::Get().Clear();
+    }
+}
+
+TEST(EnvRegistry, LogsNull) {
+    SaveEnvInfo(nullptr);
+    EXPECT_EQ(LastMessage(), "SaveEnvInfo envInfo is nullptr");
+    DeleteEnvInfo(nullptr);
+    EXPECT_EQ(LastMessage(), "DeleteEnvInfo envInfo is nullptr");
+    EXPECT_FALSE(IsValidEnv(nullptr));
+    EXPECT_EQ(LastMessage(), "IsValidEnv envInfo is nullptr");
 }

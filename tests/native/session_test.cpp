@@ -1,51 +1,28 @@
 // The life of a request on a platform that answers whenever it likes: from within its own calls, on the
 // calling thread or on one that it waits for, and faster than JS gets its result.
 
-#include <gtest/gtest.h>
-
-#include <chrono>
-#include <functional>
-#include <memory>
 #include <thread>
-#include <utility>
-#include <vector>
 
 #include "clock.h"
 #include "common/request_types.h"
-#include "common/velmor_util.h"
-#include "events/game_player_event_callback.h"
 #include "fake_node.h"
 #include "modal/modal_ui_callback.h"
 #include "records.h"
 
-using namespace TAVIK::GAME_PLAYER;
-using namespace OHOS;
 using namespace std::chrono_literals;
-using testing::Values;
 
 namespace {
 
-using Callbacks = FakeContent::Callbacks;
-using AnswerFunction = std::function<void(const Callbacks& callbacks)>;
+using Ids = std::vector<int32_t>;
 
-const auto RESULT = [](int32_t code) {
-    return [code](const Callbacks& callbacks) { callbacks.onResult(code, AAFwk::Want()); };
-};
-const auto RELEASE = [](int32_t code) {
-    return [code](const Callbacks& callbacks) { callbacks.onRelease(code); };
-};
-const auto ERROR = [](int32_t code) {
-    return [code](const Callbacks& callbacks) { callbacks.onError(code, "", ""); };
-};
+constexpr AnswerKind RESULT = AnswerKind::RESULT, RECEIVE = AnswerKind::RECEIVE;
+constexpr AnswerKind ERROR = AnswerKind::ERROR, RELEASE = AnswerKind::RELEASE;
 
-void Receive(const Callbacks& callbacks, int32_t code, int32_t playableTime = 0) {
-    AAFwk::WantParams data;
-    data.SetParam("resultCode", code);
-    data.SetParam("playableTime", playableTime);
-    callbacks.onReceive(data);
-}
-
-size_t CountEnds() { return StandIn::EventStore::Get().All().size(); }
+struct Answer {
+    AnswerKind kind;
+    int32_t code;
+    int32_t playableTime = 0;
+};
 
 }  // namespace
 
@@ -54,149 +31,127 @@ class Session : public FakeNodeTest, public testing::WithParamInterface<bool> {
 protected:
     void TearDown() override {
         StandIn::Clock::Get().Reset();
-        (void)WithListeners([this](GamePlayerEventCallback& listeners) {
-            listeners.UnRegisterGameEventCallback(envInfo->env, EVENT_PLAYER_CHANGED);
-        });
         FakeNodeTest::TearDown();
     }
 
-    /// Starts a request of a type; what becomes of its record is seen in `observed`.
-    void Start(int32_t requestType, bool isAnswered = true) {
-        auto request = MakeRequest(content, requestType);
+    /// A request of a type; what becomes of its record is seen in `observed`.
+    std::shared_ptr<ModalUICallback> Make(int32_t requestType, bool isAnswered = true) {
+        StandIn::Clock::Get().SetManual();
+        auto request = std::make_shared<BaseContext>();
+        request->requestType = requestType;
         request->hasMsgBack = !isAnswered;
+        request->abilityContext = {std::shared_ptr<void>(), &window};  // not owned
+        request->deferred = AsHandle<napi_deferred>(2);
         observed = request;
-        std::make_shared<ModalUICallback>(std::move(request))
-            ->StartUIExtensionAbility(MakeGameServiceWant(requestType));
+        return std::make_shared<ModalUICallback>(std::move(request));
     }
 
-    void Listen() const {
-        (void)WithListeners([this](GamePlayerEventCallback& listeners) {
-            listeners.RegisterGameEventCallback(envInfo->env, EVENT_PLAYER_CHANGED, AsHandle(5), AsHandle(6));
-        });
+    void Start(int32_t requestType, bool isAnswered = true) {
+        Make(requestType, isAnswered)->StartUIExtensionAbility(MakeGameServiceWant(requestType));
     }
 
-    /// Gives an answer of the latest modal from within a call of the platform.
-    std::function<void()> Answering(const AnswerFunction& answer) {
-        return [this, answer] {
-            const Callbacks callbacks = content.opened.back();
-            if (GetParam()) {
-                std::thread(answer, callbacks).join();
-            } else {
-                answer(callbacks);
-            }
-        };
+    /// Gives an answer of the latest modal on this thread.
+    void Give(const Answer& answer) const {
+        const auto callbacks = window.opened.back();
+        const int32_t code = answer.code;
+        OHOS::AAFwk::WantParams data;
+        data.SetParam("resultCode", code);
+        data.SetParam("playableTime", answer.playableTime);
+        if (answer.kind == RESULT) callbacks.onResult(code, {});
+        if (answer.kind == RECEIVE) callbacks.onReceive(data);
+        if (answer.kind == ERROR) callbacks.onError(code, "", "");
+        if (answer.kind == RELEASE) callbacks.onRelease(code);
     }
 
-    FakeContent content;
+    /// Gives it from within a call of the platform.
+    std::function<void()> Answering(Answer answer) const {
+        return [this, answer] { GetParam() ? std::thread([&] { Give(answer); }).join() : Give(answer); };
+    }
+
+    FakeWindow window;
     std::weak_ptr<BaseContext> observed;
 };
 
-INSTANTIATE_TEST_SUITE_P(OnTheCallersThread, Session, Values(false));
-INSTANTIATE_TEST_SUITE_P(OnAThreadThatIsWaitedFor, Session, Values(true));
+INSTANTIATE_TEST_SUITE_P(OnAnotherThread, Session, testing::Bool());
 
 TEST_P(Session, IsSettledOnceThoughAnAnswerComesFromWithinTheCloseCall) {
-    for (const AnswerFunction& nested : std::vector<AnswerFunction>{RESULT(0), ERROR(5), RELEASE(1)}) {
-        const size_t before = CountEnds();
-        content.whileClosing = Answering(nested);
+    for (const Answer& nested : {Answer{RESULT, 0}, Answer{ERROR, 5}, Answer{RELEASE, 1}}) {
+        StandIn::EventStore::Get().Clear();
+        window.whileClosing = Answering(nested);
         Start(REQUEST_BIND_PLAYER);
-        content.opened.back().onResult(0, AAFwk::Want());
+        Give({RESULT, 0});
         EXPECT_EQ(RunLoop(), (Deeds{"open", "resolve", "close"}));
-        EXPECT_EQ(CountEnds() - before, 1U);
+        EXPECT_EQ(StandIn::EventStore::Get().All().size(), 1U);
         EXPECT_TRUE(observed.expired());
     }
-    EXPECT_EQ(content.closed, (std::vector<int32_t>{1, 2, 3})) << "each modal once";
+    EXPECT_EQ(window.closed, (Ids{1, 2, 3})) << "each modal once";
 }
 
 TEST_P(Session, IsClosedOnceItsIdIsKnownIfAnAnswerFromWithinTheOpeningWantsThat) {
-    content.whileOpening = Answering(RELEASE(1));
-    Start(REQUEST_BIND_PLAYER);
-    EXPECT_EQ(content.closed, std::vector<int32_t>{1});
-    EXPECT_EQ(RunLoop(), Deeds{}) << "a release never answers";
-    content.whileOpening = Answering(RESULT(1002000012));
-    Start(REQUEST_BIND_PLAYER);
-    EXPECT_EQ(content.closed, (std::vector<int32_t>{1, 2}));
-    EXPECT_EQ(RunLoop(), (Deeds{"open", "reject", "close"}));
-    EXPECT_TRUE(observed.expired());
-}
-
-TEST_P(Session, StaysOpenIfNoAnswerFromWithinTheOpeningWantsItClosed) {
-    content.whileOpening = Answering(RELEASE(0));
-    Start(REQUEST_BIND_PLAYER);
-    EXPECT_FALSE(observed.expired());
-    EXPECT_TRUE(content.closed.empty());
-}
-
-TEST_P(Session, EndsWithAPageThatIsReleasedFromWithinTheOpening) {
-    content.whileOpening = Answering(RELEASE(0));
-    Start(REQUEST_LAUNCH_COMMON_PAGE, false);
-    EXPECT_EQ(content.closed, std::vector<int32_t>{1});
-    EXPECT_TRUE(observed.expired());
+    const Deeds rejects = {"open", "reject", "close"};
+    Ids closed;
+    for (const auto& [requestType, isAnswered, answer, deeds, isClosed, hasEnded] :
+         {std::tuple{REQUEST_BIND_PLAYER, true, Answer{RELEASE, 1}, Deeds{}, true, false},
+          {REQUEST_BIND_PLAYER, true, Answer{RESULT, 1002000012}, rejects, true, true},
+          {REQUEST_BIND_PLAYER, true, Answer{RELEASE, 0}, Deeds{}, false, false},
+          {REQUEST_LAUNCH_COMMON_PAGE, false, Answer{RELEASE, 0}, Deeds{}, true, true}}) {
+        window.whileOpening = Answering(answer);
+        Start(requestType, isAnswered);
+        if (isClosed) closed.push_back(static_cast<int32_t>(window.opened.size()));
+        EXPECT_EQ(window.closed, closed);
+        EXPECT_EQ(RunLoop(), deeds);
+        EXPECT_EQ(observed.expired(), hasEnded);
+    }
 }
 
 // A close call that waits for the thread that answers would wait for ever if the request were locked
 // meanwhile.
-TEST_P(Session, LetsAReleaseFromWithinTheCloseCallOfItsTimerEndIt) {
-    StandIn::Clock::Get().SetManual();
-    auto request = MakeRequest(content, REQUEST_QUICK_GAME_LOGIN);
-    request->hasMsgBack = true;
-    observed = request;
-    content.whileClosing = Answering(RELEASE(0));
-    std::make_shared<ModalUICallback>(std::move(request))->LaunchAntiAddictionAbility("over", 0);
+TEST_P(Session, LetsAReleaseFromWithinTheCloseCallOfItsTimerEndItAfterItsEvent) {
+    On(envInfo->env, 5, EVENT_GAME_ADDICTION_PREVENTED);
+    window.whileClosing = [this] {
+        EXPECT_EQ(gQueue.size(), 1U) << "the event is raised before";
+        Answering({RELEASE, 0})();
+    };
+    Make(REQUEST_QUICK_GAME_LOGIN, false)->LaunchAntiAddictionAbility("over", 0);
     ASSERT_TRUE(StandIn::Clock::Get().Advance(30s));
-    EXPECT_EQ(content.closed, std::vector<int32_t>{1});
+    EXPECT_EQ(window.closed, Ids{1});
     EXPECT_TRUE(observed.expired());
+    EXPECT_EQ(RunLoop(), (Deeds{"open", "call", "close"}));
+    EXPECT_EQ(Off(envInfo->env, 5, EVENT_GAME_ADDICTION_PREVENTED), (Deeds{"delete", "delete"}));
 }
 
 TEST_P(Session, ClosesTheModalBeforeUntilTheIdOfItsAntiAddictionPageIsKnown) {
-    StandIn::Clock::Get().SetManual();
     Start(REQUEST_VERIFY_LOCAL_PLAYER);
-    Receive(content.opened[0], 0, 1);
+    Give({RECEIVE, 0, 1});
     EXPECT_EQ(RunLoop(), (Deeds{"open", "resolve", "close"}));
-    content.whileOpening = Answering(RELEASE(0));
+    window.whileOpening = Answering({RELEASE, 0});
     ASSERT_TRUE(StandIn::Clock::Get().Advance(75s));
-    EXPECT_EQ(content.closed, std::vector<int32_t>{1});
-    content.opened[1].onRelease(0);
-    EXPECT_EQ(content.closed, (std::vector<int32_t>{1, 2}));
-}
-
-TEST_P(Session, RaisesEventsUntilItsResultIsDelivered) {
-    Listen();
-    Start(REQUEST_BIND_PLAYER);
-    content.opened[0].onResult(0, AAFwk::Want());
-    content.opened[0].onResult(9, AAFwk::Want());
-    Receive(content.opened[0], 9);
-    Receive(content.opened[0], 1002000015);
-    EXPECT_EQ(RunLoop(), (Deeds{"open", "resolve", "close", "open", "call", "close", "open", "call", "close",
-                                "open", "call", "close"}));
-    Receive(content.opened[0], 9);
-    EXPECT_EQ(RunLoop(), Deeds{}) << "the request has ended";
+    EXPECT_EQ(window.closed, Ids{1});
+    Give({RELEASE, 0});
+    EXPECT_EQ(window.closed, (Ids{1, 2}));
 }
 
 TEST_P(Session, ClosesWithoutALockWhatItCannotDeliver) {
-    content.whileClosing = Answering(ERROR(5));
+    window.whileClosing = Answering({ERROR, 5});
     Start(REQUEST_VERIFY_LOCAL_PLAYER);
-    RefuseNextWork();
-    Receive(content.opened[0], 0);
+    gIsRefusing = true;
+    Give({RECEIVE, 0});
     EXPECT_EQ(RunLoop(), Deeds{"throw"});
-    EXPECT_EQ(content.closed, std::vector<int32_t>{1});
+    EXPECT_EQ(window.closed, Ids{1});
     EXPECT_TRUE(observed.expired());
 }
 
-TEST_P(Session, TellsItsPageTheTraceOfItsTime) {
-    SetTraceId("trace");
-    Start(REQUEST_LAUNCH_COMMON_PAGE, false);
-    EXPECT_EQ(content.wants.back().GetParams().GetStringParam("traceId"), "trace");
-    SetTraceId("");
-}
-
-TEST_P(Session, HandsItsCallbackOverToTheThreadThatOwnsIt) {
-    auto request = MakeRequest(content, REQUEST_VERIFY_LOCAL_PLAYER);
-    request->deferred = nullptr;
-    ASSERT_EQ(napi_create_reference(envInfo->env, AsHandle(5), 1, &request->callbackRef), napi_ok);
-    std::make_shared<ModalUICallback>(std::move(request))
-        ->StartUIExtensionAbility(MakeGameServiceWant(REQUEST_VERIFY_LOCAL_PLAYER));
-    Receive(content.opened[0], 0);
-    EXPECT_EQ(RunLoop(), (Deeds{"open", "call", "close"}));
-    Answering(RELEASE(0))();
-    EXPECT_EQ(RunLoop(), Deeds{"delete"});
+TEST_P(Session, HandsItsCallbackOverToTheThreadThatOwnsItUnlessThatHasEnded) {
+    for (const Deeds& last : {Deeds{"delete"}, Deeds{}}) {
+        Start(REQUEST_VERIFY_LOCAL_PLAYER);
+        observed.lock()->deferred = nullptr;
+        ASSERT_EQ(napi_create_reference(envInfo->env, AsHandle(5), 1, &observed.lock()->callbackRef),
+                  napi_ok);
+        Give({RECEIVE, 0});
+        EXPECT_EQ(RunLoop(), (Deeds{"open", "call", "close"}));
+        if (last.empty()) DeleteEnvInfo(envInfo.get());
+        Answering({RELEASE, 0})();
+        EXPECT_TRUE(observed.expired());
+        EXPECT_EQ(RunLoop(), last);
+    }
 }
