@@ -9,132 +9,103 @@ const fs = require('node:fs');
 const path = require('node:path');
 const { test } = require('node:test');
 const { promisify } = require('node:util');
-const { ROOT, device, expectChild, game } = require('./support');
-const { ErrorCode } = require('game-player-extension-module/errors');
+const { METHODS, ROOT, device, expectChild, game } = require('./support');
+const { ErrorCode, RequestType, isBusinessError } = require('game-player-extension-module/errors');
 
-const OUT = path.join(ROOT, 'out', 'types');
-const FIRST_SERVICE_CODE = 1002000000;
-const DATA = '{"playerId":"p1"}';
-
-let compilation;
-
-async function runCompiler() {
-    fs.rmSync(OUT, { recursive: true, force: true });
-    const options = { timeout: 60000, env: { ...process.env, LD_PRELOAD: '' } };    // no sanitizer on the compiler
-    try {
-        await promisify(execFile)('tsc', ['-p', path.join(ROOT, 'tests', 'types')], options);
-    } catch (error) {
-        const reason = error.code === 'ENOENT' ? 'tsc is not on PATH: install node-typescript' : error.message;
-        assert.fail(error.stdout || reason);
-    }
-}
-
-/** Compiles tests/types into OUT, once. */
-function compile() {
-    compilation = compilation || runCompiler();
-    return compilation;
-}
-
-test('programs compile against the types', compile);
-
-test('what must not compile does not, line by line', async () => {
-    const file = path.join(ROOT, 'tests', 'types', 'wrong', 'wrong.ts');
-    const lines = fs.readFileSync(file, 'utf8').trimEnd().split('\n');
-    const first = lines.lastIndexOf('') + 1;
-    const options = { env: { ...process.env, LD_PRELOAD: '' }, timeout: 60000 };
-    const project = path.join(path.dirname(file), 'tsconfig.json');
-    const { stdout } = await promisify(execFile)('tsc', ['-p', project], options).catch((error) => error);
-    const wrong = new Set(Array.from(stdout.matchAll(/wrong\.ts\((\d+),/g), ([, line]) => Number(line) - 1));
-    assert.deepEqual(lines.filter((line, i) => wrong.has(i) !== i >= first), []);
-});
-
-const declared = (file, pattern) => {
-    const names = fs.readFileSync(path.join(ROOT, file), 'utf8').matchAll(pattern);
-    return [...new Set(Array.from(names, ([, ...name]) => name.join(' ')))].sort();
+/** A value of each kind that a field may have, and one of another kind. */
+const VALUES = {
+    string: ["'text'", '5'], int: ['5', "'5'"], flag: ['true', "'yes'"], accounts: ['[]', "{ accountName: 'Lin' }"],
 };
+/** The methods whose record has no field that it needs. */
+const MAY_BE_EMPTY = ['savePlayerRole', 'unionLogin'];
 
-test('the types declare what is there at run time and nothing else', () => {
-    const { ErrorCode, RequestType } = require('game-player-extension-module/errors');
-    const constants = [...Object.entries(ErrorCode), ...Object.entries(RequestType)].map((entry) => entry.join(' '));
-    for (const [file, pattern, there] of [
-        ['index.d.ts', /^ {4}function (\w+)/gm, Object.getOwnPropertyNames(game)],
-        ['device/index.d.ts', /^export (?:function|const) (\w+)/gm, Object.keys(device)],
-        ['device/index.d.ts', /^ {4}(\w+)\(.*(?:void|number|Promise<void>);$/gm,
-            [...Object.keys(device.clock), 'result', 'receive', 'release', 'error']],
-        ['errors.d.ts', /^ {4}readonly ([A-Z_]+): (\d+);$/gm, constants],
-    ]) {
-        assert.deepEqual(declared(file, pattern), [...there].sort(), file);
-    }
-});
+const PROGRAM = 'out/types/calls.mts';
+const read = (file) => fs.readFileSync(path.join(ROOT, file), 'utf8');
+const isWrong = (line) => line.includes('// wrong');
 
-for (const [file, out] of [
-    ['game.js', [
-        '6 done', 'p1', DATA, DATA, DATA, 'done', 'done', 'done', DATA, DATA, 'Mei', '0',
-        'The thirdOpenId or teamPlayerId has been bound.', '3 launched',
-    ]],
-    ['game.mjs', ['Mei', 'This interface is not available for this game.', 'one module']],
-]) {
-    test(`what TypeScript made of ${file.replace('js', 'ts')} plays`, async () => {
-        await compile();
-        await expectChild(async (_, program) => {
-            const { play } = await import(program);
-            console.log((await play()).join('\n'));
-        }, { args: [path.join(OUT, file)], out });
+/** The calls that the types are to allow and to refuse, by a row of the table of methods. */
+function callsOf([name, { callbackAt, data, page, record, rest }]) {
+    const call = (...args) => `gamePlayer.${name}(${args.join(', ')})`;
+    const good = ['context', ...rest.map((value) => JSON.stringify(value))];
+    const promised = call(...good);
+    const calledBack = (body) => call(...good, `(error, data) => { ${body}; }`);
+    const withOther = (i, other) => call(...good.slice(0, i), other, ...good.slice(i + 1));
+    const fields = Object.entries(record?.[1] || {}).map(([field, kind]) => [field, ...VALUES[kind.replace('?', '')]]);
+    const withField = (field, value) => call('context', `{ ...${good[1]}, ${field}: ${value} }`);
+    const right = [
+        `is<Promise<${page ? 'never' : data ? 'string | undefined' : 'void'}>>(${promised})`,
+        ...fields.map(([field, value]) => withField(field, value)),
+        MAY_BE_EMPTY.includes(name) && call('context', '{}'),
+        data && `is<Promise<number>>(${promised.replace(name, `${name}<number>`)})`,
+        callbackAt && `is<void>(${calledBack('error?.code.toFixed()')})`,
+        callbackAt && data && calledBack('error ? error.message : data?.trim()'),
+    ];
+    const wrong = [
+        call(), call(...good.slice(0, -1)), withOther(0, 'null'), withOther(0, "'text'"),
+        ...rest.map((value, i) => withOther(i + 1, typeof value === 'string' ? '5' : "'text'")),
+        ...fields.map(([field, , other]) => withField(field, other)), record && withField('other', 1),
+        record && !MAY_BE_EMPTY.includes(name) && call('context', '{}'),
+        `${promised}.then((value) => value.length)`, data && `is<Promise<number>>(${promised})`,
+        call(...good, '() => undefined', ...(callbackAt ? ['0'] : [])),
+        ...(callbackAt ? [calledBack('error.code'), `${calledBack('error')}.then()`, call(...good, "'callback'"),
+            call(...good, '(error: string) => error')] : []),
+        ...(callbackAt && data ? [calledBack('data.length'), calledBack('if (!error) data.length')] : []),
+    ];
+    return [...right, ...wrong.map((line) => line && `${line} // wrong`)].filter(Boolean);
+}
+
+/** The names of an object as its type is to declare them, and its numbers. */
+function shownAs([name, object]) {
+    const text = JSON.stringify(object, (_, value) => (typeof value === 'function' ? 'a function' : value));
+    return `is<Shown<typeof ${name}>>(${text})`;
+}
+
+/** What the compiler complains about in a program: the lines that are marked as wrong, and its words on all else. */
+async function complaints(program) {
+    fs.mkdirSync(path.join(ROOT, path.dirname(PROGRAM)), { recursive: true });
+    fs.writeFileSync(path.join(ROOT, PROGRAM), program.join('\n'));
+    const options = { cwd: ROOT, timeout: 60000, env: { ...process.env, LD_PRELOAD: '' } };  // no sanitizer on it
+    const { stdout } = await promisify(execFile)('tsc', ['-p', 'tests/types'], options).catch((error) => {
+        assert.notEqual(error.code, 'ENOENT', 'tsc is not on PATH: install node-typescript');
+        return error;
+    });
+    return stdout.split('\n').filter((text) => /^\S/.test(text)).map((text) => {
+        const line = text.startsWith(PROGRAM) ? program[/\((\d+),/.exec(text)[1] - 1] : '';
+        return isWrong(line) ? line : text;
     });
 }
 
-test('the error codes are those that the module passes on', async () => {
-    const passed = [0];
-    for (const code of [1, 202, 401, 402, ...Array.from({ length: 32 }, (_, i) => FIRST_SERVICE_CODE + i)]) {
-        const request = game.bindPlayer(device.createAbilityContext(), '', '').catch((error) => error.code);
-        await device.modals().at(-1).error(code);
-        passed.push(...(await request === code ? [code] : []));
-    }
-    device.reset();
-    assert.deepEqual(passed, Object.values(ErrorCode));
+test('what is right compiles against the types, what is wrong does not, and they declare what there is', async () => {
+    const program = [
+        ...read('tests/types/calls.mts').split('\n'), ...Object.entries(METHODS).flatMap(callsOf),
+        ...Object.entries({ device, 'device.clock': device.clock, ErrorCode, RequestType }).map(shownAs),
+    ];
+    assert.deepEqual(new Set(await complaints(program)), new Set(program.filter(isWrong)));
+    const declared = read('index.d.ts').matchAll(/^ {4}function (\w+)/gm);
+    assert.deepEqual([...new Set(Array.from(declared, ([, name]) => name))], Object.getOwnPropertyNames(game));
 });
 
 test('an error of the module is told from others', () => {
-    const { isBusinessError } = require('game-player-extension-module/errors');
     const errorOf = (code) => Object.assign(new Error('text'), { code });
-    for (const [value, expected] of [
-        [errorOf(401), true], [errorOf(402), false], [errorOf('401'), false], [errorOf('ENOENT'), false],
-        [new Error('text'), false], [{ code: 401 }, false], [401, false], [null, false], [undefined, false],
-    ]) {
-        assert.equal(isBusinessError(value), expected);
-    }
-    assert.throws(() => game.bindPlayer(), isBusinessError);
+    const others = [402, '401', 'ENOENT', undefined].map(errorOf);
+    assert.deepEqual([...others, { code: 401 }, 401, null, undefined].filter(isBusinessError), []);
+    assert.ok(isBusinessError(errorOf(401)));
+    assert.throws(() => game.bindPlayer(), (error) => error instanceof Error && Object.hasOwn(error, 'code') &&
+        isBusinessError(error));
 });
 
 test('require and import give one module by folder and by name, in a Worker as well', () => expectChild(
     async ({ startWorker, once }) => {
         const check = async ({ ROOT }) => {
-            const name = 'game-player-extension-module';
-            const pathOf = require('node:path').join;
+            const { isDeepStrictEqual } = require('node:util');
             for (const [entry, file] of [['', 'index.js'], ['/device', 'device/index.js'], ['/errors', 'errors.js']]) {
-                const required = require(name + entry);
-                const { default: imported, ...names } = await import(name + entry);
-                const isSame = [
-                    required === imported, required === require(pathOf(ROOT, file)),
-                    Object.getOwnPropertyNames(required).every((key) => names[key] === required[key]),
-                    Object.keys(names).length === Object.getOwnPropertyNames(required).length,
-                ];
-                console.log(entry, ...isSame);
+                const required = require(`game-player-extension-module${entry}`);
+                const { default: imported, ...named } = await import(`game-player-extension-module${entry}`);
+                const names = Object.getOwnPropertyNames(required).map((name) => [name, required[name]]);
+                console.log(required === imported, required === require(`${ROOT}/${file}`),
+                    isDeepStrictEqual(named, Object.fromEntries(names)));
             }
         };
         await check({ ROOT: process.cwd() });
         await once(startWorker(check), 'exit');
-    }, {
-        out: ['', '/device', '/errors', '', '/device', '/errors'].map((entry) => `${entry} true true true true`),
-    }));
-
-test('the package holds all that is in its folder, and starts what there is', () => {
-    const { files, scripts } = require('game-player-extension-module/package.json');
-    const there = fs.readdirSync(ROOT, { withFileTypes: true })
-        .filter(({ name }) => !/^(\..*|out|node_modules|package\.json|README\.md|.*\.tgz)$/.test(name))
-        .map((entry) => (entry.isDirectory() ? `${entry.name}/` : entry.name));
-    assert.deepEqual(files.filter((name) => !name.startsWith('.')).sort(), there.sort());
-    for (const command of Object.values(scripts)) {
-        fs.accessSync(path.join(ROOT, command), fs.constants.X_OK);
-    }
-});
+    }, { out: Array(6).fill('true true true') }));

@@ -1,0 +1,81 @@
+// What a game may write against the types. The lines that are marked as wrong must not compile, all others must. To
+// these lines the test adds what is alike for all methods. Nothing of this runs.
+
+import gamePlayer, { bindPlayer, on } from 'game-player-extension-module';
+import * as all from 'game-player-extension-module';
+import type { BusinessError, Context, ThirdAccountInfo } from 'game-player-extension-module';
+import device, { createAbilityContext, nextModal } from 'game-player-extension-module/device';
+import type { GameEnd, Modal, ParameterObject } from 'game-player-extension-module/device';
+import { ErrorCode, RequestType, isBusinessError } from 'game-player-extension-module/errors';
+
+declare const context: Context, modal: Modal, caught: unknown, error: BusinessError;
+declare function is<T>(value: T): void;
+// The names of an object, with its numbers.
+type Shown<T> = { [K in keyof T]: T[K] extends number ? T[K] : unknown };
+
+// Parameters, results and callbacks
+const accountIcon: gamePlayer.AccountIcon = { moduleName: 'entry', id: 7, params: ['app.media.lin'] as const };
+const thirdAccountInfos: readonly ThirdAccountInfo[] = [{ accountName: 'Lin', accountIcon }, { accountName: 'Mei' }];
+is<gamePlayer.UnionLoginParam>({ thirdAccountInfos });
+is<ThirdAccountInfo>({ accountIcon }); // wrong: whose icon
+is<gamePlayer.AccountIcon>({ id: 7 }); // wrong: of no module
+is<[gamePlayer.PlayerRole, gamePlayer.ThirdUserInfo]>([{}, { thirdOpenId: 'open-1' }]);
+is<[gamePlayer.PurchaseParameter, gamePlayer.PurchaseResult]>([{ productId: 'sword' }, { purchaseData: 'data' }]);
+is<gamePlayer.QuickGameLoginParam>({ gameAppId: 'app-1' });
+is<gamePlayer.ResultCallback<string>>((failure, data) => (failure ? failure.message : data.trim()));
+is<gamePlayer.ResultCallback<string>>((failure, data) => data.trim()); // wrong: a failure has none
+is<gamePlayer.DoneCallback>((failure) => failure?.message);
+bindPlayer(context, 'open-1', 'team-1').catch(() => all.init === gamePlayer.init);
+
+// Calls without a request, and events
+gamePlayer.syncTraceId('trace');
+gamePlayer.syncTraceId(5); // wrong
+gamePlayer.reportEventOperation('load', 1500, 0);
+gamePlayer.reportEventOperation('load', 1500); // wrong: without an outcome
+gamePlayer.onEventCallback({ resultCode: ErrorCode.PLAYER_INVALID, resultInfo: 'Mei' });
+gamePlayer.onEventCallback({ resultInfo: 'Mei' }); // wrong: without a code
+on('playerChanged', ({ event, resultInfo }) => `${event.toFixed()} ${resultInfo.trim()}`);
+gamePlayer.on('gameAddictionPrevented', (text) => text.trim());
+gamePlayer.on('playerLeft', () => undefined); // wrong: an unknown event
+gamePlayer.on('playerChanged'); // wrong: no listener
+gamePlayer.on('playerChanged', (text: string) => text); // wrong: the other event's argument
+gamePlayer.on('gameAddictionPrevented', ({ resultInfo }) => resultInfo); // wrong: the other event's argument
+gamePlayer.off('playerChanged');
+gamePlayer.off('playerChanged', (event: gamePlayer.PlayerChangedEvent) => event);
+gamePlayer.off('playerLeft'); // wrong: an unknown event
+gamePlayer.off('playerChanged', undefined); // wrong: undefined is no listener
+
+// Errors
+is<gamePlayer.ErrorCode | false>(isBusinessError(caught) && caught.code);
+caught.code; // wrong: not known to be an error of the module
+error.code === 402; // wrong: no such code
+error.code = ErrorCode.PARAMETER; // wrong: read only
+ErrorCode.TIMEOUT; // wrong: no such name
+ErrorCode.PARAMETER = 401; // wrong: read only
+is<gamePlayer.ErrorCode>(402); // wrong: no such code
+is<BusinessError>(Object.assign(new Error('text'), { code: '401' })); // wrong: a code is a number
+gamePlayer.ErrorCode; // wrong: the module itself has no codes at run time
+
+// The device
+const entry = { mediaById: { 7: new Uint8Array(3) }, mediaByName: {}, rawFiles: {} };
+createAbilityContext({ window: false, modules: { entry, other: null } });
+device.createAbilityContext({ windows: true }); // wrong
+device.createUIExtensionContext({ modules: { entry: { mediaById: { 1: 'text' } } } }); // wrong
+device.createStageContext('ability'); // wrong
+device.showWindow(); // wrong
+is<Promise<Modal>[]>([nextModal(), nextModal(500), nextModal({ requestType: RequestType.INIT }, { timeoutMs: 5 })]);
+nextModal('5'); // wrong
+nextModal('syncTraceId'); // wrong: it opens none
+device.onModal((opened) => opened.error(ErrorCode.ALREADY_BOUND, 'name', 'message'));
+device.onModal(5); // wrong
+device.onExit(({ reason, code }: GameEnd) => [reason === 'timer', code?.toFixed()]);
+device.answerOn('main'); // wrong
+modal.isOpen = false; // wrong: read only
+modal.result('0'); // wrong
+modal.result(0, { a: [''], b: { c: 1.5, d: true, e: undefined } });
+is<ParameterObject>({ a: null }); // wrong
+is<ParameterObject>({ a: [1] }); // wrong: lists are of texts
+device.clock.advance('5'); // wrong
+device.failNext('napi_typeof', { times: '1' }); // wrong
+device.logs().filter(({ level }) => level === 'X'); // wrong: no such level
+device.setSystemApp('yes'); // wrong
