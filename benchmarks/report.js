@@ -1,6 +1,6 @@
 'use strict';
 
-// The table of the figures, and what of it goes into the documents.
+// Makes the table of the figures, and writes it and the chart into the documents.
 
 const fs = require('fs');
 const path = require('path');
@@ -30,7 +30,7 @@ function makeTable(rows) {
     }).join('\n');
 }
 
-// The page's own words stay; what stands between the two marks is written anew.
+// Rewrites the part of the page between the two marks; the rest stays as it is.
 function writeDocuments(rows, machine) {
     const page = fs.readFileSync(PAGE, 'utf8');
     const [begin, end] = [page.indexOf(BEGIN), page.indexOf(END)];
@@ -38,7 +38,7 @@ function writeDocuments(rows, machine) {
         throw new Error(`docs/performance.md has no place for the table: put the lines ${BEGIN} and ${END} into it`);
     }
     const missed = rows.filter((row) => !isReached(row)).length;
-    const summary = `Measured on ${machine}: ${rows.length - missed} of ${rows.length} figures are reached.`;
+    const summary = `Measured on ${machine}: ${rows.length - missed} of ${rows.length} rows meet their goal.`;
     const written = [BEGIN, summary, makeTable(rows), page.slice(end)].join('\n\n');
     fs.writeFileSync(PAGE, page.slice(0, begin) + written);
     fs.writeFileSync(CHART, makeChart(rows.filter(({ unit }) => unit !== HIGHER_IS_BETTER), digits));
