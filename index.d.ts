@@ -1,23 +1,25 @@
 /**
  * Player services for games.
  *
- * A request opens the game service over the game's window, and is answered when the player or the service is
- * done there. It is answered by a promise or, where a callback is offered and given, by that callback. Errors are
- * `BusinessError`s: thrown if the number of arguments is wrong, otherwise rejected with or passed to the callback.
- * Page launches report no failure at all.
+ * A request opens the game service over the game's window. It is settled when the player or the service has finished
+ * there: by a promise, or by the callback if the method accepts one and gets one. Errors are `BusinessError`s. A wrong
+ * number of arguments throws one. Every other failure rejects the promise or is passed to the callback. Page launches
+ * do not report failures.
  *
- * Every other request can end with 401, if its context or parameters will not do or if the window shows no page within
- * five seconds; with 1002000001, if the platform fails or the game service answers with a code without a meaning;
- * and with any code of the game service, 1002000002 to 1002000017. Three of its answers end the game process, with
- * status 0 and without any notice: its order to do so, 1002000006 (to quickGameLogin it is an error), and
- * 1002000011 as the answer to init.
+ * All other requests can fail with
+ *  - 401, if its context or parameters are unsuitable, or if the window shows no page within five seconds;
+ *  - 1002000001, if the platform fails or the game service answers with an unknown code;
+ *  - any code of the game service, 1002000002 to 1002000017.
  *
- * Texts are UTF-8, read up to their first NUL, and cut at 4096 bytes, at a whole character. Numbers are read as
- * 32-bit integers. Optional fields that are missing are sent empty, as 0 or as false; whether they will do is for
- * the game service to say. A getter that throws makes the call throw the same.
+ * Three answers of the game service end the game process, with status 0 and without notice: its order to end,
+ * 1002000006 (which is an error for quickGameLogin), and 1002000011 as the answer to init.
  *
- * All methods belong to the environment, the main thread or a Worker, that calls them: answers and events arrive
- * there, and nothing arrives once it has ended.
+ * Strings are UTF-8. They are read up to their first NUL, and truncated to 4096 bytes without splitting a character.
+ * Numbers are read as 32-bit integers. A missing optional field is sent as an empty string, 0 or false; the game
+ * service decides whether to accept it. If a getter throws, the call throws the same exception.
+ *
+ * Answers and events arrive in the environment that called the method, which is the main thread or a Worker. Nothing
+ * arrives after that environment has ended.
  */
 
 import * as errors from './errors';
@@ -26,23 +28,23 @@ declare namespace gamePlayer {
     type BusinessError = errors.BusinessError;
     type ErrorCode = errors.ErrorCode;
 
-    /** The context of the game's ability or UI extension, as the platform (or the stand-in device) gives it. */
+    /** The context of the game's ability or UI extension, from the platform or the stand-in device. */
     type Context = object;
 
-    /** `T` as it was given, or its default; never guessed from what a result is assigned to. */
+    /** `T` as given, or its default. It is never inferred from the variable that the result is assigned to. */
     type Given<T> = [T][T extends unknown ? 0 : never];
 
-    /** Called once: with the data, or with an error. The data is null if the request never went out. */
+    /** Called once, with the data or with an error. The data is null if the request was never sent. */
     type ResultCallback<T> = (
         ...result: [error: undefined, data: T] | [error: BusinessError, data: null | undefined]
     ) => void;
 
-    /** Called once: without an error when the request is done. */
+    /** Called once. There is no error if the request succeeded. */
     type DoneCallback = (error: BusinessError | null | undefined, data: null | undefined) => void;
 
-    /** What the game knows of its own account. A fact that is left out is not sent at all. */
+    /** What the game knows about its own account. An optional field that is left out is not sent. */
     interface ThirdUserInfo {
-        /** The account's identifier in the game; at most 4096 bytes. */
+        /** The account's ID in the game; at most 4096 bytes. */
         thirdOpenId: string;
         isRealName?: boolean;
         isAdult?: boolean;
@@ -50,110 +52,110 @@ declare namespace gamePlayer {
         ageRange?: number;
     }
 
-    /** The role that a player plays. Each text is at most 4096 bytes. */
+    /** The role that a player plays. Each string is at most 4096 bytes. */
     interface PlayerRole {
         roleId?: string;
         roleName?: string;
         serverId?: string;
         serverName?: string;
-        /** The player in the game service. */
+        /** The player's ID in the game service. */
         gamePlayerId?: string;
         teamPlayerId?: string;
         /** The player's account in the game. */
         thirdOpenId?: string;
     }
 
-    /** A product to be bought. Each text is at most 4096 bytes. */
+    /** A product to buy. Each string is at most 4096 bytes. */
     interface PurchaseParameter {
-        /** As the product catalogue names it. */
+        /** The product's ID in the catalogue. */
         productId: string;
-        /** The catalogue's kind of product; a 32-bit integer. */
+        /** The kind of product in the catalogue; a 32-bit integer. */
         productType?: number;
-        /** A text of the game's own that travels with the purchase. */
+        /** Any string of the game; passed along with the purchase. */
         developerPayload?: string;
         reservedInfo?: string;
     }
 
-    /** A purchase to be completed. */
+    /** A purchase to complete. */
     interface PurchaseResult {
-        /** As the game received it; what is longer than 4096 bytes is cut. */
+        /** As the game received it; truncated to 4096 bytes. */
         purchaseData: string;
     }
 
-    /** An icon among the resources of the game, such as the resource objects of the platform. */
+    /** An icon in the game's resources. The platform's resource objects have this form. */
     interface AccountIcon {
-        /** The module of the game that holds it. */
+        /** The game's module that contains the icon. */
         moduleName: string;
-        /** The resource identifier, tried first. */
+        /** The resource ID, tried first. */
         id?: number;
         /**
-         * Names, tried in turn if the identifier finds nothing: "app.media.icon" is the media resource "icon", or
-         * else the raw file "app.media.icon"; a name without a dot is a raw file.
+         * Names, tried in turn if the ID finds nothing. "app.media.icon" is the media resource "icon", or else the
+         * raw file "app.media.icon". A name without a dot is a raw file.
          */
         params?: readonly string[];
     }
 
-    /** One of the game's own accounts, to be offered in the login panel. */
+    /** One of the game's own accounts, offered in the login panel. */
     interface ThirdAccountInfo {
         /** At most 4096 bytes. */
         accountName: string;
-        /** Needed unless `loginPanelType` is 1: an account whose icon cannot be read is left out. */
+        /** Required unless `loginPanelType` is 1: an account whose icon cannot be read is left out. */
         accountIcon?: AccountIcon;
     }
 
     interface UnionLoginParam {
         showLoginDialog?: boolean;
-        /** The kind of panel, a code that the game service defines. The panel 1 shows no icons: none is read. */
+        /** The kind of panel, a code that the game service defines. Panel 1 shows no icons, so none are read. */
         loginPanelType?: number;
         /** In the order in which they are shown. */
         thirdAccountInfos?: readonly ThirdAccountInfo[];
     }
 
     interface QuickGameLoginParam {
-        /** The application identifier of the quick game; at most 4096 bytes. */
+        /** The application ID of the quick game; at most 4096 bytes. */
         gameAppId: string;
     }
 
-    /** The player of this device is another one now, or is not known any more. */
+    /** The player of this device has changed or is no longer known. */
     interface PlayerChangedEvent {
         /** Always 0. */
         event: number;
-        /** What the game service tells of it. */
+        /** Information from the game service. */
         resultInfo: string;
     }
 
-    /** What the listeners of each event are called with. */
+    /** The argument of each event's listeners. */
     interface GameEvents {
         playerChanged: PlayerChangedEvent;
-        /** A text for the player. For system applications only. */
+        /** A message for the player. For system applications only. */
         gameAddictionPrevented: string;
     }
 
     /** An outcome that the game got from the game service by other means. */
     interface EventCallbackResult {
-        /** 1002000015 tells the listeners of "playerChanged"; any other code does nothing. */
+        /** 1002000015 notifies the listeners of "playerChanged"; any other code does nothing. */
         resultCode: number;
         /** At most 4096 bytes. */
         resultInfo?: string;
     }
 
     /**
-     * Initialises the player service; the first call of a game. The answer 1002000011, agreement not agreed, ends
-     * the game process.
+     * Initialises the player service. A game calls this first. The answer 1002000011, agreement not agreed, ends the
+     * game process.
      *
-     * It reports no failure of the game service but 1002000015, and it succeeds even if the window never shows a
-     * page. A context that will not do makes the promise form throw a plain `Error` without a code; the callback
-     * is called without an error. A missing context throws a `BusinessError` with code 0.
+     * 1002000015 is the only failure of the game service that it reports. It succeeds even if the window never shows
+     * a page. With an unsuitable context, the promise form throws a plain `Error` without a code, and the callback is
+     * called without an error. A missing context throws a `BusinessError` with code 0.
      */
     function init(context: Context, callback: DoneCallback): void;
     function init(context: Context): Promise<void>;
 
     /**
-     * Asks for the player who is signed in. Gives what the game service sends as the player, a JSON text unless
+     * Gets the player who is signed in. The result is what the game service sends as the player, a JSON string unless
      * agreed otherwise; undefined if it sends nothing.
      *
-     * The answer may limit the time to play. When that is over, the module shows the game service's page and ends
-     * the game process 15 seconds later.
+     * The answer may limit the time to play. When that time is over, the module shows the game service's page, and
+     * ends the game process 15 seconds later.
      */
     function getLocalPlayer<T = string | undefined>(context: Context, callback: ResultCallback<Given<T>>): void;
     function getLocalPlayer<T = string | undefined>(context: Context): Promise<Given<T>>;
@@ -161,47 +163,48 @@ declare namespace gamePlayer {
     /**
      * Tells the game service which role the player plays.
      *
-     * As with init, no failure of the game service but 1002000015 is reported, a context or role that will not do
-     * makes the promise form throw a plain `Error`, and a missing argument throws code 0.
+     * As with init, 1002000015 is the only failure of the game service that it reports. With an unsuitable context or
+     * role, the promise form throws a plain `Error`, and the callback is called without an error. A missing argument
+     * throws code 0.
      */
     function savePlayerRole(context: Context, playerRole: PlayerRole, callback: DoneCallback): void;
     function savePlayerRole(context: Context, playerRole: PlayerRole): Promise<void>;
 
     /**
-     * Has the player buy a product. Gives what the game service sends as the purchase, a JSON text unless agreed
-     * otherwise; undefined if it sends nothing.
+     * Lets the player buy a product. The result is what the game service sends as the purchase, a JSON string unless
+     * agreed otherwise; undefined if it sends nothing.
      */
     function prePurchase<T = string | undefined>(
         context: Context, purchaseParameter: PurchaseParameter, callback: ResultCallback<Given<T>>
     ): void;
     function prePurchase<T = string | undefined>(context: Context, purchaseParameter: PurchaseParameter): Promise<Given<T>>;
 
-    /** Completes a purchase with the data that the game received of it. */
+    /** Completes a purchase with the data that the game received for it. */
     function postPurchase(context: Context, purchaseResult: PurchaseResult, callback: DoneCallback): void;
     function postPurchase(context: Context, purchaseResult: PurchaseResult): Promise<void>;
 
     /**
-     * Binds the game's own account to the player. Each text is at most 4096 bytes. Fails with 1002000012 if one of
-     * the two is bound already.
+     * Binds the game's own account to the player. Each string is at most 4096 bytes. Fails with 1002000012 if either
+     * of the two is bound already.
      */
     function bindPlayer(context: Context, thirdOpenId: string, teamPlayerId: string): Promise<void>;
 
-    /** Takes such a binding back. Fails with 1002000013 if the two are not bound. */
+    /** Removes a binding. Fails with 1002000013 if the two are not bound. */
     function unbindPlayer(context: Context, thirdOpenId: string, teamPlayerId: string): Promise<void>;
 
     /**
-     * Has the game service check what the game knows of its account. The answer may limit the time to play, as
-     * that of `getLocalPlayer`.
+     * Asks the game service to check what the game knows about its own account. The answer may limit the time to
+     * play, as with `getLocalPlayer`.
      */
     function verifyLocalPlayer(context: Context, thirdUserInfo: ThirdUserInfo): Promise<void>;
 
     /**
-     * Has the player log in with the account of the game service or with one of the game's own, which are offered
-     * with their icons. Gives what the game service sends, a JSON text unless agreed otherwise; undefined if it
-     * sends nothing.
+     * Lets the player log in with the account of the game service or with one of the game's own accounts, which are
+     * offered with their icons. The result is what the game service sends, a JSON string unless agreed otherwise;
+     * undefined if it sends nothing.
      *
-     * Fails with 1002000016 if the player gives up, and with 401, "Total size of icon resource is too large", if
-     * the game service says so. From a UI extension no icon can be read.
+     * Fails with 1002000016 if the player cancels, and with 401, "Total size of icon resource is too large", if the
+     * game service says so. A UI extension cannot read icons.
      */
     function unionLogin<T = string | undefined>(context: Context, unionLoginParam: UnionLoginParam): Promise<Given<T>>;
 
@@ -209,33 +212,33 @@ declare namespace gamePlayer {
     function launchWelcomeBanner(context: Context, greetingInfo: string): Promise<never>;
 
     /**
-     * Limits the time to play: after `playableTime` seconds, and up to 15 more, the game service's page is shown
-     * with the text `antiAddictionInfo`, at most 4096 bytes. 15 seconds later the game process ends; with the
-     * `requestType` 14, of quick games, the page closes and "gameAddictionPrevented" is raised instead. Nothing
-     * takes the limit back. The promise never settles.
+     * Limits the time to play. After `playableTime` seconds, and up to 15 more, the module shows the game service's
+     * page with the text `antiAddictionInfo`, at most 4096 bytes. 15 seconds later it ends the game process. With
+     * `requestType` 14, for quick games, it closes the page and raises "gameAddictionPrevented" instead. The limit
+     * cannot be removed. The promise never settles.
      */
     function launchAntiAddiction(
         context: Context, playableTime: number, antiAddictionInfo: string, requestType: number
     ): Promise<never>;
 
     /**
-     * Logs in to a quick game. Gives what the game service sends, a JSON text unless agreed otherwise; undefined
-     * if it sends nothing.
+     * Logs in to a quick game. The result is what the game service sends, a JSON string unless agreed otherwise;
+     * undefined if it sends nothing.
      *
-     * Fails with 1002000006 if the player is under age. The answer may limit the time to play, as that of
-     * `getLocalPlayer`; when that is over, "gameAddictionPrevented" is raised and the game goes on.
+     * Fails with 1002000006 if the player is under age. The answer may limit the time to play, as with
+     * `getLocalPlayer`. When that time is over, "gameAddictionPrevented" is raised and the game continues.
      */
     function quickGameLogin<T = string | undefined>(context: Context, quickGameLoginParam: QuickGameLoginParam): Promise<Given<T>>;
 
-    /** Shows a page that `pageInfo` describes, at most 4096 bytes. The promise never settles. */
+    /** Shows the page that `pageInfo` describes. `pageInfo` is at most 4096 bytes. The promise never settles. */
     function launchCommonPage(context: Context, pageInfo: string): Promise<never>;
 
-    /** Names the trace that the requests of the whole process belong to from now on; at most 4096 bytes. */
+    /** Sets the trace ID for all later requests of the whole process; at most 4096 bytes. */
     function syncTraceId(traceId: string): void;
 
     /**
-     * Calls `callback` for every such event of this environment, later and never from within a call of the module,
-     * with the `this` that `on` was called with. A callback that listens already is not added again.
+     * Calls `callback` for every such event of this environment, asynchronously and never from within a call of the
+     * module. `this` is the object that `on` was called on. A callback that is already registered is not added again.
      *
      * Throws 401 for an unknown event, and 202 for "gameAddictionPrevented" unless the game is a system
      * application.
@@ -244,13 +247,13 @@ declare namespace gamePlayer {
 
     /** Removes all listeners of this environment for the event. Throws as `on` does. */
     function off(type: keyof GameEvents): void;
-    /** Removes one; that it does not listen is no error. Throws as `on` does. */
+    /** Removes one listener. Removing an unregistered listener is not an error. Throws as `on` does. */
     function off<K extends keyof GameEvents>(type: K, callback: (event: GameEvents[K]) => void): void;
 
-    /** Reports to analytics that an operation of the game's own took `costTime` ms and ended with `errorCode`. */
+    /** Reports to analytics that one of the game's operations took `costTime` ms and ended with `errorCode`. */
     function reportEventOperation(apiName: string, costTime: number, errorCode: number): void;
 
-    /** Hands an outcome over that the game got by other means. */
+    /** Passes on an outcome that the game got by other means. */
     function onEventCallback(result: EventCallbackResult): void;
 }
 
