@@ -27,7 +27,7 @@ export const ErrorCode: {
     readonly NOT_REAL_NAME: 1002000004;
     /** "The country or region of the signed-in Lumora ID does not support." */
     readonly REGION_NOT_SUPPORTED: 1002000005;
-    /** "The user is under age or not real-name." It mostly ends the game process instead; quickGameLogin fails with it. */
+    /** "The user is under age or not real-name." It mostly ends the process instead; quickGameLogin fails with it. */
     readonly UNDER_AGE: 1002000006;
     /** "The application to which the product belongs is not listed in the specified country." */
     readonly NOT_LISTED_IN_COUNTRY: 1002000007;

@@ -20,7 +20,7 @@ constexpr const char* PERF_LOG_TAG = "VelmorPerf";
 constexpr const char* EVENT_DOMAIN = "api_diagnostic";
 constexpr const char* EVENT_END = "api_exec_end";
 
-// Never seeded: the number only makes the identifiers of one process distinct.
+// Never seeded: the number only has to tell the IDs of one process apart.
 std::string MakeTransactionId() {
     return "transId_" +
            std::to_string(std::rand());  // NOLINT(concurrency-mt-unsafe): locked in the C library
@@ -43,7 +43,7 @@ int64_t HaUtils::AddProcessor() {
     return HiviewDFX::AppEventProcessorMgr::AddProcessor(config);
 }
 
-// Of several first events at once, one registers.
+// If several first events come simultaneously, only one registers.
 void HaUtils::Init() {
     if (initialised || initialised.exchange(true)) return;
     processorId = AddProcessor();

@@ -11,11 +11,11 @@
 namespace TAVIK::GAME_PLAYER {
 namespace {
 
-// The mutex guards `infos`. Held shared, it keeps an environment from ending while its loop is asked for and
-// work is queued there; nothing else is called under it. A waiting writer may hold back further readers, so
-// a thread that holds it takes no other lock of the module, nor this one again.
+// The mutex guards `infos`. While it is held shared, no environment can end, so its event loop can be found
+// and work queued there; nothing else is called under it. A waiting writer may block further readers, so a
+// thread that holds it takes no other lock of the module, and not this one again.
 //
-// Its cache line travels between the threads that ask; the list's stays with each of them.
+// Its cache line moves between the threads that use it; the list's cache line can stay with each of them.
 struct EnvRegistry {
     static constexpr size_t CACHE_LINE = 64;
 
@@ -23,7 +23,7 @@ struct EnvRegistry {
     alignas(CACHE_LINE) std::vector<std::shared_ptr<EnvInfo>> infos;
 };
 
-// Never destroyed: detached threads may ask while the process exits.
+// Never destroyed: detached threads may use it while the process exits.
 EnvRegistry& gEnvInfoList = *new EnvRegistry();
 
 struct ReferenceWork : uv_work_t {

@@ -7,10 +7,10 @@
 namespace TAVIK::GAME_PLAYER {
 namespace {
 
-// Empty if the value is no string.
+// Empty if the value is not a string.
 std::string ReadString(napi_env env, napi_value value, int32_t maxLength) {
     char buffer[MAX_STRING_LENGTH + 1];
-    buffer[0] = '\0';  // all that is read of it if it is not written
+    buffer[0] = '\0';  // the result if the call below writes nothing
     (void)napi_get_value_string_utf8(env, value, buffer, static_cast<size_t>(maxLength) + 1, nullptr);
     return buffer;
 }

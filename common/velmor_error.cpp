@@ -69,7 +69,7 @@ napi_value CreateBusinessError(const napi_env& env, int32_t code, const std::str
     return error;
 }
 
-// An error that was thrown and taken back takes another way through the environment than one that is made.
+// Throwing an error and catching it may work in an environment that cannot create one.
 napi_value ObtainBusinessError(napi_env env, int32_t code, const std::string& message) {
     napi_value error = CreateBusinessError(env, code, message);
     if (error == nullptr && napi_throw_error(env, nullptr, ChooseText(code, message)) == napi_ok &&

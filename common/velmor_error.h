@@ -7,7 +7,7 @@
 
 namespace TAVIK::GAME_PLAYER {
 
-/// The codes that mean something to the module itself. velmor_error.cpp lists all that have a text.
+/// The codes that the module itself uses. velmor_error.cpp lists all codes that have a message.
 enum ErrorCode : int32_t {
     ERROR_SUCCESS = 0,
     ERROR_PERMISSION_DENIED = 202,
@@ -18,15 +18,15 @@ enum ErrorCode : int32_t {
     ERROR_PLAYER_INVALID = 1002000015,
 };
 
-/// The fixed text of an error code; null for a code without one. Callable from any thread.
+/// The fixed message of an error code; null for a code without one. Callable from any thread.
 const char* FindErrorMessage(int32_t code);
 
-/// A new JS Error with `message`, or the code's fixed text if that is empty, and the number `code` as its
-/// property `code`. Null if the environment refuses. On `env`'s JS thread.
+/// Creates a JS Error with `message`, or with the code's fixed message if `message` is empty. Its property
+/// `code` is the number `code`. Null if the environment refuses. On `env`'s JS thread.
 napi_value CreateBusinessError(const napi_env& env, int32_t code, const std::string& message);
 
-/// The same, and if the environment refuses it, any other Error that can still be had, with the same message
-/// and, if possible, code. Null if nothing can. No exception may be pending. On `env`'s JS thread.
+/// The same. If the environment refuses, creates an Error in another way, with the same message and, if
+/// possible, code. Null if that fails too. No exception may be pending. On `env`'s JS thread.
 napi_value ObtainBusinessError(napi_env env, int32_t code, const std::string& message);
 
 /// Throws a business error into the current JS call. On `env`'s JS thread.

@@ -2,8 +2,8 @@
 
 #include "hilog/log.h"
 
-/// The module's log lines: a printf format with privacy marks, as `HiLogPrint` takes it, behind a prefix that
-/// names the function and the source line. Callable from any thread.
+/// The module's log lines. The format is that of `HiLogPrint`, printf with privacy marks; the prefix names
+/// the function and the source line. Callable from any thread.
 #define GAME_LOG(level, format, ...)                                                                \
     ((void)HiLogPrint(LOG_CORE, level, TAVIK::GAME_PLAYER::LOG_DOMAIN, TAVIK::GAME_PLAYER::LOG_TAG, \
                       "[%{public}s(%{public}s:%{public}d)]" format, "", __FUNCTION__, __LINE__,     \

@@ -21,7 +21,7 @@ struct TraceId {
     std::string value;
 };
 
-// Never destroyed: detached threads may ask while the process exits.
+// Never destroyed: detached threads may use it while the process exits.
 TraceId& gTraceId = *new TraceId();
 
 struct OpenSslDeleter {
@@ -30,8 +30,8 @@ struct OpenSslDeleter {
 };
 using BioChain = std::unique_ptr<BIO, OpenSslDeleter>;
 
-// Of its final size from the start, so that a large output is not copied while it grows: told to hold the
-// bytes to encode, the buffer allocates a third more.
+// Has its final size from the start, so that a large output is not copied while it grows: if it is asked to
+// hold `size` bytes, the buffer allocates a third more, which is enough for their base64.
 BioChain MakeMemoryBio(size_t size) {
     BioChain bio(BIO_new(BIO_s_mem()));
     std::unique_ptr<BUF_MEM, OpenSslDeleter> buffer(BUF_MEM_new());

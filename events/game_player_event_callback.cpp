@@ -28,7 +28,7 @@ auto IsOf(const std::shared_ptr<EnvInfo>& envInfo, napi_env env) {
     };
 }
 
-// Moves the elements that `predicate` holds for out of a list, the order of both kept.
+// Moves the elements that satisfy `predicate` out of a list. Both keep their order.
 template <typename List, typename Predicate>
 List TakeIf(List& list, Predicate predicate) {
     auto first = std::stable_partition(list.begin(), list.end(), std::not_fn(predicate));
@@ -37,12 +37,12 @@ List TakeIf(List& list, Predicate predicate) {
     return taken;
 }
 
-// The one of an environment's own listeners whose function is strictly equal to `callback`; null if there is
-// none. `complaint` is logged for those whose function cannot be had.
+// Finds the listener, among an environment's own, whose function is strictly equal to `callback`; null if
+// there is none. Logs `complaint` for each listener whose function cannot be read.
 const EventCallback* FindListener(napi_env env, const std::vector<std::weak_ptr<EventCallback>>& listeners,
                                   napi_value callback, const char* complaint) {
     for (const auto& weak : listeners) {
-        const EventCallback* listener = weak.lock().get();  // this thread alone destroys it
+        const EventCallback* listener = weak.lock().get();  // only this thread destroys it
         napi_value function = nullptr;
         (void)napi_get_reference_value(env, listener->callbackRef, &function);
         if (function == nullptr) {
@@ -86,7 +86,7 @@ GamePlayerEventCallback::GamePlayerEventCallback() {
     GAME_LOGI("GamePlayerEventCallback clear all cache events.");
 }
 
-// Empty if the type has no entry.
+// Empty if there is no entry for the type.
 GamePlayerEventCallback::WeakListeners GamePlayerEventCallback::ListenersOf(
     const std::shared_ptr<EnvInfo>& envInfo, napi_env env, const std::string& eventType) {
     std::lock_guard<std::mutex> guard(mutex_);
@@ -128,7 +128,7 @@ bool GamePlayerEventCallback::IsEventCallbackExisted(napi_env env, const std::st
                                "IsEventCallbackExisted get callback reference failed.") != nullptr;
 }
 
-// The first environment of a thread alone gets a hook.
+// Only the first environment of a thread gets a hook.
 void GamePlayerEventCallback::AssembleEventCallback(napi_env env, napi_value callback, napi_value thisArg,
                                                     EventCallback& eventCallback) {
     static thread_local bool isHooked = false;
@@ -161,10 +161,10 @@ void GamePlayerEventCallback::UnRegisterGameEventCallback(napi_env env, const st
     GAME_LOGI("UnRegisterGameEventCallback eventType %{public}s succeeded", eventType.c_str());
 }
 
-// Those of the environment, or of them `only` one. The type's entry goes with its last listener.
+// Removes all of the environment's listeners or `only` one, and the type's entry with its last listener.
 void GamePlayerEventCallback::RemoveListeners(const std::string& eventType, napi_env env,
                                               const EventCallback* only) {
-    Listeners removed;  // destroyed after the lock was given back
+    Listeners removed;  // destroyed after the lock is released
     std::lock_guard<std::mutex> guard(mutex_);
     auto entry = events_.find(eventType);
     if (entry == events_.end()) return;
@@ -174,7 +174,7 @@ void GamePlayerEventCallback::RemoveListeners(const std::string& eventType, napi
     if (entry->second.empty()) events_.erase(entry);
 }
 
-// Types without listeners keep their entries.
+// Types keep their entries even without listeners.
 void GamePlayerEventCallback::CleanupEventCallback(void* hookRecord) {
     GAME_LOGI("CleanupEventCallback enter");
     std::unique_ptr<EventCallbackHook> hook(static_cast<EventCallbackHook*>(hookRecord));
@@ -222,7 +222,7 @@ void GamePlayerEventCallback::DoGameEventWork(uv_work_t* work, int /*status*/) {
     if (status) GAME_LOGI("DoGameEventWork exit, callBack status %{public}d", *status == napi_ok ? 1 : 0);
 }
 
-// The status of the call; empty if it was not made. A listener that removes itself goes before it returns.
+// The status of the call; empty if there was none. A listener that removes itself dies before it returns.
 std::optional<napi_status> GamePlayerEventCallback::CallListener(std::shared_ptr<EventCallback> listener,
                                                                  const GameEventResult& result) {
     const napi_env env = listener->env;

@@ -26,11 +26,11 @@ struct GameEventResult {
     std::string resultInfo;
 };
 
-/// One JS listener: its function, and the `this` that `on` was called with. Made, used and destroyed on the
-/// JS thread of its environment; destroying it deletes its references.
+/// One JS listener: its function, and the `this` that `on` was called with. Created, used and destroyed on
+/// the JS thread of its environment. Its destructor deletes its references.
 ///
-/// `envInfo` tells environments apart whose `env` has the same address, one after the other; `env` tells
-/// apart those that share a thread, and so an `EnvInfo`.
+/// `envInfo` distinguishes environments whose `env` reuses the same address. `env` distinguishes those that
+/// share a thread, and therefore an `EnvInfo`.
 struct EventCallback {
     const std::shared_ptr<EnvInfo> envInfo = gEnvInfo;
     const napi_env env;
@@ -46,26 +46,26 @@ struct EventCallback {
 /// The listeners of all environments, by event type and in order of registration. One per process: see
 /// `WithListeners`.
 ///
-/// The registry owns every listener, from `on` until `off` or the end of the listener's environment, both on
-/// that environment's JS thread; a delivery on its way only knows a listener weakly, and finds it gone.
+/// The registry owns each listener from `on` until `off` or the end of the listener's environment, both on
+/// that environment's JS thread. A queued delivery has only a weak reference: the listener may be gone.
 class GamePlayerEventCallback {
 public:
     GamePlayerEventCallback();
 
-    /// Adds a listener, unless the same function listens already. On `env`'s JS thread.
+    /// Adds a listener, unless the same function is already registered. On `env`'s JS thread.
     void RegisterGameEventCallback(napi_env env, const std::string& eventType, napi_value callback,
                                    napi_value thisArg);
 
-    /// Removes this environment's listeners of a type: all of them, or the one of function `callback`. On
-    /// `env`'s JS thread.
+    /// Removes this environment's listeners of a type: all of them, or only the one with function `callback`.
+    /// On `env`'s JS thread.
     void UnRegisterGameEventCallback(napi_env env, const std::string& eventType,
                                      napi_value callback = nullptr);
 
-    /// The clean-up hook of an environment, on its JS thread: removes its listeners. Owns `hookRecord`.
+    /// The clean-up hook of an environment: removes its listeners. Owns `hookRecord`. On its JS thread.
     static void CleanupEventCallback(void* hookRecord);
 
-    /// Queues the event for each listener of its type and environment. Callable from any thread; the
-    /// listeners are called later, one by one in order of registration, on their own JS thread.
+    /// Queues the event for each listener of its type and environment. Callable from any thread. The
+    /// listeners are called later, one by one in order of registration, on their JS thread.
     void OnEventCallback(GameEventResult event);
 
 private:
@@ -83,13 +83,13 @@ private:
                                                    const GameEventResult& result);
     static napi_value AssembleEventResult(napi_env env, const GameEventResult& result);
 
-    // Guards the map. Nothing is called under it, nor is a listener destroyed: that is its own JS thread's
-    // alone to do, which may therefore use its listeners without the lock.
+    // Guards the map. Nothing is called and no listener is destroyed under it. Only a listener's own JS
+    // thread destroys it, so that thread may use its listeners without the lock.
     std::mutex mutex_;
     std::map<std::string, Listeners> events_;
 };
 
-/// Runs `use` with the listeners of the process. False, and logged, if there are none, as memory ran out.
+/// Runs `use` with the process's listeners. Logs and returns false if they could not be allocated.
 template <typename Use>
 bool WithListeners(const Use& use) {
     auto listeners = OHOS::DelayedSingleton<GamePlayerEventCallback>::GetInstance();

@@ -6,14 +6,14 @@
 namespace TAVIK::GAME_PLAYER {
 namespace {
 
-constexpr int32_t CODE_PLAYER_CHANGED = 9;  // an event for the game's listeners, and no result
+constexpr int32_t CODE_PLAYER_CHANGED = 9;  // an event for the game's listeners, not a result
 constexpr int32_t CODE_GAME_EXIT = 10;
 
 GameEvent EventOf(AnswerKind kind, int32_t code) {
     if (code == CODE_PLAYER_CHANGED || (kind == AnswerKind::RECEIVE && code == ERROR_PLAYER_INVALID)) {
         return GameEvent::PLAYER_CHANGED;
     }
-    // The only kind of request that such a result does not end the game for is a quick game's.
+    // Only a quick game gets here: for any other request, such a result ends the game.
     if (kind == AnswerKind::RESULT && code == ERROR_UNDER_AGE) return GameEvent::GAME_ADDICTION_PREVENTED;
     return GameEvent::NONE;
 }

@@ -4,30 +4,30 @@
 
 namespace TAVIK::GAME_PLAYER {
 
-// What an answer of the extension means: pure functions, callable from any thread.
+// What the extension's answers mean. Pure functions, callable from any thread.
 
 /// The callback that an answer came through.
 enum class AnswerKind { RESULT, RECEIVE, ERROR, RELEASE };
 
-/// How far a request has come. `ModalUICallback` tells how one state leads to another.
+/// The state of a request. `ModalUICallback` describes the transitions.
 enum class RequestState { WAITING, ANSWERED, OPEN, ENDED };
 
 enum class GameEvent { NONE, PLAYER_CHANGED, GAME_ADDICTION_PREVENTED };
 
-/// What one answer brings about. All false: nothing.
+/// The effects of one answer. If all are false, it has none.
 struct Verdict {
     bool exits = false;  // the game process ends, and nothing else happens
     GameEvent event = GameEvent::NONE;
-    bool settles = false;      // this is the request's result; later answers are not told to JS
-    bool closes = false;       // closes the modal, and ends the request if that may end
-    bool isFailure = false;    // its code needs an error text
+    bool settles = false;      // this is the request's result; JS does not get later answers
+    bool closes = false;       // closes the modal, and ends the request if it may end
+    bool isFailure = false;    // its code needs an error message
     bool marksEnd = false;     // sets `isResetContext`
-    bool marksStay = false;    // clears it
+    bool marksStay = false;    // clears `isResetContext`
     bool stores = false;       // its parameters are kept for JS
-    bool startsTimer = false;  // if it tells a playable time
+    bool startsTimer = false;  // if it contains a playable time
 };
 
-/// Judges one answer to a request, by its code: a release code, a result code, or the extension's error.
+/// The effects of one answer to a request. `code` is a release code, a result code or the extension's error.
 Verdict Judge(AnswerKind kind, int32_t code, int32_t requestType, RequestState state);
 
 /// Whether a result or a received answer with this code ends the game process.

@@ -24,7 +24,7 @@ constexpr const char* KEY_PLAYABLE_TIME = "playableTime";  // minutes
 constexpr const char* KEY_END_TEXT = "endText";
 constexpr int32_t NO_LIMIT = -1;
 
-// Wraps around as 32-bit numbers do; the extension's number of minutes is not checked.
+// Wraps around like a 32-bit number: the extension's number of minutes is not checked.
 int32_t ToSeconds(int32_t minutes) { return static_cast<int32_t>(static_cast<uint32_t>(minutes) * 60U); }
 
 }  // namespace
@@ -48,7 +48,7 @@ void ModalUICallback::LaunchAntiAddictionAbility(std::string endText, int32_t se
         .detach();
 }
 
-// Time is up for the game even if the request has ended meanwhile.
+// The time limit applies to the game even if the request has ended in the meantime.
 void ModalUICallback::RunAntiAddictionTimer(const std::string& endText, int32_t seconds) {
     const int64_t deadline = GetCurrentTimestamp() + seconds * MILLISECONDS;
     do {
@@ -65,7 +65,7 @@ void ModalUICallback::RunAntiAddictionTimer(const std::string& endText, int32_t 
     PreventQuickGame();
 }
 
-// The request ends with the next release of the page.
+// The next release of the page ends the request.
 void ModalUICallback::PreventQuickGame() {
     std::shared_ptr<BaseContext> request;
     {

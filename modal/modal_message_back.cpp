@@ -19,7 +19,7 @@ bool IsParseResultMessage(int32_t requestType) {
     return HasFlag(requestType, HAS_MESSAGE);
 }
 
-// The pair (error, data) of a request's result.
+// Fills the pair (error, data) from a request's result.
 void CreateResultMessage(BaseContext& request, napi_value (&result)[2]) {
     if (!IsValidEnv(request.envInfo)) {
         GAME_LOGE("CreateResultMessage invalid env");
@@ -46,7 +46,7 @@ void CreateResultMessage(BaseContext& request, napi_value (&result)[2]) {
     }
 }
 
-// False if no handle scope is to be had.
+// False if no handle scope could be opened.
 bool SettleRequest(BaseContext& request) {
     napi_env env = request.envInfo->env;
     HandleScope scope(env);
@@ -58,7 +58,7 @@ bool SettleRequest(BaseContext& request) {
     }
     const bool isFailure = request.errorCode != ERROR_SUCCESS;
     if (isFailure && result[0] == nullptr) {
-        result[0] = result[1];  // nothing at all can be had: rejected with `undefined`, rather than never
+        result[0] = result[1];  // no error can be created: better to reject with `undefined` than never
     }
     (void)Settle(env, request, isFailure, result);
     if (!IsValidEnv(request.envInfo)) scope.Abandon();
@@ -67,7 +67,7 @@ bool SettleRequest(BaseContext& request) {
 
 }  // namespace
 
-/// What travels to the JS thread: the result of a request, which stands in its context.
+/// Sent to the JS thread: a request whose result is in its context.
 struct ModalUICallback::WorkData : uv_work_t {
     std::shared_ptr<ModalUICallback> modalUICallback;
     std::shared_ptr<BaseContext> context;
@@ -92,7 +92,7 @@ void ModalUICallback::SendMessageBack(Decision decision, int32_t code, const cha
     QueueMessageBack(std::move(decision.context), false);
 }
 
-// This thread keeps no share of what it queues, so that the context ends with the delivery, on the JS thread.
+// This thread keeps no reference to what it queues, so the delivery destroys the context, on the JS thread.
 void ModalUICallback::QueueMessageBack(std::shared_ptr<BaseContext> request, bool isLateStart) {
     std::unique_ptr<WorkData> workData(new (std::nothrow) WorkData{{}, shared_from_this(), nullptr});
     if (workData != nullptr) workData->context.swap(request);

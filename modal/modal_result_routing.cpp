@@ -31,7 +31,7 @@ constexpr const char* TEXT_ICONS_TOO_LARGE = "Total size of icon resource is too
     _exit(0);
 }
 
-// The text that goes with a failure's code, and the code that JS is told.
+// Returns the message for a failure's code, and sets `code` to the one that JS gets.
 const char* AssembleErrorMessage(int32_t requestType, int32_t& code) {
     if (HasFlag(requestType, HIDES_FAILURES)) {
         GAME_LOGI("AssembleErrorMessage transfer code %{public}d to 0", code);
@@ -149,7 +149,7 @@ std::shared_ptr<BaseContext> ModalUICallback::Share() {
     return context_;
 }
 
-// An answer that is not heard, as its environment has ended, may still end the process.
+// An answer whose environment has ended is not heard, but may still end the process.
 ModalUICallback::Decision ModalUICallback::Decide(AnswerKind kind, int32_t code, bool isHeard) {
     std::lock_guard<std::mutex> guard(mutex_);
     Decision decision;
@@ -167,7 +167,7 @@ void ModalUICallback::Note(AnswerKind kind, Decision& decision) {
         return;
     }
     if (state_ == RequestState::ANSWERED && MayEnd()) {
-        verdict.marksStay = verdict.startsTimer = false;  // nothing takes back that its delivery ends it
+        verdict.marksStay = verdict.startsTimer = false;  // its delivery ends it, whatever comes now
     }
     if (verdict.event == GameEvent::GAME_ADDICTION_PREVENTED) request.antiAddictionRunning = false;
     if (verdict.marksStay) request.isResetContext = false;
@@ -183,7 +183,7 @@ void ModalUICallback::Note(AnswerKind kind, Decision& decision) {
 
 bool ModalUICallback::MayEnd() const { return context_->isResetContext && !context_->antiAddictionRunning; }
 
-// The caller holds a share, so that nothing is destroyed under the lock.
+// The caller holds another reference, so nothing is destroyed under the lock.
 void ModalUICallback::End() {
     state_ = RequestState::ENDED;
     context_.reset();
@@ -195,7 +195,7 @@ void ModalUICallback::CloseModalUIExtension(Decision decision) {
     ResetContext(std::move(decision));
 }
 
-// Taken before the platform closes it: an answer from within that call must not close it again.
+// The ID is cleared before the platform call: an answer from within it must not close the modal again.
 void ModalUICallback::CloseModalUIExtension(BaseContext& request) {
     OHOS::Ace::UIContent* content = request.FindUIContent();
     int32_t sessionId = 0;

@@ -92,8 +92,8 @@ ModalUIExtensionCallbacks ModalUICallback::BindCallbacks() {
     return callbacks;
 }
 
-// Until the new modal's id is known, answers close the one before. Without one they have the new modal closed
-// as soon as its id is known.
+// Until the new modal's ID is known, answers close the previous modal. If there is none, the new modal is
+// closed as soon as its ID is known.
 void ModalUICallback::CreateModal(BaseContext& request, UIContent& content, Want want) {
     {
         std::lock_guard<std::mutex> guard(mutex_);
@@ -129,7 +129,7 @@ void ModalUICallback::DelayStartUIExtensionAbility(Want want) {
     AnswerLateStart();
 }
 
-// Analytics are not told.
+// Not reported to analytics.
 void ModalUICallback::AnswerLateStart() {
     std::shared_ptr<BaseContext> request;
     {

@@ -12,42 +12,42 @@
 
 namespace TAVIK::GAME_PLAYER {
 
-/// A Want addressed to the game-service UI extension that carries the integer parameter "requestType" alone.
+/// A Want for the game-service UI extension, with the integer parameter "requestType" and no others.
 OHOS::AAFwk::Want MakeGameServiceWant(int32_t requestType);
 
-/// One request from its hand-over to its end: opens the game-service extension, decides what each of its
-/// answers means, and has the result delivered to JS. It owns the request's context. The platform's
-/// callbacks, a start that waits for a window, the anti-addiction timer and a queued delivery share it.
+/// The life of one request after the JS call: opens the game-service extension, decides what each answer
+/// means, and delivers the result to JS. It owns the request's context. The platform's callbacks, a start
+/// that waits for a window, the anti-addiction timer and a queued delivery share it.
 ///
-/// | state    | means                                          | is left by                             |
+/// | state    | meaning                                        | ended by                               |
 /// |----------|------------------------------------------------|----------------------------------------|
 /// | WAITING  | no answer yet; its modal may not be open yet   | an answer that queues the result       |
 /// | ANSWERED | the result is on its way to JS                 | its delivery                           |
 /// | OPEN     | JS has it, or expects none; the page stays     | a release, an error, a code other than |
-/// |          |                                                | 0; by nothing while a timer runs       |
-/// | ENDED    | the context is gone; later answers are logged  | never                                  |
+/// |          |                                                | 0; nothing while a timer runs          |
+/// | ENDED    | the context is gone; later answers are logged  | nothing                                |
 ///
-/// A request is settled once, by its first answer. What comes later may still end the process, raise an
-/// event, close the modal, or end the request.
+/// The first answer settles the request. A later one may still end the process, raise an event, close the
+/// modal, or end the request.
 ///
 /// A callback decides under the lock and acts afterwards. So an answer may come from within any call of the
-/// platform, on any thread, also on one that the platform waits for. Any thread may call any public member.
+/// platform, on any thread, even one that the platform waits for. Any thread may call any public member.
 class ModalUICallback : public std::enable_shared_from_this<ModalUICallback> {
 public:
-    /// Takes over `request`, which must not be null. With its `hasMsgBack` set, JS expects no result.
+    /// Takes ownership of `request`, which must not be null. If `hasMsgBack` is set, JS expects no result.
     explicit ModalUICallback(std::shared_ptr<BaseContext> request);
 
-    /// Opens the extension over the caller's window, or waits up to five seconds for the window; adds the
-    /// parameters that every request carries. On the JS thread for the request itself, on the anti-addiction
-    /// timer's for its page, whose modal then takes the place of the request's.
+    /// Opens the extension over the caller's window, or waits up to five seconds for it. Adds the parameters
+    /// that every request has. Called on the JS thread for the request, and on the anti-addiction timer's
+    /// thread for its page. The page's modal then replaces the request's.
     void StartUIExtensionAbility(OHOS::AAFwk::Want want);
 
-    /// Counts `seconds` down on a thread of its own, then shows the anti-addiction page with `endText` and,
-    /// 15 seconds later, ends the process; for a quick game it closes the page and raises an event instead.
-    /// Does nothing while a timer runs.
+    /// Counts down `seconds` on a separate thread, then shows the anti-addiction page with `endText`. 15
+    /// seconds later it ends the process; for a quick game, it closes the page and raises an event instead.
+    /// Does nothing if a timer is already running.
     void LaunchAntiAddictionAbility(std::string endText, int32_t seconds);
 
-    /// Hands a game event to the listeners of an environment; dropped if that has ended.
+    /// Passes a game event to the listeners of an environment; dropped if the environment has ended.
     static void DoGameEvent(const std::shared_ptr<EnvInfo>& envInfo, int32_t event, std::string eventType,
                             std::string resultInfo);
 
@@ -60,9 +60,9 @@ public:
 private:
     struct WorkData;
 
-    /// What an answer means, and what was noted of it.
+    /// The meaning of an answer, and the request's state after it.
     struct Decision {
-        std::shared_ptr<BaseContext> context;  // null: the request had ended before
+        std::shared_ptr<BaseContext> context;  // null: the request has already ended
         Verdict verdict;
         bool isRepeatedError = false;
         bool isResetContext = false;
@@ -79,7 +79,7 @@ private:
     // Deciding.
     std::shared_ptr<BaseContext> Share();
     Decision Decide(AnswerKind kind, int32_t code, bool isHeard);
-    void Note(AnswerKind kind, Decision& decision);  // these three under the lock
+    void Note(AnswerKind kind, Decision& decision);  // this and the next two: under the lock
     bool MayEnd() const;
     void End();
 
@@ -105,15 +105,15 @@ private:
     void DoMessageBackSuccess(std::shared_ptr<BaseContext> request);
     void DoMessageBackException(std::shared_ptr<BaseContext> request);
 
-    const std::shared_ptr<EnvInfo> envInfo_;  // of the context, which it outlives
+    const std::shared_ptr<EnvInfo> envInfo_;  // of the context; outlives it
     const int32_t requestType_;
 
-    // Guards what follows, and the context's third group of members. Nothing is called under it.
+    // Guards the members below, and the context's third group of members. Nothing is called under it.
     std::mutex mutex_;
     std::shared_ptr<BaseContext> context_;  // null once the request has ended
     RequestState state_;
-    bool isOpening_ = false;      // the platform is opening a modal, whose id is not known yet
-    bool isCloseWanted_ = false;  // it is to be closed once that is known
+    bool isOpening_ = false;      // the platform is opening a modal; its ID is not known yet
+    bool isCloseWanted_ = false;  // it must be closed when its ID is known
 };
 
 }  // namespace TAVIK::GAME_PLAYER

@@ -56,7 +56,7 @@ int32_t UnsubscribeListener(napi_env env, const CallArguments& args) {
     return isRemoved ? ERROR_SUCCESS : ERROR_SYSTEM_INTERNAL;
 }
 
-// The event is written before an error is thrown.
+// Reports the call to analytics before it throws an error.
 napi_value RunListenerCall(napi_env env, napi_callback_info info, const char* method, RequestType api,
                            int32_t (*run)(napi_env env, const CallArguments& args)) {
     GAME_LOGI("begin %{public}s", method);

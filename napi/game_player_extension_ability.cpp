@@ -42,9 +42,8 @@ constexpr napi_property_descriptor METHODS[] = {
     Method("onEventCallback", Manager::OnEventCallback),
 };
 
-// One environment per thread is the expected setting: a later one on the same thread stays unregistered. One
-// whose end could not be hooked works like any other; `SaveEnvInfo` takes it off when its handle is in use
-// again.
+// One environment per thread is expected: a later one on the same thread is not registered. An environment
+// without a clean-up hook works like any other; `SaveEnvInfo` removes it when its handle is reused.
 void RegisterEnvironment(napi_env env) {
     static thread_local bool hooked = false;
     if (hooked) return;
@@ -55,11 +54,11 @@ void RegisterEnvironment(napi_env env) {
     SaveEnvInfo(gEnvInfo);
 }
 
-// What the platform's own status check does: a refusal becomes a plain error, unless one is pending already.
+// Like the platform's own status check: throws a plain error, unless an exception is already pending.
 void ThrowLastError(napi_env env) {
     const napi_extended_error_info* info = nullptr;
     (void)napi_get_last_error_info(env, &info);
-    // Taken now: the next call clears what `info` points to.
+    // Read now, because the next call clears what `info` points to.
     const char* message = info != nullptr ? info->error_message : nullptr;
     if (!IsExceptionPending(env)) {
         (void)napi_throw_error(env, nullptr, message != nullptr ? message : "empty error message");

@@ -4,11 +4,11 @@
 
 namespace TAVIK::GAME_PLAYER {
 
-/// The module's eighteen JS methods, and the plumbing between a JS call and its request context. Stateless;
+/// The module's eighteen JS methods, and the code between a JS call and its request context. Stateless;
 /// everything runs on the JS thread of the calling environment.
 ///
-/// Every method but `on`, `off` and `syncTraceId` returns `undefined` in an environment that is not
-/// registered any more, and throws business error 1002000001 if its arguments cannot be read.
+/// In an environment that is no longer registered, every method except `on`, `off` and `syncTraceId` returns
+/// `undefined`. A method throws business error 1002000001 if its arguments cannot be read.
 class GamePlayerExtensionAbilityManager {
     template <RequestType TYPE>
     static napi_value Run(napi_env env, napi_callback_info info) {
@@ -17,7 +17,7 @@ class GamePlayerExtensionAbilityManager {
 
 public:
     /// Registers the environment of this thread, once, and defines the methods on `exports`. Returns
-    /// `exports`; null, with a business error thrown, if they could not be defined.
+    /// `exports`, or throws a business error and returns null if they could not be defined.
     static napi_value Entry(napi_env env, napi_value exports);
 
     static constexpr napi_callback Init = Run<REQUEST_INIT>;
@@ -39,17 +39,17 @@ public:
     static napi_value ReportEventOperation(napi_env env, napi_callback_info info);
     static napi_value OnEventCallback(napi_env env, napi_callback_info info);
 
-    /// Prepares a context whose `contextValue` and `callbackValue` are set for the callback form. False if
-    /// the request cannot go on. A callback that is no function is no failure: nothing settles then.
+    /// Prepares a context for the callback form; its `contextValue` and `callbackValue` must be set. False if
+    /// the request cannot continue. A callback that is not a function is not a failure, but is never called.
     static bool BuildContextForCallback(napi_env env, BaseContext& context);
 
-    /// Prepares a context whose `contextValue` is set for the promise form. False if the request cannot go
-    /// on; `promise` may have been made all the same.
+    /// Prepares a context for the promise form; its `contextValue` must be set. False if the request cannot
+    /// continue; even then, `promise` may have been created.
     static bool BuildContextForPromise(napi_env env, BaseContext& context, napi_value& promise);
 
-    /// Settles a request that failed before it reached the extension: by its promise, else by its callback,
-    /// else not at all. With `errCode` 0 `data` is the result, otherwise `error`. A refusal by the
-    /// environment is thrown as a plain JS error.
+    /// Settles a request that failed before it reached the extension, by its promise or else its callback.
+    /// With `errCode` 0, `data` is the result, otherwise `error`. If the environment refuses, throws a plain
+    /// error.
     static void ReturnCallbackOrPromise(napi_env env, const BaseContext& context, napi_value error,
                                         napi_value data);
 

@@ -11,7 +11,7 @@ using nlohmann::json;
 
 namespace {
 
-/// Where a stream puts its text: at the end of a string.
+/// A stream buffer that appends to a string.
 class StringSink final : public std::streambuf {
 public:
     explicit StringSink(std::string& text) : text_(text) {}
@@ -30,8 +30,7 @@ private:
     std::string& text_;
 };
 
-// What `dump` makes, in one piece of memory if `length` is near the text's: for texts of many megabytes,
-// which would be copied each time it doubles.
+// Like `dump`, but reserves `length` bytes, so that a long string is not copied each time its memory doubles.
 std::string DumpLong(const json& object, size_t length) {
     std::string text;
     text.reserve(length);
@@ -40,7 +39,7 @@ std::string DumpLong(const json& object, size_t length) {
     return text;
 }
 
-// Members are assigned one by one: the library copies what an initialiser list holds.
+// Assigns members one by one, because the library copies the elements of an initialiser list.
 template <typename Record>
 json ToJson(Record& record) {
     json object;

@@ -6,19 +6,19 @@
 
 namespace TAVIK::GAME_PLAYER {
 
-// What a game passes to the extension. `VisitFields` tells a record's fields by key, in the order in which
-// they are read from a JS object; a field with a third argument counts only if the game gave it.
+// What a game passes to the extension. `VisitFields` visits a record's fields with their keys, in the order
+// in which they are read from a JS object. A field with a third argument is sent only if the game gave it.
 
-/// A record as compact JSON (RFC 8259) in UTF-8, with the keys in order. Takes the record's strings.
+/// A record as compact JSON (RFC 8259) in UTF-8, with sorted keys. Moves the record's strings.
 template <typename Record>
 std::string WriteJson(Record& record);
 
-/// What a game knows of its own account.
+/// What a game knows about its own account.
 struct ThirdUserInfo {
-    std::string thirdOpenId;  // the account's id in the game
+    std::string thirdOpenId;  // the account's ID in the game
     bool isRealName = false;
     bool isAdult = false;
-    int32_t ageRange = 0;  // a code of the extension's, passed through
+    int32_t ageRange = 0;  // a code of the extension, passed through
     bool isRealNameSet = false;
     bool isAdultSet = false;
     bool ageRangeSet = false;
@@ -33,7 +33,7 @@ struct ThirdUserInfo {
     std::string ToString() && { return WriteJson(*this); }
 };
 
-/// The role that a player plays, and the identifiers that it belongs to.
+/// The role that a player plays, and the IDs that it belongs to.
 struct RVQPlayerRole {
     std::string roleId;
     std::string roleName;
@@ -56,10 +56,10 @@ struct RVQPlayerRole {
     std::string ToString() && { return WriteJson(*this); }
 };
 
-/// A product to be bought.
+/// A product to buy.
 struct PurchaseParameter {
     std::string productId;
-    int32_t productType = 0;  // the catalogue's kind of product, passed through
+    int32_t productType = 0;  // the kind of product in the catalogue, passed through
     std::string developerPayload;
     std::string reservedInfo;
 
@@ -73,7 +73,7 @@ struct PurchaseParameter {
     std::string ToString() && { return WriteJson(*this); }
 };
 
-/// The data of a purchase, as the game received them.
+/// The data of a purchase, as the game received it.
 struct CreatePurchaseResult {
     std::string purchaseData;
 
@@ -95,9 +95,9 @@ struct QuickGameLoginParam {
     std::string ToString() && { return WriteJson(*this); }
 };
 
-/// One of the game's own accounts, as the login panel shows it.
+/// One of the game's own accounts, for the login panel.
 struct ThirdAccountInfo {
-    std::string encodedIcon;  // base64; read from the game's resources
+    std::string encodedIcon;  // base64, from the game's resources
     std::string accountName;
 
     template <typename Visitor>
@@ -118,7 +118,7 @@ struct UnionLoginParam {
         visit("showLoginDialog", showLoginDialog);
         visit("loginPanelType", loginPanelType, hasLoginPanelType);
     }
-    std::string ToString() &&;  // icons of many megabytes included
+    std::string ToString() &&;  // efficient even for icons of many megabytes
 };
 
 }  // namespace TAVIK::GAME_PLAYER

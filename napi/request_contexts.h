@@ -9,7 +9,7 @@
 
 namespace TAVIK::GAME_PLAYER {
 
-// The requests' contexts: what each carries besides the common part.
+// The contexts of the requests: the parameters of each.
 
 struct InitContext : BaseContext {};
 struct GetLocalPlayerContext : BaseContext {};
@@ -44,11 +44,11 @@ struct LaunchCommonPageContext : BaseContext {
 };
 struct LaunchAntiAddictionContext : BaseContext {
     std::string antiAddictionInfo;  // the text of the page
-    int32_t playableTime = 0;       // seconds
+    int32_t playableTime = 0;       // in seconds
 };
 
-/// Reads the fields of a record from a JS object: what is missing or of the wrong type stays as it was, or
-/// empty. On `env`'s JS thread.
+/// Reads the fields of a record from a JS object. A field that is missing or has the wrong type keeps its
+/// value, or becomes empty. On `env`'s JS thread.
 class FieldReader {
 public:
     FieldReader(napi_env env, napi_value object) : env_(env), object_(object) {}
@@ -59,7 +59,7 @@ public:
     void operator()(const char* name, int32_t& field) const { JsObjectToInt(env_, object_, name, field); }
     void operator()(const char* name, bool& field) const { JsObjectToBool(env_, object_, name, field); }
 
-    /// A field that tells whether it was given: also if that was with the wrong type.
+    /// For an optional field: sets `isSet` if the field was given, even with the wrong type.
     template <typename Field>
     void operator()(const char* name, Field& field, bool& isSet) const {
         if (!HasProperty(env_, object_, name)) return;
@@ -72,8 +72,8 @@ private:
     napi_value object_;
 };
 
-/// Reads a parameter of a request. A record: false if `value` is no object; arrays and dates are, functions
-/// and `null` are not. A string: as `GetStringUtf8` reads it. On `env`'s JS thread.
+/// Reads a parameter of a request. For a record: false if `value` is not an object. Arrays and dates are
+/// objects, functions and `null` are not. A string is read like `GetStringUtf8`. On `env`'s JS thread.
 template <typename Record>
 bool ReadParameter(napi_env env, napi_value value, Record& record) {
     if (TypeOf(env, value) != napi_object) return false;
@@ -85,8 +85,8 @@ inline bool ReadParameter(napi_env env, napi_value value, std::string& string) {
     return true;
 }
 
-/// Reads the accounts of a joint login, with their icons from the game's own resources: all that can be
-/// shown; a failure leaves an account out. On `env`'s JS thread.
+/// Reads the accounts of a joint login, with their icons from the game's resources. An account that cannot be
+/// shown, or whose icon cannot be read, is left out. On `env`'s JS thread.
 void JsObjectToAccountInfoList(napi_env env, napi_value object, UnionLoginContext& context);
 
 }  // namespace TAVIK::GAME_PLAYER

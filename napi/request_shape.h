@@ -13,31 +13,31 @@ namespace TAVIK::GAME_PLAYER {
 
 /// The arguments of one JS call. Missing ones read as `undefined`.
 struct CallArguments {
-    size_t count = 0;  // as the caller passed them, also those that were not read
+    size_t count = 0;  // all that the caller passed, even if not all were read
     std::array<napi_value, 4> values{};
     napi_value thisArg = nullptr;
     napi_value undefined = nullptr;
 
-    /// Reads the first `maxArgs` arguments. False, with business error 1002000001 thrown, if that fails.
+    /// Reads the first `maxArgs` arguments. On failure, throws business error 1002000001 and returns false.
     bool Read(napi_env env, napi_callback_info info, size_t maxArgs);
 
-    /// The same for `method`, unless this thread's environment is not registered any more: that is logged.
+    /// The same for `method`. Returns false and logs if this thread's environment is no longer registered.
     bool ReadIfValid(napi_env env, napi_callback_info info, const char* method, size_t maxArgs);
 };
 
-/// How many arguments a method takes, which forms it has, and whether it logs their number.
+/// How many arguments a method accepts, which forms it has, and whether it logs the number of arguments.
 struct ArgumentRule {
     size_t min;
     size_t max;
     size_t read;
-    size_t callbackCount;  // of the callback form, whose last argument is the callback; 0: there is none
+    size_t callbackCount;  // of the callback form, whose last argument is the callback; 0: no such form
     bool isCountLogged;
 };
 
-/// `count` arguments and a callback; or any other number from `count` on, for a promise.
+/// `count` arguments and a callback; with any other number of at least `count`, a promise.
 constexpr ArgumentRule WithCallback(size_t count) { return {count, SIZE_MAX, count + 1, count + 1, true}; }
 
-/// Exactly `count` arguments, for a promise.
+/// Exactly `count` arguments, and a promise.
 constexpr ArgumentRule PromiseOnly(size_t count) { return {count, count, count, 0, true}; }
 
 constexpr ArgumentRule WithoutCountLog(ArgumentRule rule) {
@@ -45,22 +45,22 @@ constexpr ArgumentRule WithoutCountLog(ArgumentRule rule) {
     return rule;
 }
 
-/// Any number of arguments, of which the first `count` are read, for a promise.
+/// Any number of arguments, and a promise; the first `count` arguments are read.
 constexpr ArgumentRule Unchecked(size_t count) { return {0, SIZE_MAX, count, 0, false}; }
 
 /// One asynchronous method: see `Request` and `PageLaunch`.
 struct RequestRule {
-    const char* method;  // as log lines name it
+    const char* method;  // its name in log lines
     RequestType type;
     ArgumentRule arguments;
-    RequestType failureType;  // whose name a failure after the count was accepted has in analytics
+    RequestType failureType;  // names a failure in analytics, unless the argument count was wrong
     bool isAnswered;
     std::shared_ptr<BaseContext> (*create)();
     bool (*parse)(napi_env env, const CallArguments& args, BaseContext& context);
     void (*execute)(const RequestRule& rule, const std::shared_ptr<BaseContext>& context);
 };
 
-/// Opens the game-service extension with a Want of the request's type, to which `addParams` adds.
+/// Opens the game-service extension with a Want of the request's type and the parameters of `addParams`.
 void OpenExtension(const RequestRule& rule, const std::shared_ptr<BaseContext>& context,
                    void (*addParams)(BaseContext& context, OHOS::AAFwk::Want& want));
 
@@ -79,10 +79,10 @@ void Execute(const RequestRule& rule, const std::shared_ptr<BaseContext>& contex
     }
 }
 
-/// A method that brings JS the extension's answer: its name, type and arguments; the class of its context;
-/// PARSE, which reads the parameters into that and tells whether they will do; and EXECUTE, which adds to the
-/// Want that opens the extension, or hands the context over itself. A call that fails after its arguments
-/// were counted is known to analytics as one of `failureType`, unless that is unknown.
+/// A method that passes the extension's answer to JS: its name, type and arguments, and the class of its
+/// context. PARSE reads the parameters into the context, and returns whether they are valid. EXECUTE adds to
+/// the Want that opens the extension, or processes the context itself. Analytics reports a call that fails
+/// after its arguments were counted under `failureType`, if that is known.
 template <typename Context, auto PARSE, auto EXECUTE>
 constexpr RequestRule Request(const char* method, RequestType type, ArgumentRule arguments,
                               RequestType failureType = REQUEST_UNKNOWN) {
@@ -94,9 +94,9 @@ constexpr RequestRule Request(const char* method, RequestType type, ArgumentRule
     return {method, type, arguments, known, true, create, parse, Execute<Context, EXECUTE>};
 }
 
-/// A method whose answer reaches nobody: neither the caller, whose promise never settles and only tells that
-/// the call was taken, nor analytics. The same holds for a failure, which is only logged. It reads `count`
-/// arguments, and takes any number.
+/// A method whose answer and failures reach neither the caller nor analytics. Its promise never settles, and
+/// only shows that the call was accepted. Failures are only logged. It accepts any number of arguments, and
+/// reads `count` of them.
 template <typename Context, auto PARSE, auto EXECUTE>
 constexpr RequestRule PageLaunch(const char* method, RequestType type, size_t count) {
     RequestRule rule = Request<Context, PARSE, EXECUTE>(method, type, Unchecked(count));
@@ -104,15 +104,15 @@ constexpr RequestRule PageLaunch(const char* method, RequestType type, size_t co
     return rule;
 }
 
-/// The rule of the method that makes requests of a type. There must be one.
+/// The rule of the method with this request type. There must be one.
 const RequestRule& FindRequest(RequestType type);
 
-/// One asynchronous JS method from its call to the opened extension: reads the arguments, builds the context
-/// in the form that the caller chose, parses, and hands the request over to its session. Returns the promise,
-/// or `undefined` in the callback form. What fails on the way is reported to analytics as 401, and to JS as
-/// business error 401 (0 for the types whose failures are hidden): thrown for a wrong count, by promise or
-/// callback otherwise. An exception that a getter throws while parameters are read ends the call. On `env`'s
-/// JS thread.
+/// Runs an asynchronous JS method until the extension is opened: reads the arguments, builds the context in
+/// the form that the caller chose, parses the parameters, and passes the request to its session. Returns the
+/// promise, or `undefined` in the callback form. A failure is reported to analytics as 401, and to JS as
+/// business error 401 (0 for types whose failures are hidden). It is thrown for a wrong number of arguments,
+/// and otherwise settles the request. If a getter throws, the call ends with that exception. On `env`'s JS
+/// thread.
 napi_value RunRequest(napi_env env, napi_callback_info info, const RequestRule& rule);
 
 }  // namespace TAVIK::GAME_PLAYER

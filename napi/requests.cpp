@@ -30,7 +30,7 @@ std::string TakeString(Record& record) {
 template <typename Context, typename Parameter>
 Context OwnerOf(Parameter Context::*member);
 
-// The steps of a method with one parameter: its second argument, and one entry of the Want.
+// The two steps of a method with one parameter, which is its second argument and one entry of the Want.
 template <auto PARAMETER, typename Context = decltype(OwnerOf(PARAMETER))>
 bool Parse(napi_env env, const CallArguments& args, Context& context) {
     return ReadParameter(env, args.values[1], context.*PARAMETER);
@@ -40,7 +40,7 @@ void Send(Context& context, Want& want) {
     want.SetParam(KEY, TakeString(context.*PARAMETER));
 }
 
-// The type of the request says it all.
+// The request type is enough.
 void ExecuteInit(InitContext& /*context*/, Want& /*want*/) {}
 void ExecuteGetLocalPlayer(GetLocalPlayerContext& /*context*/, Want& /*want*/) {}
 
@@ -56,7 +56,7 @@ void ExecuteBindPlayer(BindPlayerContext& context, Want& want) {
 
 void ExecuteUnbindPlayer(UnbindPlayerContext& context, Want& want) { ExecuteBindPlayer(context, want); }
 
-// A missing or wrong `thirdOpenId` is sent as an empty one, and left to the extension to judge.
+// A missing or wrong `thirdOpenId` is sent as an empty string; the extension decides whether to accept it.
 bool ParseVerifyLocalPlayerReq(napi_env env, const CallArguments& args, VerifyLocalPlayerContext& context) {
     GAME_LOGI("begin ParseVerifyLocalPlayerReq");
     const ThirdUserInfo& info = context.thirdUserInfo;
@@ -69,7 +69,7 @@ bool ParseVerifyLocalPlayerReq(napi_env env, const CallArguments& args, VerifyLo
 }
 constexpr auto ExecuteVerifyLocalPlayer = Send<&VerifyLocalPlayerContext::thirdUserInfo, KEY_THIRD_USER_INFO>;
 
-// No field is required: an object with none of them is a role of seven empty strings.
+// No field is required: an empty object is a role of seven empty strings.
 bool ParseSavePlayerRoleReq(napi_env env, const CallArguments& args, SavePlayerRoleContext& context) {
     GAME_LOGI("begin ParseSavePlayerRoleReq");
     if (!Parse<&SavePlayerRoleContext::playerRole>(env, args, context)) return false;
@@ -103,7 +103,7 @@ constexpr auto ExecuteLaunchWelcomeBanner =
 constexpr auto ParseLaunchCommonPageReq = Parse<&LaunchCommonPageContext::pageInfo>;
 constexpr auto ExecuteLaunchCommonPage = Send<&LaunchCommonPageContext::pageInfo, KEY_PAGE_INFO>;
 
-// The caller decides under which request type the answer of the page is routed.
+// The caller chooses the request type under which the page's answers are handled.
 bool ParseLaunchAntiAddictionReq(napi_env env, const CallArguments& args,
                                  LaunchAntiAddictionContext& context) {
     context.requestType = ToInt32(env, args.values[3]);
@@ -111,7 +111,7 @@ bool ParseLaunchAntiAddictionReq(napi_env env, const CallArguments& args,
     return ReadParameter(env, args.values[2], context.antiAddictionInfo);
 }
 
-// No page yet: the timer opens it.
+// No page opens yet: the timer opens it.
 void StartAntiAddiction(const std::shared_ptr<LaunchAntiAddictionContext>& context) {
     std::make_shared<ModalUICallback>(context)->LaunchAntiAddictionAbility(
         std::move(context->antiAddictionInfo), context->playableTime);
@@ -133,7 +133,7 @@ constexpr RequestRule REQUESTS[] = {
         "UnbindPlayer", REQUEST_UNBIND_PLAYER, WithoutCountLog(PromiseOnly(3))),
     Request<VerifyLocalPlayerContext, ParseVerifyLocalPlayerReq, ExecuteVerifyLocalPlayer>(
         "VerifyLocalPlayer", REQUEST_VERIFY_LOCAL_PLAYER, PromiseOnly(2)),
-    // Statistics rely on it that a failed union login counts among the calls of unbindPlayer.
+    // Statistics rely on failed union logins being counted as calls of unbindPlayer.
     Request<UnionLoginContext, ParseUnionLoginReq, ExecuteUnionLogin>("UnionLogin", REQUEST_UNION_LOGIN,
                                                                       PromiseOnly(2), REQUEST_UNBIND_PLAYER),
     Request<QuickGameLoginContext, ParseQuickGameLoginReq, ExecuteQuickGameLogin>(

@@ -17,19 +17,19 @@ namespace {
 constexpr const char* KEY_ACCOUNTS = "thirdAccountInfos";
 constexpr const char* KEY_ICON = "accountIcon";
 
-// The one panel that shows accounts without icons.
+// The only panel that shows accounts without icons.
 constexpr int32_t PANEL_WITHOUT_ICONS = 1;
 
 constexpr uint32_t SCREEN_DENSITY = 0;
 
-/// The bytes of a resource; a length of 0 means that it was not found.
+/// The bytes of a resource. The length is 0 if it was not found.
 struct IconData {
     std::unique_ptr<uint8_t[]> bytes;
     size_t length = 0;
 };
 
 std::shared_ptr<ResourceManager> FindResources(const BaseContext& context, const std::string& moduleName) {
-    // A caller that is a UI extension has no ability context, and so no module context.
+    // A UI extension has no ability context, and therefore no module context.
     auto moduleContext =
         context.abilityContext != nullptr ? context.abilityContext->CreateModuleContext(moduleName) : nullptr;
     auto resources = moduleContext != nullptr ? moduleContext->GetResourceManager() : nullptr;
@@ -53,7 +53,7 @@ void ReadByName(ResourceManager& resources, const std::string& name, IconData& i
     }
 }
 
-// False if the names cannot be had.
+// False if the names cannot be read.
 bool ReadByNames(napi_env env, napi_value descriptor, ResourceManager& resources, IconData& icon) {
     napi_value names = nullptr;
     uint32_t count = 0;
@@ -69,9 +69,9 @@ bool ReadByNames(napi_env env, napi_value descriptor, ResourceManager& resources
     return true;
 }
 
-// The icon that a resource descriptor of the game names, in base64; empty if there is none. Looked for, in
-// this order: by the descriptor's `id`; then, for each name of its `params`, the media of the part after the
-// last dot, and the raw file of the whole name.
+// The icon of one of the game's resource descriptors, in base64; empty if it is not found. It is looked up by
+// the descriptor's `id`, then by each name in `params`: as media by the part after the last dot, or as a raw
+// file by the whole name.
 std::string GetEncodedAccountIcon(napi_env env, napi_value icon, const BaseContext& context) {
     std::string moduleName;
     JsObjectToString(env, icon, "moduleName", MAX_STRING_LENGTH, moduleName);
@@ -91,7 +91,7 @@ std::string GetEncodedAccountIcon(napi_env env, napi_value icon, const BaseConte
     return Base64Encode(data.bytes.get(), data.length);
 }
 
-// False if the account is to be left out: except on the panel without icons, it goes only with one.
+// False if the account must be left out because it has no icon. The panel without icons needs none.
 bool ReadIcon(napi_env env, napi_value element, const UnionLoginContext& context, ThirdAccountInfo& account) {
     if (context.unionLoginParam.loginPanelType == PANEL_WITHOUT_ICONS) return true;
     if (!HasProperty(env, element, KEY_ICON)) {
