@@ -120,6 +120,7 @@ test('thousands of accounts, and an icon of 32 MiB, go out whole, within one han
     const many = Array.from({ length: 5000 }, (_, i) => (i % 3 ? good(`${i}`) : { accountName: 'no icon' }));
     for (const thirdAccountInfos of [many, [{ accountIcon: icon({ params: ['large'] }) }]]) {
         const { unionLoginParam } = sent('unionLogin', [{ thirdAccountInfos }], () => {}, modules);
+        device.reset();
         device.failNext('napi_open_handle_scope', { skip: 1 });
         assert.ok(sentRecord({ thirdAccountInfos }, abilityOf(modules)) === unionLoginParam, 'another string came out');
         assert.equal(device.faults().find(({ call }) => call === 'napi_open_handle_scope').made, 1);
