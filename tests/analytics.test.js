@@ -1,7 +1,7 @@
 'use strict';
 
 const assert = require('node:assert/strict');
-const { answer, device, ends, expectChild, game, start, test } = require('./support');
+const { answer, device, expectChild, game, start, test } = require('./support');
 const { assertAgrees, call } = require('./support/oracle');
 
 const { clock } = device;
@@ -48,13 +48,6 @@ test('an end event carries its seven parameters in order, its times in boot mill
         ['api_name', 'bindPlayer'], ['sdk_name', 'VelmorKit'], ['begin_time', begin], ['end_time', begin + 1234],
         ['result', 0], ['error_code', 1002000012],
     ]);
-});
-
-test('an event that cannot be written changes nothing for the caller', async () => {
-    device.failNext('Write');
-    const request = start('bindPlayer');
-    await answer(request.modal, ['result', 0]);
-    assert.deepEqual([request.state, ends()], [['resolved', undefined], []]);
 });
 
 test('reportEventOperation writes what it reads of three arguments, and nothing of any other number', async () => {

@@ -3,7 +3,7 @@
 // Listeners, the events that reach them, and the methods that are no requests.
 
 const assert = require('node:assert/strict');
-const { SYSTEM_ERROR, attempt, countLogs, device, ends, expectChild, game, test, turn } = require('./support');
+const { SYSTEM_ERROR, attempt, countLogs, device, ends, game, test, turn } = require('./support');
 const { assertAgrees, call, callOf } = require('./support/oracle');
 
 const CHANGED = 'playerChanged';
@@ -109,16 +109,3 @@ for (const [failing, log] of [
         assert.ok(countLogs(log) >= 1);
     });
 }
-
-test('what a listener throws is an uncaught exception, and the other listeners are still called', () => expectChild(
-    async ({ game, turn }) => {
-        process.on('uncaughtException', (error) => console.log('uncaught', error.message));
-        for (const name of ['one', 'two']) {
-            game.on('playerChanged', ({ resultInfo }) => {
-                console.log(name, resultInfo);
-                throw new Error(name);
-            });
-        }
-        game.onEventCallback({ resultCode: 1002000015, resultInfo: 'x' });
-        await turn();
-    }, { out: ['one x', 'uncaught one', 'two x', 'uncaught two'] }));

@@ -3,7 +3,6 @@
 // The end of the game, as those who test a game meet it: what is said, who can handle it, and how it goes on.
 
 const assert = require('node:assert/strict');
-const { isDeadly } = require('../soak/hostile/tables');
 const { device, expectChild, game, nextMessage, start, startWorker, test, timeUp } = require('./support');
 
 const endBy = {
@@ -58,23 +57,6 @@ test('a handled end lets the process go on: it is told once, and every answer is
         const next = start('init');
         await next.modal.result(0);
         assert.deepEqual([next.state, other.state], [['resolved', undefined], ['pending']]);
-    }
-});
-
-test('an answer ends the game, or not, by its code and the type of its request', async () => {
-    const answers = ['result', 'receive'].flatMap((kind) => [10, 1002000006, 1002000011].map((code) => [kind, code]));
-    for (const type of [-1, ...Array(17).keys()]) {
-        for (const [kind, code] of answers) {
-            device.reset();
-            device.clock.manual();
-            const ends = [];
-            device.onExit((end) => ends.push(end));
-            game.launchAntiAddiction(device.createAbilityContext(), 0, 'text', type);
-            await device.clock.advance(15000);
-            await device.modals()[0][kind](kind === 'receive' ? { resultCode: code } : code);
-            const expected = isDeadly(kind, code, type) ? [{ reason: 'answer', requestType: 6, code }] : [];
-            assert.deepEqual(ends, expected, `${kind} ${code} of type ${type}`);
-        }
     }
 });
 

@@ -53,7 +53,8 @@ test('the caller of a limit decides how the answers of its page are routed', asy
     for (const type of types) {
         const begin = [limit(0, 'text', type), wait(15000)];
         await assertAgrees([...begin, released(0), released(1), released(0)]);
-        for (const given of [['receive', { resultCode: 0, playableTime: 1 }], ['result', 0], ['error', 5]]) {
+        for (const given of [['receive', { resultCode: 0, playableTime: 1 }], ['result', 0], ['error', 5],
+            ...[10, 1002000006, 1002000011].flatMap((code) => [['result', code], ['receive', { resultCode: code }]])]) {
             await assertAgrees([...begin, stepOf([given]), released(0)]);
         }
     }

@@ -1,7 +1,7 @@
 'use strict';
 
 const assert = require('node:assert/strict');
-const { answer, device, ends, expectChild, game, start, test, timeUp, turn } = require('./support');
+const { answer, device, ends, game, start, test, timeUp, turn } = require('./support');
 const { assertAgrees, callOf, stepOf } = require('./support/oracle');
 
 const UNDER_AGE = 'The user is under age.';
@@ -42,17 +42,3 @@ test('a quick game whose time is up hears of it once, and its login stays as it 
     assert.deepEqual([heard, request.state, device.modals()[1].isOpen], [[UNDER_AGE], ['resolved', 'data'], false]);
     assert.deepEqual(ends(), [['on', 0], ['quickGameLogin', 0]]);
 });
-
-test('a quick game whose environment is gone gets no page and no event, and the process goes on', () => expectChild(
-    async ({ device, startWorker, nextMessage, countLogs, timeUp, roundTrip }) => {
-        device.clock.manual();
-        const worker = startWorker(async ({ start, answer, parentPort }) => {
-            await answer(start('quickGameLogin').modal, ['receive', { resultCode: 0, playableTime: 1 }]);
-            parentPort.postMessage('limited');
-        });
-        await nextMessage(worker);
-        await worker.terminate();
-        await timeUp();
-        await device.clock.advance(15000);
-        console.log(device.modals().length, countLogs('DoGameEvent invalid context or env'), await roundTrip());
-    }, { out: ['1 1 0-1'] }));

@@ -118,18 +118,3 @@ test('many waiting starts open in the order of their calls, each in its own wind
     await turn();
     assert.deepEqual(requests.map(({ state }) => state[0]), contexts.map((_, i) => i % 2 ? 'resolved' : 'rejected'));
 });
-
-test('a delayed start whose environment is gone stops at its next round', () => expectChild(
-    async ({ device, startWorker, nextMessage, countLogs, roundTrip }) => {
-        device.clock.manual();
-        const worker = startWorker(({ device, start, parentPort }) => {
-            start('bindPlayer', device.createAbilityContext({ window: false }));
-            parentPort.postMessage('started');
-        });
-        await nextMessage(worker);
-        await worker.terminate();
-        await device.clock.advance(1000);
-        console.log(device.clock.sleepers(), device.modals().length,
-            countLogs('DelayStartUIExtensionAbility invalid env'), countLogs('After delay 5s'));
-        await roundTrip();
-    }, { out: ['0 0 1 1'] }));

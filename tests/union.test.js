@@ -5,7 +5,8 @@
 
 const assert = require('node:assert/strict');
 const { sent } = require('../soak/hostile/reading');
-const { attempt, countLogs, device, ends, game, test, turn } = require('./support');
+const { countLogs, device, game, test } = require('./support');
+const { assertAgrees, call } = require('./support/oracle');
 
 const [TEN, ELEVEN, NONE] = [Buffer.from('ten'), Buffer.from([0, 0xff, 0xfb, 11]), Buffer.alloc(0)];
 const MODULES = {
@@ -93,13 +94,11 @@ test('what a getter throws, at any depth, is thrown as it is, and no modal opens
         ...['moduleName', 'id', 'params'].map((key) => [{ accountIcon: trapped(icon({}), key) }]),
         [{ accountIcon: icon({ params: trapped(['none', ''], 1) }) }], [{ accountIcon: new Proxy(icon({}), { get: trap }) }],
     ];
-    for (const [index, thirdAccountInfos] of accounts.entries()) {
-        const call = () => game.unionLogin(abilityOf(), { thirdAccountInfos });
-        assert.deepEqual(attempt(call), ['threw', undefined, 'of the getter'], `accounts ${index}`);
+    for (const thirdAccountInfos of accounts) {
+        await assertAgrees([call('unionLogin', [{ ctx: 0 }, { thirdAccountInfos }])]);
     }
-    await turn();
-    assert.deepEqual([device.modals(), ends()], [[], accounts.map(() => ['unbindPlayer', 401])]);
-    assert.equal(countLogs('CreateBusinessError'), 0);
+    assert.throws(() => game.unionLogin(abilityOf(), trapped({}, 'thirdAccountInfos')), RangeError);
+    assert.equal(countLogs('CreateBusinessError'), 0, 'an error is made while another one is pending');
 });
 
 test('accounts and names that shrink or grow while they are read are read as far as they go', () => {

@@ -3,7 +3,7 @@
 // How JS values are read: strings, numbers, flags and records.
 
 const assert = require('node:assert/strict');
-const { REQUESTS, attempt, device, ends, game, test, turn } = require('./support');
+const { REQUESTS, attempt, device, ends, game, test } = require('./support');
 const { assertAgrees, call } = require('./support/oracle');
 
 const CTX = { ctx: 0 };
@@ -74,31 +74,21 @@ const trap = () => {
 };
 const trapped = (key) => Object.defineProperty({}, key, { get: trap });
 const HAS_TRAP = new Proxy({}, { has: trap });
+const ALL_TRAP = new Proxy({}, { get: trap, has: () => true });
 
 test('what a getter throws is thrown, and the request goes nowhere', async () => {
     const { proxy, revoke } = Proxy.revocable({}, {});
     revoke();
-    for (const [name, { callbackAt, failsAs = name, record: [, fields] }] of RECORDS) {
-        device.reset();
-        const objects = [...Object.keys(fields).map(trapped), HAS_TRAP, proxy,
-            new Proxy({}, { get: trap, has: () => true })];
-        const forms = callbackAt ? [[], [() => assert.fail('called')]] : [[]];
-        for (const [object, more] of objects.flatMap((object) => forms.map((form) => [object, form]))) {
-            const outcome = attempt(() => game[name](device.createAbilityContext(), object, ...more));
-            assert.match(outcome.join(), /^threw,,(of the getter|.* revoked)$/);
+    const callback = { fn: 'plain', as: 'callback' };
+    for (const [name, { callbackAt, record: [, fields] }] of RECORDS) {
+        for (const object of [...Object.keys(fields).map(trapped), HAS_TRAP, { value: proxy }, ALL_TRAP]) {
+            await assertAgrees([call(name, [CTX, object]), ...(callbackAt ? [call(name, [CTX, object, callback])] : [])]);
         }
-        await turn();
-        assert.deepEqual(ends(), Array(objects.length * forms.length).fill([failsAs, 401]));
-        assert.deepEqual(device.modals(), []);
     }
-});
-
-test('what a getter throws while an event is read reaches the caller, and no listener', async () => {
-    const heard = [];
-    game.on('playerChanged', ({ resultInfo }) => heard.push(resultInfo));
     for (const info of [trapped('resultCode'), HAS_TRAP, new Proxy({ resultCode: 1002000015 }, { get: trap })]) {
-        assert.deepEqual(attempt(() => game.onEventCallback(info)), ['threw', undefined, 'of the getter']);
+        await assertAgrees([listen, call('onEventCallback', [info])]);
     }
-    await turn();
-    assert.deepEqual([heard, ends()], [[], [['on', 0]]]);
+    device.reset();
+    const outcome = attempt(() => game.savePlayerRole(device.createAbilityContext(), trapped('roleName')));
+    assert.deepEqual([outcome, ends()], [['threw', undefined, 'of the getter'], [['savePlayerRole', 401]]]);
 });

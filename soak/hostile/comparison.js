@@ -70,6 +70,8 @@ class Comparison {
         device.reset();
         device.clock.manual();
         device.answerOn(this.thread);
+        this.gameEnd = null;
+        device.onExit(({ reason, code }) => { this.gameEnd = [reason, code]; });
         this.model = new Model(device.clock.now());
         this.model.addEnv('main');
     }
@@ -86,10 +88,13 @@ class Comparison {
         device.reset();
     }
 
-    /** Null, or the first difference after one of `count` steps, as {index, step, what, expected, actual}. */
+    /**
+     * Null, or the first difference after one of `count` steps, as {index, step, what, expected, actual}. The end of the
+     * game ends them.
+     */
     async playSteps(next, count, { watch = () => {}, isWatched = false } = {}) {
         let difference = null;
-        for (let index = 0; index < count && !difference; ++index) {
+        for (let index = 0; index < count && !difference && !this.model.gameEnd; ++index) {
             const step = next(index);
             watch(index, step);
             difference = await this.play(step, isWatched || index === count - 1);
@@ -129,6 +134,8 @@ class Comparison {
     }
 
     async apply(step) {
+        // The end of the game cannot be handled on the JS thread.
+        device.answerOn(this.model.gameEnd ? 'ui' : this.thread);
         let outcome = this.step(step);
         outcome = step[0] === 'answers' ? await Promise.all(outcome) : await outcome;
         const heard = {};
@@ -179,10 +186,11 @@ class Comparison {
             heard: [expected.heard, actual.heard],
             'modals opened': [model.modals.slice(this.seen).map(modelWant), modals.slice(this.seen).map(showWant)],
             'open modals': [model.modals.map(({ isOpen }) => isOpen), modals.map(({ isOpen }) => isOpen)],
+            'end of the game': [model.gameEnd, this.gameEnd],
             'sleeping threads': [model.sleepers.length, device.clock.sleepers()],
         };
         this.seen = modals.length;
-        if (isWhole) {
+        if (isWhole || model.gameEnd) {
             const [order, logOrder] = this.isStrict ? [(list) => list, settledOrder] : [byText, byText];
             pairs['warnings and errors'] = model.isLogUnsettled ? [] : [model.logs, loggedByModule()].map(logOrder);
             pairs.analytics = [model.ends, reported()].map(order);

@@ -248,11 +248,11 @@ class Generator extends Values {
         return [kind, code, ...this.pick(kind === 'error' ? [[], ['name', 'text']] : [[], [params], [params]])];
     }
 
-    /** An answer or a moment that ends the process; null if there is none. */
+    /** An answer or a moment that ends the game; null if there is none. */
     death() {
-        const exitAt = this.model.exitTime();
-        if (Number.isFinite(exitAt) && this.random() < 0.5) {
-            return ['advance', exitAt - this.model.now];
+        const span = this.model.exitTime() - this.model.now;
+        if (span <= LONGEST_SPAN && this.random() < 0.5) {
+            return ['advance', span];
         }
         const isAnyOpen = this.model.modals.some(({ request }) => !request.isEnded);
         return isAnyOpen ? ['answers', [this.answer(true)]] : null;

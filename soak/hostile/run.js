@@ -5,9 +5,9 @@
 const { inspect, parseArgs } = require('node:util');
 
 const USAGE = `usage: node --expose-gc soak/hostile/run.js WHAT
-  --seed N [--steps M] [--ending]  play one sequence, step by step; --ending adds a step that ends the process
-  --seed N --count K               play K sequences, from that of seed N on
-  --soak SECONDS [--seed N]        play as many as there is time for`;
+  --seed N [--steps M]         play one sequence, step by step
+  --seed N --count K           play K sequences, from that of seed N on
+  --soak SECONDS [--seed N]    play as many as there is time for`;
 const MAX_NUMBER = 0xffffffff;
 
 const show = (value) =>
@@ -20,7 +20,7 @@ function complain(problem) {
 
 function readOptions() {
     const text = { type: 'string' };
-    const options = { seed: text, steps: text, count: text, soak: text, ending: { type: 'boolean' } };
+    const options = { seed: text, steps: text, count: text, soak: text };
     try {
         const { values } = parseArgs({ options });
         return Object.fromEntries(Object.entries(values).map(([name, value]) => [name, readNumber(name, value)]));
@@ -30,12 +30,11 @@ function readOptions() {
 }
 
 function readNumber(name, value) {
-    const number = Number(value);
-    if (value !== true && !(value !== '' && Number.isInteger(number) && number >= (name === 'seed' ? 0 : 1) &&
-        number <= MAX_NUMBER)) {
-        throw new Error(`--${name} must be a whole number from ${name === 'seed' ? 0 : 1} on, not '${value}'`);
+    const least = name === 'seed' ? 0 : 1;
+    if (!/^\d+$/.test(value) || value < least || value > MAX_NUMBER) {
+        throw new Error(`--${name} must be a whole number from ${least} on, not '${value}'`);
     }
-    return value === true || number;
+    return Number(value);
 }
 
 function tell({ index, step, what, expected, actual }) {
@@ -45,13 +44,12 @@ function tell({ index, step, what, expected, actual }) {
     process.exitCode = 1;
 }
 
-async function playOne({ seed, steps, ending }) {
+async function playOne({ seed, steps }) {
     const { Sequence } = require('./sequence');
     const sequence = new Sequence(seed, { steps, isWatched: true });
     const watch = (index, step) => console.log(index, show(step));
     process.exitCode = 1;  // until the end was reached
-    const difference = ending ? await sequence.runToDeath(watch, (notes) => console.log(JSON.stringify(notes))) :
-        await sequence.run(watch);
+    const difference = await sequence.run(watch);
     process.exitCode = 0;
     if (difference) {
         tell(difference);

@@ -1,18 +1,9 @@
 'use strict';
 
-// One sequence of steps, drawn from a seed while it is played.
+// One sequence of steps, drawn from a seed while it is played. The last one ends the game, if anything can.
 
 const { Comparison } = require('./comparison');
 const { Generator, seeded } = require('./generator');
-const { codeOf, exitNotes } = require('./tables');
-
-function deathNotes([kind, steps]) {
-    if (kind === 'advance') {
-        return ['launched anti-addiction ability.'];
-    }
-    const [, , callback, payload] = steps[0];
-    return exitNotes(callback, codeOf(callback, payload));
-}
 
 class Sequence extends Comparison {
     constructor(seed, { steps = 0, isWatched = false } = {}) {
@@ -33,31 +24,10 @@ class Sequence extends Comparison {
     /** Null, or the first difference as {index, step, what, expected, actual}. `watch` sees each step before. */
     async run(watch) {
         await this.begin();
-        const difference = await this.playDrawn(watch);
+        const draw = (index) => (index === this.steps - 1 && this.generator.death()) || this.generator.next();
+        const difference = await this.playSteps(draw, this.steps, { watch, isWatched: this.isWatched });
         await this.end();
         return difference;
-    }
-
-    /** As `run`, with one more step, which ends the process. `announce` gets what the log then tells of it. */
-    async runToDeath(watch, announce) {
-        await this.begin();
-        return await this.playDrawn(watch) || this.die(watch, announce);
-    }
-
-    playDrawn(watch) {
-        return this.playSteps(() => this.generator.next(), this.steps, { watch, isWatched: this.isWatched });
-    }
-
-    async die(watch, announce) {
-        let step = null;
-        while (!(step = this.generator.death())) {
-            await this.play(this.generator.request('main', 'getLocalPlayer'), false);
-        }
-        watch(this.steps, step);
-        announce(deathNotes(step));
-        await this.apply(step);
-        await this.end();
-        return { index: this.steps, step, what: 'end of the process', expected: 'an end', actual: 'none' };
     }
 }
 

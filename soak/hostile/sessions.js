@@ -5,7 +5,7 @@
 
 const {
     CALLBACK_NAMES, ICONS_TOO_LARGE, MESSAGES, PLAYER_INVALID, QUICK_GAME, SYSTEM_ERROR, UNDER_AGE, codeOf, intParam,
-    textParam,
+    isDeadly, textParam,
 } = require('./tables');
 const { rulesOf } = require('../../tests/support/requests');
 const { World } = require('./world');
@@ -65,7 +65,12 @@ class Sessions extends World {
             this.log(`${CALLBACK_NAMES[kind]} baseContext is null`);
             return;
         }
-        this[kind](request, payload, name);
+        const code = codeOf(kind, payload);
+        if (isDeadly(kind, code, request.type)) {
+            this.endGame('answer', code);
+        } else {
+            this[kind](request, payload, name);
+        }
     }
 
     result(request, code, params) {
@@ -217,7 +222,7 @@ class Sessions extends World {
         const exitAt = type === QUICK_GAME ? Infinity : this.now + (looks + 1) * 15000;
         this.sleep(looks * 15000, (again) => {
             this.open(request, { requestType: 6, endText });
-            again(15000, () => this.preventPlay(request));
+            again(15000, () => (type === QUICK_GAME ? this.preventPlay(request) : this.endGame('timer', undefined)));
         }, exitAt);
     }
 

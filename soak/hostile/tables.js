@@ -61,14 +61,9 @@ function isDeadly(kind, code, type) {
         (code === 10 || (code === NOT_AGREED && type === 1) || (code === UNDER_AGE && type !== QUICK_GAME));
 }
 
-const EXIT_REASONS = { [NOT_AGREED]: ['game exit when init not agreed agreement.'],
-    [UNDER_AGE]: ['game exit when anti-addiction'] };
-/** What the log tells of an answer that ends the process. */
-const exitNotes = (kind, code) => [...(EXIT_REASONS[code] || []), `${CALLBACK_NAMES[kind]} game exit`];
-
 const codeOf = (kind, payload) => (kind === 'receive' ? intParam(payload, 'resultCode', SYSTEM_ERROR) : payload);
 
 module.exports = {
     BAD_CONTEXTS, CALLBACK_NAMES, EVENT_TYPES, ICONS_TOO_LARGE, MESSAGES, MODULES, PLAYER_INVALID, QUICK_GAME, SYSTEM_ERROR,
-    UNDER_AGE, codeOf, exitNotes, intParam, isDeadly, textParam,
+    UNDER_AGE, codeOf, intParam, isDeadly, textParam,
 };

@@ -5,7 +5,7 @@
 
 class World {
     constructor(now) {
-        Object.assign(this, { now, births: 0, traceId: '', isSystem: false, logs: [], ends: [] });
+        Object.assign(this, { now, births: 0, traceId: '', isSystem: false, gameEnd: null, logs: [], ends: [] });
         this.envs = new Map();
         this.modals = [];
         this.sleepers = [];
@@ -67,6 +67,11 @@ class World {
     /** The moment at which a timer ends the process. */
     exitTime() {
         return Math.min(...this.sleepers.map(({ exitAt }) => exitAt));
+    }
+
+    /** Ends the game, once: [reason, code]. */
+    endGame(...why) {
+        this.gameEnd = this.gameEnd || why;
     }
 
     log(message) {

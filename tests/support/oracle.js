@@ -15,18 +15,18 @@ const callOf = (name, callback, ctx = 0) => ['call', 'main', 'c1', name, [{ ctx 
 /** The step of answers given at once to the modal opened first, or to another. */
 const stepOf = (answers, modal = 0) => ['answers', answers.map((answer) => ['answer', modal, ...answer])];
 
-const isMade = (arg) => typeof arg === 'object' && arg !== null && ['fn', 'ctx'].some((key) => Object.hasOwn(arg, key));
+const isMade = (arg) => typeof arg === 'object' && arg !== null && ['fn', 'ctx', 'value'].some((key) => Object.hasOwn(arg, key));
 /**
- * The step of a call with these values, among them functions as {fn, as} and contexts as {ctx}; `receiver` is the place of
- * one among the player's.
+ * The step of a call with these values, among them functions as {fn, as} and contexts as {ctx}; {value} is one that must
+ * not be looked into. `receiver` is the place of one among the player's.
  */
 const call = (method, args, receiver = 0) =>
     ['call', 'main', `${method}!`, method, args.map((arg) => (isMade(arg) ? arg : { value: arg })), receiver];
 const listen = call('on', ['playerChanged', { fn: 'plain', as: 'listener' }]);
 
-/** Whether none of the answers ends the process. */
-const isHarmless = (name, answers) =>
-    !answers.some(([kind, payload]) => isDeadly(kind, codeOf(kind, payload), CALLS[name].type));
+/** Whether one of the answers may end the game: what others find that are given at once is not settled. */
+const mayEndGame = (name, answers) =>
+    answers.some(([kind, payload]) => isDeadly(kind, codeOf(kind, payload), CALLS[name].type));
 
 // On the UI thread a delivery may run beside the next answer: what that finds is settled only one by one.
 const oneByOne = ([kind, steps, ...rest]) =>
@@ -44,8 +44,8 @@ async function assertAgrees(steps, options = {}) {
 
 /** The same for a request and answers to it, one after the other or all of them at once; then a release asks for it. */
 async function assertAnswersAgree(name, answers, { isAtOnce = false, thread = 'caller', callback } = {}) {
-    const given = isAtOnce ? [stepOf(answers)] : answers.map((answer) => stepOf([answer]));
+    const given = isAtOnce && !mayEndGame(name, answers) ? [stepOf(answers)] : answers.map((answer) => stepOf([answer]));
     await assertAgrees([listen, callOf(name, callback), ...given, stepOf([['release', 0]])], { thread });
 }
 
-module.exports = { assertAgrees, assertAnswersAgree, call, callOf, isHarmless, stepOf };
+module.exports = { assertAgrees, assertAnswersAgree, call, callOf, stepOf };
