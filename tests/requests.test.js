@@ -3,9 +3,10 @@
 // What all requests and page launches have in common: what goes out, forms, and calls that go nowhere.
 
 const assert = require('node:assert/strict');
+const { inspect } = require('node:util');
 const {
-    CALLS, METHODS, PAGES, PARAMETER_ERROR, REQUESTS, SYSTEM_ERROR, answer, attempt, countLogs, device, ends, game, start,
-    test, track, turn, wantOf,
+    CALLS, METHODS, PAGES, PARAMETER_ERROR, REQUESTS, SYSTEM_ERROR, answer, attempt, countLogs, device, ends, game, test,
+    track, turn, wantOf,
 } = require('./support');
 const { assertAgrees, stepOf } = require('./support/oracle');
 
@@ -13,29 +14,41 @@ const IDS = { thirdOpenId: 'open-1', teamPlayerId: 'team-1' };
 const methodOf = (name) => name[0].toUpperCase() + name.slice(1);
 const uncalled = () => assert.fail('called');
 
-for (const [name, parameters] of Object.entries({
-    init: {},
-    getLocalPlayer: {},
-    savePlayerRole: {
-        tavikExtra: '{"gamePlayerId":"","roleId":"role-1","roleName":"","serverId":"","serverName":"",' +
-            '"teamPlayerId":"","thirdOpenId":""}',
-    },
-    prePurchase: { tavikExtra: '{"developerPayload":"","productId":"product-1","productType":0,"reservedInfo":""}' },
-    postPurchase: { tavikExtra: '{"purchaseData":"data-1"}' },
-    bindPlayer: IDS,
-    unbindPlayer: IDS,
-    verifyLocalPlayer: { thirdUserInfo: '{"thirdOpenId":"open-1"}' },
-    unionLogin: { unionLoginParam: '{"showLoginDialog":false,"thirdAccountInfos":[]}' },
-    quickGameLogin: { quickGameLoginParam: '{"gameAppId":"app-1"}' },
-    launchWelcomeBanner: { greetingInfo: 'hello' },
-    launchCommonPage: { pageInfo: 'page' },
-})) {
-    test(`${name} sends its own parameters with the common ones and no other`, async () => {
+// Literals, which check the model's reading of records as well.
+for (const [name, parameters, ...rest] of [
+    ['init', {}],
+    ['getLocalPlayer', {}],
+    ['savePlayerRole', {
+        tavikExtra: '{"gamePlayerId":"g","roleId":"r","roleName":"R","serverId":"s","serverName":"S","teamPlayerId":"m",' +
+            '"thirdOpenId":"t"}'
+    }, { thirdOpenId: 't', teamPlayerId: 'm', serverName: 'S', serverId: 's', roleName: 'R', roleId: 'r', gamePlayerId: 'g' }],
+    ['savePlayerRole', {
+        tavikExtra: '{"gamePlayerId":"","roleId":"","roleName":"\\"\\\\/\\b\\f\\n\\r\\t\\u0001\x7f\u2028\u9f99",' +
+            '"serverId":"","serverName":"","teamPlayerId":"","thirdOpenId":""}'
+    }, { roleName: '"\\/\b\f\n\r\t\x01\x7f\u2028\u9f99' }],
+    ['prePurchase', { tavikExtra: '{"developerPayload":"d","productId":"p","productType":1,"reservedInfo":"r"}' },
+        { reservedInfo: 'r', developerPayload: 'd', productType: 4294967297.9, productId: 'p' }],
+    ['postPurchase', { tavikExtra: '{"purchaseData":"{\\"order\\":[1,\\"\u9f99\\"]}"}' },
+        { purchaseData: '{"order":[1,"\u9f99"]}' }],
+    ['bindPlayer', IDS, 'open-1', 'team-1'],
+    ['unbindPlayer', IDS, 'open-1', 'team-1'],
+    ['verifyLocalPlayer', { thirdUserInfo: '{"ageRange":3,"isAdult":false,"isRealName":true,"thirdOpenId":"o"}' },
+        { thirdOpenId: 'o', isRealName: true, isAdult: false, ageRange: 3 }],
+    ['verifyLocalPlayer', { thirdUserInfo: '{"ageRange":0,"isAdult":false,"isRealName":false,"thirdOpenId":""}' },
+        { isRealName: undefined, isAdult: undefined, ageRange: undefined }],
+    ['verifyLocalPlayer', { thirdUserInfo: '{"thirdOpenId":""}' }, {}],
+    ['unionLogin', { unionLoginParam: '{"showLoginDialog":false,"thirdAccountInfos":[]}' }, {}],
+    ['quickGameLogin', { quickGameLoginParam: '{"gameAppId":"\\"\u9f99\\"\u{1f409}"}' }, { gameAppId: '"\u9f99"\u{1f409}' }],
+    ['launchWelcomeBanner', { greetingInfo: 'hello' }, 'hello'],
+    ['launchCommonPage', { pageInfo: 'page' }, 'page'],
+]) {
+    test(`${name} sends ${inspect(rest)}, the common parameters and no other`, async () => {
         game.syncTraceId('trace-7');
         for (const kind of ['createAbilityContext', 'createUIExtensionContext']) {
-            const request = start(name, device[kind]());
-            assert.deepEqual(request.modal.want, wantOf(CALLS[name].type, { ...parameters, traceId: 'trace-7' }));
-            await answer(request.modal, ['result', 0]);
+            const request = track(game[name](device[kind](), ...rest));
+            const modal = device.modals().at(-1);
+            assert.deepEqual(modal.want, wantOf(CALLS[name].type, { ...parameters, traceId: 'trace-7' }));
+            await answer(modal, ['result', 0]);
             assert.deepEqual(request.state, name in PAGES ? ['pending'] : ['resolved', undefined]);
         }
         assert.deepEqual(ends(), name in PAGES ? [] : [[name, 0], [name, 0]]);

@@ -79,24 +79,3 @@ test('a quick game whose time is up before JS took a Worker\'s answer still gets
     assert.equal(await login, 'mine');
     assert.deepEqual([device.modals().at(-1).isOpen, countLogs('DoMessageBackSuccess release context')], [false, 1]);
 });
-
-test('a new Worker does not get the answer of one that has ended, nor the new one\'s stays out', () => expectChild(
-    async ({ device, startWorker, nextMessage, answer }) => {
-        const open = async () => {
-            const worker = startWorker(async ({ game, device, parentPort }) => {
-                parentPort.on('message', () => {});
-                parentPort.postMessage(await game.getLocalPlayer(device.createAbilityContext()));
-                parentPort.unref();
-            });
-            return { worker, modal: await device.nextModal() };
-        };
-        for (let i = 0; i < 5; ++i) {
-            const old = await open();
-            await old.worker.terminate();
-            const young = await open();
-            const told = nextMessage(young.worker);
-            await answer(old.modal, ['receive', { resultCode: 0, resultMessage: 'old' }]);
-            await answer(young.modal, ['receive', { resultCode: 0, resultMessage: 'young' }]);
-            console.log(await told);
-        }
-    }, { out: Array(5).fill('young') }));

@@ -88,8 +88,9 @@ test('what is right compiles against the types, what is wrong does not, and they
 test('an error of the module is told from others', () => {
     const errorOf = (code) => Object.assign(new Error('text'), { code });
     const others = [402, '401', 'ENOENT', undefined].map(errorOf);
+    const ofOtherRealm = require('node:vm').runInNewContext('new Error("text")');
     assert.deepEqual([...others, { code: 401 }, 401, null, undefined].filter(isBusinessError), []);
-    assert.ok(isBusinessError(errorOf(401)));
+    assert.ok([errorOf(401), Object.assign(ofOtherRealm, { code: 401 })].every(isBusinessError));
     assert.throws(() => game.bindPlayer(), (error) => error instanceof Error && Object.hasOwn(error, 'code') &&
         isBusinessError(error));
 });

@@ -41,9 +41,12 @@ const BAD_CONTEXTS = ['param invalid', 'param invalid', 'it is not a stage mode'
 const bytes = (length) => Uint8Array.from({ length }, (_, i) => i);
 const MODULES = {
     entry: {
-        mediaById: { 1: bytes(3), 4294967295: bytes(50), 2: bytes(0) },
-        mediaByName: { icon: bytes(4000) },
-        rawFiles: { icon: bytes(5), 'a.png': bytes(256), 'app.icon': bytes(1) },
+        mediaById: { 1: bytes(3), 4294967295: Buffer.alloc(4, 255), 2: bytes(0) },
+        mediaByName: { icon: Buffer.from('icon'), blank: bytes(0), '': bytes(4000) },
+        rawFiles: {
+            icon: bytes(5), 'a.png': bytes(256), 'app.media.icon': bytes(1), 'app.media.raw': Buffer.from('raw'),
+            'a.blank': bytes(2), 'b.': bytes(7)
+        },
     },
     bare: {},
     locked: null,

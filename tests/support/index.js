@@ -124,17 +124,6 @@ function wantOf(type, more = {}) {
     };
 }
 
-/** For each row [what, object, JSON text] a test that `name` sends the object as this text under `key`. */
-function testTexts(name, key, rows) {
-    for (const [what, object, text] of rows) {
-        test(`${name} sends ${what}`, () => {
-            loadGame()[name](loadDevice().createAbilityContext(), object);
-            const wants = loadDevice().modals().map(({ want }) => want);
-            assert.deepEqual(wants, [wantOf(REQUESTS[name].type, { [key]: text })]);
-        });
-    }
-}
-
 let trips = 0;
 
 /** A whole request of this environment, told from all others by its open id. Returns that id. */
@@ -184,6 +173,6 @@ module.exports = {
     get game() { return loadGame(); },
     get device() { return loadDevice(); },
     CALLS, METHODS, PAGES, PARAMETER_ERROR, REQUESTS, ROOT, SYSTEM_ERROR,
-    answer, attempt, countLogs, ends, expectChild, nextMessage, once, parentPort, roundTrip, rulesOf, runInChild, sleepers, start, startWorker, test, testTexts, timeUp, track, turn,
+    answer, attempt, countLogs, ends, expectChild, nextMessage, once, parentPort, roundTrip, rulesOf, runInChild, sleepers, start, startWorker, test, timeUp, track, turn,
     wantOf,
 };
