@@ -3,30 +3,19 @@
 // Sequences by the hundred, each batch in a process of its own: the threads that a sequence leaves waiting go with it,
 // and a crash costs one batch and names its seed.
 
-const { fork } = require('node:child_process');
+const { execFile } = require('node:child_process');
 
 const RUN = require.resolve('./run');
 const BATCH = 200;
 
 /** Plays `count` sequences from `seed` on. Resolves to {sequences, steps, problem}; problem is null if all was well. */
 function playBatch(seed, count = BATCH) {
-    const args = ['--seed', String(seed), '--count', String(count)];
-    const child = fork(RUN, args, { execArgv: ['--expose-gc'], stdio: ['ignore', 'pipe', 'pipe', 'ipc'] });
-    const played = { sequences: 0, steps: 0, problem: null };
-    const said = [];
-    let latest = seed;
-    child.stdout.on('data', (text) => said.push(text));
-    child.stderr.on('data', (text) => said.push(text));
-    child.on('message', (progress) => {
-        latest = progress.seed;
-        played.sequences += progress.isDone ? 1 : 0;
-        played.steps += progress.isDone ? progress.steps : 0;
-    });
-    return new Promise((resolve) => child.on('close', (code, signal) => {
-        if (code !== 0 || played.sequences !== count) {
-            played.problem = `seed ${latest}: ended by ${signal || `status ${code}`}\n${said.join('')}`;
-        }
-        resolve(played);
+    const args = ['--expose-gc', RUN, '--seed', String(seed), '--count', String(count)];
+    return new Promise((resolve) => execFile(process.execPath, args, { maxBuffer: Infinity }, (error, stdout, stderr) => {
+        const done = Array.from(stdout.matchAll(/^seed \d+: (\d+) steps$/gm), ([, steps]) => Number(steps));
+        const problem = `seed ${seed + done.length}: ended by ${error?.signal || `status ${error?.code || 0}`}\n${stdout}${stderr}`;
+        const steps = done.reduce((sum, each) => sum + each, 0);
+        resolve({ sequences: done.length, steps, problem: error || done.length < count ? problem : null });
     }));
 }
 

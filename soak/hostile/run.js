@@ -5,7 +5,7 @@
 const { inspect, parseArgs } = require('node:util');
 
 const USAGE = `usage: node --expose-gc soak/hostile/run.js WHAT
-  --seed N [--steps M]         play one sequence, step by step
+  --seed N                     play one sequence, step by step
   --seed N --count K           play K sequences, from that of seed N on
   --soak SECONDS [--seed N]    play as many as there is time for`;
 const MAX_NUMBER = 0xffffffff;
@@ -13,19 +13,17 @@ const MAX_NUMBER = 0xffffffff;
 const show = (value) =>
     inspect(value, { depth: 9, breakLength: 118, maxArrayLength: 1000, maxStringLength: 200 });
 
-function complain(problem) {
-    console.error(`${problem}\n${USAGE}`);
-    process.exit(2);
-}
-
 function readOptions() {
     const text = { type: 'string' };
-    const options = { seed: text, steps: text, count: text, soak: text };
     try {
-        const { values } = parseArgs({ options });
+        const { values } = parseArgs({ options: { seed: text, count: text, soak: text } });
+        if (!values.seed && !values.soak) {
+            throw new Error('--seed or --soak is missing');
+        }
         return Object.fromEntries(Object.entries(values).map(([name, value]) => [name, readNumber(name, value)]));
     } catch (error) {
-        return complain(error.message);
+        console.error(`${error.message}\n${USAGE}`);
+        return process.exit(2);
     }
 }
 
@@ -37,43 +35,31 @@ function readNumber(name, value) {
     return Number(value);
 }
 
-function tell({ index, step, what, expected, actual }) {
-    console.log(`The first difference, in ${what} after step ${index}, ${show(step)}:`);
-    console.log(`expected ${show(expected)}`);
-    console.log(`actual   ${show(actual)}`);
-    process.exitCode = 1;
-}
-
-async function playOne({ seed, steps }) {
+/** Plays the sequence of a seed. Returns whether the model did the same. */
+async function play(seed, watch) {
     const { Sequence } = require('./sequence');
-    const sequence = new Sequence(seed, { steps, isWatched: true });
-    const watch = (index, step) => console.log(index, show(step));
-    process.exitCode = 1;  // until the end was reached
+    const sequence = new Sequence(seed, { isWatched: watch !== undefined });
     const difference = await sequence.run(watch);
-    process.exitCode = 0;
     if (difference) {
-        tell(difference);
-    } else {
-        console.log(`${sequence.steps} steps, no difference`);
+        const { index, step, what, expected, actual } = difference;
+        console.log(`The first difference, in ${what} after step ${index}, ${show(step)}:`);
+        console.log(`expected ${show(expected)}\nactual   ${show(actual)}`);
+        console.log(`again, step by step: node --expose-gc soak/hostile/run.js --seed ${seed}`);
+        return false;
     }
+    console.log(`seed ${seed}: ${sequence.steps} steps`);
+    return true;
 }
 
-async function playMany({ seed, count }) {
-    const { Sequence } = require('./sequence');
-    const report = process.send ? (progress) => process.send(progress) : () => {};
-    for (let i = 0; i < count; ++i) {
-        const sequence = new Sequence(seed + i);
-        report({ seed: seed + i });
-        const difference = await sequence.run();
-        if (difference) {
-            tell(difference);
-            console.log(`again, step by step: node --expose-gc soak/hostile/run.js --seed ${seed + i}`);
-            break;
+async function playAll({ seed, count = 0 }) {
+    process.exitCode = 1;  // until the end is reached
+    const watch = count ? undefined : (index, step) => console.log(index, show(step));
+    for (let i = 0; i < (count || 1); ++i) {
+        if (!await play(seed + i, watch)) {
+            return;
         }
-        report({ seed: seed + i, isDone: true, steps: sequence.steps });
     }
-    console.log(`${count} sequences from seed ${seed} on, ${process.exitCode ? 'a difference' : 'no difference'}`);
-    process.disconnect?.();
+    process.exitCode = 0;
 }
 
 async function soak({ soak: seconds, seed = Date.now() % MAX_NUMBER }) {
@@ -87,10 +73,6 @@ async function soak({ soak: seconds, seed = Date.now() % MAX_NUMBER }) {
 const options = readOptions();
 if (options.soak) {
     soak(options);
-} else if (options.seed === undefined) {
-    complain('--seed or --soak is missing');
-} else if (options.count) {
-    playMany(options);
 } else {
-    playOne(options);
+    playAll(options);
 }
