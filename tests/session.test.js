@@ -1,9 +1,7 @@
 'use strict';
 
 const assert = require('node:assert/strict');
-const {
-    CALLS, PARAMETER_ERROR, answer, countLogs, device, ends, expectChild, game, start, test, track, turn, wantOf,
-} = require('./support');
+const { CALLS, PARAMETER_ERROR, answer, device, ends, game, start, test, track, turn, wantOf } = require('./support');
 const { assertAgrees, callOf, stepOf } = require('./support/oracle');
 
 const { clock } = device;
@@ -65,35 +63,6 @@ test('a window whose content cannot be had once is asked again a second later', 
     await advance(1000);
     assert.equal(device.modals().length, 1);
 });
-
-test('a modal that the window refuses leaves the request pending and holds nothing', async () => {
-    device.failNext('CreateModalUIExtension');
-    const request = start('bindPlayer');
-    await turn();
-    assert.deepEqual([device.modals(), request.state, ends()], [[], ['pending'], []]);
-    assert.equal(countLogs('StartUIExtensionAbility create modal succeeded'), 1);
-    await expectChild(({ device, start }) => {
-        device.failNext('CreateModalUIExtension');
-        start('bindPlayer');
-    });
-});
-
-for (const [call, log] of [
-    ['napi_get_uv_event_loop', 'DelayStartUIExtensionAbility invalid work or get loop failed'],
-    ['uv_queue_work', 'DelayStartUIExtensionAbility uv_queue_work call failed'],
-]) {
-    test(`a timed-out start whose answer ${call} stops is given up without a crash`, async () => {
-        const request = start('bindPlayer', device.createAbilityContext({ window: false }));
-        await advance(4000);
-        device.failNext(call);
-        await advance(1000);
-        assert.deepEqual([countLogs(log), countLogs('DoMessageBackException release context')], [1, 1]);
-        assert.deepEqual([request.state, clock.sleepers()], [['pending'], 0]);
-        const next = start('bindPlayer');
-        await answer(next.modal, ['result', 0]);
-        assert.deepEqual(next.state, ['resolved', undefined]);
-    });
-}
 
 test('many waiting starts open in the order of their calls, each in its own window', async () => {
     const contexts = Array.from({ length: 8 }, () => device.createAbilityContext({ window: false }));
