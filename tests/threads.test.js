@@ -79,3 +79,33 @@ test('a quick game whose time is up before JS took a Worker\'s answer still gets
     assert.equal(await login, 'mine');
     assert.deepEqual([device.modals().at(-1).isOpen, countLogs('DoMessageBackSuccess release context')], [false, 1]);
 });
+
+test('first calls of several environments at the same moment make once what a process has once', () => expectChild(
+    async ({ device, gather }) => {
+        const { open, exits } = await gather(4, ({ device, game }) => {
+            game.reportEventOperation('first', 0, 0);
+            for (let i = 0; i < 200; ++i) {
+                game.syncTraceId('trace'.repeat(1 + i % 9));
+                void (i % 20 || game.init(device.createAbilityContext()));
+            }
+        });
+        open();
+        await exits;
+        const traces = device.modals().map(({ want }) => want.parameters.traceId);
+        console.log(device.analytics.processors().length, traces.filter((trace) => /^(trace)+$/.test(trace)).length);
+    }, { out: ['1 40'] }));
+
+test('answers that come while the first one is delivered, or fails to be, change nothing of it', () => expectChild(
+    async ({ device, start, turn }) => {
+        process.on('uncaughtException', () => {});
+        for (const skip of [1e9, 0]) {
+            device.reset();
+            device.clock.manual();
+            device.failNext('napi_open_handle_scope', { skip, times: 1e9 });
+            const requests = Array.from({ length: 60 }, () => start('getLocalPlayer'));
+            await Promise.all(requests.flatMap(({ modal }) => [0, 0, 1, 1, 1, 1].map((playableTime) =>
+                modal.receive({ resultCode: 0, playableTime }))));
+            await turn();
+            console.log(requests.filter(({ state }) => state[0] === 'resolved').length, device.clock.sleepers() <= 60);
+        }
+    }, { out: ['60 true', '0 true'] }));

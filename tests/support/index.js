@@ -145,6 +145,21 @@ function startWorker(body, ...args) {
 
 const nextMessage = async (worker) => (await once(worker, 'message'))[0];
 
+/** Workers that run `body(support)` at the moment of `open()`. Resolves when they wait for it, `exits` when they ended. */
+async function gather(count, body) {
+    const gate = new Int32Array(new SharedArrayBuffer(4));
+    const workers = Array.from({ length: count }, () => startWorker(`(support) => {
+        support.parentPort.once('message', (gate) => {
+            support.parentPort.postMessage('ready');
+            Atomics.wait(gate, 0, 0);
+            (${body})(support);
+        });
+    }`));
+    const exits = Promise.all(workers.map((worker) => once(worker, 'exit')));
+    await Promise.all(workers.map((worker) => worker.postMessage(gate) || nextMessage(worker)));
+    return { open: () => Atomics.store(gate, 0, 1) && Atomics.notify(gate, 0), exits };
+}
+
 /** Runs `body(support, ...args)` in a process of its own, under a time limit. */
 function runInChild(body, args = [], env = {}) {
     const options = { cwd: ROOT, env: { ...process.env, GAMEAPI_EXIT_STATUS: '', ...env }, timeout: LIMIT_MS, killSignal: 'SIGKILL' };
@@ -173,6 +188,6 @@ module.exports = {
     get game() { return loadGame(); },
     get device() { return loadDevice(); },
     CALLS, METHODS, PAGES, PARAMETER_ERROR, REQUESTS, ROOT, SYSTEM_ERROR,
-    answer, attempt, countLogs, ends, expectChild, nextMessage, once, parentPort, roundTrip, rulesOf, runInChild, sleepers, start, startWorker, test, timeUp, track, turn,
+    answer, attempt, countLogs, ends, expectChild, gather, nextMessage, once, parentPort, roundTrip, rulesOf, runInChild, sleepers, start, startWorker, test, timeUp, track, turn,
     wantOf,
 };
