@@ -43,6 +43,7 @@ const KINDS = [
     ['constant', /(?<![\w.])\d+(?![\w.])/g, ({ 0: found, index }) => [[index, found, String(Number(found) + 1)]]],
     ['dropped statement', /^ {4,}(?:\(void\))?[\w:.>[\]*-]+(?:\([^;{}]*\)|(?: [-+|]?= [^;{}]+))[^;{}=]*;$/gm,
         ({ 0: found, index }) => (/^ *(?:return|break|continue|throw)\b/.test(found) ? [] : [[index, found, '']])],
+    ['dropped lock', /^ +std::(?:lock_guard|shared_lock)<[^;]*;$/gm, ({ 0: found, index }) => [[index, found, '']]],
     ['swapped arguments', /(?<=\w\()(\w[\w.>-]*), (\w[\w.>-]*)(?=[,)])/g,
         ({ 0: found, 1: first, 2: second, index }) => (first === second ? [] : [[index, found, `${second}, ${first}`]])],
     ['early return', /^[\w:<>,*& ]+\([^;{}]*\)(?: const)? \{\n/gm, ({ 0: found, index }) =>

@@ -17,6 +17,7 @@ constexpr Row ROWS[] = {
 void Count(int a, int b) {
     GAME_LOGI("begin %{public}d", 7);
     if (a && !b) return;
+    std::lock_guard<std::mutex> guard(mutex_);
     total_ = a;
     Add(a, b);
 }
@@ -28,8 +29,9 @@ test('each kind of change is found, and comments, log lines and preprocessor lin
         [3, 'table entry', '{1, "one"},', ''], [3, 'constant', '1', '2'], [3, 'constant', '"one"', '"one~"'],
         [7, 'early return', '', 'return;\n'],
         [8, 'condition', 'a && !b', '!(a && !b)'], [8, 'condition', '&&', ' || '],
-        [9, 'dropped statement', 'total_ = a;', ''], [10, 'dropped statement', 'Add(a, b);', ''],
-        [10, 'swapped arguments', 'a, b', 'b, a'],
+        [9, 'dropped lock', 'std::lock_guard<std::mutex> guard(mutex_);', ''],
+        [10, 'dropped statement', 'total_ = a;', ''], [11, 'dropped statement', 'Add(a, b);', ''],
+        [11, 'swapped arguments', 'a, b', 'b, a'],
     ]);
 });
 
