@@ -97,7 +97,7 @@ class Generator extends Values {
     rest(env, method) {
         const { callbackAt, record } = METHODS[method];
         if (record) {
-            return [{ value: this.object(env, Object.keys(record[1])) }];
+            return [{ value: this.object(env, record[1]) }];
         }
         if (method === 'launchAntiAddiction') {
             const type = this.random() < 0.6 ? 14 : this.pick([0, 2, 6, 13, 99, -1, '2']);
@@ -111,30 +111,33 @@ class Generator extends Values {
         return env === 'main' && this.random() < 0.3;
     }
 
-    object(env, keys) {
-        if (this.isWild(env)) {
-            return this.record(keys, (key) => this.wildMember(key));
+    /** An object with some of the fields of a record, or something else. */
+    object(env, fields) {
+        const isWild = this.isWild(env);
+        const member = (key) => (fields[key] === 'accounts' ? this.accounts(isWild) :
+            isWild ? this.any() : this.pick([...TEXTS, ...NO_TEXTS, ...NUMBERS, 1, 1]));
+        const keys = Object.keys(fields);
+        if (isWild) {
+            return this.record(keys, member);
         }
-        const entries = keys.filter(() => this.random() < 0.7).map((key) => [key, this.member(key)]);
+        const entries = keys.filter(() => this.random() < 0.7).map((key) => [key, member(key)]);
         return this.random() < 0.1 ? this.pick(NO_TEXTS) : Object.fromEntries(entries);
     }
 
-    member(key) {
-        if (key === 'thirdAccountInfos') {
-            return this.random() < 0.2 ? this.pick(NO_TEXTS) : [{ accountName: this.pick(TEXTS) }, 5,
-                { accountName: 'a', accountIcon: { moduleName: this.pick(['', 'entry']), id: 1 } }].slice(this.below(3));
-        }
-        return this.pick([...TEXTS, ...NO_TEXTS, ...NUMBERS, ...(key === 'loginPanelType' ? [1, 1, 1] : [])]);
-    }
-
-    wildMember(key) {
-        const list = (draw) => Array.from({ length: this.below(4) }, draw);
-        const icon = { moduleName: ['entry', 'entry', 'entry', 'bare', 'locked'], id: [1, -1, 0, 2, 5, 4294967297],
-            params: [['icon'], ['none', 'a.png'], ['app.media.icon'], [''], ['.'], []] };
-        const drawIcon = (each) => (this.random() < 0.9 ? this.pick(icon[each]) : this.any());
-        const drawAccount = (each) => (each === 'accountName' ? this.any() : this.record(Object.keys(icon), drawIcon, 0.9));
-        return key === 'thirdAccountInfos' && this.random() < 0.9 ?
-            list(() => this.record(['accountName', 'accountIcon'], drawAccount, 0.95)) : this.any();
+    accounts(isWild) {
+        const chosen = (choices) => (key) => (this.random() < 0.9 ? choices[key]() : isWild ? this.any() : 5);
+        const make = isWild ? (keys, draw) => this.record(keys, draw, 0.95) :
+            (keys, draw) => Object.fromEntries(keys.map((key) => [key, draw(key)]));
+        const icon = {
+            moduleName: () => this.pick(['entry', 'entry', 'entry', 'bare', 'locked', '']),
+            id: () => this.pick([1, 1, -1, 0, 2, 5, 4294967297]),
+            params: () => this.pick([['icon'], ['none', 'a.png'], ['app.media.icon'], [''], ['.'], []]),
+        };
+        const account = {
+            accountName: () => this.pick(TEXTS), accountIcon: () => make(Object.keys(icon), chosen(icon)),
+        };
+        const list = Array.from({ length: this.below(4) }, () => make(Object.keys(account), chosen(account)));
+        return this.random() < 0.9 ? list : this.pick(NO_TEXTS);
     }
 
     /** A value for an argument that is no function's place: one of `good`, or of another type, or any. */
