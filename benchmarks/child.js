@@ -2,11 +2,13 @@
 
 // Measures one work at one size, in a process of its own, and prints the medians of its sides.
 // usage: node --expose-gc benchmarks/child.js WORK SIZE MS SIDE CORES
-// WORK is its place in works.js. SIDE is 'both', taken in turns, or the one side to measure. MS is the time to spend;
-// with 0 there is one brief round. CORES are the one or two that this process is bound to.
+// WORK is its place in works.js. SIDE is 'all', taken in turns, or the one side to measure; 'calls' tells instead whether
+// module and floor make the same calls. MS is the time to spend; with 0 there is one brief round. CORES are the one or two
+// that this process is bound to.
 
 const { execFileSync } = require('child_process');
 const fs = require('fs');
+const { difference } = require('./calls');
 const works = require('./works');
 
 const MIN_ROUNDS = 9;
@@ -42,10 +44,10 @@ async function measure(sides, names, ms, cores) {
 }
 
 async function main([work, size, ms, side, cores]) {
-    const sides = works[work].prepare(Number(size), ms === '0');
-    const figures = await measure(sides, side === 'both' ? ['module', 'floor'] : [side], Number(ms),
-        cores.split(','));
-    process.stdout.write(JSON.stringify(figures), () => process.exit());
+    const { once, ...sides } = works[work].prepare(Number(size), ms === '0');
+    const result = side === 'calls' ? await difference(require('../device'), once) :
+        await measure(sides, side === 'all' ? Object.keys(sides) : [side], Number(ms), cores.split(','));
+    process.stdout.write(JSON.stringify(result), () => process.exit());
 }
 
 main(process.argv.slice(2));

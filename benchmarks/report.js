@@ -14,13 +14,19 @@ const END = '<!-- to here -->';
 
 const HIGHER_IS_BETTER = '1/s';
 
-const isReached = ({ unit, ratio, goal }) => (unit === HIGHER_IS_BETTER ? ratio >= goal : ratio <= goal);
+// As it is shown: no figure is more exact.
+function isReached({ unit, ratio, goal }) {
+    const shown = Number(ratio.toFixed(2));
+    return unit === HIGHER_IS_BETTER ? shown >= goal : shown <= goal;
+}
+
 const digits = (value) => (value >= 100 ? Math.round(value).toString() : value.toPrecision(3));
 
 function makeTable(rows) {
-    const head = ['work', 'size', 'cores', 'module', 'floor', 'unit', 'ratio', 'goal', 'reached'];
+    const head = ['work', 'size', 'cores', 'module', 'floor', 'bare', 'unit', 'ratio', 'goal', 'reached'];
     const lines = [head, head.map(() => '-'), ...rows.map((row) => [
-        row.work, `${row.size} ${row.of}`, `${row.cores}`, digits(row.module), digits(row.floor), row.unit,
+        row.work, `${row.size} ${row.of}`, `${row.cores}`, digits(row.module), digits(row.floor),
+        row.bare ? digits(row.bare) : '', row.unit,
         row.ratio.toFixed(2), `${row.goal}`, isReached(row) ? 'yes' : '**no**'
     ])];
     const widths = head.map((_, i) => Math.max(...lines.map((line) => line[i].length)));

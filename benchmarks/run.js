@@ -1,6 +1,7 @@
 'use strict';
 
-// Measures the module against its floors, prints the table, and writes it into docs/performance.md and .svg.
+// Measures the module against its floors, checks that both make the same calls, prints the table, and writes it into
+// docs/performance.md and .svg.
 // usage: node benchmarks/run.js [--json FILE] [--only WORD] [--quick]   (after a build; ./bench does both)
 // With --only or --quick, which leave out rows or care, the documents stay as they are.
 
@@ -20,9 +21,9 @@ const MS = 300;  // for each process
 const PROCESSES = 3;
 const LIMIT_MS = 120000;
 const NATIVE = {
-    Base64Encode: { goal: 1.05, of: 'bytes' },
-    IsValidEnv: { goal: 1.2, of: 'environments' },
-    'log line': { goal: 1.2, of: 'bytes of text' }
+    Base64Encode: { goal: 1, of: 'bytes' },
+    IsValidEnv: { goal: 1.1, of: 'environments' },
+    'log line': { goal: 1.1, of: 'bytes of text' }
 };
 
 const median = (values) => values.sort((a, b) => a - b)[values.length >> 1];
@@ -48,25 +49,34 @@ function runChild(work, size, ms, side, cores) {
     return runOn(cores, process.execPath, '--expose-gc', child, works.indexOf(work), size, ms, side, cores);
 }
 
-const makeRow = (work, size, cores, { module, floor }, { unit, goal }, of) => (
-    { work, size, module, floor, unit, ratio: module / floor, goal, cores: cores.split(',').length, of });
+const makeRow = (work, size, cores, { module, floor, bare = null }, { unit, goal }, of) => (
+    { work, size, module, floor, bare, unit, ratio: module / floor, goal, cores: cores.split(',').length, of });
 
 const nameOf = ({ work }, { name }) => (name ? `${work}, ${name}` : work);
 
-// The two sides of a time take turns in one process. For memory each has a process of its own, as what was freed may
-// stay with it.
+// The sides of a time take turns in one process. For memory each has a process of its own, as what was freed may stay
+// with it.
 function takeSample(work, size, ms, cores) {
     const take = (side) => runChild(work, size, work.isMemory ? 0 : ms, side, cores);
-    return work.isMemory ? { ...take('module'), ...take('floor') } : take('both');
+    return work.isMemory ? Object.assign({}, ...work.isMemory.map(take)) : take('all');
+}
+
+// A floor that did other work than the module would be none.
+function checkCalls(work, size, cores) {
+    const difference = work.isMemory ? null : runChild(work, size, 0, 'calls', cores);
+    if (difference) {
+        throw new Error(`${work.work}: module and floor differ in their ${difference}; change benchmarks/straight`);
+    }
 }
 
 // Several processes, as where the system puts the threads of one is up to chance, and stays.
 function measure(work, size, lists, isQuick) {
+    checkCalls(work, size, lists[0]);
     const results = (work.isMemory ? lists.slice(-1) : lists).map((cores) => [cores, Array.from(
         { length: isQuick ? 1 : PROCESSES }, () => takeSample(work, size, isQuick ? 0 : MS, cores))]);
     return work.figures.flatMap((figure, i) => results.map(([cores, samples]) => {
-        const [module, floor] = ['module', 'floor'].map((side) => median(samples.map((sample) => sample[side][i])));
-        return makeRow(nameOf(work, figure), size, cores, { module, floor }, figure, work.of);
+        const sides = Object.keys(samples[0]).map((side) => [side, median(samples.map((sample) => sample[side][i]))]);
+        return makeRow(nameOf(work, figure), size, cores, Object.fromEntries(sides), figure, work.of);
     }));
 }
 
@@ -79,13 +89,13 @@ function measureNative(names, lists, isQuick) {
         const benchmarks = Array.from({ length: isQuick ? 1 : PROCESSES }, () => run(cores)).flat();
         const groups = new Map();
         for (const { run_name: runName, run_type: type, real_time: ns } of benchmarks) {
-            const [, work, side, size] = /^(.*) (module|floor)\/(\d+)/.exec(runName);
-            const group = groups.get(`${work}/${size}`) || { work, size: Number(size), module: [], floor: [] };
+            const [, work, side, size] = /^(.*) (module|floor|bare)\/(\d+)/.exec(runName);
+            const group = groups.get(`${work}/${size}`) || { work, size: Number(size), module: [], floor: [], bare: [] };
             groups.set(`${work}/${size}`, group);
             group[side].push(...(type === 'iteration' ? [ns / 1000] : []));
         }
-        return [...groups.values()].map(({ work, size, module, floor }) => makeRow(
-            work, size, cores, { module: median(module), floor: median(floor) }, { unit: 'us', ...NATIVE[work] },
+        return [...groups.values()].map(({ work, size, module, floor, bare }) => makeRow(work, size, cores,
+            { module: median(module), floor: median(floor), bare: median(bare) }, { unit: 'us', ...NATIVE[work] },
             NATIVE[work].of));
     }).sort((a, b) => names.indexOf(a.work) - names.indexOf(b.work) || a.size - b.size || a.cores - b.cores);
 }

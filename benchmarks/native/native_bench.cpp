@@ -1,5 +1,5 @@
-// What no JS is needed for. Each benchmark is named "<work> module" or "<work> floor", and has its size as
-// argument.
+// What no JS is needed for. Each benchmark is named "<work> module", "<work> floor" or "<work> bare", and has
+// its size as argument.
 
 #include <benchmark/benchmark.h>
 #include <sched.h>
@@ -105,19 +105,28 @@ void LogInModule(benchmark::State& state) {
     }
 }
 
-struct FloorLog {
+void LogInFloor(benchmark::State& state) {
+    const std::string text(state.range(0), 'x');
+    for (auto _ : state) {
+        (void)HiLogPrint(LOG_CORE, LOG_INFO, LOG_DOMAIN, LOG_TAG,
+                         "[%{public}s(%{public}s:%{public}d)]end %{public}s, code %{public}d", "",
+                         __FUNCTION__, __LINE__, text.c_str(), 401);
+    }
+}
+
+struct BareLog {
     std::mutex mutex;
     size_t written = 0;
     std::vector<std::array<char, 512>> lines{8192};
 };
 
-FloorLog& gFloorLog = *new FloorLog();
+BareLog& gBareLog = *new BareLog();
 
-void LogInFloor(benchmark::State& state) {
+void LogBare(benchmark::State& state) {
     const std::string text(state.range(0), 'x');
     for (auto _ : state) {
-        std::lock_guard<std::mutex> guard(gFloorLog.mutex);
-        auto& line = gFloorLog.lines[gFloorLog.written++ % gFloorLog.lines.size()];
+        std::lock_guard<std::mutex> guard(gBareLog.mutex);
+        auto& line = gBareLog.lines[gBareLog.written++ % gBareLog.lines.size()];
         (void)std::snprintf(line.data(), line.size(), "[%s(%s:%d)]end %s, code %d", "", __FUNCTION__,
                             __LINE__, text.c_str(), 401);
     }
@@ -137,6 +146,7 @@ BENCHMARK(AskForAll<IsValidEnv>)->Name("IsValidEnv module")->Apply(Environments)
 BENCHMARK(AskForAll<IsValidInFloor>)->Name("IsValidEnv floor")->Apply(Environments);
 BENCHMARK(LogInModule)->Name("log line module")->Apply(TextSizes);
 BENCHMARK(LogInFloor)->Name("log line floor")->Apply(TextSizes);
+BENCHMARK(LogBare)->Name("log line bare")->Apply(TextSizes);
 
 }  // namespace
 

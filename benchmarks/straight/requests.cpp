@@ -1,0 +1,236 @@
+#include <new>
+#include <nlohmann/json.hpp>
+#include <utility>
+#include <vector>
+
+#include "app_event.h"
+#include "napi_base_context.h"
+#include "pending.h"
+#include "time_service_client.h"
+#include "ui_content.h"
+
+// The calls that are requests, and the delivery of what answers them.
+
+namespace Straight {
+namespace {
+
+using nlohmann::json;
+using OHOS::AAFwk::Want;
+using OHOS::AAFwk::WantParams;
+using OHOS::AbilityRuntime::AbilityContext;
+using OHOS::AbilityRuntime::Context;
+
+// The requests of all works but round trips, which nobody answers.
+std::vector<Pending*>& gUnanswered = *new std::vector<Pending*>();
+
+void Settle(uv_work_t* work, int status);
+void Answer(Pending& pending, const WantParams& data);
+
+}  // namespace
+
+int64_t Now() { return OHOS::MiscServices::TimeServiceClient::GetInstance()->GetBootTimeMs(); }
+
+Pending& BeginUnanswered() {
+    Pending& pending = *gUnanswered.emplace_back(new Pending());
+    pending.begin = Now();
+    return pending;
+}
+
+napi_value Promise(napi_env env, napi_value contextValue, Pending& pending) {
+    SAY("this is promise api");
+    napi_value promise = nullptr;
+    Must(napi_create_promise(env, &pending.deferred, &promise));
+    CheckType(env, contextValue, napi_object);
+    SAY("begin ParseAbilityContextReq");
+    bool isStage = false;
+    Must(OHOS::AbilityRuntime::IsStageContext(env, contextValue, isStage));
+    pending.context =
+        Context::ConvertTo<AbilityContext>(OHOS::AbilityRuntime::GetStageModeContext(env, contextValue));
+    SAY("end ParseAbilityContextReq, get stage model ability context success");
+    pending.env = env;
+    return promise;
+}
+
+Want MakeWant(int32_t requestType) {
+    Want want;
+    want.SetElementName("com.lumora.tavik.velmor", "GamePlayerUIExtAbility");
+    want.SetParam("requestType", requestType);
+    return want;
+}
+
+void Open(Pending& pending, Want want) {
+    SAY("constructor ModalUICallback");
+    want.SetParam("ability.want.params.uiExtensionType", "sys/commonUI");
+    want.SetParam("traceId", "");
+    SAY("GetUIContent abilityContext is not nullptr");
+    OHOS::Ace::ModalUIExtensionCallbacks callbacks;
+    callbacks.onRelease = [](int32_t) {};
+    callbacks.onResult = [](int32_t, const Want&) {};
+    callbacks.onReceive = [&pending](const WantParams& data) { Answer(pending, data); };
+    callbacks.onError = [](int32_t, const std::string&, const std::string&) {};
+    OHOS::Ace::ModalUIExtensionConfig config;
+    config.isBackBlocked = config.isBoundAsync = config.isCoverable = config.isKeptByRouter = true;
+    pending.sessionId = pending.context->GetUIContent()->CreateModalUIExtension(std::move(want),
+                                                                                std::move(callbacks), config);
+    SAY("StartUIExtensionAbility create modal succeeded");
+}
+
+namespace {
+
+void Settle(uv_work_t* work, int /*status*/) {
+    std::unique_ptr<Pending> pending(static_cast<Pending*>(work));
+    napi_env env = pending->env;
+    napi_handle_scope scope = nullptr;
+    napi_value data = nullptr;
+    Must(napi_open_handle_scope(env, &scope));
+    SAY("IsParseResultMessage requestType=%{public}d", 7);
+    SAY("CreateResultMessage set result[1] to undefined");
+    Must(napi_get_undefined(env, &data));
+    Must(napi_resolve_deferred(env, pending->deferred, data));
+    Must(napi_close_handle_scope(env, scope));
+    SAY("release enter");
+    SAY("release deferred");
+    SAY("release exit");
+    pending.reset();
+    SAY("DoMessageBackSuccess release context");
+}
+
+void Answer(Pending& pending, const WantParams& data) {
+    SAY("OnReceive enter");
+    if (data.GetIntParam("resultCode", 0) != 0) std::abort();
+    STRAIGHT_LOG(LOG_WARN, "DealResponseForReceive API not supported");
+    SAY("SendMessageBack %{public}s", "bindPlayer");
+    SAY("SendMessageBack isResetContext is true and close modal");
+    pending.context->GetUIContent()->CloseModalUIExtension(pending.sessionId);
+    SAY("CloseModalUIExtension closed");
+    ReportEnd("bindPlayer", pending.begin, 0);
+    // The module's record of the delivery.
+    operator delete(operator new(sizeof(Pending), std::nothrow));
+    uv_loop_t* loop = nullptr;
+    Must(napi_get_uv_event_loop(pending.env, &loop));
+    if (uv_queue_work(
+            loop, &pending, [](uv_work_t*) {}, Settle) != 0)
+        std::abort();
+}
+
+}  // namespace
+
+napi_value Init(napi_env env, napi_callback_info info) {
+    SAY("begin %{public}s", "Init");
+    const int64_t begin = Now();
+    const auto call = ReadCall<2>(env, info);
+    SAY("%{public}s params size:%{public}lu", "Init", static_cast<unsigned long>(call.count));
+    ReportEnd("init", begin, 401);
+    ThrowError(env, 0, "Success");
+    return call.undefined;
+}
+
+napi_value BindPlayer(napi_env env, napi_callback_info info) {
+    SAY("begin %{public}s", "BindPlayer");
+    const int64_t begin = Now();
+    const auto call = ReadCall<3>(env, info);
+    if (call.count < 3) {
+        ReportEnd("bindPlayer", begin, 401);
+        ThrowError(env, 401, "Parameter error.");
+        return call.undefined;
+    }
+    auto* pending = new Pending();
+    pending->begin = begin;
+    const napi_value promise = Promise(env, call.values[0], *pending);
+    CheckType(env, call.values[1], napi_string);
+    std::string openId = ReadString(env, call.values[1]);
+    CheckType(env, call.values[2], napi_string);
+    std::string teamId = ReadString(env, call.values[2]);
+    CheckNoException(env);
+    SAY("begin Execute%{public}s", "BindPlayer");
+    Want want = MakeWant(7);
+    want.SetParam("thirdOpenId", std::move(openId));
+    want.SetParam("teamPlayerId", std::move(teamId));
+    Open(*pending, std::move(want));
+    SAY("end Execute%{public}s", "BindPlayer");
+    SAY("end %{public}s", "BindPlayer");
+    return promise;
+}
+
+napi_value PrePurchase(napi_env env, napi_callback_info info) {
+    SAY("begin %{public}s", "PrePurchase");
+    Pending& pending = BeginUnanswered();
+    const auto call = ReadCall<3>(env, info);
+    SAY("%{public}s params size:%{public}lu", "PrePurchase", static_cast<unsigned long>(call.count));
+    const napi_value promise = Promise(env, call.values[0], pending);
+    const napi_value purchase = call.values[1];
+    CheckType(env, purchase, napi_object);
+    json record;
+    record["productId"] = ReadString(env, Property(env, purchase, "productId"));
+    record["productType"] = ReadInt(env, Property(env, purchase, "productType"));
+    record["developerPayload"] = ReadString(env, Property(env, purchase, "developerPayload"));
+    record["reservedInfo"] = ReadString(env, Property(env, purchase, "reservedInfo"));
+    CheckNoException(env);
+    SAY("begin Execute%{public}s", "PrePurchase");
+    Want want = MakeWant(4);
+    want.SetParam("tavikExtra", record.dump());
+    Open(pending, std::move(want));
+    SAY("end Execute%{public}s", "PrePurchase");
+    SAY("end %{public}s", "PrePurchase");
+    return promise;
+}
+
+napi_value SavePlayerRole(napi_env env, napi_callback_info info) {
+    SAY("begin %{public}s", "SavePlayerRole");
+    Pending& pending = BeginUnanswered();
+    const auto call = ReadCall<3>(env, info);
+    SAY("%{public}s params size:%{public}lu", "SavePlayerRole", static_cast<unsigned long>(call.count));
+    const napi_value promise = Promise(env, call.values[0], pending);
+    SAY("begin ParseSavePlayerRoleReq");
+    const napi_value role = call.values[1];
+    CheckType(env, role, napi_object);
+    json record;
+    for (const char* name :
+         {"roleId", "roleName", "serverId", "serverName", "gamePlayerId", "teamPlayerId", "thirdOpenId"}) {
+        record[name] = ReadString(env, Property(env, role, name));
+    }
+    SAY("end ParseSavePlayerRoleReq");
+    CheckNoException(env);
+    SAY("begin Execute%{public}s", "SavePlayerRole");
+    Want want = MakeWant(3);
+    want.SetParam("tavikExtra", record.dump());
+    Open(pending, std::move(want));
+    SAY("end Execute%{public}s", "SavePlayerRole");
+    SAY("end %{public}s", "SavePlayerRole");
+    return promise;
+}
+
+napi_value Forget(napi_env /*env*/, napi_callback_info /*info*/) {
+    for (Pending* pending : std::exchange(gUnanswered, {})) {
+        delete pending;
+    }
+    return nullptr;
+}
+
+void ReportEnd(const char* api, int64_t begin, int32_t code) {
+    using namespace OHOS::HiviewDFX;
+    Event event("api_diagnostic", "api_exec_end", EventType::BEHAVIOR);
+    event.AddParam("trans_id", "transId_" + std::to_string(std::rand()));  // NOLINT(concurrency-mt-unsafe)
+    event.AddParam("api_name", api);
+    event.AddParam("sdk_name", "VelmorKit");
+    event.AddParam("begin_time", begin);
+    event.AddParam("end_time", Now());
+    event.AddParam("result", 0);
+    event.AddParam("error_code", code);
+    (void)Write(std::move(event));
+}
+
+void ThrowError(napi_env env, int32_t code, const char* message) {
+    napi_value text = nullptr;
+    napi_value number = nullptr;
+    napi_value error = nullptr;
+    SAY("CreateBusinessError errCode: %{public}d errMsg: %{public}s", code, message);
+    Must(napi_create_string_utf8(env, message, NAPI_AUTO_LENGTH, &text));
+    Must(napi_create_int32(env, code, &number));
+    Must(napi_create_error(env, number, text, &error));
+    SAY("CreateBusinessError exit");
+    Must(napi_throw(env, error));
+    SAY("ThrowBusinessError napi_throw status %{public}d", napi_ok);
+}
+
+}  // namespace Straight
