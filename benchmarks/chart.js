@@ -1,23 +1,23 @@
 'use strict';
 
-// The chart of how the costs grow, as SVG: a panel for each work, module and floor by size.
+// Draws how the costs grow with size, as an SVG chart: one panel per benchmark, with a line each for module and floor.
 
 const PANEL = { width: 300, height: 210, left: 24, right: 276, top: 40, bottom: 160 };
 const COLUMNS = 3;
 const COLOURS = { module: '#b8431f', floor: '#1f5f8b' };
-const LEAST_SPAN = Math.log(30);  // of the values, so that a small difference looks small
+const LEAST_SPAN = Math.log(30);  // of the vertical axis, so that a small difference looks small
 
 const text = (x, y, content, more = '') => `<text x="${Math.round(x)}" y="${Math.round(y)}"${more}>${content}</text>`;
 const centred = (colour) => ` fill="${colour}" text-anchor="middle"`;
 
-// Places values between `from` and `to` by their logarithms.
+// A logarithmic scale: a function that maps the values to positions between `from` and `to`.
 function scale(values, from, to, leastSpan = 0) {
     const [low, high] = [Math.log(Math.min(...values)), Math.log(Math.max(...values))];
     const span = Math.max(high - low, leastSpan);
     return (value) => from + (to - from) * (Math.log(value) - (low + high - span) / 2) / span;
 }
 
-// One side's line, with its values: above it where it is the higher one, below where it is not.
+// Draws one side's line with its values, above the line where this side is higher than the other, else below it.
 function makeLine(rows, side, x, y, format) {
     const other = side === 'module' ? 'floor' : 'module';
     const points = rows.map((row) => ({
@@ -44,7 +44,7 @@ function makePanel(rows, format) {
     ].join('\n');
 }
 
-// The works that have several sizes, on as many cores as there were. `format` makes the text of a value.
+// Draws the benchmarks that have several sizes, as measured on the most cores. `format` turns a value into a string.
 function makeChart(rows, format) {
     const cores = Math.max(...rows.map((row) => row.cores));
     const groups = new Map();

@@ -1,10 +1,10 @@
 'use strict';
 
-// Measures one work at one size, in a process of its own, and prints the medians of its sides.
+// Measures one benchmark at one size, in its own process, and prints the medians of each side.
 // usage: node --expose-gc benchmarks/child.js WORK SIZE MS SIDE CORES
-// WORK is its place in works.js. SIDE is 'all', taken in turns, or the one side to measure; 'calls' tells instead whether
-// module and floor make the same calls. MS is the time to spend; with 0 there is one brief round. CORES are the one or two
-// that this process is bound to.
+// WORK is the index of the benchmark in works.js. SIDE is 'module', 'floor', 'bare', or 'all', which take turns; 'calls'
+// compares the calls of module and floor instead. MS is the time to spend; 0 runs one brief round. CORES lists the one or
+// two cores that this process is bound to.
 
 const { execFileSync } = require('child_process');
 const fs = require('fs');
@@ -15,8 +15,8 @@ const MIN_ROUNDS = 9;
 
 const median = (values) => values.sort((a, b) => a - b)[values.length >> 1];
 
-// Of two cores the JS thread gets one, and all others get the other. Left alone, two threads that wake each other may
-// share a core for the life of a process, or not: chance would decide between figures several times apart.
+// Given two cores, binds the JS thread to one and all other threads to the other. Otherwise it is up to chance whether
+// two threads that wake each other share a core for the life of the process, which changes the figures severalfold.
 function spreadThreads([first, second]) {
     for (const thread of second === undefined ? [] : fs.readdirSync('/proc/self/task')) {
         const core = Number(thread) === process.pid ? first : second;
@@ -24,8 +24,8 @@ function spreadThreads([first, second]) {
     }
 }
 
-// Many short rounds: a median then leaves out those that something else on the machine stretched. The first one only
-// warms up, and starts the threads.
+// Runs many short rounds, so that the median ignores those that other work on the machine slowed down. The first round
+// only warms up and starts the threads, unless it is the only one.
 async function measure(sides, names, ms, cores) {
     const samples = Object.fromEntries(names.map((name) => [name, []]));
     let end = performance.now() + ms;

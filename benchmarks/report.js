@@ -1,6 +1,6 @@
 'use strict';
 
-// Makes the table of the figures, and writes it and the chart into the documents.
+// Makes a table of the figures, and writes it and the chart to docs/.
 
 const fs = require('fs');
 const path = require('path');
@@ -36,7 +36,7 @@ function makeTable(rows) {
     }).join('\n');
 }
 
-// Rewrites the part of the page between the two marks; the rest stays as it is.
+// Rewrites the chart, and the part of the page between the two markers; the rest of the page stays as it is.
 function writeDocuments(rows, machine) {
     const page = fs.readFileSync(PAGE, 'utf8');
     const [begin, end] = [page.indexOf(BEGIN), page.indexOf(END)];

@@ -1,9 +1,9 @@
 'use strict';
 
-// Measures the module against its floors, checks that both make the same calls, prints the table, and writes it into
-// docs/performance.md and .svg.
+// Compares the module with its floors, checks that both make the same calls, prints a table, and updates
+// docs/performance.md and docs/performance.svg.
 // usage: node benchmarks/run.js [--json FILE] [--only WORD] [--quick]   (after a build; ./bench does both)
-// With --only or --quick, which leave out rows or care, the documents stay as they are.
+// --only leaves out rows, and --quick measures too briefly: with either, the documents stay as they are.
 
 const { execFileSync } = require('child_process');
 const fs = require('fs');
@@ -13,7 +13,7 @@ const { parseArgs } = require('util');
 const { makeTable, writeDocuments } = require('./report');
 const works = require('./works');
 
-// What is measured is the module: the device says nothing, and notes no stacks.
+// Only the module is to be measured, so the device prints no log lines and records no stacks.
 Object.assign(process.env, { GAMEAPI_LOG: 'off', GAMEAPI_STACKS: 'off' });
 
 const BUILD = path.join(__dirname, '..', 'out', process.env.GAMEAPI_BUILD || 'release');
@@ -28,7 +28,7 @@ const NATIVE = {
 
 const median = (values) => values.sort((a, b) => a - b)[values.length >> 1];
 
-// One core that this process may use, and two of them if there are.
+// The lists of cores to measure on: one core that this process may use, and two cores if it may use more.
 function coreLists() {
     const [, list] = /^Cpus_allowed_list:\s+(\S+)/m.exec(fs.readFileSync('/proc/self/status', 'utf8'));
     const cores = list.split(',').flatMap((range) => {
@@ -38,7 +38,7 @@ function coreLists() {
     return cores.length > 1 ? [`${cores[0]}`, `${cores[0]},${cores[1]}`] : [`${cores[0]}`];
 }
 
-// What a command, bound to these cores, prints as JSON.
+// Runs a command on these cores, and parses the JSON that it prints.
 function runOn(cores, ...command) {
     const options = { encoding: 'utf8', timeout: LIMIT_MS, maxBuffer: 1 << 26, stdio: ['ignore', 'pipe', 'inherit'] };
     return JSON.parse(execFileSync('taskset', ['--cpu-list', cores, ...command], options));
@@ -54,8 +54,8 @@ const makeRow = (work, size, cores, { module, floor, bare = null }, { unit, goal
 
 const nameOf = ({ work }, { name }) => (name ? `${work}, ${name}` : work);
 
-// The sides of a time take turns in one process. For memory each has a process of its own, as what was freed may stay
-// with it.
+// To measure time, the sides take turns in one process. To measure memory, each has its own process, because a
+// process may keep memory that was freed.
 function takeSample(work, size, ms, cores) {
     const take = (side) => runChild(work, size, work.isMemory ? 0 : ms, side, cores);
     return work.isMemory ? Object.assign({}, ...work.isMemory.map(take)) : take('all');
@@ -69,7 +69,7 @@ function checkCalls(work, size, cores) {
     }
 }
 
-// Several processes, as where the system puts the threads of one is up to chance, and stays.
+// Uses several processes, because chance decides which core each thread of a process gets, for as long as it runs.
 function measure(work, size, lists, isQuick) {
     checkCalls(work, size, lists[0]);
     const results = (work.isMemory ? lists.slice(-1) : lists).map((cores) => [cores, Array.from(
@@ -116,7 +116,7 @@ function measureAll(only, isQuick) {
     return jobs.flatMap((job) => job());
 }
 
-// Rather now than after minutes.
+// Called before the measurements, which take minutes.
 function checkWritable(file) {
     try {
         fs.closeSync(fs.openSync(file, 'a'));

@@ -1,9 +1,9 @@
 'use strict';
 
-// What is measured from JS. A work is done by up to three sides: the module, its floor, which makes the same calls
-// straight down, and what is bare of the device. `prepare` makes them for one size, and `once`: a single go of the module
-// and of the floor, whose calls have to be the same. A side does the work and returns its figures, one for each of the
-// work's `figures`. Requests are left pending where only the call counts: a reset forgets them.
+// The benchmarks that run from JS. Each has up to three sides, which `prepare` creates for one size: the module, its floor,
+// which makes the same calls, and a bare one without the device. Calling a side runs one round and returns a value for each
+// of the benchmark's `figures`. `once` runs the module or the floor a single time, to compare their calls. Where only the
+// call is measured, its requests stay pending until a reset drops them.
 
 const fs = require('fs');
 const path = require('path');
@@ -15,7 +15,7 @@ const PENDING = 10000;
 const MIB = 1 << 20;
 const PLAYER_INVALID = 1002000015;
 
-// In the process that measures; the one that only reads the list loads nothing.
+// Called only in the process that measures. The process that only reads the list loads nothing.
 function load() {
     const out = path.join(ROOT, 'out', process.env.GAMEAPI_BUILD || 'release');
     const [device, module] = [require(path.join(ROOT, 'device')), require(ROOT)];
@@ -45,11 +45,11 @@ function caught(call) {
     throw new Error('a call that was to be refused was not');
 }
 
-// The sides of a work that is one call, up to its return: `call(side)` for module and floor, `callBare` for the bare one.
+// The sides of a benchmark of one call, until it returns: `call(side)` for module and floor, `callBare` for the bare one.
 function oneCall({ bare, device, floor, module }, calls, call, callBare) {
     const time = (run) => {
         const figure = perCall(calls, run);
-        device.reset();  // of what the device recorded
+        device.reset();  // drops what the device recorded
         floor.forget();
         bare.forget();
         return [figure];
@@ -82,7 +82,7 @@ const purchaseOf = (size) => ({
 const roleOf = (size) => Object.fromEntries(['roleId', 'roleName', 'serverId', 'serverName', 'gamePlayerId',
     'teamPlayerId', 'thirdOpenId'].map((name) => [name, text(size)]));
 
-// Round trips, `inFlight` of them at any time: the median time of one, and how many end in a second.
+// Keeps `inFlight` round trips running. Returns the median time of one, and how many end per second.
 async function trips(start, inFlight, rounds) {
     const times = [];
     const chain = async () => {
@@ -120,7 +120,7 @@ function tripsAllWays(inFlight, isQuick) {
     };
 }
 
-// Events to `count` listeners, from the call that raises one to the last listener.
+// Events with `count` listeners, from the call that raises one until the last listener is called.
 function events(count, isQuick) {
     const { bare, floor, module } = load();
     const rounds = isQuick ? 1 : Math.max(1, 50 / count >> 0);
@@ -154,9 +154,9 @@ function events(count, isQuick) {
     };
 }
 
-let icon = null;  // kept: freed meanwhile, it would hide as much of what a login takes
+let icon = null;  // kept alive: if it were freed during a login, the login would seem to use less memory
 
-// A login with icons of `size` bytes in all.
+// A login with icons of `size` bytes in total.
 function prepareLogin(size) {
     const count = ICON_COUNTS[size];
     icon = new Uint8Array(size / count).map((_, i) => i * 7);
@@ -181,7 +181,7 @@ function kibOf(field) {
     return Number(new RegExp(`^${field}:\\s+(\\d+) kB$`, 'm').exec(status)[1]);
 }
 
-// The most memory that one login takes, against the length of its string.
+// The peak memory of one login, compared with the length of the string that it sends.
 function loginPeak(size) {
     const { context, device, login, loginOf, module } = prepareLogin(size);
     module.unionLogin(context, loginOf(0));
@@ -194,7 +194,7 @@ function loginPeak(size) {
     return { module: () => [peak / 1024], floor: () => [unionLoginParam.length / MIB] };
 }
 
-// The memory of a request that waits, of the second 10,000 of them.
+// The memory of one pending request, measured over the second 10,000 of them.
 const waiting = (start) => () => {
     const ignore = () => {};
     const wave = () => {

@@ -10,7 +10,7 @@
 
 namespace Floors {
 
-/// The base64 filter over a memory BIO that has its final size from the start.
+/// Encodes with the base64 filter on a memory BIO that has its final size from the start.
 inline std::string EncodeBase64(const uint8_t* data, size_t length) {
     BUF_MEM* buffer = BUF_MEM_new();
     (void)BUF_MEM_grow(buffer, (length + 2) / 3 * 4);

@@ -14,13 +14,13 @@ namespace {
 
 using nlohmann::json;
 
-/// What a call leaves behind: its promise, and the text that would travel on.
+/// What remains of a call: its promise, and the string that would be sent.
 struct Request {
     napi_deferred deferred;
     std::string text;
 };
 
-/// A pending request at its least: what the caller waits for, what is known of it, and what was asked.
+/// A minimal pending request: the caller's promise, the state of the request, and its parameters.
 struct Pending {
     napi_deferred deferred = nullptr;
     std::array<char, 512> block{};
@@ -31,7 +31,7 @@ std::vector<Request>& gRequests = *new std::vector<Request>();
 std::vector<std::unique_ptr<Pending>>& gPending = *new std::vector<std::unique_ptr<Pending>>();
 std::vector<uint8_t>& gIcon = *new std::vector<uint8_t>();
 
-/// The promise of a new request.
+/// Stores a new request and returns its promise.
 napi_value Keep(napi_env env, std::string text) {
     Request request{nullptr, std::move(text)};
     napi_value promise = nullptr;
@@ -40,7 +40,7 @@ napi_value Keep(napi_env env, std::string text) {
     return promise;
 }
 
-/// forget(): the requests so far. Their promises stay pending.
+/// forget(): drops all requests so far. Their promises stay pending.
 napi_value Forget(napi_env /*env*/, napi_callback_info /*info*/) {
     gRequests.clear();
     return nullptr;
@@ -79,7 +79,7 @@ napi_value SavePlayerRole(napi_env env, napi_callback_info info) {
     return Keep(env, record.dump());
 }
 
-/// setIcon(bytes): the one resource that there is.
+/// setIcon(bytes): sets the only resource.
 napi_value SetIcon(napi_env env, napi_callback_info info) {
     void* data = nullptr;
     size_t length = 0;
@@ -94,7 +94,7 @@ std::string EncodeIcon() {
     return EncodeBase64(bytes.get(), gIcon.size());
 }
 
-/// unionLogin(login): with the one icon for each account.
+/// unionLogin(login): uses the same icon for every account.
 napi_value UnionLogin(napi_env env, napi_callback_info info) {
     const napi_value login = Arguments(env, info)[0];
     const napi_value infos = Property(env, login, "thirdAccountInfos");
@@ -116,7 +116,7 @@ napi_value UnionLogin(napi_env env, napi_callback_info info) {
     return Keep(env, record.dump());
 }
 
-/// wait(text): a request that stays pending, with the four parameters of its Want.
+/// wait(text): adds a request that stays pending, with the four parameters of its Want.
 napi_value Wait(napi_env env, napi_callback_info info) {
     auto pending = std::make_unique<Pending>();
     pending->want["requestType"] = 4;

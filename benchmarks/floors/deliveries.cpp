@@ -13,7 +13,7 @@ void Settle(napi_env env, const napi_deferred& deferred) {
     Must(napi_resolve_deferred(env, deferred, Undefined(env)));
 }
 
-/// One thread that answers requests as they come.
+/// One thread that answers requests as they arrive.
 class Responder {
 public:
     explicit Responder(napi_env env) : inbox_(env) { std::thread(&Responder::Run, this).detach(); }
@@ -34,7 +34,7 @@ private:
         }
     }
 
-    /// All that have come, once one has.
+    /// Waits for a request, then takes all that have arrived.
     std::vector<napi_deferred> Take() {
         std::unique_lock<std::mutex> lock(mutex_);
         arrived_.wait(lock, [this] { return !requests_.empty(); });
@@ -69,11 +69,11 @@ struct Listeners {
     Inbox<Delivery, CallListener> inbox;
 };
 
-// The addon serves the one environment that loads it.
+// The addon supports only one environment, the one that loads it.
 Responder* gResponder = nullptr;
 Listeners* gListeners = nullptr;
 
-/// trip(): a promise that the other thread resolves.
+/// trip(): returns a promise that resolves after a round trip to the other thread.
 napi_value Trip(napi_env env, napi_callback_info /*info*/) {
     napi_deferred deferred = nullptr;
     napi_value promise = nullptr;
@@ -90,7 +90,7 @@ napi_value Listen(napi_env env, napi_callback_info info) {
     return nullptr;
 }
 
-/// raise(text): each listener is called with { event: 0, resultInfo: text }, later.
+/// raise(text): calls each listener asynchronously with { event: 0, resultInfo: text }.
 napi_value Raise(napi_env env, napi_callback_info info) {
     auto text = std::make_shared<const std::string>(ReadText(env, Arguments(env, info)[0]));
     std::vector<Delivery> deliveries;

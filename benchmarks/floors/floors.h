@@ -6,8 +6,8 @@
 #include <cstdlib>
 #include <string>
 
-// The floors: each does the least that the same work of the module takes, written by hand, without its
-// layers, checks, log lines and analytics. A call that fails ends the process: its figure would mean nothing.
+// The floors: each is a minimal, hand-written implementation of work that the module does, without its
+// layers, checks, log lines and analytics. A failed call aborts the process: its figure would mean nothing.
 
 namespace Floors {
 
@@ -29,7 +29,7 @@ inline napi_value Property(napi_env env, napi_value object, const char* name) {
     return value;
 }
 
-/// A text as the module reads one: at most 4096 bytes of it.
+/// Reads a string as the module does: at most 4096 bytes of it.
 inline std::string ReadText(napi_env env, napi_value value) {
     char buffer[4097];
     size_t length = 0;

@@ -11,9 +11,9 @@
 
 namespace Floors {
 
-/// Brings items to the JS thread of `env`, first in, first out: one queue and one uv_async_t, and for each
-/// item a handle scope, and a callback scope so that its microtasks run before the next one. Lives as long as
-/// the process, and keeps the loop alive.
+/// Delivers items to the JS thread of `env`, first in, first out, with one queue and one uv_async_t. Each
+/// item gets a handle scope, and a callback scope so that its microtasks run before the next item. The inbox
+/// lives as long as the process, and keeps the event loop alive.
 template <typename Item, void (*DELIVER)(napi_env env, const Item& item)>
 class Inbox {
 public:
@@ -26,7 +26,7 @@ public:
         Must(napi_async_init(env, nullptr, MakeText(env, "floor"), &asyncContext_));
     }
 
-    /// Any thread. Takes what `items` holds.
+    /// Queues `items`, whose contents are unspecified afterwards. Any thread.
     void Post(std::vector<Item>& items) {
         {
             std::lock_guard<std::mutex> guard(mutex_);

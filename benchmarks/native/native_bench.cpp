@@ -1,4 +1,4 @@
-// What no JS is needed for. Each benchmark is named "<work> module", "<work> floor" or "<work> bare", and has
+// The benchmarks that need no JS. Each is named "<work> module", "<work> floor" or "<work> bare", and takes
 // its size as argument.
 
 #include <benchmark/benchmark.h>
@@ -20,7 +20,7 @@
 
 using namespace TAVIK::GAME_PLAYER;
 
-// In Node's place: called by the module's constructor before main.
+// Replaces Node's function. The module's constructor calls it before main.
 extern "C" void napi_module_register(napi_module* /*record*/) {}
 
 namespace {
@@ -76,7 +76,7 @@ std::vector<int> AllowedCores() {
     return cores;
 }
 
-/// Binds this thread to a core of its own, if there are as many as threads: left alone, they may share one.
+/// Binds this thread to its own core, if there are enough cores: unbound threads may share one.
 void TakeCore(int thread) {
     static const std::vector<int> ALLOWED = AllowedCores();
     cpu_set_t own;
@@ -85,7 +85,7 @@ void TakeCore(int thread) {
     (void)sched_setaffinity(0, sizeof(own), &own);
 }
 
-/// Asks for each of the environments in turn; the threads wait for each other before and after the loop.
+/// Looks up each environment in turn. The threads wait for each other before and after the loop.
 template <bool (*IS_VALID)(const EnvInfo*)>
 void AskForAll(benchmark::State& state) {
     TakeCore(state.thread_index());
