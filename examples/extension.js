@@ -1,6 +1,6 @@
 'use strict';
 
-// The game service's extension, as far as the sample needs one: it answers every modal by the type of its request.
+// The game service's extension, as far as the sample needs one. It answers each modal according to its request type.
 
 const { setImmediate: turn } = require('node:timers/promises');
 const device = require('../device');
@@ -28,20 +28,20 @@ const NOT_REAL_NAME = 1002000004;
 const ALREADY_BOUND = 1002000012;
 const NOT_BOUND = 1002000013;
 
-/** What the service knows of the world; the scenes change it. */
+/** The state of the world as the service sees it. The scenes change it. */
 const world = {
     isOnline: true,
     player: { gamePlayerId: 'G-1001', teamPlayerId: 'T-1001', playerName: 'Lin' },
-    nextPlayer: null,   // who signs in at the next page of the local player
-    playableMinutes: 0, // none: no limit
-    roleName: '',       // of the role that was saved last
+    nextPlayer: null,   // signs in on the next page of getLocalPlayer
+    playableMinutes: 0, // 0: no limit
+    roleName: '',       // of the last saved role
 };
 
 const openOrders = new Set();
 const bindings = new Set();
 const bindingOf = ({ thirdOpenId, teamPlayerId }) => `${thirdOpenId} ${teamPlayerId}`;
 
-// A page that stays up after its data, until it is released.
+// A page that stays open after it has handed over the data, until it is released.
 function handOver(result) {
     const data = { resultCode: SUCCESS, resultMessage: JSON.stringify(result) };
     if (world.playableMinutes > 0) {
@@ -79,7 +79,7 @@ function completePurchase({ tavikExtra }) {
     return [['result', openOrders.delete(JSON.parse(tavikExtra).purchaseData) ? SUCCESS : NO_SUCH_ORDER]];
 }
 
-/** Width and height of a PNG image, from the chunk that each begins with. */
+/** The width and height of a PNG image, from its header chunk. */
 function sizeOf(png) {
     if (png.toString('latin1', 0, 16) !== '\x89PNG\r\n\x1a\n\0\0\0\rIHDR') {
         throw new Error('the icon is not a PNG image');
@@ -87,7 +87,7 @@ function sizeOf(png) {
     return `${png.readUInt32BE(16)} × ${png.readUInt32BE(20)}`;
 }
 
-// The player takes the last of the accounts.
+// The player selects the last account.
 function offerAccounts({ unionLoginParam }) {
     const accounts = JSON.parse(unionLoginParam).thirdAccountInfos;
     for (const { accountName, encodedIcon } of accounts) {
@@ -111,7 +111,8 @@ function unbind(parameters) {
     return [['result', bindings.delete(bindingOf(parameters)) ? SUCCESS : NOT_BOUND]];
 }
 
-// By request type: the answers to a request with these parameters, each a method of the modal with its arguments.
+// By request type: a function that takes the parameters and returns the answers. Each answer is the name of a method of
+// the modal, followed by its arguments.
 const ANSWERS = {
     [INIT]: () => [['result', SUCCESS]],
     [GET_LOCAL_PLAYER]: showLocalPlayer,
@@ -154,7 +155,7 @@ async function serve(modal) {
 let begun = 0;
 let work = Promise.resolve();
 
-/** Begins to serve the modals of this environment, one after the other. */
+/** Starts serving the modals of this environment, one at a time. */
 function open() {
     device.onModal((modal) => {
         begun += 1;
@@ -162,7 +163,7 @@ function open() {
     });
 }
 
-/** Resolves when every modal so far has been given all its answers. */
+/** Resolves when every modal so far has received all its answers. */
 async function rest() {
     while (begun < device.modals().length) {
         await turn();

@@ -1,7 +1,7 @@
 'use strict';
 
-// A player's day with a small game. `game` is the module itself, only that its calls and all that comes of them
-// are printed; the stand-in device takes the place of a real one, and extension.js that of the game service.
+// A player's day with a small game. `game` is the module, wrapped so that its calls and their results are printed. The
+// stand-in device takes the place of a real one, and extension.js that of the game service.
 
 const { spawn } = require('node:child_process');
 const { once } = require('node:events');
@@ -36,7 +36,7 @@ const news = []; // what the listeners heard
 const onPlayerChanged = ({ resultInfo }) => news.push(resultInfo);
 const onPrevented = (reason) => news.push(reason);
 
-/** The code of the error with which `call` throws or rejects. */
+/** The code of the error that `call` throws or rejects with. */
 async function codeOf(call) {
     try {
         await call();
@@ -45,7 +45,7 @@ async function codeOf(call) {
     }
 }
 
-/** Lets `ms` pass, after which the module shows that the time is up, for 15 s. Returns what the game heard. */
+/** Lets `ms` pass. The module then shows for 15 s that the time is up. Returns what the game's listeners heard. */
 async function runOut(ms) {
     await pass(ms);
     const page = device.modals().at(-1);
@@ -99,7 +99,7 @@ scene('Ten minutes of a quick game', {
         world.playableMinutes = 10;
         await game.quickGameLogin(context, { gameAppId: 'com.example.quick' });
         world.playableMinutes = 0;
-        return runOut(10 * MINUTE + 15 * SECOND); // the module looks at its clock every 15 s
+        return runOut(10 * MINUTE + 15 * SECOND); // the module checks its clock every 15 s
     },
     comesTo: ['The user is under age.'],
 });

@@ -1,6 +1,6 @@
 'use strict';
 
-// The evening's session, in a process of its own: the module ends it when the playable time is over.
+// The evening's play, in its own process, which the module ends when the playable time is over.
 
 const device = require('../device');
 const { world } = require('./extension');
@@ -15,7 +15,7 @@ async function play() {
     world.playableMinutes = 30;
     game.syncTraceId('evening-1');
     await game.getLocalPlayer(context);
-    await pass(30 * 60000 + 15000); // the module looks at its clock every 15 s
+    await pass(30 * 60000 + 15000); // the module checks its clock every 15 s
     if (device.modals().length < 2) {
         fail('the time is up, and no page says so');
     }
@@ -23,5 +23,5 @@ async function play() {
     fail('the time is up, and the game still runs');
 }
 
-process.exitCode = 1; // only the module's end of the process has status 0
+process.exitCode = 1; // the status is 0 only if the module ends the process
 play();

@@ -1,6 +1,6 @@
 'use strict';
 
-// What the sample prints: titles, lines under a label, Wants and tables, none wider than the screen.
+// The output of the sample: titles, labelled lines, Wants and tables, none wider than the screen.
 
 const util = require('node:util');
 
@@ -8,13 +8,13 @@ const WIDTH = Math.max(72, Math.min(process.stdout.columns || 100, 100));
 const MARGIN = ' '.repeat(4);
 const LABEL = 11;
 const ARROW = '→ ';
-const ROOM = WIDTH - MARGIN.length - LABEL - ARROW.length; // of a line under an arrow
+const ROOM = WIDTH - MARGIN.length - LABEL - ARROW.length; // for the text after an arrow
 const REAL_TIME = '  (999.9 ms)';
 const HAS_COLOUR = Boolean(process.stdout.isTTY) && !process.env.NO_COLOR;
 const STYLES = { bold: 1, dim: 2, red: 31, green: 32, yellow: 33, cyan: 36 };
 const LABEL_STYLES = { game: 'green', want: 'cyan', extension: 'yellow' };
 
-// A reader who closes the pipe, as head does, has seen enough.
+// Stops when the reader closes the pipe, as head does.
 process.stdout.on('error', () => process.exit(1));
 
 function paint(style, text) {
@@ -25,7 +25,7 @@ function print(text = '') {
     process.stdout.write(`${text.trimEnd()}\n`);
 }
 
-// East Asian wide characters and emoji, from the first to the last of each range, take two columns.
+// The ranges, both ends included, of East Asian wide characters and emoji, which take two columns.
 const WIDE = [
     [0x1100, 0x115f], [0x2e80, 0x303e], [0x3041, 0xa4cf], [0xac00, 0xd7a3], [0xf900, 0xfaff], [0xfe30, 0xfe6f],
     [0xff01, 0xff60], [0xffe0, 0xffe6], [0x1f300, 0x1faff], [0x20000, 0x3fffd],
@@ -36,7 +36,7 @@ function columnsOf(character) {
     return WIDE.some(([first, last]) => first <= point && point <= last) ? 2 : 1;
 }
 
-/** As much of the beginning of `text` as `width` columns hold. */
+/** As much of the beginning of `text` as fits into `width` columns. */
 function beginning(text, width) {
     let [end, left] = [0, width];
     for (const character of text) {
@@ -49,7 +49,7 @@ function beginning(text, width) {
     return text.slice(0, end);
 }
 
-/** The lines of `text`, none wider than `width`, cut after a blank or a comma where there is one, and indented. */
+/** Wraps `text` to lines of at most `width` columns, after a space or comma if possible. Keeps the indentation. */
 function fold(text, width) {
     return text.split('\n').flatMap((line) => {
         const full = beginning(line, width);
@@ -63,25 +63,25 @@ function fold(text, width) {
     });
 }
 
-/** Whether no line of `text` has to be folded if the first stands behind an arrow. */
+/** Whether `text` needs no wrapping if its first line follows an arrow. */
 function fits(text) {
     return (ARROW + text).split('\n').every((line) => beginning(line, ROOM) === line);
 }
 
 const names = new WeakMap();
 
-/** Has `value` printed as `name` from now on. Returns the value. */
+/** Makes `describe` show `value` as `name` from now on. Returns the value. */
 function named(name, value) {
     names.set(value, name);
     return value;
 }
 
-/** `text` without the most of each word that nobody reads, such as base64. */
+/** Abbreviates the long words of `text` that nobody reads, such as base64. */
 function shorten(text) {
     return text.replace(/[\w+/=]{65,}/g, (word) => `${word.slice(0, 8)}…\u00a0${word.length}\u00a0characters`);
 }
 
-/** A value as it would stand in code, on one line or on several of about `width`. */
+/** A value as it would be written in code, on one line or on several of about `width` columns. */
 function describe(value, width = Infinity) {
     if (value instanceof Error) {
         return `${value.name}${value.code === undefined ? '' : ` ${value.code}`}: ${value.message}`;
@@ -98,7 +98,7 @@ function describeCall(name, args) {
     return forms.find(fits) || forms.pop();
 }
 
-/** A span of time, given in milliseconds, in the units that suit it. */
+/** Formats a duration, given in milliseconds, in suitable units. */
 function duration(ms) {
     if (ms < 1000) {
         return ms < 1 ? `${Math.round(ms * 1000)} µs` : `${ms.toFixed(1)} ms`;
@@ -107,7 +107,7 @@ function duration(ms) {
     return [minutes && `${minutes} min`, seconds && `${seconds} s`].filter(Boolean).join(' ');
 }
 
-/** Text beside the label of whom it is about, such as "game" or "clock". */
+/** Prints text after a label that names its subject, such as "game" or "clock". */
 function line(label, text, style) {
     fold(text, ROOM).forEach((part, i) => {
         const head = paint(LABEL_STYLES[label] || 'dim', label) + ' '.repeat(LABEL - label.length);
@@ -115,7 +115,7 @@ function line(label, text, style) {
     });
 }
 
-/** What the game got, and the time it took if that is known. How the lines fall does not hang on a real time. */
+/** Prints what the game received, and the time if known. The length of a real time does not affect the line breaks. */
 function received(text, time, style) {
     const gap = fits(text + REAL_TIME) ? '  ' : '\n';
     line('game', `← ${text}${time ? `${gap}(${time})` : ''}`, style);
@@ -138,7 +138,7 @@ function title(number, name, about) {
     paragraph(about, 'dim');
 }
 
-/** Rows of cells under their heads; columns of numbers are set to the right. */
+/** Prints rows of cells under their headings. Columns of numbers are right-aligned. */
 function table(heads, rows) {
     const widthOf = (column) => Math.max(...[heads, ...rows].map((row) => String(row[column]).length));
     const widths = heads.map((_, column) => widthOf(column));

@@ -1,6 +1,6 @@
 'use strict';
 
-// The stage on which the sample plays: it shows what the game calls and gets, and stops at a scene that goes wrong.
+// Runs the scenes of the sample. Shows what the game calls and receives, and stops at the first scene that goes wrong.
 
 const util = require('node:util');
 const device = require('../device');
@@ -12,7 +12,7 @@ const scenes = [];
 const unsettled = new Map(); // by promise: the method that returned it
 let current = null;
 
-/** Tells the time since now: the device's if that moved, else the real one. */
+/** Returns a function that gives the time since now: the device's if its clock has moved, otherwise the real time. */
 function stopwatch() {
     const [deviceBegin, realBegin] = [device.clock.now(), performance.now()];
     return () => {
@@ -21,7 +21,7 @@ function stopwatch() {
     };
 }
 
-/** `callback`, showing what it is called with, and `time()` behind that. */
+/** Wraps `callback` so that each call shows its arguments, followed by `time()`. */
 function showing(callback, time) {
     return function show(...args) {
         const text = screen.describeCall(callback.name || 'callback', args);
@@ -30,7 +30,7 @@ function showing(callback, time) {
     };
 }
 
-// By listener: the one that stands in for it, so that "off" finds what "on" was given.
+// By listener: its wrapper, so that "off" gets the same function as "on".
 const listeners = new WeakMap();
 
 function showingListener(listener) {
@@ -69,13 +69,13 @@ function call(module, name, args) {
     }
 }
 
-/** The module, with methods that show how they are called and what comes of it. */
+/** Wraps the module's methods so that they show their calls and the results. */
 function watch(module) {
     const methods = Object.getOwnPropertyNames(module);
     return Object.fromEntries(methods.map((name) => [name, (...args) => call(module, name, args)]));
 }
 
-/** Lets `ms` milliseconds pass on the device, without waiting for them, with no answer due before or after. */
+/** Advances the device's clock by `ms` without waiting. Before and after that, lets all due answers arrive. */
 async function pass(ms) {
     await extension.rest();
     screen.line('clock', `${screen.duration(ms)} pass`);
@@ -84,22 +84,22 @@ async function pass(ms) {
 }
 
 /**
- * Adds a scene: `play` is the game's code, and what it returns or resolves with has to equal `comesTo`, which is
- * undefined if left out. The methods in `pending`, and no others, leave a promise unsettled. `about` is for the
- * reader.
+ * Adds a scene. `play` is the game's code. It must return or resolve with a value equal to `comesTo`, which defaults
+ * to undefined. The methods in `pending`, and no others, must leave a promise unsettled. `about` describes the scene
+ * for the reader.
  */
 function scene(title, { about, play, comesTo, pending = [] }) {
     scenes.push({ title, about, play, comesTo, pending });
 }
 
-/** Says in one line what went wrong, and where, and ends the process with status 1. */
+/** Prints in one line what went wrong and where, and ends the process with status 1. */
 function fail(reason) {
     const [line] = reason.split('\n');
     process.stderr.write(`The sample failed${current ? ` in "${current.title}"` : ''}: ${line}\n`);
     process.exit(1);
 }
 
-/** Prepares the process: time moves only by `pass`, the extension serves, and what goes wrong ends it. */
+/** Prepares the process: only `pass` moves the time, the extension serves, and an uncaught error ends the process. */
 function open() {
     process.on('uncaughtException', (error) => fail(screen.describe(error)));
     device.clock.manual();
@@ -112,7 +112,7 @@ function expect(what, found, expected) {
     }
 }
 
-/** Takes the promises that are unsettled and shows them. Returns the names of their methods. */
+/** Shows the unsettled promises and stops tracking them. Returns the names of their methods. */
 function takeUnsettled() {
     const methods = [...unsettled.values()];
     unsettled.clear();
@@ -134,7 +134,7 @@ async function playScene({ title, about, play, comesTo, pending }, number) {
     screen.print();
 }
 
-/** Plays all scenes in their order. */
+/** Plays all scenes in order. */
 async function perform() {
     process.on('exit', (status) => {
         if (current && status === 0) {

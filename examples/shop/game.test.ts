@@ -1,4 +1,4 @@
-// The suite of the game, on the stand-in device: npx tsc -p examples/shop && node --test out/examples/shop
+// Tests the game on the stand-in device. To run: npx tsc -p examples/shop && node --test out/examples/shop
 
 import assert from 'node:assert/strict';
 import { afterEach, test } from 'node:test';
@@ -9,7 +9,7 @@ import { Game } from './game.js';
 
 afterEach(() => device.reset());
 
-/** Answers the next modal of a method, and gives it. */
+/** Answers the next modal of a method, and returns it. */
 async function answer(method: ModalFilter, code: number, resultMessage?: string): Promise<Modal> {
     const modal = await device.nextModal(method);
     await modal.receive(resultMessage === undefined ? { resultCode: code } : { resultCode: code, resultMessage });

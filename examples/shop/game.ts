@@ -24,7 +24,7 @@ export class Game {
         this.player = null;
     };
 
-    /** The player, or null for one who may not play. */
+    /** Returns the player, or null if the player may not play. */
     async logIn(): Promise<Player | null> {
         await gamePlayer.init(this.context);
         try {

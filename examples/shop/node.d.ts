@@ -1,4 +1,4 @@
-// What the suite uses of Node. A game of your own has @types/node in place of this file.
+// The parts of Node that the tests use. In your own game, use @types/node instead of this file.
 
 declare module 'node:test' {
     export function test(title: string, body: () => void | Promise<void>): void;
