@@ -1,13 +1,13 @@
 # shellcheck shell=bash disable=SC2034
-# What ./build, ./run, ./test and ./bench share; sourced with the root of the project as the working folder.
+# Shared by ./build, ./run, ./test and ./bench, which source it in the root folder of the project.
 
-# GAMEAPI_BUILD names another preset than the usual one; device/index.js and index.js read it as well.
+# GAMEAPI_BUILD selects a preset other than the default. device/index.js and index.js read it as well.
 preset=${GAMEAPI_BUILD:-release}
 out=out/$preset
 logs=out/logs
 
-# Debian packages, each with what shows that it is there: a command on PATH or a file. Node and its headers may
-# come from elsewhere; missing_packages knows how to look for them.
+# Debian packages, each with a command on PATH or a file that shows that it is installed. Node and its headers are not
+# listed, because they may come from elsewhere; missing_packages looks for them.
 build_needs=(
     'g++ g++'
     'cmake cmake'
@@ -33,8 +33,8 @@ die() {
     exit 1
 }
 
-# quietly LOG COMPLAINT COMMAND...: runs the command with its output in a log. If it fails, shows the end of that
-# and stops with the complaint.
+# quietly LOG COMPLAINT COMMAND...: runs the command with its output in a log. If the command fails, shows the end of
+# the log and stops with the complaint.
 quietly() {
     local log=$logs/$1.log complaint=$2
     shift 2
@@ -48,7 +48,7 @@ is_there() {
     command -v "$1" >/dev/null || [[ $1 == /* && -e $1 ]]
 }
 
-# The packages that are missing for Node and the given needs, one a line.
+# Prints the packages that are missing for Node and the given needs, one per line.
 missing_packages() {
     local need headers=
     for need in "$@"; do
@@ -83,7 +83,7 @@ install_packages() {
     hash -r
 }
 
-# Stops unless the Node on PATH, if there is one, is of this version or newer.
+# check_node MAJOR MINOR: stops if the Node on PATH is older than this version. Without a Node on PATH, does nothing.
 check_node() {
     local version major minor
     is_there node || return 0
@@ -93,7 +93,7 @@ check_node() {
         die "Node $version is too old, $1.$2 or newer is needed: put one on PATH, or none, and Debian's is installed"
 }
 
-# Installs what is missing for Node and the given needs.
+# Installs the packages that are missing for Node and the given needs.
 provide() {
     local missing
     check_node 18 0
@@ -111,7 +111,7 @@ is_configured_with() {
     grep -qsxF "$1" "$out/CMakeCache.txt"
 }
 
-# Configures with the given options of CMakeLists.txt on, unless nothing would change.
+# Configures the build with the given CMake options turned on, unless nothing would change.
 configure() {
     local headers option is_new='' on=() fresh=()
     for option in "$@"; do
@@ -129,7 +129,7 @@ configure() {
         cmake "${fresh[@]}" --preset "$preset" -D NODE_INCLUDE_DIR:PATH="$headers" "${on[@]}"
 }
 
-# compile TARGET...: shows what CMake shows, on a terminal in one line that moves.
+# compile TARGET...: builds the targets and shows CMake's output, which updates a single line on a terminal.
 compile() {
     local command=(cmake --build "$out" --parallel "$(nproc)" --target "$@")
     if [[ -t 1 ]]; then
@@ -140,7 +140,7 @@ compile() {
     fi
 }
 
-# Builds the given targets: "all" is what a game needs. What is built can be used where nothing can be written.
+# build TARGET...: builds the targets; "all" is what a game needs. In a read-only folder, uses the existing build.
 build() {
     local options=()
     if [[ ! -w . ]]; then

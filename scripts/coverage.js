@@ -1,6 +1,6 @@
 'use strict';
 
-// Sums up what the tests ran of the module, prints it and writes it to docs/coverage.md.
+// Summarises how much of the module the tests ran, prints it, and writes it to docs/coverage.md.
 // usage: node scripts/coverage.js BUILD_FOLDER
 
 const { execFileSync } = require('child_process');
@@ -11,8 +11,8 @@ const ROOT = path.dirname(__dirname);
 const REPORT = path.join(ROOT, 'docs', 'coverage.md');
 const FOLDERS = ['napi', 'modal', 'events', 'analytics', 'common'];
 
-// One record per source: { file, lines: [{ line_number, count, branches: [{ count }] }] }. The compiler adds
-// branches that no source line has, for exceptions and for code it can tell is never reached.
+// One record per source: { file, lines: [{ line_number, count, branches: [{ count }] }] }. Excludes the branches that
+// the compiler adds for exceptions and for code that it knows is unreachable: they are not in the source.
 function measure(buildDir) {
     const filters = FOLDERS.flatMap((folder) => ['--filter', `${folder}/`]);
     const options = ['--exclude-throw-branches', '--exclude-unreachable-branches', '--json', '-'];
@@ -36,7 +36,7 @@ function sumUp(name, lines) {
 const row = ({ name, lines, branches }) =>
     `| ${name} | ${lines.join(' of ')} | ${share(...lines)} | ${branches.join(' of ')} | ${share(...branches)} |`;
 
-// The source lines of which a part never ran, each with its text: it stays true when lines move.
+// Lists the source lines that never ran or ran only in part. Quotes their text, because line numbers change.
 function missed({ file, lines }) {
     const text = fs.readFileSync(path.join(ROOT, file), 'utf8').split('\n');
     return lines

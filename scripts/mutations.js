@@ -1,20 +1,20 @@
 'use strict';
 
-// Finds what can be changed in a C++ source so that it most likely does something else: one place at a time.
+// Finds places in a C++ source where a change most likely alters what it does. Each change affects one place.
 
 const BLANK = /[^\n]/g;
-// What a change must not touch: comments, preprocessor lines, log calls, checks at compile time, using lines.
+// Never changed: comments, preprocessor lines, log calls, static assertions, `using` lines and template headers.
 const LEFT_ALONE = [/\/\/.*$/gm, /\/\*[^]*?\*\//g, /^#.*$/gm, /\bGAME_LOG[IWE]\([^]*?\);/g, /\bHiLogPrint\([^]*?\);/g,
     /^ *static_assert\([^]*?\);$/gm, /^ *using .*;$/gm, /\btemplate <[^>]*>/g];
 const STRING = /"(?:[^"\\\n]|\\.)*"/g;
 
-/** The source with the same length, and blanks where nothing is to be changed. */
+/** Replaces everything that must not be changed with spaces. Positions and lines stay the same. */
 function maskOf(source, ...more) {
     return [...LEFT_ALONE, ...more].reduce((text, pattern) => text.replace(pattern, (found) => found.replace(BLANK, ' ')),
         source);
 }
 
-/** The place after the bracket that closes the one before `start`. */
+/** The index of the parenthesis that closes the one just before `start`. */
 function closing(text, start) {
     let depth = 1;
     let end = start;
@@ -35,7 +35,7 @@ function negated({ 0: found, index }, text) {
     return condition.includes(';') ? [] : [[start, condition, `!(${condition})`]];
 }
 
-/** By kind: a pattern, and what it makes of a match: a list of [place, before, after]. */
+/** Rows of [kind, pattern, function]. The function turns a match into a list of changes: [place, before, after]. */
 const KINDS = [
     ['condition', / (?:&&|\|\||[=!]=|[<>]=?) /g, replaced(OPPOSITES)],
     ['condition', /\bif \(/g, negated],
@@ -54,7 +54,7 @@ const KINDS = [
 
 const lineAt = (source, place) => source.slice(0, place).split('\n').length;
 
-/** All changes of a file's source, as {file, line, kind, place, before, after}. */
+/** All possible changes of a file's source, as {file, line, kind, place, before, after}. */
 function mutationsOf(file, source) {
     const text = maskOf(source, STRING);
     const found = KINDS.flatMap(([kind, pattern, change]) => Array.from(text.matchAll(pattern))

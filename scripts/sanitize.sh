@@ -1,7 +1,7 @@
 # shellcheck shell=bash disable=SC2034
-# How ./test runs the suite under sanitizers; sourced after common.sh.
+# Lets ./test run the tests under sanitizers. Sourced after common.sh.
 
-# The preset of the sanitizers in a list.
+# sanitizer_preset LIST: prints the preset for these sanitizers. Fails if there is none.
 sanitizer_preset() {
     case $1 in
         address) say asan ;;
@@ -12,7 +12,8 @@ sanitizer_preset() {
     esac
 }
 
-# The sanitizer's runtime that belongs to the compiler: Node itself is not linked to one, so it is preloaded.
+# sanitizer_runtime NAME: prints the path of the compiler's runtime library for this sanitizer. The library is
+# preloaded, because Node itself is not linked with it.
 sanitizer_runtime() {
     local name file
     case $1 in
@@ -25,7 +26,7 @@ sanitizer_runtime() {
     say "$file"
 }
 
-# sanitize LIST FOLDER: what is started with "${instruments[@]}" in front, and all its children, run under the
+# sanitize LIST FOLDER: sets `instruments` to a command prefix that runs a program and all its children under the
 # sanitizers. Reports are written to files in the folder, so that none is lost with the output of a child.
 sanitize() {
     local list=$1 folder=$2 preload='' name common
@@ -33,22 +34,23 @@ sanitize() {
     for name in ${list//,/ }; do
         preload+=${preload:+:}$(sanitizer_runtime "$name")
     done
-    # Their notes of the thread-locals of loaded libraries give sizes that are none, on which they crash now and then.
+    # intercept_tls_get_addr=0 stops the sanitizers from tracking the thread-local storage of loaded libraries: they
+    # record invalid sizes for it, and sometimes crash on them.
     common=log_path=$folder/report:intercept_tls_get_addr=0
     instruments=(env "LD_PRELOAD=$preload" GAMEAPI_TEST_PATIENCE=4
         "ASAN_OPTIONS=$common:detect_leaks=1:detect_stack_use_after_return=1:strict_string_checks=1"
         "LSAN_OPTIONS=suppressions=$PWD/tests/suppressions/leaks.supp:print_suppressions=0"
         "UBSAN_OPTIONS=$common:print_stacktrace=1:exitcode=66"
-        # Node and V8 are not compiled for it: what they do to memory is not looked at, their locks are.
+        # Node and V8 are not instrumented: their memory accesses are ignored, but not their locks.
         "TSAN_OPTIONS=$common:ignore_noninstrumented_modules=1:exitcode=66:atexit_sleep_ms=50")
-    # It wants its addresses where many kernels would not put them.
+    # ThreadSanitizer does not work with the address space randomisation of many kernels, so it is turned off.
     if [[ $list == thread ]] && setarch "$(uname -m)" -R true 2>/dev/null; then
         instruments=(setarch "$(uname -m)" -R "${instruments[@]}")
     fi
 }
 
-# Shows the reports in a folder of results; fails if there are any. Beside AddressSanitizer's runtime the one for
-# undefined behaviour does not write files, so its lines are looked for in what the runners printed.
+# no_reports FOLDER: shows the reports in a results folder; fails if there are any. When AddressSanitizer is loaded too,
+# UndefinedBehaviorSanitizer writes no files, so its messages are searched for in the output of the runners.
 no_reports() {
     local files=("$1"/reports/report.*) logs=("$1"/*.log "$1"/*.tap) lines=()
     ((${#files[@]} == 0)) || head -n 60 "${files[@]}"

@@ -1,6 +1,6 @@
 'use strict';
 
-// Runs clang-tidy over the C++ sources of a build, leaving out those that passed before and did not change since.
+// Runs clang-tidy on the C++ sources of a build, except those that passed before and have not changed since.
 // usage: node scripts/tidy.js BUILD_FOLDER
 
 const { execFile, execFileSync } = require('child_process');
@@ -11,7 +11,7 @@ const path = require('path');
 
 const ROOT = path.dirname(__dirname);
 
-// The project's own files that each object was compiled from, by the object's name in the build folder.
+// Maps each object, by its name in the build folder, to the project's own files that it was compiled from.
 function readDependencies(buildDir) {
     const files = new Map();
     let current = [];
@@ -31,7 +31,7 @@ function readDependencies(buildDir) {
     return files;
 }
 
-// What the verdict on a source depends on, in one hash.
+// Hashes everything that the result for a source depends on.
 function keyOf(common, unit, files) {
     const hash = crypto.createHash('sha256').update(common).update(unit.command);
     for (const file of files) {
@@ -49,7 +49,7 @@ function runClangTidy(buildDir, file) {
     });
 }
 
-// Checks one source; true if it is clean.
+// Checks one source. True if it is clean.
 async function check(buildDir, job) {
     const complaints = await runClangTidy(buildDir, job.file);
     if (complaints !== null) {
@@ -64,7 +64,7 @@ function readStamp(stamp) {
     return fs.existsSync(stamp) ? fs.readFileSync(stamp, 'utf8') : '';
 }
 
-// The sources that have to be looked at.
+// Finds the sources that have to be checked.
 function findJobs(buildDir) {
     const stampDir = path.join(buildDir, 'tidy');
     fs.mkdirSync(stampDir, { recursive: true });
