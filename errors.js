@@ -41,7 +41,7 @@ const RequestType = Object.freeze({
 
 const codes = new Set(Object.values(ErrorCode));
 
-// An error of another realm, as Jest makes one for each test file, has another prototype.
+// Does not use instanceof: Jest runs each test file in its own realm, whose errors have another prototype.
 function isBusinessError(error) {
     return Object.prototype.toString.call(error) === '[object Error]' && codes.has(error.code);
 }

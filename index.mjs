@@ -1,4 +1,4 @@
-// For `import`: the same functions as `require` gives, under their names as well.
+// The entry point for `import`: exports the module as the default, and its functions by name.
 
 import gamePlayer from './index.js';
 
