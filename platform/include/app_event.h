@@ -37,7 +37,7 @@ private:
     Params params_;
 };
 
-/// Writes `event` for the registered processors. 0, or a negative error. Callable from any thread.
+/// Writes `event` for the registered processors. Returns 0, or a negative error. Callable from any thread.
 int Write(Event event);
 
 }  // namespace OHOS::HiviewDFX

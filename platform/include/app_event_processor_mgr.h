@@ -7,14 +7,14 @@
 
 namespace OHOS::HiviewDFX {
 
-/// An event that a processor is to report; at once if `isRealTime`, else with the next batch.
+/// An event that a processor reports: immediately if `isRealTime`, otherwise with the next batch.
 struct EventConfig {
     std::string domain;
     std::string name;
     bool isRealTime = false;
 };
 
-/// When a processor reports a batch: after `row` events or `timeout` seconds; 0 leaves a rule out.
+/// When a processor reports a batch: after `row` events or `timeout` seconds; 0 disables a rule.
 struct TriggerCondition {
     int32_t row = 0;
     int32_t timeout = 0;
@@ -22,7 +22,7 @@ struct TriggerCondition {
     bool onBackground = false;
 };
 
-/// What a processor reports, where to and when.
+/// What a processor reports, where it sends it, and when.
 struct ReportConfig {
     std::string name;
     std::string debugMode;
@@ -36,7 +36,7 @@ struct ReportConfig {
 
 class AppEventProcessorMgr {
 public:
-    /// Registers a processor. Returns its id, 0 or above; negative if it was refused. Callable from any
+    /// Registers a processor. Returns its ID, 0 or above; negative if it was refused. Callable from any
     /// thread.
     static int64_t AddProcessor(const ReportConfig& config);
 };

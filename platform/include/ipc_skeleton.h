@@ -6,7 +6,7 @@ namespace OHOS {
 
 class IPCSkeleton {
 public:
-    /// The full token identifier of the calling application: of this process outside an IPC call.
+    /// The full token ID of the calling application; outside an IPC call, that of this process.
     static uint64_t GetCallingFullTokenID();
 };
 

@@ -8,8 +8,8 @@
 
 namespace OHOS::Ace {
 
-/// What an extension answers. The platform keeps the callbacks for the life of the modal and calls
-/// them on the UI thread of the window that hosts it, one at a time.
+/// The callbacks for an extension's answers. The platform keeps them for the life of the modal and calls them
+/// on the UI thread of the window that hosts it, one at a time.
 struct ModalUIExtensionCallbacks {
     std::function<void(int32_t releaseCode)> onRelease;
     std::function<void(int32_t resultCode, const AAFwk::Want& result)> onResult;
@@ -19,7 +19,7 @@ struct ModalUIExtensionCallbacks {
     std::function<void()> onDestroy;
 };
 
-/// How a modal sits in its window: two groups of switches around the one callback.
+/// How a modal behaves in its window: two groups of flags, with the one callback between them.
 struct ModalUIExtensionConfig {
     bool isBackBlocked = false;
     bool isKeyboardAvoided = false;

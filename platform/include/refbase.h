@@ -4,13 +4,14 @@
 
 namespace OHOS {
 
-/// Base of objects that are held by counted pointers alone.
+/// Base of objects that are held only by reference-counted pointers.
 class RefBase {
 public:
     virtual ~RefBase() = default;
 };
 
-/// One counted hold on a `RefBase`, or none; the last one to go deletes the object. Counting is thread-safe.
+/// A reference-counted pointer to a `RefBase`, or null. The last one deletes the object. Counting is
+/// thread-safe.
 template <typename T>
 using sptr = std::shared_ptr<T>;  // NOLINT(readability-identifier-naming): the platform's own spelling
 

@@ -9,13 +9,13 @@ namespace OHOS::Global::Resource {
 
 enum RState { SUCCESS = 0, NOT_FOUND = 9001002 };
 
-/// Reads an application package's resources. Each read sets `length`, in bytes, and `data`, which the caller
-/// then owns; a resource that is not there gives `NOT_FOUND` and length 0. Callable from any thread.
+/// Reads the resources of an application package. Each read sets `length`, in bytes, and `data`, which the
+/// caller then owns. A missing resource gives `NOT_FOUND` and length 0. Callable from any thread.
 class ResourceManager {
 public:
     virtual ~ResourceManager() = default;
 
-    /// Media by resource identifier; `density` 0 is the screen's own.
+    /// Media by resource ID; `density` 0 is the screen's own.
     virtual RState GetMediaDataById(uint32_t id, size_t& length, std::unique_ptr<uint8_t[]>& data,
                                     uint32_t density) = 0;
 

@@ -11,7 +11,7 @@ class TimeServiceClient : public RefBase {
 public:
     static sptr<TimeServiceClient> GetInstance();
 
-    /// Milliseconds since the device booted, sleep included; never goes back.
+    /// Milliseconds since the device booted, including sleep. Never goes backwards.
     int64_t GetBootTimeMs();
 };
 

@@ -6,7 +6,7 @@ namespace OHOS::Security::AccessToken {
 
 class TokenIdKit {
 public:
-    /// Whether the full token identifier `tokenId` belongs to a system application.
+    /// Whether the full token ID `tokenId` belongs to a system application.
     static bool IsSystemAppByFullTokenID(uint64_t tokenId);
 };
 

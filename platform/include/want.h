@@ -10,7 +10,7 @@ namespace OHOS::AAFwk {
 /// A request to start an ability: the element that names it, and its parameters. A plain value type.
 class Want {
 public:
-    /// The ability's address; an empty device id is the local device.
+    /// The ability's address; an empty device ID means the local device.
     struct ElementName {
         std::string deviceId;
         std::string bundleName;

@@ -9,11 +9,11 @@
 
 namespace OHOS::AAFwk {
 
-/// Typed key-value parameters that travel between applications. A plain value type: copies share nothing that
-/// can change, so distinct copies may be used from distinct threads.
+/// Typed key-value parameters that travel between applications. A plain value type: copies share no mutable
+/// state, so different threads may use different copies.
 class WantParams {
 public:
-    /// A 32-bit integer, a double, a boolean, a text in UTF-8, a list of texts or nested parameters.
+    /// A 32-bit integer, a double, a boolean, a UTF-8 string, a list of such strings or nested parameters.
     using Value = std::variant<int32_t, double, bool, std::string, std::vector<std::string>,
                                std::shared_ptr<const WantParams>>;
 
@@ -26,7 +26,7 @@ public:
     /// The integer under `key`; `defaultValue` if there is none or it is of another type.
     int32_t GetIntParam(const std::string& key, int32_t defaultValue) const;
 
-    /// The text under `key`; empty if there is none or it is of another type.
+    /// The string under `key`; empty if there is none or it is of another type.
     std::string GetStringParam(const std::string& key) const;
 
     /// All parameters, in key order.

@@ -6,7 +6,7 @@ enum LogType { LOG_CORE = 3 };
 
 enum LogLevel { LOG_DEBUG = 3, LOG_INFO = 4, LOG_WARN = 5, LOG_ERROR = 6, LOG_FATAL = 7 };
 
-// GCC knows no privacy marks; clang checks a format that has them.
+// GCC does not know privacy marks; clang checks formats that contain them.
 #ifdef __clang__
 #define HILOG_FORMAT_CHECK __attribute__((format(os_log, 5, 6)))
 #else
@@ -15,6 +15,6 @@ enum LogLevel { LOG_DEBUG = 3, LOG_INFO = 4, LOG_WARN = 5, LOG_ERROR = 6, LOG_FA
 
 /// Writes one line. `format` is a printf format whose conversions may carry a privacy mark after the percent
 /// sign, `%{public}d` or `%{private}s`; `domain` is the 20-bit service domain and `tag` the subject. A line
-/// is cut at 4095 bytes. Returns 0, or below 0 if the tag is null.
+/// is cut off at 4095 bytes. Returns 0, or a negative value if the tag is null.
 extern "C" int HiLogPrint(LogType type, LogLevel level, unsigned int domain, const char* tag,
                           const char* format, ...) HILOG_FORMAT_CHECK;
