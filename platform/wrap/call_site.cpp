@@ -11,7 +11,7 @@ namespace {
 
 struct CallSite {
     const char* method;
-    napi_ref error;  // made at the call; formats its stack when that is read
+    napi_ref error;  // created at the call; its stack is formatted when it is read
 };
 
 thread_local const char* gMethod = nullptr;
@@ -33,7 +33,7 @@ napi_value MakeError(napi_env env) {
     return error;
 }
 
-// Empty if it is no string. A game's Error.prepareStackTrace may throw.
+// Empty if the stack is not a string or reading it throws, as a game's Error.prepareStackTrace may.
 std::string ReadStack(napi_env env, napi_value error) {
     napi_value stack = nullptr;
     size_t length = 0;
@@ -50,7 +50,7 @@ std::string ReadStack(napi_env env, napi_value error) {
 
 constexpr std::string_view FRAME = "\n    at ";
 
-/// The place in the frame that `frames` begins with: what its parentheses hold, or all of it.
+/// The location in the first of `frames`: the part in parentheses, or all of it.
 std::string PlaceOf(const std::string& frames) {
     const size_t end = frames.find('\n', FRAME.size());
     std::string place = frames.substr(FRAME.size(), end - FRAME.size());

@@ -7,19 +7,20 @@
 #include "modals.h"
 #include "wrap/wrap.h"
 
-// The calls in which Node and the device differ, or which the stand-in watches, turned here by the linker.
+// The module's calls that behave differently on Node and on the device, or that the stand-in watches. The
+// linker redirects them here.
 
 namespace StandIn {
 namespace {
 
 constexpr unsigned int LOG_DOMAIN_DEVICE = 0xD0FFFFF;
 
-// What a call of this thread left behind for napi_get_last_error_info.
+// Whether the last call on this thread was made to fail, for napi_get_last_error_info.
 thread_local bool gHasFailedOnPurpose = false;
 
 constexpr napi_extended_error_info PURPOSE_INFO = {"Unknown failure", nullptr, 0, napi_generic_failure};
 
-// A failed property read of `undefined` or `null` leaves a TypeError pending here, but not on the device.
+// Reading a property of `undefined` or `null` leaves a TypeError pending on Node, but not on the device.
 napi_status DropTypeError(napi_env env, napi_status status) {
     if (status == napi_object_expected) {
         napi_value error = nullptr;
@@ -81,12 +82,12 @@ napi_status __wrap_napi_get_last_error_info(napi_env env, const napi_extended_er
     napi_status status = Guarded(Call::napi_get_last_error_info, napi_get_last_error_info, env, info);
     if (status == napi_ok && hasFailedOnPurpose) {
         *info = &StandIn::PURPOSE_INFO;
-        (void)StandIn::FailOnPurpose();  // told until the next call of another function
+        (void)StandIn::FailOnPurpose();  // reported until another function is called
     }
     return status;
 }
 
-// Node aborts when a call from JS leaves a scope open: one that is to fail is closed all the same.
+// Node aborts if a call from JS leaves a scope open, so the scope is closed even if the call is made to fail.
 napi_status __wrap_napi_close_handle_scope(napi_env env, napi_handle_scope scope) {
     napi_status status = Guarded(Call::napi_close_handle_scope, napi_close_handle_scope, env, scope);
     if (StandIn::HasFailedOnPurpose()) (void)napi_close_handle_scope(env, scope);
@@ -115,7 +116,8 @@ napi_status __wrap_napi_get_named_property(napi_env env, napi_value object, cons
         env, Guarded(Call::napi_get_named_property, napi_get_named_property, env, object, name, value));
 }
 
-// The module gives its methods no data: here each gets its name, which a call of it then tells.
+// The module attaches no data to its methods. Here each method gets its name as data, so that
+// napi_get_cb_info sees which one is called.
 napi_status __wrap_napi_define_properties(napi_env env, napi_value object, size_t count,
                                           const napi_property_descriptor* properties) {
     std::vector<napi_property_descriptor> named(properties, properties + count);
@@ -174,7 +176,7 @@ napi_status __wrap_napi_get_uv_event_loop(napi_env env, uv_loop_t** loop) {
     return napi_ok;
 }
 
-// First in, first out on the loop's own thread, nothing on the thread pool, and from any thread.
+// Callable from any thread. The work runs in FIFO order on the loop's own thread, never on the thread pool.
 int __wrap_uv_queue_work(uv_loop_t* loop, uv_work_t* work, uv_work_cb run, uv_after_work_cb after) {
     if (run == nullptr || Faults::Trip(Call::uv_queue_work)) return run == nullptr ? UV_EINVAL : UV_ENOMEM;
     StandIn::NoteEffect();

@@ -6,8 +6,8 @@
 
 #include "faults.h"
 
-// The module's calls of OpenSSL and of the C++ runtime, turned here by the linker so that they can fail on
-// purpose.
+// The linker redirects the module's calls of OpenSSL and the C++ runtime here, so that they can be made to
+// fail.
 
 using StandIn::Call;
 using StandIn::Faults;

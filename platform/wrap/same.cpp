@@ -1,6 +1,6 @@
 #include "wrap/wrap.h"
 
-// The module's Node-API calls that behave on Node as they do on the device, turned here by the linker.
+// The module's Node-API calls that behave the same on Node and on the device. The linker redirects them here.
 
 using StandIn::Call;
 using StandIn::Guarded;

@@ -9,12 +9,12 @@
 #include "game_end.h"
 #include "modals.h"
 
-// The module's threads and sleeps, turned here by the linker.
+// The linker redirects the module's thread creation and sleeps here.
 
 namespace StandIn {
 namespace {
 
-/// What a thread of the module runs, between a birth and an end that the clock knows of.
+/// A thread that the module starts: what it runs and why, and its birth number on the clock.
 struct Birth {
     void* (*run)(void*);
     void* argument;

@@ -9,18 +9,18 @@
 
 namespace StandIn {
 
-/// Refuses a call made off the JS thread of `env`, or after its end, and logs it.
+/// Refuses and logs a call that was made off the JS thread of `env`, or after `env` has ended.
 napi_status RefuseForeign(Call call, napi_env env);
 
-/// The failure of a call that `Faults` lets fail; `napi_get_last_error_info` tells of it until the next call.
+/// The status of an injected failure. `napi_get_last_error_info` reports the failure until the next call.
 napi_status FailOnPurpose();
 
-/// Whether the last call of this thread failed on purpose; false unless `Faults` watches.
+/// Whether the last call on this thread was made to fail; false unless `Faults` is watching.
 bool HasFailedOnPurpose();
-/// A call of this thread begins, which does not fail on purpose.
+/// Call when this thread begins a call that is not made to fail.
 void ForgetPurpose();
 
-/// Calls `real` on behalf of the module, unless the environment is not this thread's or the call is to fail.
+/// Calls `real` for the module, unless `env` does not belong to this thread or the call is made to fail.
 template <typename... Params, typename... Args>
 napi_status Guarded(Call call, napi_status (*real)(napi_env, Params...), napi_env env, Args... args) {
     if (!Environment::IsOwn(env)) return RefuseForeign(call, env);
@@ -31,19 +31,19 @@ napi_status Guarded(Call call, napi_status (*real)(napi_env, Params...), napi_en
     return real(env, args...);
 }
 
-// Where JS made a request, for the error that it is rejected with. All on the JS thread of `env`. Nothing is
-// noted if the environment variable GAMEAPI_STACKS is "off".
+// The functions below record where JS made a request, and add that to the error that rejects it. All on the
+// JS thread of `env`. Nothing is recorded if the environment variable GAMEAPI_STACKS is "off".
 
-/// JS calls the module's method of this name.
+/// Call when JS calls the module's method of this name.
 void BeginMethod(const char* name);
 /// The method that this JS thread called last; null on other threads.
 const char* LastMethod();
-/// The number of that call on this thread, from 1 on.
+/// The number of that call on this thread, counted from 1.
 uint64_t CurrentCall();
 
-/// The method called last makes the request of this promise.
+/// Records that the method called last makes the request of this promise.
 void NoteCallSite(napi_env env, napi_deferred deferred);
-/// Gives `error`, if it is one, the stack of the request, and forgets that.
+/// If `error` is an Error, adds the stack of the request to it and drops the record.
 void GiveCallSite(napi_env env, napi_deferred deferred, napi_value error);
 void DropCallSite(napi_env env, napi_deferred deferred);
 
