@@ -10,7 +10,7 @@
 namespace StandIn {
 namespace {
 
-// Births count from 1; 0 is a thread that is none of the module's.
+// Births count from 1; 0 means that this thread is not one of the module's.
 thread_local uint64_t gBirth = 0;
 
 Clock::Nanoseconds BootTime() {

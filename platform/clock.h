@@ -11,56 +11,58 @@
 
 namespace StandIn {
 
-/// The device's one clock: its boot time, and every sleep of the module's threads, run on it.
+/// The device's only clock. Its boot time and every sleep of the module's threads follow it.
 ///
-/// Real, it follows the machine's monotonic clock at a rate. Manual, time moves only by `Advance`, which
-/// wakes one sleeper at a time in order of (deadline, birth) and lets every thread it woke run until that
-/// thread sleeps again or ends; so the same calls give the same trace every time. All calls are thread-safe.
+/// In real mode it follows the machine's monotonic clock at a rate. In manual mode only `Advance` moves time:
+/// it wakes one sleeper at a time, in order of (deadline, birth), and lets each thread it woke run until that
+/// thread sleeps again or ends. The same calls therefore give the same trace every time. All calls are
+/// thread-safe.
 class Clock {
 public:
     using Nanoseconds = std::chrono::nanoseconds;
 
     static Clock& Get() { return Forever<Clock>(); }
-    /// Real at rate 1, from the machine's boot time on.
+    /// Real time at rate 1, starting from the machine's boot time.
     Clock();
 
-    /// Follows the machine's clock from the present moment on, `rate` times as fast; with 0 it stops there.
+    /// Follows the machine's clock from now on, `rate` times as fast. A rate of 0 makes the clock manual.
     void SetReal(double rate);
     void SetManual() { SetReal(0); }
     bool IsManual();
 
     /// Milliseconds since boot.
     int64_t NowMs();
-    /// Moves manual time on by `distance`, stopping at each deadline on the way. Blocks until every thread it
-    /// woke sleeps or has ended, so not for a JS thread. False at once if the clock is not manual.
+    /// Moves manual time forward by `distance`, stopping at each deadline on the way. Blocks until every
+    /// thread it woke sleeps or has ended, so do not call it on a JS thread. Returns false immediately if the
+    /// clock is not manual.
     bool Advance(Nanoseconds distance);
-    /// How many threads are asleep, once those that are awake sleep or have ended.
+    /// The number of sleeping threads. Blocks until every thread of the module that is awake sleeps or has
+    /// ended.
     size_t Sleepers();
-    /// Milliseconds until the next sleeper is to wake, once those that are awake sleep or have ended;
-    /// infinite if none sleeps.
+    /// Milliseconds until the next sleeper is due to wake; infinite if none sleeps. Blocks like `Sleepers`.
     double NextMs();
-    /// Real at rate 1 again; the threads that there are never wake from their sleep.
+    /// Returns to real time at rate 1. Threads that are asleep now never wake.
     void Reset();
 
-    /// Sleeps for `span` of the device's time.
+    /// Sleeps for `span` of device time.
     void Sleep(Nanoseconds span);
 
-    /// A thread of the module is about to start; called by its parent, so that births have one order. Returns
-    /// the thread's birth number.
+    /// Call before starting a thread of the module, on its parent thread, so that births have one order.
+    /// Returns the new thread's birth number.
     uint64_t Born();
-    /// On the new thread, before anything else it does.
+    /// Call on the new thread, before it does anything else.
     static void Began(uint64_t birth);
-    /// The thread that `Born` announced did not start, or has ended.
+    /// Call if the thread announced with `Born` did not start, or has ended.
     void Ended();
-    /// This thread, if it is one of the module's, does no more.
+    /// If this is a thread of the module, counts it as ended.
     void Leave();
 
 private:
     using Steady = std::chrono::steady_clock;
     struct Sleeper {
-        std::condition_variable changed;  // one of the flags, or the way time moves
+        std::condition_variable changed;  // signals a change of a flag, or of how time moves
         bool isAwake = false;
-        bool isForgotten = false;  // no longer among `sleepers_`, and never to wake
+        bool isForgotten = false;  // removed from `sleepers_`, never wakes
         bool isCounted = false;    // counts in `running_` while awake
     };
     using Order = std::pair<Nanoseconds, uint64_t>;  // deadline, birth

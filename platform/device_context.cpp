@@ -25,7 +25,7 @@ using OHOS::Global::Resource::ResourceManager;
 using OHOS::Global::Resource::RState;
 using OHOS::Global::Resource::SUCCESS;
 
-/// The bytes that a read found, or null.
+/// Copies the bytes that a read found. `bytes` is null if it found none.
 RState CopyOut(const Bytes* bytes, size_t& length, std::unique_ptr<uint8_t[]>& data) {
     length = 0;
     if (bytes == nullptr) return NOT_FOUND;
@@ -65,8 +65,8 @@ private:
     const std::shared_ptr<const Resources> resources_;
 };
 
-/// A context of an application with these modules, and with the resources of one of them or none. It is of no
-/// kind that it could be converted to. `Base` is the class it stands in for.
+/// A context of an application with these modules, and with the resources of one module or none. It converts
+/// to no class, unless a subclass allows it. `Base` is the class it implements.
 template <typename Base>
 class ModuleContext : public Base {
 public:
@@ -116,13 +116,13 @@ constexpr uint64_t SYSTEM_APP_MASK = uint64_t{1} << 32;
 
 std::atomic<uint64_t> gCallingToken{APPLICATION_TOKEN};
 
-/// Of those who wait for a window.
+/// The loop holds of the threads that wait for a window.
 struct WindowWaits {
     std::mutex mutex;                    // guards the holds
-    std::map<uint64_t, LoopHold> holds;  // by thread
+    std::map<uint64_t, LoopHold> holds;  // by the thread's birth number
 };
 
-thread_local uint64_t gMissingIn = 0;  // the call of a method that found no window
+thread_local uint64_t gMissingIn = 0;  // the number of the method call that found no window
 
 }  // namespace
 

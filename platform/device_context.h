@@ -26,11 +26,11 @@ struct Resources {
     std::map<std::string, Bytes> rawFiles;
 };
 
-/// The modules of an application by name; one with null resources has no resource manager.
+/// The modules of an application by name. A module with null resources has no resource manager.
 using Modules = std::map<std::string, std::shared_ptr<const Resources>>;
 
-/// A window. Its content object is always there, but is found only while the window shows a page.
-/// Thread-safe.
+/// A window. Its content object always exists, but `FindContent` returns it only while the window shows a
+/// page. Thread-safe.
 class Window final : public OHOS::Ace::UIContent {
 public:
     /// The window of a context that lives in `environment`.
@@ -38,7 +38,7 @@ public:
 
     void Show() { isShown_ = true; }
     void Hide() { isShown_ = false; }
-    /// The content as the module finds it: null while the window shows no page.
+    /// The content as the module gets it: null while the window shows no page.
     OHOS::Ace::UIContent* FindContent();
 
     int32_t CreateModalUIExtension(OHOS::AAFwk::Want want, OHOS::Ace::ModalUIExtensionCallbacks callbacks,
@@ -50,45 +50,46 @@ private:
     std::atomic<bool> isShown_;
 };
 
-/// The module starts `thread`, by its birth number, on this one: holds the loop of the calling JS thread, if
-/// the method that runs there found no window and so has that thread wait for one.
+/// Call when this thread starts the module's thread `thread` (its birth number). If this is a JS thread and
+/// the method running on it found no window, the new thread waits for one: this holds the JS thread's loop.
 void BeginWindowWait(uint64_t thread);
-/// As that thread ends.
+/// Call when that thread ends, or if it did not start.
 void EndWindowWait(uint64_t thread);
-/// Drops the holds of all that wait for a window: their threads are never to wake.
+/// Drops all these holds: the waiting threads never wake.
 void DropWindowWaits();
 
 enum class ContextKind {
     ABILITY,
     UI_EXTENSION,
-    OTHER,  // of the stage model, but neither of the two
-    EMPTY   // of the stage model, with nothing behind it
+    OTHER,  // of the stage model, but neither of the above
+    EMPTY   // of the stage model, without a native context
 };
 
-/// What stands behind a JS context object.
+/// What backs a JS context object.
 struct ContextRecord {
-    std::shared_ptr<OHOS::AbilityRuntime::Context> context;  // empty: kind EMPTY
-    std::shared_ptr<Window> window;                          // empty: the kind has none
+    std::shared_ptr<OHOS::AbilityRuntime::Context> context;  // empty for kind EMPTY
+    std::shared_ptr<Window> window;                          // empty if the kind has none
 };
 
-/// Makes the context of an application with these modules. The kinds ABILITY and UI_EXTENSION need a window,
-/// the others take none.
+/// Makes the context of an application with these modules. The kinds ABILITY and UI_EXTENSION need a window;
+/// the others have none.
 ContextRecord MakeContext(ContextKind kind, Modules modules, const std::shared_ptr<Window>& window);
 
-/// Makes the JS object of a context. Null if the environment refuses. On `env`'s JS thread.
+/// Makes the JS object of a context. Null if a Node-API call fails. On `env`'s JS thread.
 napi_value MakeContextObject(napi_env env, ContextRecord record);
 
-/// What stands behind `value`, owned by the JS object; null if it is no context object. Leaves no exception.
-/// On `env`'s JS thread.
+/// What backs `value`, owned by the JS object; null if `value` is not a context object. Leaves no exception
+/// pending. On `env`'s JS thread.
 const ContextRecord* FindContextRecord(napi_env env, napi_value value);
 
-/// The next two are null if the environment refuses. On `env`'s JS thread.
+/// Makes a JS string. Null if a Node-API call fails. On `env`'s JS thread.
 napi_value MakeText(napi_env env, const std::string& text);
 
-/// Makes a JS object of `params`, as `WrapWantParams` does for the module, but never fails on purpose.
+/// Makes a JS object of `params`, like `WrapWantParams`, but cannot be made to fail. Null if a Node-API call
+/// fails. On `env`'s JS thread.
 napi_value MakeParamsObject(napi_env env, const OHOS::AAFwk::WantParams& params);
 
-/// Makes this process one of a system application, or of an ordinary one again. Thread-safe.
+/// Sets whether this process belongs to a system application. Thread-safe.
 void SetSystemApp(bool isSystem);
 
 }  // namespace StandIn

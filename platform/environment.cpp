@@ -16,10 +16,10 @@ struct Registry {
 
 napi_module* gRecord = nullptr;  // set once, while the library is being loaded
 thread_local napi_env gModuleEnv = nullptr;
-thread_local napi_ref gExports = nullptr;  // goes with the environment
+thread_local napi_ref gExports = nullptr;  // freed with the environment
 
 thread_local Environment* gCurrent = nullptr;
-thread_local napi_env gLastOwn = nullptr;  // an environment known to be alive and of this thread
+thread_local napi_env gLastOwn = nullptr;  // known to be alive and to belong to this thread
 
 template <typename Map>
 std::shared_ptr<Environment> Find(Map Registry::*map, typename Map::key_type key) {
@@ -69,8 +69,8 @@ bool Environment::IsOwn(napi_env env) {
     return true;
 }
 
-// Clean-up hooks run last in, first out. So the end of the whole environment is hooked before anything else
-// on its thread, and each `napi_env` is closed after the hooks that its addon adds later.
+// Cleanup hooks run in LIFO order. The hook that ends the whole environment is therefore added before any
+// other on its thread, and each `napi_env` is closed after the hooks that its addon adds later have run.
 void Environment::Start(napi_env env) {
     scopeEnv_ = env;
     async_.data = this;
@@ -109,7 +109,7 @@ void Environment::End() {
         item.job(true);
     }
     (void)napi_async_destroy(scopeEnv_, asyncContext_);
-    // The registry's share lives on until the handle is closed.
+    // The registry keeps this object alive until the handle is closed.
     uv_close(reinterpret_cast<uv_handle_t*>(&async_), [](uv_handle_t* handle) {
         auto* self = static_cast<Environment*>(handle->data);
         (void)napi_remove_async_cleanup_hook(self->cleanupHandle_);
@@ -149,7 +149,7 @@ void Environment::Unhold() {
     if (--holds_ == 0 && queue_.empty()) ChangeRef();
 }
 
-// The loop thread alone may tell the loop what keeps it alive.
+// Only the loop thread may change what keeps the loop alive.
 void Environment::ChangeRef() {
     if (hasEnded_) return;
     if (IsLoopThread()) {
@@ -232,5 +232,6 @@ napi_value LoadModule(napi_env env, napi_value exports) {
 
 }  // namespace StandIn
 
-// Node would tie the record to the load that brought it in, and forget it with that load's environment.
+// Replaces Node's function, which would tie the record to the load that registered it and forget it with that
+// load's environment.
 extern "C" void __wrap_napi_module_register(napi_module* record) { StandIn::gRecord = record; }

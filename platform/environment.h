@@ -13,40 +13,42 @@
 
 namespace StandIn {
 
-/// Keeps the loop of one environment from ending while anybody has a share in it. Droppable on any thread.
+/// Keeps the loop of one environment alive while any copy exists. May be dropped on any thread.
 using LoopHold = std::shared_ptr<void>;
 
-/// One JS thread as the device sees it: the main thread or a Worker. Node gives every addon a `napi_env` of
-/// its own, so several of them may belong to one Environment. It ends with the first clean-up hook that Node
-/// runs for it after those of the module; from then on it takes no work, and what was queued has been handed
-/// over.
+/// One JS thread as the device sees it: the main thread or a Worker. Node gives every addon its own
+/// `napi_env`, so several of them may belong to one Environment. An Environment ends in the first cleanup
+/// hook that Node runs for it after those of the module. From then on it accepts no work, and the jobs that
+/// were queued have run with `isEnding` set.
 class Environment : public std::enable_shared_from_this<Environment> {
 public:
-    /// Runs on the environment's JS thread inside a handle scope and a callback scope. `isEnding` tells that
-    /// the environment is being torn down and no JS may be touched.
+    /// Runs on the environment's JS thread inside a handle scope and a callback scope. If `isEnding` is set,
+    /// the environment is being torn down and the job must not touch JS.
     using Job = std::function<void(bool isEnding)>;
 
-    /// The environment of the calling JS thread, made on first use; `env` belongs to it from now on.
+    /// The environment of the calling JS thread, created on first use. `env` belongs to it from now on.
     static std::shared_ptr<Environment> Attach(napi_env env);
     /// Any thread. Empty for an environment that has ended or was never attached.
     static std::shared_ptr<Environment> Of(napi_env env);
     /// The environment of this JS thread; null on other threads and after its end.
     static Environment* Current();
-    /// Whether this is the JS thread of `env`, and `env` is alive. Cheap: every guarded call asks.
+    /// Whether this is the JS thread of `env` and `env` is alive. Cheap, because every guarded call checks
+    /// it.
     static bool IsOwn(napi_env env);
 
-    /// Any thread. Queues `job`, first in, first out; an exception it leaves pending in `env` (null: in the
-    /// module's own) becomes an uncaught exception. The loop stays alive until it has run. False, dropping
-    /// the job, once ended.
+    /// Any thread. Queues `job` in FIFO order. An exception that it leaves pending in `env` (null: in the
+    /// module's own) becomes an uncaught exception. The loop stays alive until the job has run. Returns false
+    /// and drops the job if the environment has ended.
     bool Post(napi_env env, Job job);
-    /// Any thread. The same for the environment of `loop`, with its module's `napi_env`; false without one.
+    /// Any thread. The same for the environment of `loop`, with the module's `napi_env` there. False if there
+    /// is no such environment.
     static bool PostTo(const uv_loop_t* loop, Job job);
 
     /// Any thread.
     LoopHold Hold();
 
     uv_loop_t* Loop() const { return loop_; }
-    /// Any thread. Whether it takes no work any more.
+    /// Any thread. Whether it has stopped accepting work.
     bool HasEnded() const { return hasEnded_; }
 
 private:
@@ -76,23 +78,23 @@ private:
 
     std::mutex mutex_;  // guards what follows
     std::vector<Item> queue_;
-    std::vector<Item> spare_;  // empty: memory for the next queue
+    std::vector<Item> spare_;  // always empty; its memory is reused for the next queue
     size_t holds_ = 0;
-    std::atomic<bool> hasEnded_{false};  // changed under the lock
+    std::atomic<bool> hasEnded_{false};  // written under the lock
 };
 
-/// The module's environment on the calling JS thread; null if the module was never loaded there.
+/// The module's `napi_env` on the calling JS thread; null if the module was never loaded there.
 napi_env ModuleEnv();
 
-/// What the module gave JS on the calling JS thread: its exports, or null.
+/// The module's exports on the calling JS thread; null if it has none there.
 napi_value ModuleExports();
 
-/// Runs the register function of the record that the module's load-time constructor handed in. On the device
-/// a JS thread has one environment, so a second load on the same thread is given the first one again.
+/// Calls the register function of the record that the module's load-time constructor registered. On the
+/// device a JS thread has one environment, so a second load on the same thread gets the first one again.
 napi_value LoadModule(napi_env env, napi_value exports);
 
-/// The exception pending in `env`, which it then is no more; null if there is none, or `env` is. On the
-/// calling JS thread.
+/// Clears and returns the exception pending in `env`; null if there is none or `env` is null. On the JS
+/// thread of `env`.
 napi_value TakePendingException(napi_env env);
 
 }  // namespace StandIn

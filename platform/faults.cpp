@@ -5,7 +5,7 @@
 namespace StandIn {
 namespace {
 
-/// The standing order for one function, and its calls so far.
+/// Which of the next calls of one function fail, and its counts so far.
 struct Watched {
     Faults::Record record;
     uint64_t skip = 0;

@@ -18,27 +18,27 @@ enum class Call : size_t {
 #undef OWN
 };
 
-/// Calls of the module that are to fail on purpose. Thread-safe.
+/// Fault injection into the module's calls. Thread-safe.
 class Faults {
 public:
-    /// What became of the calls of one function since the first `Arm` after the last reset.
+    /// Counts the calls of one function since the first `Arm` after the last reset.
     struct Record {
         const char* name = "";
         uint64_t made = 0;
-        uint64_t failed = 0;  // of those, on purpose
+        uint64_t failed = 0;  // of those, the injected failures
     };
 
-    /// Lets the next `times` calls of the function `name` fail, after `skip` good ones. False if no function
-    /// of that name can.
+    /// Makes the next `times` calls of the function `name` fail, after `skip` calls that pass. False if there
+    /// is no such function that can be made to fail.
     static bool Arm(const std::string& name, uint64_t skip, uint64_t times);
     static void Reset();
-    /// All functions that can fail on purpose, in the order of calls.def.
+    /// All functions that can be made to fail, in the order of calls.def.
     static std::vector<Record> Records();
 
-    /// Asked by every function that can fail on purpose: whether this call is to.
+    /// Whether this call is to fail. Every function that can be made to fail checks this.
     static bool Trip(Call call) { return IsWatching() && TripWatched(call); }
 
-    /// Whether any call was told to fail since the last reset.
+    /// Whether `Arm` armed any function since the last reset.
     static bool IsWatching() { return isWatching_.load(std::memory_order_relaxed); }
 
     static const char* NameOf(Call call);
@@ -46,7 +46,7 @@ public:
 private:
     static bool TripWatched(Call call);
 
-    static std::atomic<bool> isWatching_;  // from the first `Arm` after a reset on
+    static std::atomic<bool> isWatching_;  // set by the first `Arm` after a reset
 };
 
 }  // namespace StandIn

@@ -2,7 +2,7 @@
 
 namespace StandIn {
 
-/// The one `T` of the process. Never destroyed: detached threads may use it while the process exits.
+/// The only `T` of the process. Never destroyed, because detached threads may use it while the process exits.
 template <typename T>
 T& Forever() {
     static T& object = *new T();

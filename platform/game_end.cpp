@@ -20,7 +20,7 @@
 namespace StandIn {
 namespace {
 
-// There is no way back from an end that the JS thread itself asks for.
+// The exit status when the game ends on a JS thread, which no handler can prevent.
 constexpr int STATUS_ON_JS_THREAD = 70;
 constexpr long MAX_STATUS = 255;
 
@@ -88,7 +88,7 @@ void GameEnd::Reset() {
     ending.hasArrived = false;
 }
 
-// A second end, as that of a timer, finds the game ended and only stops its thread.
+// A second end, such as a timer's, only stops its own thread.
 void GameEnd::Arrive(int status) {
     const Occasion why = gOccasion != nullptr ? *gOccasion : Occasion{};
     auto& ending = Forever<Ending>();
@@ -113,5 +113,5 @@ void GameEnd::Arrive(int status) {
 
 }  // namespace StandIn
 
-// The module's call, turned here by the linker.
+// The linker redirects the module's calls here.
 extern "C" [[noreturn]] void __wrap__exit(int status) { StandIn::GameEnd::Arrive(status); }

@@ -5,16 +5,16 @@
 
 namespace StandIn {
 
-/// What the module is at work for on a thread: an answer of an extension, or a timer that one has begun.
+/// Why the module is running on a thread: an extension's answer, or a timer.
 struct Occasion {
     bool isTimer = false;
     int32_t requestType = 0;
     int32_t code = 0;              // of the answer
-    int32_t modal = 0;             // that answers
-    std::function<void()> giveUp;  // on that thread, if the answer ends the game and so never returns
+    int32_t modal = 0;             // the ID of the modal that answers
+    std::function<void()> giveUp;  // called on that thread if the answer ends the game: it never returns
 };
 
-/// Sets the occasion of this thread for as long as it lives.
+/// Sets the occasion of this thread for the lifetime of the scope.
 class OccasionScope {
 public:
     explicit OccasionScope(Occasion occasion);
@@ -27,24 +27,25 @@ private:
     Occasion* const outer_;
 };
 
-/// For a thread that the module starts on this one: what it is at work for.
+/// The occasion of a thread that the module starts from this one.
 Occasion InheritOccasion();
 
-/// The end of the game, which the module brings about by ending its process. Thread-safe.
+/// The end of the game: the module exits its process. Thread-safe.
 class GameEnd {
 public:
-    /// Passes the end on to its JS thread. Must not call back in here.
+    /// Forwards the end to its JS thread. Must not call back into this class.
     using Handler = std::function<void(const Occasion& why)>;
 
-    /// While anybody handles the end the process goes on. One handler per owner.
+    /// While there is a handler, the end of the game does not end the process. One handler per owner.
     static void Handle(const void* owner, Handler handler);
     static void Unhandle(const void* owner);
 
-    /// In place of `_exit`: says why, then tells the handlers and never returns, or ends the process.
+    /// Replaces `_exit` and never returns. Calls the handlers; without any, or on a JS thread, prints the
+    /// reason and ends the process.
     [[noreturn]] static void Arrive(int status);
     /// Whether the game has ended since the last reset.
     static bool HasArrived();
-    /// The game is as good as new; nobody handles its end.
+    /// Forgets the end and removes all handlers.
     static void Reset();
 };
 

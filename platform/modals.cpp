@@ -15,7 +15,7 @@ constexpr int32_t CODE_EVENT_ONLY = 9;  // raises an event and leaves the reques
 struct RequestRow {
     int32_t type;
     const char* method;
-    bool isPage;  // that expects no answer
+    bool isPage;  // a page expects no answer
 };
 
 constexpr RequestRow REQUESTS[] = {
@@ -120,7 +120,7 @@ int32_t Modals::Open(Modal::Opening opening) {
     const auto modal = modals_.emplace_back(std::make_shared<Modal>(id, generation_, std::move(opening)));
     if (modal->IsSilent()) untold_.push_back(modal);
     free_.push_back(modal);
-    // Under the lock, so that everybody hears of the modals in the order of their ids.
+    // Under the lock, so that every receiver gets the modals in the order of their IDs.
     for (const auto& [owner, receiver] : watchers_) {
         receiver(modal);
     }

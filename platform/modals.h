@@ -17,15 +17,15 @@
 
 namespace StandIn {
 
-/// The method that makes requests of a type; "request N" for one that has none.
+/// The method whose requests have this type; "request N" if there is none.
 std::string NameOfRequest(int32_t requestType);
-/// The request type of a method; 0 if it has none, or is null.
+/// The request type of a method; 0 if it has none or `method` is null.
 int32_t TypeOfRequest(const char* method);
 
-/// The module does something that somebody may notice, on this thread.
+/// Notes that the module does something observable on this thread.
 void NoteEffect();
 
-/// One modal UI extension, kept after it is closed: a closed one may answer late. Thread-safe.
+/// One modal UI extension. Kept after it is closed, because it may still answer. Thread-safe.
 class Modal {
 public:
     using Callbacks = OHOS::Ace::ModalUIExtensionCallbacks;
@@ -36,17 +36,17 @@ public:
         Want want;
         Config config;
         Callbacks callbacks;
-        std::shared_ptr<Environment> environment;  // of the window; empty: it has ended before
+        std::shared_ptr<Environment> environment;  // of the window; empty if it has ended
     };
 
-    /// What an extension answers.
+    /// An extension's answer.
     struct Answer {
         enum class Kind { RESULT, RECEIVE, RELEASE, ERROR };
         Kind kind = Kind::RESULT;
         int32_t code = 0;
         std::function<void(const Callbacks& callbacks)> call;
 
-        /// Whether the module takes it for the result of its request, unless that had one before.
+        /// Whether the module takes it as the result of its request, if the request has none yet.
         bool Settles() const;
     };
 
@@ -58,27 +58,27 @@ public:
     const Want& GetWant() const { return want_; }
     const Config& GetConfig() const { return config_; }
     const std::shared_ptr<Environment>& GetEnvironment() const { return environment_; }
-    /// Of its environment; for those through whom it may be answered.
+    /// Holds the loop of its environment. For code that may still answer it.
     LoopHold HoldLoop() const { return environment_ == nullptr ? nullptr : environment_->Hold(); }
     int32_t RequestType() const;
     /// "modal 3 (getLocalPlayer)".
     std::string Name() const;
 
-    /// Until the module closes it, or its environment ends.
+    /// True until the module closes it or its environment ends.
     bool IsOpen() const;
     /// Whether an answer was given that settles its request.
     bool IsAnswered() const { return isAnswered_; }
     void NoteAnswer(const Answer& answer);
-    /// Whether its request is expected to be answered, and was not.
+    /// Whether the module has not closed it and the answer that its request expects is missing.
     bool IsSilent() const;
     bool IsOlderThan(std::chrono::milliseconds age) const;
 
     void Close() { isOpen_ = false; }
-    /// Closes it, and no answer reaches the module any more.
+    /// Closes it. From now on, no answer reaches the module.
     void Forget();
 
-    /// Calls the module with `answer`, on this thread; `giveUp` runs here if that ends the game. Returns what
-    /// keeps it from being called; empty if nothing does.
+    /// Calls the module with `answer` on this thread. If that ends the game, `giveUp` runs on this thread.
+    /// Returns why the module could not be called; empty if it was.
     std::string Give(const Answer& answer, std::function<void()> giveUp) const;
 
 private:
@@ -94,46 +94,46 @@ private:
     std::atomic<bool> isForgotten_{false};
 };
 
-/// All modals opened since the last reset, and those who want to hear of new ones. Thread-safe.
+/// All modals opened since the last reset, and the watchers of new ones. Thread-safe.
 class Modals {
 public:
-    /// Hears of a modal on the thread that opens it, one at a time; must not call back in here.
+    /// Called on the thread that opens the modal, one call at a time. Must not call back into this class.
     using Receiver = std::function<void(const std::shared_ptr<Modal>& modal)>;
 
     static Modals& Get() { return Forever<Modals>(); }
 
-    /// Returns the modal's session id: above 0 and never used again.
+    /// Returns the modal's session ID: above 0, and never reused.
     int32_t Open(Modal::Opening opening);
-    /// Leaves an unknown modal alone.
+    /// Ignores an unknown ID.
     void Close(int32_t id);
-    /// Empty if no modal of this id was opened since the last reset.
+    /// Empty if no modal with this ID was opened since the last reset.
     std::shared_ptr<Modal> Find(int32_t id);
     /// Oldest first.
     std::vector<int32_t> Ids();
-    /// Forgets all modals. A new generation begins.
+    /// Forgets all modals and begins a new generation.
     void Reset();
 
-    /// From now on `receiver` gets every modal opened, also after a reset. Returns the generation and the id
-    /// of the next one.
+    /// From now on `receiver` gets every modal opened, also after a reset. Returns the generation and the ID
+    /// of the next modal.
     std::pair<int32_t, int32_t> Watch(const void* owner, Receiver receiver);
     void Unwatch(const void* owner);
 
-    /// The oldest modal of `requestType` (0: of any) that is open, unanswered and not taken yet; empty if
+    /// The oldest modal of `requestType` (0: of any) that is open, unanswered and not yet taken; empty if
     /// there is none.
     std::shared_ptr<Modal> Take(int32_t requestType);
 
-    /// Says, once for each, which modals are silent for so long already.
+    /// Reports the silent modals that are older than `age`, each only once.
     void TellSilent(std::chrono::milliseconds age);
-    /// The same for those of an environment that ends.
+    /// Reports the silent modals of an environment that ends, each only once.
     void TellSilent(const Environment& environment);
 
 private:
     std::mutex mutex_;     // guards what follows; receivers are called under it
-    int32_t firstId_ = 1;  // of modals_, which have consecutive ids
+    int32_t firstId_ = 1;  // the ID of the first of `modals_`; the IDs are consecutive
     int32_t generation_ = 1;
     std::vector<std::shared_ptr<Modal>> modals_;
     std::deque<std::shared_ptr<Modal>> free_;    // not taken yet; some may be closed or answered
-    std::deque<std::shared_ptr<Modal>> untold_;  // of which nothing was said; some may be closed or answered
+    std::deque<std::shared_ptr<Modal>> untold_;  // not reported yet; some may be closed or answered
     std::map<const void*, Receiver> watchers_;
 };
 

@@ -1,15 +1,15 @@
 #include "environment.h"
 #include "game_end.h"
 
-// What is linked into the module itself.
+// This file is linked into the module itself.
 
-// Node looks this name up in every library it loads, on every thread.
+// Node looks up this symbol in every library it loads, on every thread.
 extern "C" NAPI_MODULE_EXPORT napi_value napi_register_module_v1(napi_env env, napi_value exports) {
     return StandIn::LoadModule(env, exports);
 }
 
 #ifdef COUNTING_COVERAGE
-// The counts of this library are written out before the module ends the process.
+// Writes the coverage counts of this library before the module ends the process.
 extern "C" void __gcov_dump(void);
 extern "C" void __gcov_reset(void);
 

@@ -31,11 +31,11 @@ int ReadPrintedLevel() {
     return NOTHING;
 }
 
-// Lines of this level and above are printed. Read while the library is loaded, so that a wrong value is told
-// of.
+// Lines of this level and above are printed. Read while the library is loaded, so that a wrong value is
+// reported.
 const int PRINTED_LEVEL = ReadPrintedLevel();
 
-// In one write: lines of several threads do not mix.
+// One write per line, so that lines of different threads do not mix.
 void WriteLine(const std::string& line) {
     [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, line.data(), line.size());
 }

@@ -24,13 +24,13 @@ struct LogLine {
     char Letter() const;
 };
 
-/// The latest records of one kind, oldest forgotten first. Thread-safe.
+/// The latest records of one kind; the oldest are dropped first. Thread-safe.
 template <typename Record, size_t CAPACITY>
 class Latest {
 public:
     static Latest& Get() { return Forever<Latest>(); }
 
-    /// Returns its place among those that are kept.
+    /// Returns its index among the records that are kept.
     size_t Append(Record record) {
         std::lock_guard<std::mutex> guard(mutex_);
         if (records_.size() == CAPACITY) records_.pop_front();
@@ -52,17 +52,18 @@ private:
     std::deque<Record> records_;
 };
 
-/// The log, and the application events.
+/// The log and the application events.
 using LogStore = Latest<LogLine, 8192>;
 using EventStore = Latest<OHOS::HiviewDFX::Event, 65536>;
-/// Those who would report the events; their place is their id. They stay for the life of the process.
+/// The processors that would report the events; the index of a processor is its ID. Kept for the life of the
+/// process.
 using ProcessorStore = Latest<OHOS::HiviewDFX::ReportConfig, 1024>;
 
-/// `HiLogPrint` with its arguments in a list. Any thread.
+/// `HiLogPrint` with its arguments in a `va_list`. Any thread.
 int WriteLog(LogLevel level, unsigned int domain, const char* tag, const char* format, va_list arguments);
 
-/// Tells the people who test a game what they did not ask for, as a line "game device: TEXT" on stderr,
-/// unless the environment variable GAMEAPI_LOG is "off". Any thread.
+/// Prints a warning for testers to stderr, as a line "game device: TEXT", unless the environment variable
+/// GAMEAPI_LOG is "off". Any thread.
 void Say(const std::string& text);
 
 }  // namespace StandIn

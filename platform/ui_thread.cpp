@@ -25,7 +25,7 @@ void SerialThread::Start() {
     thread.detach();
 }
 
-// What a task holds goes before the next one runs.
+// A task and what it holds are destroyed before the next task runs.
 void SerialThread::Run() {
     for (;;) {
         Task task;
