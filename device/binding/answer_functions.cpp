@@ -11,15 +11,16 @@
 namespace StandIn {
 namespace {
 
-constexpr int32_t CODE_MISSING = 1002000001;  // what received data without a code count as
+constexpr int32_t CODE_MISSING = 1002000001;  // received data without a code counts as this
 
 using OHOS::AAFwk::Want;
 using OHOS::AAFwk::WantParams;
 using Answer = Modal::Answer;
 using Kind = Answer::Kind;
 
-/// Gives an answer whose promise is settled when the module has taken it, or when that ended the game. `hold`
-/// keeps the modal's loop until what the answer brings is queued there.
+/// Gives `answer` to the module. The caller then settles `promise`, unless the answer ends the game: then
+/// this settles it and never returns. `hold` keeps the modal's loop alive until everything that the answer
+/// causes is queued there.
 void Deliver(const Modal& modal, const Answer& answer, const std::shared_ptr<PendingPromise>& promise,
              LoopHold& hold) {
     promise->Fail(modal.Give(answer, [&promise, &hold] {
@@ -28,7 +29,7 @@ void Deliver(const Modal& modal, const Answer& answer, const std::shared_ptr<Pen
     }));
 }
 
-/// Lets the modal `id` answer. Returns the promise that is settled when the module has taken the answer.
+/// Answers for the modal `id`. Returns a promise that is settled when the module has processed the answer.
 napi_value Give(napi_env env, napi_value id, Answer answer) {
     int32_t number = 0;
     if (!ReadInt32(env, id, "id", number)) return nullptr;
@@ -47,7 +48,7 @@ napi_value Give(napi_env env, napi_value id, Answer answer) {
     UiThread& ui = UiThread::Get();
     if (ui.IsBypassed()) {
         ui.RunHere([&] { Deliver(*modal, answer, promise, hold); });
-        // What the module left pending in its own environment belongs to the one who answers.
+        // An exception that the module left pending in its own environment rejects the answer's promise.
         if (napi_value error = TakePendingException(ModuleEnv())) promise->FailWith(error);
         PendingPromise::Settle(std::move(promise));
         return result;
@@ -107,7 +108,7 @@ napi_value AnswerError(napi_env env, napi_callback_info info) {
                           }});
 }
 
-// For measurements: no JS runs between the opening and the answer. Nothing takes it back.
+// For benchmarks: no JS runs between the opening of a modal and its answer. Cannot be turned off.
 napi_value AnswerAll(napi_env env, napi_callback_info info) {
     WantParams params;
     if (!ReadParams(env, Arguments<1>(env, info)[0], params)) return nullptr;

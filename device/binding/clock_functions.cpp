@@ -14,7 +14,7 @@ namespace {
 
 constexpr double SLOWEST_RATE = 1e-6;
 constexpr double FASTEST_RATE = 1e6;
-constexpr double LONGEST_ADVANCE_MS = 1e11;  // three years; a nanosecond count holds ninety of them
+constexpr double LONGEST_ADVANCE_MS = 1e11;  // three years; a 64-bit nanosecond count holds 292
 constexpr const char* NEEDS_MANUAL = "clock.advance needs the manual clock: call clock.manual() first";
 
 void Advance(Clock::Nanoseconds distance, std::shared_ptr<PendingPromise> promise) {
@@ -45,7 +45,7 @@ napi_value ClockSleepers(napi_env env, napi_callback_info /*info*/) {
     return MakeNumber(env, static_cast<double>(Clock::Get().Sleepers()));
 }
 
-// Milliseconds until the next thread is to wake; infinite if none is.
+// Milliseconds until the next thread is due to wake; infinite if none is.
 napi_value ClockNext(napi_env env, napi_callback_info /*info*/) {
     return MakeNumber(env, Clock::Get().NextMs());
 }

@@ -74,7 +74,7 @@ napi_value SayText(napi_env env, napi_callback_info info) {
 
 napi_value GetModuleExports(napi_env /*env*/, napi_callback_info /*info*/) { return ModuleExports(); }
 
-// The logs go last: forgetting the modals may write some.
+// The logs are cleared last, because forgetting the modals may write some.
 napi_value Reset(napi_env env, napi_callback_info /*info*/) {
     Instance::Of(env).RemoveExitHandler();
     Faults::Reset();

@@ -4,8 +4,8 @@
 
 namespace StandIn {
 
-// The functions of the binding by family. Each definer adds its own to `exports`; false if the environment
-// refuses.
+// The functions of the binding by group. Each definer adds its group to `exports`; false if a Node-API call
+// fails.
 
 bool DefineContextFunctions(napi_env env, napi_value exports);
 bool DefineModalFunctions(napi_env env, napi_value exports);

@@ -20,15 +20,15 @@ Instance& Instance::Of(napi_env env) {
     return *static_cast<Instance*>(instance);
 }
 
-// Modals that nobody answered are told of as their environment goes.
+// Modals that nobody answered are reported when their environment ends.
 Instance::~Instance() {
     Modals::Get().TellSilent(*environment_);
     Modals::Get().Unwatch(this);
     GameEnd::Unhandle(this);
 }
 
-// The instance is there whenever a job runs: both end with the environment, the jobs first. A job holds the
-// loop that the modal belongs to, as whoever hears of the modal may answer it.
+// The instance exists whenever a job runs: both end with the environment, the jobs first. A job holds the
+// loop of the modal's environment, because the handler may answer the modal.
 std::pair<int32_t, int32_t> Instance::SetModalHandler(napi_value handler) {
     modalHandler_ = Reference(env_, handler);
     auto post = [env = env_, environment = environment_](const std::shared_ptr<Modal>& modal) {
@@ -63,14 +63,14 @@ void Instance::CallModalHandler(const Modal& modal) const {
     if (!modalHandler_.IsEmpty()) Call(modalHandler_, {MakeModalRecord(env_, modal)});
 }
 
-// A reset may have come first.
+// A reset may have removed the handler first.
 void Instance::CallExitHandler(const Occasion& why) const {
     if (exitHandler_.IsEmpty()) return;
     Call(exitHandler_,
          {MakeFlag(env_, why.isTimer), MakeNumber(env_, why.requestType), MakeNumber(env_, why.code)});
 }
 
-// What the function throws is left pending, and becomes an uncaught exception.
+// What the function throws stays pending and becomes an uncaught exception.
 void Instance::Call(const Reference& function, std::initializer_list<napi_value> arguments) const {
     napi_value self = nullptr;
     (void)napi_get_undefined(env_, &self);

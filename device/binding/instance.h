@@ -14,10 +14,10 @@
 
 namespace StandIn {
 
-/// What the binding keeps for one JS environment that loaded it. On that environment's JS thread only.
+/// The binding's state in one JS environment that loaded it. Use it only on that environment's JS thread.
 class Instance {
 public:
-    /// Makes the instance of `env`, which lives as long as `env`. False if the environment refuses.
+    /// Makes the instance of `env`, which lives as long as `env`. False if a Node-API call fails.
     static bool Create(napi_env env);
     static Instance& Of(napi_env env);
 
@@ -26,12 +26,12 @@ public:
     const std::shared_ptr<Environment>& GetEnvironment() const { return environment_; }
 
     /// From now on the JS function `handler` is called with the record of every modal opened, also after a
-    /// reset. Returns the generation and the id of the next one.
+    /// reset. Returns the generation and the ID of the next modal.
     std::pair<int32_t, int32_t> SetModalHandler(napi_value handler);
     void RemoveModalHandler();
 
-    /// From now on the JS function `handler` is called when the game ends: with whether a timer ended it, and
-    /// with the request type and the code of the answer.
+    /// From now on the JS function `handler` is called when the game ends. Its arguments are whether a timer
+    /// ended the game, the request type, and the code of the answer.
     void SetExitHandler(napi_value handler);
     void RemoveExitHandler();
 
@@ -47,7 +47,7 @@ private:
     Reference exitHandler_;
 };
 
-/// The record of a modal for JS: { id, generation, want, config }. Null if the environment refuses.
+/// The record of a modal for JS: { id, generation, want, config }. Null if a Node-API call fails.
 napi_value MakeModalRecord(napi_env env, const Modal& modal);
 
 }  // namespace StandIn

@@ -3,14 +3,14 @@
 namespace StandIn {
 namespace {
 
-// A failed call has mostly left an exception of its own, as that of a getter.
+// A failed call has usually left an exception of its own, such as a getter's.
 bool FailRead(napi_env env, const std::string& name) {
     bool isPending = false;
     if (napi_is_exception_pending(env, &isPending) == napi_ok && isPending) return false;
     return ThrowTypeError(env, name + " cannot be read");
 }
 
-/// Numbers and short strings speak for themselves.
+/// Describes a number or a short string by its value, a longer one as `kind`.
 std::string DescribeText(napi_env env, napi_value value, napi_valuetype type, const char* kind) {
     constexpr size_t LONGEST = 40;
     char text[LONGEST + 1];
@@ -51,7 +51,7 @@ bool ReadText(napi_env env, napi_value value, const std::string& name, std::stri
     if (napi_get_value_string_utf8(env, value, nullptr, 0, &length) != napi_ok) {
         return ThrowUnexpected(env, name, "a string", value);
     }
-    text.resize(length + 1);  // Node-API ends the text with a null byte
+    text.resize(length + 1);  // Node-API appends a null byte
     if (napi_get_value_string_utf8(env, value, text.data(), text.size(), &length) != napi_ok) {
         return FailRead(env, name);
     }
@@ -66,7 +66,7 @@ bool IsPlainObject(napi_env env, napi_value value) {
         napi_get_prototype(env, value, &prototype) != napi_ok) {
         return false;
     }
-    // An object literal of any realm: its prototype, if it has one, has none.
+    // An object literal of any realm: it has no prototype, or its prototype has none.
     napi_value last = nullptr;
     return napi_typeof(env, prototype, &type) == napi_ok &&
            (type == napi_null || (napi_get_prototype(env, prototype, &last) == napi_ok &&

@@ -8,15 +8,15 @@
 
 #include "js_values.h"
 
-// JS values that the functions of the device return. A failure, as in an environment that is ending, gives
-// null.
+// Makes the JS values that the functions of the device return. Null on failure, as in an environment that is
+// ending.
 
 namespace StandIn {
 
 napi_value MakeNumber(napi_env env, double number);
 napi_value MakeFlag(napi_env env, bool flag);
 
-/// Builds one plain object. Null values are left out.
+/// Builds a plain object. Null values are left out.
 class ObjectMaker {
 public:
     explicit ObjectMaker(napi_env env);
@@ -33,14 +33,14 @@ private:
     napi_value object_ = nullptr;
 };
 
-/// Makes an array of what `make` gives for each of `items`.
+/// Makes an array of the results of `make` for each of `items`.
 template <typename Items, typename Make>
 napi_value MakeArray(napi_env env, const Items& items, const Make& make) {
     napi_value array = nullptr;
     (void)napi_create_array(env, &array);
     uint32_t index = 0;
     for (const auto& item : items) {
-        napi_handle_scope scope = nullptr;  // an array may be long
+        napi_handle_scope scope = nullptr;  // frees each item's handles: an array may be long
         (void)napi_open_handle_scope(env, &scope);
         (void)napi_set_element(env, array, index++, make(item));
         (void)napi_close_handle_scope(env, scope);
@@ -53,7 +53,7 @@ struct Function {
     napi_callback callback;
 };
 
-/// Defines the functions on `target`; false if the environment refuses.
+/// Defines the functions on `target`; false if a Node-API call fails.
 bool DefineFunctions(napi_env env, napi_value target, std::initializer_list<Function> functions);
 
 }  // namespace StandIn

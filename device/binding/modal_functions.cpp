@@ -28,7 +28,8 @@ napi_value MakeConfig(napi_env env, const Modal::Config& config) {
         .Object();
 }
 
-/// The modal whose id is the first argument; empty, with a JS exception, if that is no id.
+/// The modal whose ID is the first argument; empty if there is none. If the argument is not an ID, also
+/// leaves a JS exception pending.
 std::shared_ptr<Modal> FindModal(napi_env env, napi_callback_info info) {
     int32_t id = 0;
     return ReadInt32(env, Arguments<1>(env, info)[0], "id", id) ? Modals::Get().Find(id) : nullptr;
@@ -38,7 +39,7 @@ napi_value ModalIds(napi_env env, napi_callback_info /*info*/) {
     return MakeArray(env, Modals::Get().Ids(), [env](int32_t id) { return MakeNumber(env, id); });
 }
 
-// Undefined for a modal that was forgotten meanwhile.
+// Undefined for a modal that was forgotten in the meantime.
 napi_value ModalRecord(napi_env env, napi_callback_info info) {
     const auto modal = FindModal(env, info);
     return modal == nullptr ? nullptr : MakeModalRecord(env, *modal);
@@ -54,7 +55,7 @@ napi_value IsModalAnswered(napi_env env, napi_callback_info info) {
     return MakeFlag(env, modal != nullptr && modal->IsAnswered());
 }
 
-// Of those that have waited for so many milliseconds.
+// Reports the modals that have had no answer for this many milliseconds.
 napi_value TellSilentModals(napi_env env, napi_callback_info info) {
     int32_t age = 0;
     if (ReadInt32(env, Arguments<1>(env, info)[0], "age", age)) {

@@ -12,8 +12,7 @@ using OHOS::AAFwk::WantParams;
 constexpr int MAX_DEPTH = 32;
 constexpr const char* POSSIBLE_TYPES = "a number, boolean, string, array of strings or plain object";
 
-/// Reads JS objects into parameters. Every method but the constructor leaves an exception if it answers
-/// false.
+/// Reads JS objects into parameters. Methods that return false leave a JS exception pending.
 class ParamsReader {
 public:
     explicit ParamsReader(napi_env env) : env_(env) {}

@@ -10,19 +10,19 @@
 
 namespace StandIn {
 
-/// A promise that another thread may settle. It holds the loop of its environment until then. One thread at a
-/// time owns it; its last owner is its JS thread.
+/// A promise that another thread may settle. It keeps the loop of its environment alive until then. One
+/// thread at a time owns it; its last owner is its JS thread.
 class PendingPromise {
 public:
-    /// Stores the JS promise in `promise`. Empty if the environment refuses. On `env`'s JS thread.
+    /// Stores the JS promise in `promise`. Empty on failure. On `env`'s JS thread.
     static std::shared_ptr<PendingPromise> Make(napi_env env, napi_value& promise);
 
-    /// Any thread, before `Settle`: the promise will be rejected with an Error, unless `message` is empty.
+    /// Any thread, before `Settle`. The promise will be rejected with an Error, unless `message` is empty.
     void Fail(std::string message) { failure_ = std::move(message); }
-    /// On the JS thread, before `Settle`: it will be rejected with `error`.
+    /// On the JS thread, before `Settle`. The promise will be rejected with `error`.
     void FailWith(napi_value error);
-    /// Any thread: hands it over to its JS thread, to be settled after everything queued there so far. The
-    /// first time counts.
+    /// Any thread. Has the JS thread settle the promise after everything queued there so far. Only the first
+    /// call counts.
     static void Settle(std::shared_ptr<PendingPromise> promise);
 
 private:
@@ -38,7 +38,7 @@ private:
     LoopHold hold_;
     napi_deferred deferred_ = nullptr;
     std::string failure_;  // empty: none
-    Reference error_;      // of an array around the error, as not every value can be referred to
+    Reference error_;      // to an array that holds the error, as not every value can be referenced
 };
 
 }  // namespace StandIn

@@ -9,12 +9,12 @@
 #include "js_values.h"
 #include "want_params.h"
 
-// What the functions of the device read from their JS arguments. Those that answer false leave a JS exception
-// pending, which names the argument and what it may be.
+// Reads the JS arguments of the device's functions. The Read functions leave a JS exception pending when they
+// return false. It names the argument and says what it may be.
 
 namespace StandIn {
 
-/// The first `COUNT` arguments of a call; undefined where the caller gave none.
+/// The first `COUNT` arguments of a call; undefined for those that the caller left out.
 template <size_t COUNT>
 std::array<napi_value, COUNT> Arguments(napi_env env, napi_callback_info info) {
     std::array<napi_value, COUNT> values{};
@@ -29,11 +29,11 @@ bool ReadFlag(napi_env env, napi_value value, const std::string& name, bool& fla
 bool ReadInt32(napi_env env, napi_value value, const std::string& name, int32_t& number);
 /// An integer of at least `least`.
 bool ReadCount(napi_env env, napi_value value, const std::string& name, uint64_t least, uint64_t& count);
-/// A number from `least` to `most`, which a RangeError tells of.
+/// A number from `least` to `most`. A number outside that range throws a RangeError.
 bool ReadNumber(napi_env env, napi_value value, const std::string& name, double least, double most,
                 double& number);
 
-/// Typed parameters: a plain object of the types that these have.
+/// A plain object whose values have the types that `WantParams` supports.
 bool ReadParams(napi_env env, napi_value value, OHOS::AAFwk::WantParams& params);
 
 }  // namespace StandIn

@@ -6,7 +6,7 @@
 
 namespace StandIn {
 
-/// Keeps a JS object or function alive. Used and destroyed on its environment's JS thread only, unless empty.
+/// Keeps a JS object or function alive. Unless empty, use and destroy it only on its environment's JS thread.
 class Reference {
 public:
     Reference() = default;
