@@ -1,6 +1,6 @@
 'use strict';
 
-// What the module reads of an answer, to warn of what it does not: a typo would look like a success.
+// Knows which keys the module reads in an answer, to warn about the others: a typo would look like a success.
 
 const { RequestType } = require('../errors.js');
 
@@ -12,7 +12,7 @@ const { GET_LOCAL_PLAYER, PRE_PURCHASE, UNION_LOGIN, VERIFY_LOCAL_PLAYER, QUICK_
 const TIMED = [GET_LOCAL_PLAYER, VERIFY_LOCAL_PLAYER, QUICK_GAME_LOGIN];
 const TOLD_BY_RECEIVE = [GET_LOCAL_PLAYER, PRE_PURCHASE, UNION_LOGIN, QUICK_GAME_LOGIN];
 
-/** The keys that the module reads of an answer with this code to a request of this type. */
+/** The keys that the module reads in an answer with this code to a request of this type. */
 function keysRead(kind, type, code) {
     const isReceived = kind === 'receive';
     const tells = isReceived ? TOLD_BY_RECEIVE : [PRE_PURCHASE];
@@ -24,7 +24,7 @@ function keysRead(kind, type, code) {
     ];
 }
 
-/** How many characters one must insert, drop or replace to make one string of the other. */
+/** The edit distance: how many characters to insert, delete or replace to turn `from` into `to`. */
 function distance(from, to) {
     let row = Array.from({ length: to.length + 1 }, (_, i) => i);
     for (let i = 1; i <= from.length; ++i) {
@@ -37,7 +37,7 @@ function distance(from, to) {
     return row[to.length];
 }
 
-/** The one of `names` that `name` is a misspelling of; undefined if it is of none. */
+/** The one of `names` that `name` probably misspells; undefined if there is none. */
 function nearest(name, names) {
     const isNear = (other) => distance(name.toLowerCase(), other.toLowerCase()) <= 2;
     return names.find(isNear);
@@ -66,7 +66,7 @@ function complaintOf(key, value, kind, read, code) {
     return `${key}: ignored ${code === undefined ? 'without a resultCode' : `by this method with code ${code}`}`;
 }
 
-/** What the module will not make of an answer as its giver may expect, each in a line. Calls no getter. */
+/** Warnings about the parameters that the module will not use as expected, one line each. Calls no getter. */
 function complaints(kind, type, code, parameters) {
     const read = keysRead(kind, type, code);
     return Object.entries(Object.getOwnPropertyDescriptors(parameters))

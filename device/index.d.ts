@@ -65,7 +65,7 @@ export interface ParameterObject {
 export interface Want {
     readonly bundleName: string;
     readonly abilityName: string;
-    /** Empty: the local device. */
+    /** Empty for the local device. */
     readonly deviceId: string;
     /** In the order of their keys. */
     readonly parameters: Readonly<Record<string, Parameter>>;
@@ -178,7 +178,7 @@ export const clock: {
     sleepers(): number;
 };
 
-/** Whether the game counts as a system application. Default false. */
+/** Sets whether the game counts as a system application. Default false. */
 export function setSystemApp(isSystem: boolean): void;
 
 export interface LogLine {

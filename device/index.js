@@ -5,11 +5,11 @@ const { nearest } = require('./answers.js');
 const binding = require('./binding.js');
 const { METHODS, forgetModals, modalOf, modals, nameOf } = require('./modal.js');
 
-// Taken now: what a test puts in their place later must not stop what runs on real time.
+// Captured now, so that fake timers that a test installs later do not stop what runs in real time.
 const { clearTimeout, setInterval, setTimeout } = require('timers');
 
-const MAX_TIMEOUT_MS = 0x7fffffff;  // of setTimeout
-const SILENCE_MS = 5000;  // after which an open modal is told of
+const MAX_TIMEOUT_MS = 0x7fffffff;  // the limit of setTimeout
+const SILENCE_MS = 5000;  // after this time, an open modal without an answer is reported
 const LISTENED = ['playerChanged', 'gameAddictionPrevented'];
 
 setInterval(() => { binding.tellSilentModals(SILENCE_MS); }, 1000).unref();
@@ -25,7 +25,7 @@ function readKeys(name, object, possible) {
     return object;
 }
 
-/** The request type that a filter of nextModal asks for; 0: any. */
+/** The request type that a filter of nextModal asks for; 0 means any. */
 function readFilter(filter) {
     if (filter === undefined || filter === null) {
         return 0;
@@ -44,7 +44,7 @@ function readFilter(filter) {
     return readKeys('filter', filter, ['requestType']).requestType ?? 0;
 }
 
-/** The limit of a wait for a modal, in milliseconds. */
+/** How long to wait for a modal, in milliseconds. */
 function readTimeout({ timeoutMs = 5000 }) {
     if (typeof timeoutMs !== 'number' || !(timeoutMs >= 0 && timeoutMs <= MAX_TIMEOUT_MS)) {
         throw new TypeError(`timeoutMs must be a number of milliseconds from 0 to ${MAX_TIMEOUT_MS}`);
@@ -58,8 +58,8 @@ function describeWaiting() {
     return waiting.length > 0 ? `; waiting for an answer: ${waiting.join(', ')}` : '';
 }
 
-// What hears of modals in this environment. The device tells it of every one while anybody listens. A handler hears of
-// those that open after it was set and before the next reset, whichever environment that comes from.
+// Receives modals in this environment. The device reports every modal while there is a handler or a waiter. A handler
+// gets the modals opened after it was set and before the next reset, whichever environment resets.
 const watch = { handler: null, since: null, waiters: new Set() };
 
 function hear(record) {
@@ -84,7 +84,7 @@ function serveWaiters() {
     listen();
 }
 
-/** Returns the generation and the id of the next modal, if anybody listens. */
+/** Watches modals if there is a handler or a waiter, and then returns the generation and the ID of the next modal. */
 function listen() {
     return binding.watchModals(watch.handler || watch.waiters.size > 0 ? hear : null);
 }
@@ -94,7 +94,7 @@ async function nextModal(filter, options = {}) {
     const requestType = isLimit ? 0 : readFilter(filter);
     const timeoutMs = readTimeout(isLimit ? { timeoutMs: filter } : readKeys('options', options, ['timeoutMs']));
     const of = requestType === 0 ? '' : ` of ${nameOf(requestType)}`;
-    const late = new Error(`no modal${of} was opened within ${timeoutMs} ms`);  // here for its stack
+    const late = new Error(`no modal${of} was opened within ${timeoutMs} ms`);  // created here for its stack
     return new Promise((resolve, reject) => {
         const timer = setTimeout(() => {
             watch.waiters.delete(waiter);
@@ -108,7 +108,7 @@ async function nextModal(filter, options = {}) {
         };
         const waiter = { requestType, take };
         watch.waiters.add(waiter);
-        listen();  // first: another thread may open a modal right after there was none to take
+        listen();  // first: another thread may open a modal right after serveWaiters found none
         serveWaiters();
     });
 }
@@ -139,7 +139,7 @@ function onAdvance(handler) {
     follower = handler;
 }
 
-// Stops wherever a thread of the module wakes, so that the game's own timers and the module's take turns.
+// Stops whenever a thread of the module is due to wake, so that the game's own timers and the module's take turns.
 async function advanceWithFollower(ms) {
     for (let left = ms; left > 0;) {
         const step = Math.min(left, Math.max(binding.clockNext(), 0));
@@ -160,7 +160,7 @@ async function advance(ms) {
     return lastAdvance;
 }
 
-// The module has no reset: its listeners are removed as a game would, once nothing fails any more.
+// The module has no reset: its listeners are removed as a game would do it, once no call is made to fail.
 function reset() {
     binding.reset();
     const game = binding.moduleExports();

@@ -1,4 +1,4 @@
-// For `import`: the same functions as `require` gives, under their names as well.
+// For `import`: what `require` returns, also as named exports.
 
 import device from './index.js';
 

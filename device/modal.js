@@ -5,7 +5,7 @@ const { RequestType } = require('../errors.js');
 const binding = require('./binding.js');
 const { complaints } = require('./answers.js');
 
-// Methods by request type: GET_LOCAL_PLAYER is getLocalPlayer's.
+// Method names by request type: GET_LOCAL_PLAYER becomes getLocalPlayer.
 const METHODS = new Map(Object.entries(RequestType).map(([name, type]) =>
     [type, name.toLowerCase().replace(/_(.)/g, (match, letter) => letter.toUpperCase())]));
 
@@ -19,7 +19,7 @@ function deepFreeze(value) {
     return value;
 }
 
-// The methods are async so that a TypeError of the binding rejects; they still answer before they return.
+// The methods are async so that a TypeError of the binding becomes a rejection. They still answer before they return.
 class Modal {
     constructor({ id, want, config }) {
         this.id = id;
@@ -70,7 +70,7 @@ function warn(modal, kind, code, parameters) {
     }
 }
 
-// One object per modal. A new generation begins with a reset, which may come from another environment.
+// One object per modal. A reset begins a new generation, and may come from another environment.
 const known = { generation: 0, modals: new Map() };
 
 function modalOf(record) {
