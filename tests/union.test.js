@@ -83,6 +83,12 @@ test('what a getter throws, at any depth, is thrown as it is, and no modal opens
     assert.equal(countLogs('CreateBusinessError'), 0, 'an error is made while another one is pending');
 });
 
+test('icon names that cannot be read leave an account out, and encode nothing', () => {
+    device.failNext('napi_get_element', { skip: 1 });
+    assert.deepEqual(namesOf({ thirdAccountInfos: [{ accountIcon: icon({ params: ['icon'] }) }, good('b')] }), ['b']);
+    assert.equal(countLogs('Base64Encode error'), 0);
+});
+
 test('accounts and names that shrink or grow while they are read are read as far as they go', () => {
     const accounts = [good('a'), good('b'), good('c')];
     Object.defineProperty(accounts[0], 'accountName', { get: () => (accounts.length = 2) && 'shrinks' });

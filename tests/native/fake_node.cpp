@@ -1,6 +1,7 @@
 #include "fake_node.h"
 
 #include <atomic>
+#include <thread>
 
 #include "analytics/ha_utils.h"
 #include "records.h"
@@ -13,7 +14,12 @@ thread_local int gHeld = 0;
 
 std::vector<std::string> gDeeds;
 std::vector<std::pair<void (*)(void*), void*>> gHooks;
-std::deque<std::pair<napi_env, napi_value>> gReferences;  // never freed within a test
+struct Reference {
+    napi_env env;
+    napi_value value;
+    std::thread::id thread = std::this_thread::get_id();
+};
+std::deque<Reference> gReferences;  // never freed within a test
 
 // At the start of everything that the platform does for the module.
 napi_status Enter(const char* call, const char* deed = nullptr) {
@@ -28,8 +34,9 @@ void Watch(int change) {
 }
 
 napi_value ValueOf(napi_env env, napi_ref reference) {
-    const auto& [owner, value] = *reinterpret_cast<std::pair<napi_env, napi_value>*>(reference);
+    const auto& [owner, value, thread] = *reinterpret_cast<Reference*>(reference);
     EXPECT_EQ(owner, env) << "a reference is used in another environment than its own";
+    EXPECT_EQ(thread, std::this_thread::get_id()) << "a reference is used on another thread than its own";
     return value;
 }
 
@@ -147,7 +154,7 @@ napi_status napi_open_handle_scope(napi_env /*env*/, napi_handle_scope* scope) {
 }
 
 napi_status napi_create_reference(napi_env env, napi_value value, uint32_t /*count*/, napi_ref* reference) {
-    gReferences.emplace_back(env, value);
+    gReferences.push_back({env, value});
     *reference = reinterpret_cast<napi_ref>(&gReferences.back());
     return Enter("napi_create_reference");
 }

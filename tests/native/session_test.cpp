@@ -1,6 +1,7 @@
 // The life of a request on a platform that answers whenever it likes: from within its own calls, on the
 // calling thread or on one that it waits for, and faster than JS gets its result.
 
+#include <algorithm>
 #include <thread>
 
 #include "clock.h"
@@ -17,6 +18,12 @@ using Ids = std::vector<int32_t>;
 
 constexpr AnswerKind RESULT = AnswerKind::RESULT, RECEIVE = AnswerKind::RECEIVE;
 constexpr AnswerKind ERROR = AnswerKind::ERROR, RELEASE = AnswerKind::RELEASE;
+
+bool HasLogged(const std::string& text) {
+    const auto lines = StandIn::LogStore::Get().All();
+    return std::any_of(lines.begin(), lines.end(),
+                       [&](const auto& line) { return line.message.find(text) != std::string::npos; });
+}
 
 struct Answer {
     AnswerKind kind;
@@ -152,6 +159,8 @@ TEST_P(Session, HandsItsCallbackOverToTheThreadThatOwnsItUnlessThatHasEnded) {
         if (last.empty()) DeleteEnvInfo(envInfo.get());
         Answering({RELEASE, 0})();
         EXPECT_TRUE(observed.expired());
+        EXPECT_EQ(HasLogged("release callback"), !last.empty());
         EXPECT_EQ(RunLoop(), last);
+        StandIn::LogStore::Get().Clear();
     }
 }
