@@ -28,6 +28,16 @@ const PLAYS = {
         await answer(device.modals()[0], ['result', 0]);
     },
     'A request that fails': () => answer(start('bindPlayer').modal, ['error', 5, 'name', 'text'], ['error', 6]),
+    'A result that cannot be delivered': () => {
+        device.failNext('uv_queue_work');
+        return answer(start('bindPlayer').modal, ['result', 0]);
+    },
+    'A listener that removes itself': async () => {
+        const listener = () => game.off('playerChanged', listener);
+        game.on('playerChanged', listener);
+        game.onEventCallback({ resultCode: 1002000015 });
+        await turn();
+    },
     'A login whose page stays open': () =>
         answer(start('getLocalPlayer').modal, ['receive', { resultCode: 0 }], ['release', 0]),
     'A time to play that is over': async () => {

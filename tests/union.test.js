@@ -83,7 +83,9 @@ test('what a getter throws, at any depth, is thrown as it is, and no modal opens
     assert.equal(countLogs('CreateBusinessError'), 0, 'an error is made while another one is pending');
 });
 
-test('icon names that cannot be read leave an account out, and encode nothing', () => {
+test('a list or icon names that cannot be read leave accounts out, and encode nothing', () => {
+    device.failNext('napi_get_array_length');
+    assert.deepEqual(namesOf({ thirdAccountInfos: [good('a')] }), []);
     device.failNext('napi_get_element', { skip: 1 });
     assert.deepEqual(namesOf({ thirdAccountInfos: [{ accountIcon: icon({ params: ['icon'] }) }, good('b')] }), ['b']);
     assert.equal(countLogs('Base64Encode error'), 0);
