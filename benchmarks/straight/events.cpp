@@ -81,9 +81,7 @@ napi_value OnEventCallback(napi_env env, napi_callback_info info) {
         auto* delivery = new (std::nothrow) Delivery{{}, env, listener, resultInfo};
         uv_loop_t* loop = nullptr;
         Must(napi_get_uv_event_loop(env, &loop));
-        if (uv_queue_work(
-                loop, delivery, [](uv_work_t*) {}, Deliver) != 0)
-            std::abort();
+        if (uv_queue_work(loop, delivery, DoNothing, Deliver) != 0) std::abort();
     }
     SAY("OnEventCallback uv_queue_work success");
     SAY("release enter");

@@ -9,7 +9,7 @@
 #include "time_service_client.h"
 #include "ui_content.h"
 
-// The calls that are requests, and the delivery of what answers them.
+// The calls that make requests, and the delivery of their answers.
 
 namespace Straight {
 namespace {
@@ -20,10 +20,9 @@ using OHOS::AAFwk::WantParams;
 using OHOS::AbilityRuntime::AbilityContext;
 using OHOS::AbilityRuntime::Context;
 
-// The requests of all works but round trips, which nobody answers.
+// The requests of all benchmarks but the round trip. Nobody answers them.
 std::vector<Pending*>& gUnanswered = *new std::vector<Pending*>();
 
-void Settle(uv_work_t* work, int status);
 void Answer(Pending& pending, const WantParams& data);
 
 }  // namespace
@@ -95,6 +94,7 @@ void Settle(uv_work_t* work, int /*status*/) {
     SAY("DoMessageBackSuccess release context");
 }
 
+// On the UI thread. An answer that comes while its modal still opens finds no ID yet, and closes nothing.
 void Answer(Pending& pending, const WantParams& data) {
     SAY("OnReceive enter");
     if (data.GetIntParam("resultCode", 0) != 0) std::abort();
@@ -104,13 +104,11 @@ void Answer(Pending& pending, const WantParams& data) {
     pending.context->GetUIContent()->CloseModalUIExtension(pending.sessionId);
     SAY("CloseModalUIExtension closed");
     ReportEnd("bindPlayer", pending.begin, 0);
-    // The module's record of the delivery.
+    // The module allocates a record of the delivery here. This one is the request itself.
     operator delete(operator new(sizeof(Pending), std::nothrow));
     uv_loop_t* loop = nullptr;
     Must(napi_get_uv_event_loop(pending.env, &loop));
-    if (uv_queue_work(
-            loop, &pending, [](uv_work_t*) {}, Settle) != 0)
-        std::abort();
+    if (uv_queue_work(loop, &pending, DoNothing, Settle) != 0) std::abort();
 }
 
 }  // namespace

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <uv.h>
+
 #include <array>
 #include <cstdint>
 #include <cstdlib>
@@ -8,10 +10,10 @@
 #include "hilog/log.h"
 #include "napi/native_api.h"
 
-// The straight floor: the same calls of the platform, Node-API, libuv and OpenSSL as the module makes for the
-// same work, in the same order, with the same log lines, written straight down. It has no layers, no contexts
-// of requests, no locks, no sharing and no choice: it knows what it is called with. A call that fails ends
-// the process, as its figure would mean nothing.
+// The straight floor makes the same calls of the platform, Node-API, libuv and OpenSSL as the module for the
+// same work, in the same order, and writes the same log lines. It has no layers, request contexts, locks or
+// shared ownership, and handles only the arguments that it is measured with. A call that fails ends the
+// process, because its figure would mean nothing.
 
 /// A log line of the module's form.
 #define STRAIGHT_LOG(level, format, ...)                                                        \
@@ -78,7 +80,10 @@ inline int32_t ReadInt(napi_env env, napi_value value) {
     return number;
 }
 
-/// The event of analytics that ends a call.
+/// The execute step of all work on the loop.
+inline void DoNothing(uv_work_t* /*work*/) {}
+
+/// The analytics event at the end of a call.
 void ReportEnd(const char* api, int64_t begin, int32_t code);
 /// Throws the error of an unusable parameter, or of none.
 void ThrowError(napi_env env, int32_t code, const char* message);
