@@ -1,6 +1,6 @@
 'use strict';
 
-// The time to play that an answer sets: its timer, its page and the end of the game.
+// The time limit that an answer sets: its timer, its page and the end of the game.
 
 const assert = require('node:assert/strict');
 const { CALLS, answer, device, expectChild, game, start, test, timeUp, wantOf } = require('./support');

@@ -1,6 +1,6 @@
 'use strict';
 
-// Each benchmark runs, once and briefly; what it measures then means nothing.
+// Runs each benchmark once and briefly. The figures mean nothing.
 
 const assert = require('node:assert/strict');
 const { execFile } = require('node:child_process');

@@ -1,6 +1,6 @@
 'use strict';
 
-// When and how results reach the game, and what keeps its process until then.
+// When and how results reach the game, and what keeps the process alive until then.
 
 const assert = require('node:assert/strict');
 const { device, expectChild, game, test, turn } = require('./support');

@@ -1,9 +1,9 @@
 'use strict';
 
-// The documents: their examples run, and their lists are complete. In a page every block marked "js" runs. The first
-// one has the page as its scope, each later one a scope of its own within that. A line
+// The documents: their examples run, and their lists are complete. Every block of a page that is marked "js" runs. The
+// first block's scope is the page; each later block has its own scope inside it. A line
 //     console.log(...); // -> text
-// has to print that text, and no other line prints.
+// must print exactly that, and no other line prints.
 
 const assert = require('node:assert/strict');
 const fs = require('node:fs');
@@ -26,7 +26,7 @@ const namesIn = (folder) => fs.readdirSync(path.join(ROOT, folder), { withFileTy
 const PAGES = ['README.md', 'CONTRIBUTING.md', 'CHANGELOG.md',
     ...namesIn('docs').filter((name) => name.endsWith('.md')).map((name) => `docs/${name}`)];
 
-/** The examples of a page as one program, in which each line stands where it does in the page. */
+/** The examples of a page as one program, with the line numbers of the page. */
 function programOf(page) {
     let blocks = 0;
     return read(page).replace(FENCE_OR_LINE, (text, language, code) => {
@@ -40,7 +40,7 @@ function programOf(page) {
     });
 }
 
-// In a process of its own, which ends by itself. Prints how many lines printed what they should, or what went wrong.
+// Runs in its own process, which ends by itself. Prints how many lines were as expected, or what went wrong.
 async function runProgram({ ROOT }, page, source) {
     const assert = require('node:assert/strict');
     const { format } = require('node:util');
@@ -74,7 +74,7 @@ test('every method has a section with an example, every code its row and its tex
     }
 });
 
-// The names in the picture end where two blanks begin.
+// In the README's picture, two spaces end the names.
 test('the README shows the house as it is, and the package holds it', () => {
     const [, picture] = /^## The house\n+```\n([^]*?)^```/m.exec(read('README.md'));
     const shown = picture.split('\n').flatMap((line) => line.split('  ', 1)[0].split(' ')).filter(Boolean);

@@ -1,6 +1,6 @@
 'use strict';
 
-// Listeners, the events that reach them, and the methods that are no requests.
+// Listeners, their events, and the methods that make no request.
 
 const assert = require('node:assert/strict');
 const { SYSTEM_ERROR, attempt, countLogs, device, ends, game, test, turn } = require('./support');
@@ -14,7 +14,7 @@ const raise = (resultInfo) => call('onEventCallback', [{ resultCode: PLAYER_INVA
 const [a, b, c] = ['a', 'b', 'c'].map((as) => ({ fn: 'plain', as }));
 const on = (fn, type = CHANGED, receiver = 0) => call('on', [type, fn], receiver);
 const off = (fn, type = CHANGED) => call('off', fn ? [type, fn] : [type]);
-/** What happens before anything of it reaches JS. */
+/** Steps that all run before anything of them reaches JS. */
 const atOnce = (...steps) => ['answers', steps];
 
 test('on and off take their arguments, their types and their callers, and no others', async () => {

@@ -1,29 +1,29 @@
 'use strict';
 
-// Every call of the module fails once, alone and with all later ones of its name, in scenarios that together make all
-// of them. Afterwards nothing is left, and the next request works as if nothing had been.
+// Makes every call of the module fail: once, and together with all later calls of the same function. The scenarios make
+// all calls there are. Afterwards nothing is left over, and the next request works normally.
 
 const assert = require('node:assert/strict');
 const { MESSAGES } = require('../soak/hostile/tables');
 const { SYSTEM_ERROR, answer, device, ends, game, runInChild, start, test } = require('./support');
 const { FOR_EVER, SCENARIOS } = require('./support/scenarios.js');
 
-// Without these an answer ends its request with a system error that is thrown into the environment.
+// If one of these fails, an answer ends its request, and a system error is thrown into the environment.
 const QUEUEING = ['napi_get_uv_event_loop', 'uv_queue_work', 'new(nothrow)'];
-// Made by an answer of the extension, on whichever thread that comes.
+// Made while the extension's answer is processed, on whichever thread it arrives.
 const ANSWER_CALLS = [...QUEUEING, 'CloseModalUIExtension', 'GetUIContent', 'Write'];
-// Where one call fails anyhow, those that make up for it.
+// In scenarios in which one call always fails: the fallback calls.
 const REMAINING_CALLS = {
     'errors that cannot be made': ['napi_get_and_clear_last_exception', 'napi_set_named_property', 'napi_throw_error'],
 };
-// Made once in each environment, or once in the process.
+// Made once per environment, or once per process.
 const LOAD_CALLS = ['napi_add_env_cleanup_hook', 'napi_define_properties', 'napi_create_reference'];
 const FIRST_CALLS = ['AddProcessor', 'new(nothrow)', 'napi_add_env_cleanup_hook', 'napi_define_properties'];
 
-// Nor can be told how a request ended that has no modal, or whose error cannot be taken back once it was thrown.
+// These also prevent the result of a request from reaching JS.
 const UNDELIVERED = [...QUEUEING, 'napi_open_handle_scope', 'CreateModalUIExtension',
     'napi_get_and_clear_last_exception'];
-/** What else a game may notice of a failure, and of which calls. A result that cannot be made or told stays pending. */
+/** The effects that a game may notice, and the calls whose failure causes them. */
 const EFFECTS = {
     'a promise stays pending': [...UNDELIVERED,
         'napi_get_undefined', 'napi_reject_deferred', 'napi_resolve_deferred', 'napi_throw_error'],
@@ -32,7 +32,7 @@ const EFFECTS = {
     [`uncaught: ${SYSTEM_ERROR.join(' ')}`]: ['napi_open_handle_scope'],
     [`uncaught: undefined ${MESSAGES[1002000015]}`]: ['napi_get_and_clear_last_exception'],
     [`an answer on the caller thread throws ${SYSTEM_ERROR.join(' ')}`]: QUEUEING,
-    // A system error that no JS thread is there to take; and an environment whose end was not hooked is answered.
+    // A system error is thrown off the JS thread, or into an environment that ended without its clean-up hook.
     'a call is refused': [...QUEUEING, 'napi_add_env_cleanup_hook'],
     'environments are left': ['napi_add_env_cleanup_hook'],
     'listeners are left': ['napi_add_env_cleanup_hook'],
@@ -43,7 +43,7 @@ const MEMORY = 'Base64Encode error: memBio is nullptr.';
 const UNPARSED = 'CreateResultMessage parse napiResult or resultMessage failed';
 const UNMADE = 'napi create errorCode failed';
 
-// What is done while `fail` makes calls fail, after some that pass; what the game then sees, and the log's first error.
+// What runs while `fail` makes calls fail, after some that succeed; what the game sees; and the first logged error.
 for (const [what, play, rows] of [
     ['a union login with two accounts', (fail) => {
         const account = (accountName) => ({ accountName, accountIcon: { moduleName: 'entry', id: 7 } });
@@ -106,7 +106,7 @@ for (const [what, play, rows] of [
 const failed = [];
 const seen = new Set();
 
-/** Takes down what a child process tells of its points of failure. Returns what is wrong. */
+/** Notes what a child process reports about its fault points. Returns the problems. */
 function read({ code, signal, stdout, stderr }) {
     const told = stdout.split('\n').filter(Boolean).map((line) => JSON.parse(line));
     const problems = [];

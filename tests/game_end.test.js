@@ -1,6 +1,6 @@
 'use strict';
 
-// The end of the game, as those who test a game meet it: what is said, who can handle it, and how it goes on.
+// The end of the game as seen by tests of a game: what is printed, who can handle it, and what works afterwards.
 
 const assert = require('node:assert/strict');
 const { device, expectChild, game, nextMessage, start, startWorker, test, timeUp } = require('./support');

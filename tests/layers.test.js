@@ -1,6 +1,6 @@
 'use strict';
 
-// Who may include whom, and what the module may know of: its own folders have to build for the device as they are.
+// Which folders may include which, and what the module's sources must not mention: they build for the device unchanged.
 
 const assert = require('node:assert/strict');
 const { execFileSync } = require('node:child_process');
@@ -10,7 +10,7 @@ const { test } = require('node:test');
 
 const ROOT = path.dirname(__dirname);
 const BUILD = path.join(ROOT, 'out', process.env.GAMEAPI_BUILD || 'release');
-// The layers of the module: each may include itself, those before it, and the headers of the platform.
+// The layers of the module. Each may include itself, the layers before it, and the platform's headers.
 const MODULE = ['common', 'analytics', 'events', 'modal', 'napi'];
 const ALLOWED = {
     ...Object.fromEntries(MODULE.map((layer, i) => [layer, [...MODULE.slice(0, i + 1), 'platform/include']])),
@@ -18,13 +18,13 @@ const ALLOWED = {
     platform: ['platform'],
     device: ['device', 'platform'],
 };
-// Where the compiler looks for a quoted include, after the folder of the file itself.
+// Where the compiler looks for quoted includes, after the folder of the including file.
 const SEARCH_PATH = ['.', 'platform/include', 'platform'];
-// The C++ library, and what else of the system the device has too.
+// The C++ library, and the other system headers that the device also has.
 const SYSTEM_HEADERS = /^([a-z_0-9]+|unistd\.h|uv\.h|nlohmann\/json\.hpp|openssl\/\w+\.h)$/;
-// Calls of OpenSSL that report no failure.
+// OpenSSL functions that cannot fail.
 const CANNOT_FAIL = ['BIO_f_base64', 'BIO_free_all', 'BIO_push', 'BIO_s_mem', 'BIO_set_flags', 'BUF_MEM_free'];
-// What the module's sources must not contain: a runtime by name, the device of a PC, a test, a conditional.
+// What the module's sources must not contain: names of runtimes, a PC, tests, conditional compilation.
 const FOREIGN = [
     /\bNode(\.?js)?\b(?!-API)|\bnode\.js\b|\bworker_threads\b|\blibuv-pool\b/, /\bstand-?in\b|\bPC\b/i,
     /\bgtest\b|\btest hook\b|\bunder test\b/i, /^\s*#\s*(if|ifdef|elif|else)\b/m,
@@ -48,14 +48,14 @@ function includesOf(file) {
             .find((candidate) => fs.existsSync(path.join(ROOT, candidate))) || `${name} (nowhere)`));
 }
 
-/** What a source of the module has that the device has not. */
+/** What a source of the module uses that the device does not have. */
 function foreignIn(file) {
     const headers = firstGroups(read(file).matchAll(/^\s*#\s*include\s*<([^>]+)>/gm));
     return [...headers.filter((name) => !SYSTEM_HEADERS.test(name)),
         ...FOREIGN.filter((pattern) => pattern.test(read(file)))];
 }
 
-/** The symbols of the dynamic table of a library, with the given option of nm. */
+/** The dynamic symbols of a library that `nm` lists with this option. */
 function symbols(library, option) {
     const lines = execFileSync('nm', ['-D', option, path.join(BUILD, library)], { encoding: 'utf8' }).split('\n');
     return lines.map((line) => line.trim().split(' ').pop().replace(/@.*/, '')).filter(Boolean);

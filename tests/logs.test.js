@@ -1,6 +1,6 @@
 'use strict';
 
-// What the module logs of whole requests and events, line by line, as docs/logs.md has it for those who run a device.
+// What the module logs for whole requests and events, line by line, compared with docs/logs.md.
 
 const assert = require('node:assert/strict');
 const fs = require('node:fs');
@@ -13,7 +13,7 @@ function lines() {
     return own.map(({ level, message }) => `${level}: ${message.replace(/^\[\(~?\w+:\d+\)\]/, '')}`.replace(/^I: /, ''));
 }
 
-// Tried once in a thread, whether it is added or not: no test below logs it again.
+// The hook is added once per thread, even if that fails, so no test below logs it again.
 device.failNext('napi_add_env_cleanup_hook');
 game.on('playerChanged', lines);
 const hooked = lines().filter((line) => line.includes('hook'));

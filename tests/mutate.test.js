@@ -1,6 +1,6 @@
 'use strict';
 
-// The tool that changes the module's sources to try the tests: what it finds to change, and what it leaves alone.
+// The mutation tool: what it changes in a source, and what it leaves alone.
 
 const assert = require('node:assert/strict');
 const { spawnSync } = require('node:child_process');

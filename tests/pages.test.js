@@ -1,6 +1,6 @@
 'use strict';
 
-// The launches that nobody is answered by: pages, and a limit of the game's own on the time to play.
+// Launches without an answer: pages, and a time limit that the game sets itself.
 
 const assert = require('node:assert/strict');
 const { device, ends, expectChild, game, test, timeUp, track, wantOf } = require('./support');
@@ -10,7 +10,7 @@ const call = (method, ...values) => ['call', 'main', 'c1', method, [{ ctx: 0 }, 
 const limit = (...values) => call('launchAntiAddiction', ...values);
 const wait = (ms) => ['advance', ms];
 const released = (code) => stepOf([['release', code]]);
-/** What is no string, or no number. */
+/** Values that are neither strings nor numbers. */
 const OTHERS = [undefined, null, true, 60n, {}, [60], Symbol('60'), () => 60, new Number(60), new Date(60),
     { valueOf: () => 60, toString: () => 'x' }];
 
@@ -32,7 +32,7 @@ test('a launch without any argument is a promise that stays pending, and nothing
     }
 });
 
-// What is no 32-bit number of seconds becomes one; the page comes when they are over, but never within 15 s.
+// The seconds are converted to 32 bits. The page opens when they are over, but never within 15 s.
 test('a limit lasts its seconds, read as 32 bits, and has a page of its text', async () => {
     for (const seconds of [60, 15, 14, 1.9, 0, -1, -0.5, 2 ** 31, 2 ** 32 + 60, -(2 ** 31) - 1, 1e300, NaN, Infinity,
         -Infinity, '60', '', ...OTHERS]) {

@@ -1,6 +1,6 @@
 'use strict';
 
-// What all requests and page launches have in common: what goes out, forms, and calls that go nowhere.
+// What all requests and page launches share: what they send, their forms, and failing calls.
 
 const assert = require('node:assert/strict');
 const { inspect } = require('node:util');
@@ -14,7 +14,7 @@ const IDS = { thirdOpenId: 'open-1', teamPlayerId: 'team-1' };
 const methodOf = (name) => name[0].toUpperCase() + name.slice(1);
 const uncalled = () => assert.fail('called');
 
-// Literals, which check the model's reading of records as well.
+// Literals, which also check how the model reads records.
 for (const [name, parameters, ...rest] of [
     ['init', {}],
     ['getLocalPlayer', {}],
@@ -89,7 +89,7 @@ test('a bad context ends every form of a request at once, and is logged', async 
     }
 });
 
-/** The outcome of a call of the promise form whose context or parameters are of no use. */
+/** The outcome of a promise call with an unusable context or parameters. */
 function failureOf(name) {
     if (!(name in REQUESTS)) {
         return ['pending'];
@@ -97,7 +97,7 @@ function failureOf(name) {
     return REQUESTS[name].hidden ? ['threw', undefined, 'Invalid argument'] : ['rejected', ...PARAMETER_ERROR];
 }
 
-/** What becomes of a call: as `attempt` tells it, or the state of the promise that it returned. */
+/** The outcome of a call: that of `attempt`, or the state of the returned promise. */
 async function outcomeOf(call) {
     const outcome = attempt(call);
     const request = outcome[1] instanceof Promise ? track(outcome[1]) : { state: outcome };
@@ -105,7 +105,7 @@ async function outcomeOf(call) {
     return request.state;
 }
 
-// Each fails one request, in the promise form unless a callback is given, and the next one is well.
+// Each failure affects one request, in the promise form unless a callback is given. The next request works.
 for (const [name, { rest, callbackAt, failsAs = name }] of Object.entries(METHODS)) {
     test(`${name} survives failing platform calls`, async () => {
         const [refused, nothing] = [['threw', ...SYSTEM_ERROR], ['returned', undefined]];

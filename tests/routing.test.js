@@ -1,6 +1,6 @@
 'use strict';
 
-// What each answer does to each request: the model tells, literals here and there check the model.
+// What each answer does to each request: predicted by the model, and checked by some literals.
 
 const assert = require('node:assert/strict');
 const { MESSAGES } = require('../soak/hostile/tables');
@@ -12,7 +12,7 @@ const CODES = [...Object.keys(MESSAGES).map(Number), -2147483648, -1, 9, 10, 203
 const OK = ['receive', { resultCode: 0, resultMessage: 'data' }];
 const OF_EVENT = ['receive', { resultCode: 9, resultInfo: 'who' }];
 const CHANGED = ['receive', { resultCode: 1002000015, resultInfo: 'who' }];
-/** Answers of every kind: all codes, and what a code may wrongly be. */
+/** Answers of every kind, with all codes, and with values that are no codes. */
 const SINGLE = [
     ...CODES.flatMap((code) => [
         ['result', code, { resultMessage: 'data', resultInfo: 'who' }], ['error', code, 'name', 'own text'],
@@ -23,7 +23,7 @@ const SINGLE = [
         .map((resultMessage) => ['receive', { resultCode: 0, resultMessage }]),
     ['release', 0], ['release', 1], ['release', -1],
 ];
-/** Enough of them to meet each other in all pairs. */
+/** A selection, for all pairs. */
 const PAIRED = [OK, OF_EVENT, CHANGED, ['receive', { resultCode: 401 }], ['result', 0], ['result', 9], ['result', 5],
     ['result', 1002000006], ['result', 1002000015], ['error', 0], ['error', 5],
     ['error', 1002000015], ['result', 10], ['release', 0], ['release', -1]];
@@ -44,7 +44,7 @@ for (const [name, { callbackAt }] of Object.entries(CALLS)) {
     });
 }
 
-// What becomes of a request: its state, whether its modal is open and whether it lives, as a release tells that follows.
+// The state of the request, whether its modal is open, and whether it is still alive, as a release then shows.
 for (const [name, answers, state, isOpen, isKept] of [
     ['getLocalPlayer', [OK], ['resolved', 'data'], true, true],
     ['getLocalPlayer', [OK, OK], ['resolved', 'data'], false, true],
@@ -72,7 +72,7 @@ for (const [name, answers, state, isOpen, isKept] of [
     });
 }
 
-// What ends the game process, and the line that is out by then.
+// Answers that end the process, and a line that is printed before.
 for (const [name, answers, log] of [
     ['bindPlayer', [['result', 10]], 'OnResultForModal game exit'],
     ['init', [['result', 1002000011]], 'game exit when init not agreed agreement.'],

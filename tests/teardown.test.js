@@ -1,7 +1,7 @@
 'use strict';
 
-// Environments end at every step of every scenario, in every way, one after the other in one process. Whatever was
-// under way for them ends with them, and the main thread and the next environment are none the worse for it.
+// Environments end at every step of every scenario, in every way, one after the other in one process. Their pending
+// operations end with them, and the main thread and the next environment are not affected.
 
 const assert = require('node:assert/strict');
 const { countLogs, device, expectChild, nextMessage, startWorker, test } = require('./support');
@@ -9,7 +9,7 @@ const { SCENARIOS, leftovers, playInWorker, playNext, prepare, refusals, runOut 
 
 const STATUS = { 'terminate()': 1, 'process.exit()': 7, 'an uncaught exception': 1, 'its own end': 0 };
 
-/** Lets a Worker that leaves in a way of ENDS come to its end; its status. */
+/** Ends a Worker in one of the ways of ENDS. Resolves to its exit status. */
 async function endOf(worker, end) {
     worker.on('error', () => {});
     const exited = new Promise((resolve) => worker.once('exit', resolve));
@@ -22,7 +22,7 @@ async function endOf(worker, end) {
     return exited;
 }
 
-/** Gives what still comes for requests whose environment may be gone. */
+/** Gives late answers to requests whose environment may be gone, and checks that nothing is left over. */
 async function assertUnharmed() {
     for (const modal of device.modals()) {
         await modal.receive({ resultCode: 9 });
@@ -32,7 +32,7 @@ async function assertUnharmed() {
     await runOut();
     assert.equal(await playNext(), 'resolved,next');
     assert.deepEqual([leftovers(), device.clock.sleepers()], [{ requests: 0, listeners: 0, environments: 0 }, 0]);
-    // A page that opens when time is up takes the place of the request's modal, which nobody closes then.
+    // The page at the end of a time limit replaces the request's modal, which then stays open.
     const replaced = countLogs('launched anti-addiction ability.');
     assert.deepEqual([device.modals().filter(({ isOpen }) => isOpen).slice(replaced), refusals()], [[], []]);
 }

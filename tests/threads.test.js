@@ -1,13 +1,13 @@
 'use strict';
 
-// What takes several threads to show: many at work simultaneously, and races that no sequence of steps brings about.
+// Tests that need several threads: many working simultaneously, and races that no sequence of steps can produce.
 
 const assert = require('node:assert/strict');
 const { countLogs, device, expectChild, game, nextMessage, once, startWorker, test } = require('./support');
 
 const ROUNDS = 12;
 
-/** All that an environment does, `rounds` times, each request settled; posts the events of its own that it heard. */
+/** Does everything that an environment can do, `rounds` times. Posts the environment's own events that it heard. */
 async function play({ game, device, parentPort }, name, rounds) {
     const heard = [];
     const hear = ({ resultInfo }) => heard.push(resultInfo);
@@ -17,7 +17,7 @@ async function play({ game, device, parentPort }, name, rounds) {
         game.on('playerChanged', hear);
         game.on('gameAddictionPrevented', () => {});
         game.syncTraceId(`${name} ${round}`);
-        // Before the requests: time is fast here, and they may all be answered before the next line.
+        // Before the requests: time runs fast here, and all of them may be answered before the next line.
         game.onEventCallback({ resultCode: 1002000015, resultInfo: `${name} ${round}` });
         const requests = [
             game.bindPlayer(late, 'open', 'team'), game.getLocalPlayer(context),
@@ -32,7 +32,7 @@ async function play({ game, device, parentPort }, name, rounds) {
     parentPort.postMessage(heard.filter((info) => info !== 'changed'));
 }
 
-/** Answers a modal on the UI thread in every way; a quick game gets a timer. */
+/** Answers a modal on the UI thread in every way. A quick game gets a timer. */
 function answerAll(modal) {
     const playableTime = modal.want.parameters.requestType === 14 ? 1 : 0;
     modal.receive({ resultCode: 9, resultInfo: 'changed' });

@@ -1,7 +1,7 @@
 'use strict';
 
-// The package as a game sees it: its types let good programs compile and bad ones not, and tell of what is there at
-// run time; and it is one module, however it is loaded.
+// The package as a game sees it: correct programs compile against its types, wrong ones do not, the types declare what
+// exists at run time, and it is one module however it is loaded.
 
 const assert = require('node:assert/strict');
 const { execFile } = require('node:child_process');
@@ -12,18 +12,18 @@ const { promisify } = require('node:util');
 const { METHODS, ROOT, device, expectChild, game } = require('./support');
 const { ErrorCode, RequestType, isBusinessError } = require('game-player-extension-module/errors');
 
-/** A value of each kind that a field may have, and one of another kind. */
+/** For each kind of field: a correct value, and one of another type. */
 const VALUES = {
     string: ["'text'", '5'], int: ['5', "'5'"], flag: ['true', "'yes'"], accounts: ['[]', "{ accountName: 'Lin' }"],
 };
-/** The methods whose record has no field that it needs. */
+/** The methods whose record has no required field. */
 const MAY_BE_EMPTY = ['savePlayerRole', 'unionLogin'];
 
 const PROGRAM = 'out/types/calls.mts';
 const read = (file) => fs.readFileSync(path.join(ROOT, file), 'utf8');
 const isWrong = (line) => line.includes('// wrong');
 
-/** The calls that the types are to allow and to refuse, by a row of the table of methods. */
+/** The calls that the types must allow and refuse, for one row of the table of methods. */
 function callsOf([name, { callbackAt, data, page, record, rest }]) {
     const call = (...args) => `gamePlayer.${name}(${args.join(', ')})`;
     const good = ['context', ...rest.map((value) => JSON.stringify(value))];
@@ -54,17 +54,17 @@ function callsOf([name, { callbackAt, data, page, record, rest }]) {
     return [...right, ...wrong.map((line) => line && `${line} // wrong`)].filter(Boolean);
 }
 
-/** The names of an object as its type is to declare them, and its numbers. */
+/** A statement that checks the declared names of an object, and its numbers. */
 function shownAs([name, object]) {
     const text = JSON.stringify(object, (_, value) => (typeof value === 'function' ? 'a function' : value));
     return `is<Shown<typeof ${name}>>(${text})`;
 }
 
-/** What the compiler complains about in a program: the lines that are marked as wrong, and its words on all else. */
+/** What the compiler complains about: the lines that are marked as wrong, and its messages about anything else. */
 async function complaints(program) {
     fs.mkdirSync(path.join(ROOT, path.dirname(PROGRAM)), { recursive: true });
     fs.writeFileSync(path.join(ROOT, PROGRAM), program.join('\n'));
-    const options = { cwd: ROOT, timeout: 60000, env: { ...process.env, LD_PRELOAD: '' } };  // no sanitizer on it
+    const options = { cwd: ROOT, timeout: 60000, env: { ...process.env, LD_PRELOAD: '' } };  // no sanitizer on tsc
     const { stdout } = await promisify(execFile)('tsc', ['-p', 'tests/types'], options).catch((error) => {
         assert.notEqual(error.code, 'ENOENT', 'tsc is not on PATH: install node-typescript');
         return error;

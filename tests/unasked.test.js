@@ -1,6 +1,6 @@
 'use strict';
 
-// What those who test a game are told without asking, and what they find without looking for it.
+// What the device tells testers of a game without being asked.
 
 const assert = require('node:assert/strict');
 const { inspect } = require('node:util');

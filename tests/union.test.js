@@ -1,7 +1,6 @@
 'use strict';
 
-// Accounts and icons of a union login: the independent reading of the fuzzing tells what goes out and what is logged,
-// literals here and there check the reading.
+// Accounts and icons of a union login: the model predicts what is sent and logged, and some literals check the model.
 
 const assert = require('node:assert/strict');
 const { sent } = require('../soak/hostile/reading');
@@ -10,10 +9,10 @@ const { countLogs, device, game, test } = require('./support');
 const { assertAgrees, call } = require('./support/oracle');
 
 const icon = (fields) => ({ moduleName: 'entry', ...fields });
-const OF_UI_EXTENSION = 2;  // the context that has no modules to ask
+const OF_UI_EXTENSION = 2;  // the context without module resources
 const good = (accountName) => ({ accountName, accountIcon: icon({ id: 1 }) });
 
-/** The JSON that the extension is sent for a parameter object. */
+/** The JSON that the extension gets for a parameter object. */
 function sentRecord(param, modules = MODULES) {
     game.unionLogin(device.createAbilityContext({ modules }), param);
     return device.modals().at(-1).want.parameters.unionLoginParam;

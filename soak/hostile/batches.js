@@ -1,7 +1,7 @@
 'use strict';
 
-// Sequences by the hundred, each batch in a process of its own: the threads that a sequence leaves waiting go with it,
-// and a crash costs one batch and names its seed.
+// Runs sequences in batches, each in its own process. Threads that a sequence leaves waiting end with it, and a crash
+// costs one batch and names its seed.
 
 const { execFile } = require('node:child_process');
 

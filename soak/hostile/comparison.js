@@ -1,6 +1,6 @@
 'use strict';
 
-// Plays steps on the module and on the model, and compares what both show after each.
+// Plays steps on the module and on the model, and compares both after each step.
 
 const { isDeepStrictEqual, inspect } = require('node:util');
 const { Worker } = require('node:worker_threads');
@@ -9,7 +9,7 @@ const { Model } = require('./model');
 const { Player } = require('./player');
 
 const main = new Player(game, device);
-const idle = [];  // Workers of ended sequences, for later ones
+const idle = [];  // Workers that later sequences reuse
 
 /** The player of a Worker, driven by messages. */
 class RemotePlayer {
@@ -31,7 +31,7 @@ class RemotePlayer {
     }
 }
 
-// While the clock moves, a delivery may run before or after what the next thread logs.
+// While the clock moves, a delivery may run before or after the next thread logs.
 const LOGGED_ANY_TIME = 'SendMessageBackWork callback and deferred nullptr';
 const settledOrder = (list) => [list.filter((line) => line !== LOGGED_ANY_TIME),
     list.filter((line) => line === LOGGED_ANY_TIME)];
@@ -58,7 +58,7 @@ function reported() {
 }
 
 class Comparison {
-    /** `thread`: where answers run. `isStrict`: the order of all logs is settled, as on one thread. */
+    /** `thread`: where answers run. `isStrict`: the order of all log lines is defined, as on one thread. */
     constructor({ thread = 'caller', isStrict = thread === 'caller' } = {}) {
         Object.assign(this, { thread, isStrict, seen: 0 });
         this.players = new Map([['main', main]]);
@@ -89,8 +89,8 @@ class Comparison {
     }
 
     /**
-     * Null, or the first difference after one of `count` steps, as {index, step, what, expected, actual}. The end of the
-     * game ends them.
+     * Null, or the first difference after one of `count` steps, as {index, step, what, expected, actual}. The
+     * end of the game ends them.
      */
     async playSteps(next, count, { watch = () => {}, isWatched = false } = {}) {
         let difference = null;
@@ -103,7 +103,7 @@ class Comparison {
         return difference;
     }
 
-    /** The same for a list of steps, from the beginning to the end. */
+    /** The same for a list of steps, with `begin` and `end`. */
     static async run(steps, options) {
         const comparison = new Comparison(options);
         await comparison.begin();

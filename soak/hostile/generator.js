@@ -1,12 +1,12 @@
 'use strict';
 
-// Draws steps from a seed. It looks at the model, so that answers find modals and nothing ends the process too soon.
+// Draws steps from a seed. It looks at the model, so that answers find modals and nothing ends the game too early.
 
 const { METHODS } = require('../../tests/support/requests');
 const { UNDER_AGE, codeOf, isDeadly } = require('./tables');
 const { Values } = require('./values');
 
-/** A generator of numbers from 0 to below 1 that a 32-bit seed determines. */
+/** A generator of pseudorandom numbers from 0 up to, but not including, 1, from a 32-bit seed. */
 function seeded(seed) {
     let state = seed >>> 0;
     return () => {
@@ -29,22 +29,22 @@ const EVENT_NAMES = ['playerChanged', 'playerChanged', 'playerChanged', 'gameAdd
 const SPANS = [1, 999, 1000, 1000, 5000, 15000, 15000, 60000];
 const LONGEST_SPAN = 150000;
 const KINDS = ['result', 'result', 'receive', 'receive', 'receive', 'error', 'release', 'release'];
-// Those whose requests outlive their first answer come more often.
+// Methods whose requests outlive their first answer are drawn more often.
 const REQUEST_NAMES = [...Object.keys(METHODS), 'getLocalPlayer', 'verifyLocalPlayer', 'quickGameLogin',
     'quickGameLogin', 'unionLogin'];
 const OTHER_CALLS = ['syncTraceId', 'reportEventOperation', 'onEventCallback', 'onEventCallback'];
 const ACTING = ['off', 'call'];
 
 class Generator extends Values {
-    /** `isTame`: deliveries may run beside the next answer, so functions only take note and throw. */
+    /** `isTame`: deliveries may run during the next answer, so functions only take notes and throw. */
     constructor(random, model, isTame, hasWorkers) {
         super(random);
         Object.assign(this, { model, isTame, hasWorkers, calls: 0, focus: 0 });
-        // Half of the sequences make few kinds of requests, and so get further with each.
+        // Half of the sequences use few methods, and get further with each.
         this.methods = this.random() < 0.5 ? REQUEST_NAMES : [this.pick(REQUEST_NAMES), this.pick(REQUEST_NAMES)];
     }
 
-    /** Steps are drawn by weight; one that makes no sense now gives way to a call. */
+    /** Draws a step by weight. If it makes no sense now, a call takes its place. */
     next() {
         const isTimeWanted = this.model.sleepers.length > 0;
         const drawn = this.draw([
@@ -88,7 +88,7 @@ class Generator extends Values {
         return this.random() < 0.9 ? { ctx: this.below(4) } : { bad: this.below(6) };
     }
 
-    // What settles while the clock moves must not act: the clock goes on meanwhile.
+    // Functions that are called while the clock moves must not act, because the clock goes on.
     kind(env, { ctx }) {
         const isAwaited = ctx !== undefined && !this.model.envs.get(env).windows[ctx].isShown;
         return this.pick(['plain', 'plain', 'throws', ...(this.isTame || isAwaited ? [] : ACTING)]);
@@ -106,7 +106,7 @@ class Generator extends Values {
         return callbackAt ? [] : [this.value(env), this.value(env)].slice(method.startsWith('launch') ? 1 : 0);
     }
 
-    /** Only what can be sent to it may go to a Worker. */
+    /** A Worker gets only values that can be posted to it. */
     isWild(env) {
         return env === 'main' && this.random() < 0.3;
     }
@@ -140,7 +140,7 @@ class Generator extends Values {
         return this.random() < 0.9 ? list : this.pick(NO_TEXTS);
     }
 
-    /** A value for an argument that is no function's place: one of `good`, or of another type, or any. */
+    /** An argument that is not a function: one of `good`, of another type, or any value. */
     value(env, good = TEXTS) {
         const value = this.isWild(env) ? this.any() : this.pick(this.random() < 0.8 ? good : NO_TEXTS);
         return { value: typeof value === 'function' ? undefined : value };
@@ -195,7 +195,7 @@ class Generator extends Values {
         return isStart ? ['start', `worker ${this.id()}`] : ['end', this.pick(workers)];
     }
 
-    /** Answers given without waiting for one another, calls among them if they are several. */
+    /** Answers that do not wait for each other, possibly with calls between them. */
     answers(count) {
         if (this.model.modals.length === 0) {
             return null;
@@ -205,7 +205,7 @@ class Generator extends Values {
         return ['answers', this.isTame ? this.onePerRequest(steps) : steps];
     }
 
-    // Where a delivery may run beside the next answer, what that finds of a request that ends is not settled.
+    // If a delivery may run during the next answer, the outcome for a request that ends is undefined.
     onePerRequest(steps) {
         const answered = new Set();
         return steps.filter(([kind, index]) => {
@@ -228,7 +228,7 @@ class Generator extends Values {
         }
     }
 
-    // Mostly the one that answered last, so that a request sees several answers, or a recent one.
+    // Mostly the modal that answered last, so that a request gets several answers, or a recent one.
     modal() {
         const { length } = this.model.modals;
         if (this.random() < 0.3) {

@@ -1,8 +1,8 @@
 'use strict';
 
-// What the game, the extension, the log's warnings and errors, and analytics are to see of the module: told as
-// tables and rules on a world of plain records, without a thread, a queue of the loop or a line of the module.
-// Here is the game's side: its calls, and what reaches its functions.
+// Predicts what the game, the extension, the log's warnings and errors, and analytics see of the module. It consists of
+// tables and rules on plain records, without threads, event loops or any line of the module. This file has the game's
+// side: its calls, and what reaches its functions.
 
 const { argument, get, int, sent, text } = require('./reading');
 const { Sessions } = require('./sessions');
@@ -170,7 +170,7 @@ class Model extends Sessions {
         }
     }
 
-    /** What a getter throws reaches the caller; what is read after it, and logged of that, is not settled. */
+    /** What a getter throws reaches the caller. What is read and logged after it is undefined. */
     pass(error) {
         this.isLogUnsettled = true;
         return ['threw', undefined, error.message];

@@ -1,7 +1,7 @@
 'use strict';
 
-// A game in one JS environment: makes calls as it is told, and notes what reaches it. A Worker that runs this file is
-// one more; its owner tells it what to do by messages.
+// A game in one JS environment. It makes calls and notes what reaches it. A Worker that runs this file is another game,
+// which its owner controls by messages.
 
 const { parentPort, workerData } = require('node:worker_threads');
 const { turn } = require('../../tests/support');
@@ -18,7 +18,7 @@ class Player {
         process.on('uncaughtException', (error) => this.heard.push(['uncaught', error.message]));
     }
 
-    /** Begins anew, with contexts and functions that nothing knows yet. */
+    /** Starts over with new contexts and functions. */
     begin() {
         const { createAbilityContext, createStageContext, createUIExtensionContext } = this.device;
         this.heard = [];
@@ -28,7 +28,7 @@ class Player {
         this.badContexts = [undefined, null, {}, 'context', createStageContext('empty'), createStageContext('other')];
     }
 
-    /** Leaves no listener behind. The game must count as a system application. */
+    /** Removes all listeners. The game must be a system application. */
     leave() {
         this.game.off('playerChanged');
         this.game.off('gameAddictionPrevented');
@@ -42,7 +42,7 @@ class Player {
         }
     }
 
-    /** How the call ended at once; what comes later is noted under `id`. */
+    /** How the call ended. What arrives later is noted under `id`. */
     call(id, method, args, receiver = 0) {
         try {
             const value = Reflect.apply(this.game[method], this.receivers[receiver], args.map((arg) => this.make(arg)));
@@ -85,7 +85,7 @@ class Player {
         }
     }
 
-    /** All that reached this game since the last time, once nothing more is on its way. */
+    /** Everything that reached this game since the last time, once nothing more is on its way. */
     async flush() {
         await turn();
         return this.heard.splice(0);

@@ -1,7 +1,7 @@
 'use strict';
 
-// How the module reads JS values, worked out from its documented rules alone: texts, numbers and flags, and what each
-// request makes of its parameters. `say` hears the warnings and errors that the reading logs.
+// How the module reads JS values, written from its documented rules alone: strings, numbers and flags, and what each
+// request sends. `say` gets the warnings and errors that reading logs.
 
 const { isProxy } = require('node:util').types;
 const { METHODS } = require('../../tests/support/requests');
@@ -10,12 +10,12 @@ const MAX_BYTES = 4096;
 const PANEL_WITHOUT_ICONS = 1;
 
 const isObject = (value) => typeof value === 'object' && value !== null;
-// A proxy of an array is no array to Node-API.
+// To Node-API, a proxy of an array is not an array.
 const isArray = (value) => !isProxy(value) && Array.isArray(value);
 const has = (value, key) => value !== undefined && value !== null && key in Object(value);
 const get = (value, key) => (has(value, key) ? Object(value)[key] : undefined);
 
-/** Up to the first NUL and cut to whole characters within the limit; what is no string is empty. */
+/** Up to the first NUL, and cut to whole characters within the limit. Empty if the value is not a string. */
 function text(value) {
     if (typeof value !== 'string') {
         return '';
@@ -31,7 +31,7 @@ function text(value) {
     return bytes.toString().split('\0')[0];
 }
 
-/** The lowest 32 bits of a number; what is none, and what is not finite, is 0. */
+/** The lowest 32 bits of a number. 0 for other values and numbers that are not finite. */
 const int = (value) => (typeof value === 'number' ? value | 0 : 0);
 const flag = (value) => value === true;
 
@@ -54,7 +54,7 @@ function findIconByNames(names, resources, say) {
     return undefined;
 }
 
-/** The bytes that an icon's description leads to in the game's modules, in base64; empty if to none. */
+/** The icon that a description refers to in the game's modules, in base64. Empty if there is none. */
 function icon(description, modules, say) {
     const moduleName = text(get(description, 'moduleName'));
     if (moduleName === '') {
@@ -112,7 +112,7 @@ function accounts(object, panel, modules, say) {
 
 const READERS = { string: text, int, flag };
 
-/** The JSON of a record that is read from an object, its keys in order. */
+/** The JSON of a record that is read from an object, with its keys sorted. */
 function recordOf(object, fields, say, modules) {
     const record = {};
     for (const [name, kind] of Object.entries(fields)) {
@@ -125,7 +125,7 @@ function recordOf(object, fields, say, modules) {
     return JSON.stringify(Object.fromEntries(Object.entries(record).sort(([a], [b]) => (a < b ? -1 : 1))));
 }
 
-/** The parameters that `method` sends besides those common to all; null if its record is no object. */
+/** The parameters that `method` sends in addition to the common ones. Null if its record is not an object. */
 function sent(method, rest, say = () => {}, modules = {}) {
     const { record, sent: names = {} } = METHODS[method];
     if (!record) {

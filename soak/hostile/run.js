@@ -1,6 +1,6 @@
 'use strict';
 
-// Plays sequences of hostile steps on the module, and compares it with the model.
+// Plays random sequences of steps on the module, and compares it with the model.
 
 const { inspect, parseArgs } = require('node:util');
 
@@ -35,7 +35,7 @@ function readNumber(name, value) {
     return Number(value);
 }
 
-/** Plays the sequence of a seed. Returns whether the model did the same. */
+/** Plays the sequence of a seed. Resolves to whether module and model agreed. */
 async function play(seed, watch) {
     const { Sequence } = require('./sequence');
     const sequence = new Sequence(seed, { isWatched: watch !== undefined });
@@ -52,7 +52,7 @@ async function play(seed, watch) {
 }
 
 async function playAll({ seed, count = 0 }) {
-    process.exitCode = 1;  // until the end is reached
+    process.exitCode = 1;  // in case the process ends early
     const watch = count ? undefined : (index, step) => console.log(index, show(step));
     for (let i = 0; i < (count || 1); ++i) {
         if (!await play(seed + i, watch)) {

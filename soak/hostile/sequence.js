@@ -1,6 +1,6 @@
 'use strict';
 
-// One sequence of steps, drawn from a seed while it is played. The last one ends the game, if anything can.
+// One sequence of steps, drawn from a seed while it is played. The last step ends the game if possible.
 
 const { Comparison } = require('./comparison');
 const { Generator, seeded } = require('./generator');
@@ -9,7 +9,7 @@ class Sequence extends Comparison {
     constructor(seed, { steps = 0, isWatched = false } = {}) {
         const random = seeded(seed);
         const mode = random();
-        // Only where every answer runs on this thread, and no Worker takes part, is the order of all logs settled.
+        // The order of all log lines is defined only if every answer runs on this thread, without Workers.
         const isStrict = mode < 0.6;
         super({ isStrict, thread: isStrict || random() < 0.3 ? 'caller' : 'ui' });
         Object.assign(this, { random, isWatched, hasWorkers: mode > 0.9 });

@@ -1,7 +1,7 @@
 'use strict';
 
-// What becomes of a request from its start to its end: its modal, the answers of the extension, its timer, and the game
-// events. `World` has what both sides of the model share.
+// The life of a request: its modal, the extension's answers, its timer, and the game events. `World` has what both
+// sides of the model share.
 
 const {
     CALLBACK_NAMES, ICONS_TOO_LARGE, MESSAGES, PLAYER_INVALID, QUICK_GAME, SYSTEM_ERROR, UNDER_AGE, codeOf, intParam,
@@ -160,7 +160,7 @@ class Sessions extends World {
         }
     }
 
-    // Settled once, by the first answer; and alive until that was delivered.
+    // The first answer settles the request, which lives until the result is delivered.
     sendBack(request) {
         if (request.hasBack) {
             this.closeAndReset(request);
@@ -214,7 +214,7 @@ class Sessions extends World {
         request.isEnded = request.hasBack && !request.isOnItsWay && mayEnd(request);
     }
 
-    // Time is up after the first look, one every 15 seconds, that finds the deadline past.
+    // The timer looks every 15 seconds. Its time is up when it first finds the deadline past.
     startTimer(request, endText, seconds) {
         const looks = Math.max(1, Math.floor(seconds / 15) + 1);
         const { type } = request;

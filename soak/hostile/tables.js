@@ -37,7 +37,7 @@ const MESSAGES = {
 
 const BAD_CONTEXTS = ['param invalid', 'param invalid', 'it is not a stage mode', 'it is not a stage mode',
     'get context failed', null];
-/** The modules of the game's abilities; a UI extension has none that can be asked. */
+/** The modules of the game's abilities. A UI extension has none. */
 const bytes = (length) => Uint8Array.from({ length }, (_, i) => i);
 const MODULES = {
     entry: {
@@ -58,7 +58,7 @@ const isInt32 = (value) => value === int(value) && !Object.is(value, -0);
 const intParam = (params, key, missing) => (isInt32(params[key]) ? params[key] : missing);
 const textParam = (params, key) => (typeof params[key] === 'string' ? params[key] : '');
 
-/** Whether an answer ends the process. Errors and releases never do. */
+/** Whether an answer ends the game. Errors and releases never do. */
 function isDeadly(kind, code, type) {
     return (kind === 'result' || kind === 'receive') &&
         (code === 10 || (code === NOT_AGREED && type === 1) || (code === UNDER_AGE && type !== QUICK_GAME));

@@ -1,6 +1,6 @@
 'use strict';
 
-// Draws JS values of every kind, the hostile ones included. What throws, throws the one error of its drawer.
+// Draws JS values of every kind, including hostile ones. Whatever throws, throws the same error.
 
 const UNITS = ['a', 'Z', '0', ' ', '"', '\\', '/', '\n', '\t', '\u0001', '\u007f', '\u00e9', '\u2028', '\u6f22',
     '\uffff', '\u{1f600}', '\ud800', '\udc00', '\0', '.'];
@@ -45,7 +45,7 @@ class Values {
         return this.random() < 0.8 ? this.pick(NUMBERS) : (this.random() - 0.5) * 2 ** this.below(70);
     }
 
-    // Past the limit of the module's texts there are no pairs of surrogates: where one of them is cut is Node's choice.
+    // No surrogate pairs beyond the module's limit for strings: where Node cuts a pair is up to Node.
     text() {
         if (this.random() < 0.9) {
             return Array.from({ length: this.below(12) }, () => this.pick(UNITS)).join('');
@@ -70,7 +70,7 @@ class Values {
         return made;
     }
 
-    /** A proxy of `target`: a mere window, revoked, or with traps that throw. */
+    /** A proxy of `target`: transparent, revoked, or with traps that throw. */
     proxy(target) {
         if (this.random() < 0.3) {
             const { proxy, revoke } = Proxy.revocable(target, {});
@@ -82,7 +82,7 @@ class Values {
         return new Proxy(target, traps);
     }
 
-    /** An object with some of `keys`, in one of the shapes that an object can have; `member(key)` draws the values. */
+    /** An object with some of `keys`, in one of the forms that an object can have. `member(key)` draws the values. */
     record(keys, member = () => this.any(), chance = 0.75) {
         const values = keys.filter(() => this.random() < chance).map((key) => [key, member(key)]);
         const plain = Object.fromEntries(values);

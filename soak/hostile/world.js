@@ -1,7 +1,7 @@
 'use strict';
 
-// The world that the model of the module lives in: environments with what is on its way to them, time, and records of
-// what was logged and reported. Nothing in it runs by itself.
+// The world of the model: environments with what is on its way to them, time, and what was logged and reported. Nothing
+// in it runs by itself.
 
 class World {
     constructor(now) {
@@ -12,7 +12,7 @@ class World {
         this.listeners = new Map();
     }
 
-    // Each environment has contexts of its own: two of abilities, one of a UI extension, one that shows no window yet.
+    // The contexts of each environment: two abilities, a UI extension, and an ability without a window.
     addEnv(name) {
         const windows = [true, true, true, false].map((isShown, i) => ({ isShown, isOfAbility: i !== 2 }));
         this.envs.set(name, { isAlive: true, windows, queue: [], micro: [], heard: [] });
@@ -32,7 +32,7 @@ class World {
         windows[slot].isShown = change !== 'hide';
     }
 
-    /** Lets all that is on its way reach the game. Returns what each environment heard since the last time. */
+    /** Delivers everything that is on its way. Returns what each environment heard since the last time. */
     flush() {
         const heard = {};
         for (const [name, env] of this.envs) {
@@ -64,7 +64,7 @@ class World {
         this.now = target;
     }
 
-    /** The moment at which a timer ends the process. */
+    /** The time at which a timer ends the game. */
     exitTime() {
         return Math.min(...this.sleepers.map(({ exitAt }) => exitAt));
     }

@@ -1,7 +1,7 @@
 'use strict';
 
-// Runs scenarios in which calls of the module fail, in a process of its own. That tells of each point of failure before
-// it is tried, so that the last line names it after a crash, and of its effects.
+// Runs scenarios with failing calls, in a separate process. It reports each fault point before it is tried, so that the
+// last line names it after a crash, and then its effects.
 
 const fs = require('node:fs');
 
@@ -10,9 +10,9 @@ const { FOR_EVER, SCENARIOS, Stage, leftovers, playInWorker, playNext, prepare, 
     require('./scenarios.js');
 
 const { device, once } = support;
-// An environment loads the module, listens, and ends with a request of its own.
+// An environment that loads the module, listens, makes a request and ends.
 const LOAD = 'an environment that is loaded and ends';
-// Its timer would end the process if the kind of request could not be read.
+// Its timer would end the process if the request type could not be read.
 const LEFT_ASLEEP = 'a time limit of the game\'s own';
 
 const uncaught = [];
@@ -20,7 +20,7 @@ process.on('uncaughtException', (error) => uncaught.push(error));
 
 const describe = (value) => (value instanceof Error ? `${value.code} ${value.message}` : String(value));
 
-/** What a game should not see of a stage, nor of all that is uncaught, refused and left by now: [effect, detail]. */
+/** Everything that a game should not see: of the stage, uncaught, refused or left over. As [effect, detail]. */
 function effectsOf({ requests, refusedAnswers }, { scenario, mode }) {
     const pending = requests.filter(({ method, state }) => state === 'pending' && !method.startsWith('launch'));
     const odd = requests.filter(({ state, error }) => state === 'threw' && !(error instanceof Error));
@@ -36,7 +36,7 @@ function effectsOf({ requests, refusedAnswers }, { scenario, mode }) {
     ];
 }
 
-/** How many events an environment heard that loads the module, and ends. */
+/** Starts and ends an environment. Resolves to the number of events that it heard. */
 async function playAndEnd() {
     const worker = playInWorker('a first start', 4, 'terminate()');
     worker.on('error', (error) => uncaught.push(error));
@@ -45,7 +45,7 @@ async function playAndEnd() {
     return heard;
 }
 
-/** Lets the call fail in the scenario: whether it did, and the effects. */
+/** Plays the scenario with the failing call. Resolves to whether it failed, and the effects. */
 async function tryPoint(point) {
     const { scenario, mode, call, skip, times } = point;
     const stage = new Stage({ isOrderly: mode === 'ui' });
@@ -67,7 +67,7 @@ async function tryPoint(point) {
     return { isMet, effects: [...effects, ...effectsOf(stage, point)] };
 }
 
-/** Tries one point and tells of it; whether a call failed there. */
+/** Tries one fault point and reports it. Resolves to whether a call failed there. */
 async function tell(point) {
     const say = (told) => fs.writeSync(1, `${JSON.stringify({ point, ...told })}\n`);
     say();
@@ -76,7 +76,7 @@ async function tell(point) {
     return outcome.isMet;
 }
 
-/** Lets each call fail that a scenario makes, of those in `only` or all: alone, and with all later ones of its name. */
+/** Makes each call of a scenario fail, or those in `only`: once, and together with all later calls of the function. */
 async function sweep(scenario, mode, only) {
     void support.game;
     await tell({ scenario, mode, call: 'napi_typeof', skip: FOR_EVER, times: 1 });

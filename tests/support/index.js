@@ -1,7 +1,7 @@
 'use strict';
 
-// What every test shares. The module and the device load on first use, so that a child process or a Worker
-// that starts from here still chooses its own load order.
+// What all tests share. The module and the device load on first use, so that a child process or Worker can choose its
+// own load order.
 
 const assert = require('node:assert/strict');
 const { execFile } = require('node:child_process');
@@ -11,18 +11,18 @@ const { Worker, parentPort, threadId } = require('node:worker_threads');
 const { CALLS, METHODS, PAGES, REQUESTS, rulesOf } = require('./requests.js');
 
 const ROOT = path.join(__dirname, '..', '..');
-// Of real time, for what must come to an end; under instruments all takes longer.
+// Real time, for operations that must end. They take longer under sanitizers.
 const LIMIT_MS = 15000 * (Number(process.env.GAMEAPI_TEST_PATIENCE) || 1);
 const PARAMETER_ERROR = [401, 'Parameter error.'];
 const SYSTEM_ERROR = [1002000001, 'System internal error.'];
 
-// The module ends a process with status 0, as if all had been tested: an end that no test asks for has another one.
+// The module ends a process with status 0, which would count as success. An end that no test asks for gets status 1.
 process.env.GAMEAPI_EXIT_STATUS ??= '1';
 
 const loadGame = () => require(ROOT);
 const loadDevice = () => require(path.join(ROOT, 'device'));
 
-/** A device as after its start, on the manual clock, without listeners. */
+/** Resets the device, with the manual clock and without listeners. */
 function fresh() {
     const [game, device] = [loadGame(), loadDevice()];
     device.reset();
@@ -34,7 +34,7 @@ function fresh() {
     device.clock.manual();
 }
 
-/** A test on a fresh device, which holds nothing afterwards. */
+/** A test on a fresh device, which is reset afterwards. */
 function test(title, body) {
     return require('node:test').test(title, { timeout: 2 * LIMIT_MS }, async () => {
         fresh();
@@ -46,7 +46,7 @@ function test(title, body) {
     });
 }
 
-/** Lets everything that is queued for this environment run. */
+/** Lets everything queued for this environment run. */
 async function turn() {
     for (let i = 0; i < 3; ++i) {
         await new Promise((resolve) => setImmediate(resolve));
@@ -64,7 +64,7 @@ function track(promise) {
     return request;
 }
 
-/** How a call ended at once: ['threw', code, message] or ['returned', value]. */
+/** How a call ended: ['threw', code, message] or ['returned', value]. */
 function attempt(call) {
     try {
         return ['returned', call()];
@@ -73,14 +73,14 @@ function attempt(call) {
     }
 }
 
-/** A good call of a request or a page launch; the record gains the modal that it opened, if it did. */
+/** Makes a valid call of a request or a page launch. The result contains its modal, if one opened. */
 function start(name, context = loadDevice().createAbilityContext()) {
     const before = loadDevice().modals().length;
     const request = track(loadGame()[name](context, ...CALLS[name].rest));
     return Object.assign(request, { context, modal: loadDevice().modals()[before] });
 }
 
-/** Gives the answers [kind, ...arguments] one after the other and lets each reach JS. */
+/** Gives the answers [kind, ...arguments] one after the other, and lets each reach JS. */
 async function answer(modal, ...answers) {
     for (const [kind, ...args] of answers) {
         await modal[kind](...args);
@@ -98,13 +98,13 @@ function ends() {
 
 const countLogs = (text) => loadDevice().logs().filter(({ message }) => message.includes(text)).length;
 
-/** How many threads of the module are asleep, once each of them has come to rest. */
+/** How many threads of the module are asleep, once none of them runs. */
 async function sleepers() {
     await loadDevice().clock.advance(0);
     return loadDevice().clock.sleepers();
 }
 
-/** Moves on until a timer finds its time up, which may be at any of its looks. Returns the time that took. */
+/** Advances the clock until a timer's time is up. Returns the milliseconds. */
 async function timeUp() {
     const { clock } = loadDevice();
     const [begin, before] = [clock.now(), countLogs('seconds end')];
@@ -114,7 +114,7 @@ async function timeUp() {
     return clock.now() - begin;
 }
 
-/** The Want of a request of `type` with further parameters. */
+/** The Want of a request of `type` with additional parameters. */
 function wantOf(type, more = {}) {
     return {
         bundleName: 'com.lumora.tavik.velmor',
@@ -126,7 +126,7 @@ function wantOf(type, more = {}) {
 
 let trips = 0;
 
-/** A whole request of this environment, told from all others by its open id. Returns that id. */
+/** Makes a request and has it answered. Returns its open ID, which no other request has. */
 async function roundTrip() {
     const id = `${threadId}-${++trips}`;
     const promise = loadGame().bindPlayer(loadDevice().createAbilityContext(), id, 'team');
@@ -138,14 +138,14 @@ async function roundTrip() {
 
 const sourceOf = (body, args) => `(${body})(require(${JSON.stringify(__filename)}), ...${JSON.stringify(args)})`;
 
-/** Runs `body(support, ...args)` in a Worker. `body` sees nothing of the scope it was written in. */
+/** Runs `body(support, ...args)` in a Worker. `body` must not use its enclosing scope. */
 function startWorker(body, ...args) {
     return new Worker(sourceOf(body, args), { eval: true });
 }
 
 const nextMessage = async (worker) => (await once(worker, 'message'))[0];
 
-/** Workers that run `body(support)` at the moment of `open()`. Resolves when they wait for it, `exits` when they ended. */
+/** Starts Workers that all run `body(support)` at `open()`. Resolves when they are ready, `exits` when they end. */
 async function gather(count, body) {
     const gate = new Int32Array(new SharedArrayBuffer(4));
     const workers = Array.from({ length: count }, () => startWorker(`(support) => {
@@ -160,7 +160,7 @@ async function gather(count, body) {
     return { open: () => Atomics.store(gate, 0, 1) && Atomics.notify(gate, 0), exits };
 }
 
-/** Runs `body(support, ...args)` in a process of its own, under a time limit. */
+/** Runs `body(support, ...args)` in a child process with a time limit. */
 function runInChild(body, args = [], env = {}) {
     const options = { cwd: ROOT, env: { ...process.env, GAMEAPI_EXIT_STATUS: '', ...env }, timeout: LIMIT_MS, killSignal: 'SIGKILL' };
     return new Promise((resolve) => {
@@ -171,7 +171,7 @@ function runInChild(body, args = [], env = {}) {
     });
 }
 
-/** As `runInChild`, and the process must end with `code` after printing exactly the lines `out`. */
+/** Like `runInChild`. The process must print exactly the lines `out` and exit with `code`. */
 async function expectChild(body, { args = [], env = {}, code = 0, out = [] } = {}) {
     const result = await runInChild(body, args, env);
     const seen = { code: result.code, signal: result.signal, out: result.stdout.split('\n').slice(0, -1) };

@@ -1,19 +1,19 @@
 'use strict';
 
-// What the module promises of each asynchronous method: the one table that the suites, the model, the generator and the
-// fuzzing share. Written from the documents, not from the module's code.
+// What the module promises for each asynchronous method: the one table that the suites, the model and the generator
+// share. Written from the documents, not from the module's code.
 
 const IDS = { thirdOpenId: 'string', teamPlayerId: 'string' };
 
 /**
- * type: of its requests. least, most: how many arguments it takes; callbackAt: the count whose last one is a callback.
- * rest: those of a good call after the context. record: the key under which one object goes out as JSON, and its fields;
- * sent: the arguments that go out as they are. A field's kind ends in "?" if it goes out only where it is given.
- * page: nobody is told of its answer; the name that its log lines have. failsAs: its name in analytics if it fails.
+ * type: its request type. least, most: how many arguments it takes. callbackAt: the count whose last one is a callback.
+ * rest: valid arguments after the context. record: the key under which an object is sent as JSON, and its fields. sent:
+ * the arguments that are sent unchanged. A kind with "?" is sent only if the game gave the field.
+ * page: for launches without a result, the name in the log. failsAs: the name in analytics of a failed call.
  *
- * What it makes of its answers: hidden: a failure is told as a success. data: a success brings the result message.
- * stays: a success that is received leaves the page open. timed: it may start the anti-addiction timer. stores: whose
- * parameters are the data. ends: a successful result ends an open request. closes: any release closes the page.
+ * How it handles answers: hidden: a failure is reported as a success. data: a success carries the result message.
+ * stays: a received success leaves the page open. timed: it may start the anti-addiction timer. stores: the answers whose
+ * parameters become the data. ends: a successful result ends an open request. closes: any release closes the page.
  */
 const METHODS = {
     init: { type: 1, least: 1, callbackAt: 2, rest: [], hidden: true },
@@ -59,19 +59,19 @@ const METHODS = {
         type: 13, rest: ['hello'], sent: { greetingInfo: 'string' }, page: 'LaunchWelcomeBanner', closes: true
     },
     launchCommonPage: { type: 15, rest: ['page'], sent: { pageInfo: 'string' }, page: 'LaunchCommonPage', closes: true },
-    // The timer opens its page, and its caller chooses the type under which that is answered.
+    // The timer opens its page. The caller chooses the request type for the page's answers.
     launchAntiAddiction: { type: 6, rest: [60, 'text', 14], page: 'LaunchAntiAddiction' },
 };
 
 const pick = (isWanted) => Object.fromEntries(Object.entries(METHODS).filter(([name, method]) => isWanted(method, name)));
 
-/** The methods that open a modal when they are called: the requests, which are answered, and the page launches. */
+/** The methods that open a modal when they are called: the requests, and the page launches. */
 const CALLS = pick((method, name) => name !== 'launchAntiAddiction');
 const REQUESTS = pick(({ page }) => !page);
 const PAGES = pick(({ page }, name) => page && name in CALLS);
 
 const BY_TYPE = new Map(Object.values(CALLS).map((method) => [method.type, method]));
-/** What a request type makes of its answers; a type of no method does none of it. */
+/** How a request type handles answers. An unknown type has no flag. */
 const rulesOf = (type) => BY_TYPE.get(type) || {};
 
 module.exports = { CALLS, METHODS, PAGES, REQUESTS, rulesOf };

@@ -1,6 +1,6 @@
 'use strict';
 
-// What a game and its extension do together, step by step, for tests that disturb it at every step.
+// What a game and its extension do together, step by step, for tests that interfere at every step.
 
 const support = require('./index.js');
 
@@ -11,8 +11,8 @@ const LATE = Symbol('a context without a window');
 const FOR_EVER = Number.MAX_SAFE_INTEGER;
 
 /**
- * Plays steps and notes what becomes of each call; it goes on whatever that is. The module loads with the first call.
- * `beforeStep` is awaited at every step; with `isOrderly` an answer waits for the one before it.
+ * Plays steps, notes the outcome of each call, and goes on whatever happens. The module loads with the first call.
+ * `beforeStep` is awaited before every step. With `isOrderly`, each answer waits for the one before.
  */
 class Stage {
     requests = [];
@@ -32,7 +32,7 @@ class Stage {
         }
     }
 
-    /** A call with a context of its own. */
+    /** A call with its own context. */
     open(method, rest = [], options = {}) {
         this.call(method, device.createAbilityContext(options), ...rest);
     }
@@ -62,7 +62,7 @@ class Stage {
         }
     }
 
-    /** Lets what is on its way arrive. */
+    /** Waits until everything on its way has arrived. */
     rest() {
         return Promise.all(this.given).then(turn);
     }
@@ -89,11 +89,11 @@ const ICONS = { mediaById: { 7: BYTES }, mediaByName: { icon: BYTES }, rawFiles:
 const ACCOUNTS = [{ id: 7 }, { id: 0, params: ['app.media.icon'] }, { params: ['app.media.none', 'raw.png'] }, {}]
     .map((icon) => ({ accountName: 'name', accountIcon: { moduleName: 'entry', ...icon } }));
 
-/** Answers to a call, and the rest in which they arrive. */
+/** Answers to a call, and the wait for their delivery. */
 const answer = (...args) => [['answer', ...args], ['rest']];
 /**
- * The scenarios by name, their steps as [method of Stage, ...arguments]. They rely on the manual clock, and on a system
- * application where they listen. A call is named by its number.
+ * The scenarios by name. Steps are [method of Stage, ...arguments]. They need the manual clock and a system
+ * application. Calls are numbered from 0.
  */
 const SCENARIOS = {
     'errors that cannot be made': [[], [CALLBACK]].flatMap((rest, i) => [
@@ -154,11 +154,11 @@ const ENDS = {
     'terminate()': () => { for (;;); },
     'process.exit()': () => process.exit(7),
     'an uncaught exception': () => { throw new Error('on purpose'); },
-    // It does nothing any more, and ends when nothing holds it.
+    // It does nothing more, and ends when nothing keeps it alive.
     'its own end': () => new Promise(() => {}),
 };
 
-/** Plays a scenario up to a step, says how many events were heard, and leaves in a way of ENDS. */
+/** Plays a scenario up to a step, reports how many events were heard, and ends in one of the ways of ENDS. */
 function playUntil(say, scenario, step, end) {
     let left = step;
     return new Stage({
@@ -172,16 +172,16 @@ function playUntil(say, scenario, step, end) {
     }).play(SCENARIOS[scenario]);
 }
 
-/** A Worker that does so. */
+/** The same in a Worker. */
 const playInWorker = (...args) => startWorker(({ ROOT, parentPort }, ...args) => {
     const { playUntil } = require(`${ROOT}/tests/support/scenarios.js`);
     return playUntil((heard) => parentPort.postMessage(heard), ...args);
 }, ...args);
 
-/** Calls on an environment that is gone, or on a thread that is not its own. */
+/** Log lines about calls for an environment that is gone, or on the wrong thread. */
 const refusals = () => device.logs().map(({ message }) => message).filter((line) => line.includes(' refused: '));
 
-/** How much of each came into being, as the log says, and is not gone yet; a thread that sleeps keeps its request. */
+/** How many of each exist, according to the log. A request whose thread sleeps does not count. */
 function leftovers() {
     const listenersGone = countLogs('EventCallback release exit');
     const requests = countLogs('this is callback api') + countLogs('this is promise api') +
@@ -193,7 +193,7 @@ function leftovers() {
     };
 }
 
-/** A device as a scenario relies on, which forgets all that was before. */
+/** Resets the device to what a scenario needs. */
 function prepare(mode) {
     device.reset();
     device.clock.manual();
@@ -201,7 +201,7 @@ function prepare(mode) {
     device.answerOn(mode);
 }
 
-/** A whole request and an event of this environment: the state of the request, and what a listener heard. */
+/** Makes a request and raises an event. Resolves to the request's state and what a listener heard. */
 async function playNext() {
     const heard = [];
     support.game.on('playerChanged', ({ resultInfo }) => heard.push(resultInfo));
@@ -215,7 +215,7 @@ async function playNext() {
     return [request.state[0], ...heard].join();
 }
 
-/** Lets every thread of the module run to its end, and the extension say its last words on every modal. */
+/** Lets every thread of the module run to its end, and gives every modal a last answer. */
 async function runOut({ isAsleep = false } = {}) {
     for (let rounds = 0; !isAsleep && rounds < 20 && device.clock.sleepers() > 0; ++rounds) {
         await device.clock.advance(15000);

@@ -1,5 +1,5 @@
-// What a game may write against the types. The lines that are marked as wrong must not compile, all others must. To
-// these lines the test adds what is alike for all methods. Nothing of this runs.
+// What a game may write against the types. Lines that are marked as wrong must not compile; all others must. The test
+// adds lines that are generated for every method. Nothing here runs.
 
 import gamePlayer, { bindPlayer, on } from 'game-player-extension-module';
 import * as all from 'game-player-extension-module';
