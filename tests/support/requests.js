@@ -12,8 +12,9 @@ const IDS = { thirdOpenId: 'string', teamPlayerId: 'string' };
  * page: for launches without a result, the name in the log. failsAs: the name in analytics of a failed call.
  *
  * How it handles answers: hidden: a failure is reported as a success. data: a success carries the result message.
- * stays: a received success leaves the page open. timed: it may start the anti-addiction timer. stores: the answers whose
- * parameters become the data. ends: a successful result ends an open request. closes: any release closes the page.
+ * stays: a received success leaves the page open. timed: it may start the anti-addiction timer. stores: the answers
+ * whose parameters become the data. ends: a successful result ends an open request. closes: any release closes the
+ * page.
  */
 const METHODS = {
     init: { type: 1, least: 1, callbackAt: 2, rest: [], hidden: true },
