@@ -35,7 +35,7 @@ test('every benchmark gives the rows that its page has, with their goals', { ski
     assert.equal(lines.length, rows.length + 2);
 });
 
-test('--only picks rows by a word of their name, and tells of a word that none has', { skip }, async () => {
+test('--only picks rows by a word of their name, and reports a word that matches none', { skip }, async () => {
     const { rows } = await measure('--only', 'ISVALID');
     assert.deepEqual(new Set(rows.map(({ work }) => work)), new Set(['IsValidEnv']));
     await assert.rejects(measure('--only', 'nothing'), ({ code, stderr }) => (

@@ -153,7 +153,7 @@ test('log lines carry level, domain, tag and a text that starts with its functio
     assert.equal(level, 'E');
 });
 
-test('only lines from the level in GAMEAPI_LOG on are printed, and a wrong level is told of', async () => {
+test('only lines at or above the GAMEAPI_LOG level are printed, and a wrong level is reported', async () => {
     const body = ({ game }) => game.syncTraceId(5);
     for (const [level, hasError, hasInfo] of [['', false, false], ['E', true, false], ['I', true, true]]) {
         const { stderr } = await expectChild(body, { env: { GAMEAPI_LOG: level } });

@@ -75,7 +75,7 @@ test('every method has a section with an example, every code its row and its tex
 });
 
 // In the README's picture, two spaces end the names.
-test('the README shows the house as it is, and the package holds it', () => {
+test('the README\'s picture matches the folders, and the package contains them', () => {
     const [, picture] = /^## The house\n+```\n([^]*?)^```/m.exec(read('README.md'));
     const shown = picture.split('\n').flatMap((line) => line.split('  ', 1)[0].split(' ')).filter(Boolean);
     const there = namesIn('.').filter((name) => !/^\.|^(out|node_modules)\/$|\.tgz$/.test(name)).sort();
@@ -96,7 +96,7 @@ test('the porting page lists every header of the platform, and files that there 
     assert.deepEqual(named.filter((name) => !isFound(name)), []);
 });
 
-test('links between the documents lead somewhere', () => {
+test('links between the documents have existing targets', () => {
     const anchorOf = (title) => title.toLowerCase().replace(/[^\w -]/g, '').replace(/ /g, '-');
     const anchorsIn = (file) => firstGroups(read(file).matchAll(/^#+ (.*)$/gm)).map(anchorOf);
     for (const page of PAGES) {

@@ -81,7 +81,7 @@ test('syncTraceId stores strings, and an empty one for everything else', async (
     }
 });
 
-test('every method without a request throws 1002000001, and tells no one, if its arguments cannot be read', () => {
+test('every method without a request throws 1002000001, and reports nothing, if its arguments cannot be read', () => {
     for (const method of ['on', 'off', 'syncTraceId', 'onEventCallback', 'reportEventOperation']) {
         for (const failing of ['napi_get_cb_info', 'napi_get_undefined']) {
             device.failNext(failing);

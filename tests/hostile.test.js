@@ -31,7 +31,7 @@ test('a module that does otherwise is noticed, and the seed shows it again', asy
     assert.match(stdout, /^(modals opened|warnings and errors|outcome)\n$/);
 });
 
-test('a wrong argument is told in one line, with the usage', () => {
+test('a wrong argument is reported in one line, with the usage', () => {
     for (const [args, complaint] of [
         [[], '--seed or --soak is missing'],
         [['--seed', 'x'], "--seed must be a whole number from 0 on, not 'x'"],

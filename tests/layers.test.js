@@ -72,7 +72,7 @@ for (const [layer, allowed] of Object.entries(ALLOWED)) {
     });
 }
 
-test('every call of the module that may fail goes to the stand-in device, which has all that fail by name', () => {
+test('every call of the module that may fail goes to the stand-in device, which defines every listed call', () => {
     const imported = symbols('game_player_extension_ability.node', '--undefined-only');
     const offered = new Set(symbols('libgame_platform.so', '--defined-only'));
     const redirected = imported.filter((name) => name.startsWith('__wrap_'));

@@ -35,7 +35,7 @@ test('each kind of change is found, and comments, log lines and preprocessor lin
     ]);
 });
 
-test('a wrong argument is told in one line, with the usage', () => {
+test('a wrong argument is reported in one line, with the usage', () => {
     for (const args of [['--count', '0'], ['--seed', 'x'], ['--nothing'], ['--file', 'nowhere']]) {
         const { status, stderr } = spawnSync(path.join(ROOT, 'scripts', 'mutate'), args, { encoding: 'utf8' });
         assert.deepEqual([status, /^mutate: [^\n]+\nusage: /.test(stderr)], [2, true], stderr);

@@ -14,7 +14,7 @@ const released = (code) => stepOf([['release', code]]);
 const OTHERS = [undefined, null, true, 60n, {}, [60], Symbol('60'), () => 60, new Number(60), new Date(60),
     { valueOf: () => 60, toString: () => 'x' }];
 
-test('a launch sends its text, reads as empty what is none, and takes any number of arguments', async () => {
+test('a launch sends its string, reads any other value as empty, and takes any number of arguments', async () => {
     for (const method of ['launchWelcomeBanner', 'launchCommonPage']) {
         for (const values of [['{"a": "\u9f99"}'], ['page', () => assert.fail('called'), 3], [''], [], [5],
             ...OTHERS.map((value) => [value])]) {

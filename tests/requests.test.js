@@ -77,7 +77,7 @@ test('a request takes its numbers of arguments and its forms, a function or not 
     assert.deepEqual(calls, [[undefined, 'data']]);
 });
 
-test('a bad context ends every form of a request at once, and is logged', async () => {
+test('a bad context ends every form of a request immediately, and is logged', async () => {
     for (const [name, { rest, callbackAt }] of Object.entries(METHODS)) {
         for (let bad = 0; bad < 6; ++bad) {
             const args = [{ bad }, ...rest.map((value) => ({ value }))];

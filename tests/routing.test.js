@@ -29,7 +29,7 @@ const PAIRED = [OK, OF_EVENT, CHANGED, ['receive', { resultCode: 401 }], ['resul
     ['error', 1002000015], ['result', 10], ['release', 0], ['release', -1]];
 
 for (const [name, { callbackAt }] of Object.entries(CALLS)) {
-    test(`${name} makes of every answer what the model does`, async () => {
+    test(`${name} handles every answer as the model predicts`, async () => {
         for (const given of SINGLE) {
             await assertAnswersAgree(name, [given]);
             await assertAnswersAgree(name, [given], { thread: 'ui', callback: callbackAt && 'callback' });

@@ -13,7 +13,7 @@ async function saidBy(body, options = {}) {
     return stderr.split('\n').filter((line) => line.startsWith('game device: ')).map((line) => line.slice(13));
 }
 
-test('a modal without an answer is told of once, as it stays silent or as its environment ends; pages are not', async () => {
+test('a modal without an answer is reported once, when it stays silent or its environment ends; pages are not', async () => {
     const said = await saidBy(async ({ start, answer, game, device }) => {
         start('launchCommonPage');
         await answer(start('getLocalPlayer').modal, ['receive', { resultCode: 0 }]);
@@ -71,11 +71,11 @@ test('nextModal gives what still waits for an answer, of the method that is aske
     assert.equal(device.modals().find(({ id }) => id === ended).isOpen, false);
 });
 
-test('a misspelt method is told with the one that is meant', async () => {
+test('the error for a misspelt method suggests the right one', async () => {
     await assert.rejects(device.nextModal('prePurchse'), { name: 'TypeError', message: /do you mean 'prePurchase'\?/ });
 });
 
-test('a rejection tells where its request was made', async () => {
+test('the stack of a rejection shows where its request was made', async () => {
     async function bindFromHere() {
         return game.bindPlayer(device.createAbilityContext(), 'open', 'team');
     }
@@ -125,7 +125,7 @@ test('advance takes the timers of the game along, step by step', async () => {
     assert.equal(steps.length, 5);
 });
 
-test('a modal and the device show what one looks for', () => {
+test('inspecting a modal or the device shows the useful fields', () => {
     const { modal } = start('prePurchase');
     assert.match(inspect(modal), /^Modal {\s+id: \d+,\s+method: 'prePurchase',\s+isOpen: true,\s+isAnswered: false/);
     assert.match(inspect(device), /^device {\s+modals: \[\s+Modal/);

@@ -1,4 +1,4 @@
-// The stand-in device where no JS reaches it: the formats of its log.
+// A part of the stand-in device that JS cannot reach: the formats of its log.
 
 #include <gtest/gtest.h>
 

@@ -8,7 +8,7 @@
 
 namespace {
 
-// Told by TearDown: GoogleTest takes locks of its own when it notes a failure.
+// Reported by TearDown, because GoogleTest takes locks when it records a failure.
 std::atomic<const char*> gComplaint{nullptr};
 thread_local int gHeld = 0;
 
@@ -21,7 +21,7 @@ struct Reference {
 };
 std::deque<Reference> gReferences;  // never freed within a test
 
-// At the start of everything that the platform does for the module.
+// Called first in every function of this platform.
 napi_status Enter(const char* call, const char* deed = nullptr) {
     if (gHeld > 0) gComplaint = call;
     if (deed != nullptr) gDeeds.emplace_back(deed);
@@ -43,7 +43,7 @@ napi_value ValueOf(napi_env env, napi_ref reference) {
 }  // namespace
 
 void FakeNodeTest::SetUp() {
-    // Made before anything is watched: the platform makes both under a lock of its own.
+    // Created before anything is watched, because the platform creates both under its own lock.
     (void)WithListeners([](GamePlayerEventCallback&) {});
     OHOS::Velmor::HaUtils::ReportEnd("", 0, 0);
     StandIn::EventStore::Get().Clear();
@@ -185,7 +185,7 @@ napi_status napi_define_properties(napi_env /*env*/, napi_value /*object*/, size
     return Enter("napi_define_properties");
 }
 
-// Calls that make a value, and calls that are noted as a deed, or only watched.
+// Calls that create a value, and calls that are recorded as a deed or only watched.
 #define MAKES(name, ...)                              \
     napi_status name(napi_env /*env*/, __VA_ARGS__) { \
         *value = AsHandle(1);                         \

@@ -14,24 +14,24 @@
 #include "modal_ui_extension_config.h"
 #include "napi/native_api.h"
 
-// A platform for native tests: Node-API with one loop, and a window that does what a test wants. It fails the
-// test in which the module calls it, or takes another lock, while it holds one; only work may be queued under
-// one. It takes no lock itself: whoever starts a thread waits for it.
+// A platform for native tests: Node-API with one loop, and a window that a test controls. A test fails if the
+// module calls this platform, or takes another lock, while it holds one. It may only queue work under a lock.
+// The platform itself takes no lock: a test that starts a thread waits for it.
 
 using namespace TAVIK::GAME_PLAYER;
 
-/// A value that a test knows by its address.
+/// A value that tests recognise by its address.
 template <typename Handle = napi_value>
 Handle AsHandle(size_t number) {
     static char handles[8];
     return reinterpret_cast<Handle>(&handles[number]);
 }
 
-inline std::deque<std::pair<uv_work_t*, uv_after_work_cb>> gQueue;  // of the loop
-inline bool gIsRefusing = false;                                    // the loop, the work that comes next
-inline std::vector<napi_property_descriptor> gMethods;              // those that the module defined last
+inline std::deque<std::pair<uv_work_t*, uv_after_work_cb>> gQueue;  // the loop's
+inline bool gIsRefusing = false;                                    // the loop refuses the next work
+inline std::vector<napi_property_descriptor> gMethods;              // defined last by the module
 
-/// A test on one JS environment, whose thread this is.
+/// A test with one JS environment, on its JS thread.
 class FakeNodeTest : public testing::Test {
 protected:
     using Deeds = std::vector<std::string>;
@@ -39,20 +39,20 @@ protected:
     void SetUp() override;
     void TearDown() override;
 
-    /// Delivers what is queued. Returns what was asked of JS since the last time: "open", "close", "resolve",
-    /// "reject", "call", "throw", "delete".
+    /// Delivers what is queued. Returns the deeds since the last time: "open", "close", "resolve", "reject",
+    /// "call", "throw", "delete".
     static Deeds RunLoop();
-    /// Runs the clean-up hooks, and returns how many there were.
+    /// Runs the clean-up hooks and returns their number.
     static size_t RunHooks();
 
-    /// Adds a listener; removes that one, or with 0 all of them, and delivers what is queued.
+    /// `On` adds a listener. `Off` removes it, or all if `function` is 0, and delivers what is queued.
     static void On(napi_env env, size_t function, const char* type = EVENT_PLAYER_CHANGED);
     static Deeds Off(napi_env env, size_t function = 0, const char* type = EVENT_PLAYER_CHANGED);
 
     const std::shared_ptr<EnvInfo> envInfo = std::make_shared<EnvInfo>(EnvInfo{AsHandle<napi_env>(0)});
 };
 
-/// A window that numbers its modals from 1 on, and the context of its ability.
+/// A window that numbers its modals from 1, and the context of its ability.
 class FakeWindow final : public OHOS::Ace::UIContent, public OHOS::AbilityRuntime::AbilityContext {
 public:
     using Callbacks = OHOS::Ace::ModalUIExtensionCallbacks;

@@ -1,5 +1,5 @@
-// Listeners where no JS can bring them: several environments on one thread, and none of the module's locks
-// held while the platform, JS or another lock of the module is called (the fixture looks at that).
+// What JS cannot test about listeners: several environments on one thread, and that the module holds no lock
+// while it calls the platform or JS, or takes another lock. The fixture checks the latter.
 
 #include <thread>
 

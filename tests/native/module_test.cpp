@@ -1,4 +1,4 @@
-// What of the module no JS can see: its record, its environments, and its methods once theirs is gone.
+// What JS cannot see of the module: its record, its environments, and its methods in one that has ended.
 
 #include <thread>
 
@@ -23,7 +23,7 @@ std::string LastMessage() {
 
 }  // namespace
 
-// In Node's place: called by the module's constructor before main.
+// Replaces Node's function. The module's constructor calls it before main.
 extern "C" void napi_module_register(napi_module* record) { gRegistered = record; }
 
 using Module = FakeNodeTest;
@@ -40,7 +40,7 @@ TEST_F(Module, IsRegisteredByARecordWhenTheLibraryIsLoaded) {
     }
 }
 
-// Most calls of Node-API would end this process.
+// Most Node-API functions are stubs that would end this process.
 TEST_F(Module, DoesNothingInAnEnvironmentThatIsGone) {
     std::thread([this] {
         for (int load = 0; load < 2; ++load) {
@@ -52,7 +52,7 @@ TEST_F(Module, DoesNothingInAnEnvironmentThatIsGone) {
         EXPECT_EQ(gMethods.size(), 18U);
         for (const napi_property_descriptor& method : gMethods) {
             std::string name = method.utf8name;
-            if (name == "on" || name == "off" || name == "syncTraceId") continue;  // these ask no environment
+            if (name == "on" || name == "off" || name == "syncTraceId") continue;  // they do not check it
             name[0] = static_cast<char>(name[0] - 'a' + 'A');
             EXPECT_EQ(method.method(envInfo->env, nullptr), nullptr);
             EXPECT_EQ(LastMessage(), name + " invalid env");

@@ -1,5 +1,5 @@
-// The life of a request on a platform that answers whenever it likes: from within its own calls, on the
-// calling thread or on one that it waits for, and faster than JS gets its result.
+// The life of a request on a platform that may answer at any time: from within its own calls, on the calling
+// thread or on one that it waits for, and before JS has the result.
 
 #include <algorithm>
 #include <thread>
@@ -33,7 +33,7 @@ struct Answer {
 
 }  // namespace
 
-/// The parameter tells whether the platform answers on a thread that it waits for.
+/// The parameter: whether the platform answers on another thread, for which it waits.
 class Session : public FakeNodeTest, public testing::WithParamInterface<bool> {
 protected:
     void TearDown() override {
@@ -41,7 +41,7 @@ protected:
         FakeNodeTest::TearDown();
     }
 
-    /// A request of a type; what becomes of its record is seen in `observed`.
+    /// Creates a request. `observed` shows whether its context still exists.
     std::shared_ptr<ModalUICallback> Make(int32_t requestType, bool isAnswered = true) {
         StandIn::Clock::Get().SetManual();
         auto request = std::make_shared<BaseContext>();
@@ -57,7 +57,7 @@ protected:
         Make(requestType, isAnswered)->StartUIExtensionAbility(MakeGameServiceWant(requestType));
     }
 
-    /// Gives an answer of the latest modal on this thread.
+    /// Answers the latest modal, on this thread.
     void Give(const Answer& answer) const {
         const auto callbacks = window.opened.back();
         const int32_t code = answer.code;
@@ -70,7 +70,7 @@ protected:
         if (answer.kind == RELEASE) callbacks.onRelease(code);
     }
 
-    /// Gives it from within a call of the platform.
+    /// Answers from within a call of the platform.
     std::function<void()> Answering(Answer answer) const {
         return [this, answer] { GetParam() ? std::thread([&] { Give(answer); }).join() : Give(answer); };
     }
@@ -111,8 +111,7 @@ TEST_P(Session, IsClosedOnceItsIdIsKnownIfAnAnswerFromWithinTheOpeningWantsThat)
     }
 }
 
-// A close call that waits for the thread that answers would wait for ever if the request were locked
-// meanwhile.
+// If the request were locked during the close call, that call would wait for the answering thread for ever.
 TEST_P(Session, LetsAReleaseFromWithinTheCloseCallOfItsTimerEndItAfterItsEvent) {
     On(envInfo->env, 5, EVENT_GAME_ADDICTION_PREVENTED);
     window.whileClosing = [this] {
