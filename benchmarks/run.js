@@ -65,7 +65,7 @@ function takeSample(work, size, ms, cores) {
 function checkCalls(work, size, cores) {
     const difference = work.isMemory ? null : runChild(work, size, 0, 'calls', cores);
     if (difference) {
-        throw new Error(`${work.work}: module and floor differ in their ${difference}; change benchmarks/straight`);
+        throw new Error(`${work.work}: module and floor differ in their ${difference}; change benchmarks/floors`);
     }
 }
 

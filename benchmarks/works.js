@@ -20,8 +20,8 @@ function load() {
     const out = path.join(ROOT, 'out', process.env.GAMEAPI_BUILD || 'release');
     const [device, module] = [require(path.join(ROOT, 'device')), require(ROOT)];
     const { answerAll } = require(path.join(ROOT, 'device', 'binding.js'));
-    const floor = require(path.join(out, 'bench_straight.node'));
-    return { answerAll, bare: require(path.join(out, 'bench_floors.node')), device, floor, module };
+    const floor = require(path.join(out, 'bench_floors.node'));
+    return { answerAll, bare: require(path.join(out, 'bench_bare.node')), device, floor, module };
 }
 
 const us = (begin) => (performance.now() - begin) * 1000;

@@ -1,73 +1,93 @@
 #pragma once
 
-#include <node_api.h>
+#include <uv.h>
 
 #include <array>
+#include <cstdint>
 #include <cstdlib>
-#include <string>
 
-// The floors: each is a minimal, hand-written implementation of work that the module does, without its
-// layers, checks, log lines and analytics. A failed call aborts the process: its figure would mean nothing.
+#include "benchmarks/napi_values.h"
+#include "hilog/log.h"
+#include "napi/native_api.h"
+
+// The floors make the same calls of the platform, Node-API, libuv and OpenSSL as the module for the
+// same work, in the same order, and write the same log lines. They have no layers, request contexts, locks or
+// shared ownership, and handle only the arguments that they are measured with.
+
+/// A log line of the module's form.
+#define LOG_LINE(level, format, ...)                                                            \
+    ((void)HiLogPrint(LOG_CORE, level, 0xD00470A, "GAMEAPISDK",                                 \
+                      "[%{public}s(%{public}s:%{public}d)]" format, "", __FUNCTION__, __LINE__, \
+                      ##__VA_ARGS__))
+#define SAY(format, ...) LOG_LINE(LOG_INFO, format, ##__VA_ARGS__)
 
 namespace Floors {
 
-inline void Must(napi_status status) {
-    if (status != napi_ok) std::abort();
-}
+using namespace Bench;  // NOLINT(google-build-using-namespace): a program of its own
 
-template <size_t COUNT = 1>
-std::array<napi_value, COUNT> Arguments(napi_env env, napi_callback_info info) {
-    std::array<napi_value, COUNT> values{};
+/// What a call was made with.
+template <size_t COUNT>
+struct Call {
+    napi_value undefined = nullptr;
+    napi_value self = nullptr;
     size_t count = COUNT;
-    Must(napi_get_cb_info(env, info, &count, values.data(), nullptr, nullptr));
-    return values;
+    std::array<napi_value, COUNT> values{};
+};
+
+template <size_t COUNT>
+Call<COUNT> ReadCall(napi_env env, napi_callback_info info) {
+    Call<COUNT> call;
+    Must(napi_get_undefined(env, &call.undefined));
+    Must(napi_get_cb_info(env, info, &call.count, call.values.data(), &call.self, nullptr));
+    return call;
 }
 
+inline void CheckType(napi_env env, napi_value value, napi_valuetype expected) {
+    napi_valuetype type = napi_undefined;
+    Must(napi_typeof(env, value, &type));
+    if (type != expected) std::abort();
+}
+
+inline void CheckNoException(napi_env env) {
+    bool isPending = false;
+    Must(napi_is_exception_pending(env, &isPending));
+    if (isPending) std::abort();
+}
+
+/// A property of an object; null if it has none of this name.
 inline napi_value Property(napi_env env, napi_value object, const char* name) {
+    bool isThere = false;
     napi_value value = nullptr;
-    Must(napi_get_named_property(env, object, name, &value));
+    Must(napi_has_named_property(env, object, name, &isThere));
+    if (isThere) Must(napi_get_named_property(env, object, name, &value));
     return value;
 }
 
-/// Reads a string as the module does: at most 4096 bytes of it.
-inline std::string ReadText(napi_env env, napi_value value) {
-    char buffer[4097];
-    size_t length = 0;
-    Must(napi_get_value_string_utf8(env, value, buffer, sizeof(buffer), &length));
-    return std::string(buffer, length);
-}
+/// The execute step of all work on the loop.
+inline void DoNothing(uv_work_t* /*work*/) {}
 
-inline int32_t ReadInt(napi_env env, napi_value value) {
-    int32_t number = 0;
-    Must(napi_get_value_int32(env, value, &number));
-    return number;
-}
+/// The analytics event at the end of a call.
+void ReportEnd(const char* api, int64_t begin, int32_t code);
+/// Throws the error of an unusable parameter, or of none.
+void ThrowError(napi_env env, int32_t code, const char* message);
 
-inline napi_value MakeText(napi_env env, const std::string& text) {
-    napi_value value = nullptr;
-    Must(napi_create_string_utf8(env, text.data(), text.size(), &value));
-    return value;
-}
+// The JS methods: the module's, and two that make room.
 
-inline void SetInt(napi_env env, napi_value object, const char* name, int32_t number) {
-    napi_value value = nullptr;
-    Must(napi_create_int32(env, number, &value));
-    Must(napi_set_named_property(env, object, name, value));
-}
-
-inline napi_value Undefined(napi_env env) {
-    napi_value value = nullptr;
-    Must(napi_get_undefined(env, &value));
-    return value;
-}
-
-inline void Define(napi_env env, napi_value exports, const char* name, napi_callback callback) {
-    napi_value function = nullptr;
-    Must(napi_create_function(env, name, NAPI_AUTO_LENGTH, callback, nullptr, &function));
-    Must(napi_set_named_property(env, exports, name, function));
-}
-
-/// Defines trip(), listen(listener) and raise(text).
-void DefineDeliveries(napi_env env, napi_value exports);
+/// init(): throws, as it lacks its context.
+napi_value Init(napi_env env, napi_callback_info info);
+/// bindPlayer(context, openId, teamId); throws without the IDs.
+napi_value BindPlayer(napi_env env, napi_callback_info info);
+/// prePurchase(context, purchase)
+napi_value PrePurchase(napi_env env, napi_callback_info info);
+/// savePlayerRole(context, role)
+napi_value SavePlayerRole(napi_env env, napi_callback_info info);
+/// unionLogin(context, login)
+napi_value UnionLogin(napi_env env, napi_callback_info info);
+/// forget(): the requests that nobody answers. The device must have forgotten them.
+napi_value Forget(napi_env env, napi_callback_info info);
+/// listen(listener): for the event below.
+napi_value Listen(napi_env env, napi_callback_info info);
+/// onEventCallback(result)
+napi_value OnEventCallback(napi_env env, napi_callback_info info);
 
 }  // namespace Floors

@@ -7,9 +7,9 @@
 #include <utility>
 #include <vector>
 
-#include "floors.h"
+#include "bare.h"
 
-namespace Floors {
+namespace Bare {
 
 /// Delivers items to the JS thread of `env`, first in, first out, with one queue and one uv_async_t. Each
 /// item gets a handle scope, and a callback scope so that its microtasks run before the next item. The inbox
@@ -64,4 +64,4 @@ private:
     std::vector<Item> queue_;
 };
 
-}  // namespace Floors
+}  // namespace Bare

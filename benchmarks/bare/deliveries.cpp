@@ -3,10 +3,10 @@
 #include <thread>
 #include <utility>
 
-#include "floors.h"
+#include "bare.h"
 #include "inbox.h"
 
-namespace Floors {
+namespace Bare {
 namespace {
 
 void Settle(napi_env env, const napi_deferred& deferred) {
@@ -112,4 +112,4 @@ void DefineDeliveries(napi_env env, napi_value exports) {
     Define(env, exports, "raise", Raise);
 }
 
-}  // namespace Floors
+}  // namespace Bare

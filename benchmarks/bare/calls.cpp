@@ -6,10 +6,10 @@
 #include <variant>
 #include <vector>
 
-#include "base64_floor.h"
-#include "floors.h"
+#include "bare.h"
+#include "benchmarks/floors/base64.h"
 
-namespace Floors {
+namespace Bare {
 namespace {
 
 using nlohmann::json;
@@ -91,7 +91,7 @@ napi_value SetIcon(napi_env env, napi_callback_info info) {
 std::string EncodeIcon() {
     std::unique_ptr<uint8_t[]> bytes(new uint8_t[gIcon.size()]);
     std::memcpy(bytes.get(), gIcon.data(), gIcon.size());
-    return EncodeBase64(bytes.get(), gIcon.size());
+    return Floors::EncodeBase64(bytes.get(), gIcon.size());
 }
 
 /// unionLogin(login): uses the same icon for every account.
@@ -130,10 +130,10 @@ napi_value Wait(napi_env env, napi_callback_info info) {
 }
 
 }  // namespace
-}  // namespace Floors
+}  // namespace Bare
 
 NAPI_MODULE_INIT() {
-    using namespace Floors;
+    using namespace Bare;
     Define(env, exports, "refuse", Refuse);
     Define(env, exports, "prePurchase", PrePurchase);
     Define(env, exports, "savePlayerRole", SavePlayerRole);

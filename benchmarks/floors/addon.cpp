@@ -1,5 +1,5 @@
 #include "environment.h"
-#include "straight.h"
+#include "floors.h"
 
 namespace {
 
@@ -12,7 +12,7 @@ constexpr napi_property_descriptor Method(const char* name, napi_callback method
 // Node looks this name up. The one environment that loads the addon is the main thread's, for as long as the
 // process lives.
 extern "C" NAPI_MODULE_EXPORT napi_value napi_register_module_v1(napi_env env, napi_value exports) {
-    using namespace Straight;
+    using namespace Floors;
     (void)StandIn::Environment::Attach(env);
     const napi_property_descriptor methods[] = {
         Method("init", Init),

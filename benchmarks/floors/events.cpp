@@ -5,11 +5,11 @@
 #include <utility>
 #include <vector>
 
-#include "straight.h"
+#include "floors.h"
 
 // Listeners of one event, and its way to them.
 
-namespace Straight {
+namespace Floors {
 namespace {
 
 struct Listener {
@@ -29,13 +29,9 @@ std::vector<Listener>& gListeners = *new std::vector<Listener>();
 
 napi_value MakeEvent(napi_env env, const std::string& info) {
     napi_value event = nullptr;
-    napi_value number = nullptr;
-    napi_value text = nullptr;
     Must(napi_create_object(env, &event));
-    Must(napi_create_int32(env, 0, &number));
-    Must(napi_set_named_property(env, event, "event", number));
-    Must(napi_create_string_utf8(env, info.c_str(), NAPI_AUTO_LENGTH, &text));
-    Must(napi_set_named_property(env, event, "resultInfo", text));
+    SetInt(env, event, "event", 0);
+    Must(napi_set_named_property(env, event, "resultInfo", MakeText(env, info)));
     return event;
 }
 
@@ -72,8 +68,7 @@ napi_value OnEventCallback(napi_env env, napi_callback_info info) {
     const auto call = ReadCall<1>(env, info);
     const napi_value result = call.values[0];
     if (ReadInt(env, Property(env, result, "resultCode")) != 1002000015) std::abort();
-    auto resultInfo =
-        std::make_shared<const std::string>(ReadString(env, Property(env, result, "resultInfo")));
+    auto resultInfo = std::make_shared<const std::string>(ReadText(env, Property(env, result, "resultInfo")));
     CheckNoException(env);
     SAY("DoGameEvent %{public}s[%{public}d] called", "playerChanged", 0);
     SAY("OnEventCallback enter");
@@ -91,4 +86,4 @@ napi_value OnEventCallback(napi_env env, napi_callback_info info) {
     return call.undefined;
 }
 
-}  // namespace Straight
+}  // namespace Floors

@@ -11,7 +11,7 @@
 
 // The calls that make requests, and the delivery of their answers.
 
-namespace Straight {
+namespace Floors {
 namespace {
 
 using nlohmann::json;
@@ -98,7 +98,7 @@ void Settle(uv_work_t* work, int /*status*/) {
 void Answer(Pending& pending, const WantParams& data) {
     SAY("OnReceive enter");
     if (data.GetIntParam("resultCode", 0) != 0) std::abort();
-    STRAIGHT_LOG(LOG_WARN, "DealResponseForReceive API not supported");
+    LOG_LINE(LOG_WARN, "DealResponseForReceive API not supported");
     SAY("SendMessageBack %{public}s", "bindPlayer");
     SAY("SendMessageBack isResetContext is true and close modal");
     pending.context->GetUIContent()->CloseModalUIExtension(pending.sessionId);
@@ -109,6 +109,26 @@ void Answer(Pending& pending, const WantParams& data) {
     uv_loop_t* loop = nullptr;
     Must(napi_get_uv_event_loop(pending.env, &loop));
     if (uv_queue_work(loop, &pending, DoNothing, Settle) != 0) std::abort();
+}
+
+std::string ReadPurchase(napi_env env, napi_value purchase, Pending& /*pending*/) {
+    json record;
+    record["productId"] = ReadText(env, Property(env, purchase, "productId"));
+    record["productType"] = ReadInt(env, Property(env, purchase, "productType"));
+    record["developerPayload"] = ReadText(env, Property(env, purchase, "developerPayload"));
+    record["reservedInfo"] = ReadText(env, Property(env, purchase, "reservedInfo"));
+    return record.dump();
+}
+
+std::string ReadRole(napi_env env, napi_value role, Pending& /*pending*/) {
+    SAY("begin ParseSavePlayerRoleReq");
+    json record;
+    for (const char* name :
+         {"roleId", "roleName", "serverId", "serverName", "gamePlayerId", "teamPlayerId", "thirdOpenId"}) {
+        record[name] = ReadText(env, Property(env, role, name));
+    }
+    SAY("end ParseSavePlayerRoleReq");
+    return record.dump();
 }
 
 }  // namespace
@@ -136,9 +156,9 @@ napi_value BindPlayer(napi_env env, napi_callback_info info) {
     pending->begin = begin;
     const napi_value promise = Promise(env, call.values[0], *pending);
     CheckType(env, call.values[1], napi_string);
-    std::string openId = ReadString(env, call.values[1]);
+    std::string openId = ReadText(env, call.values[1]);
     CheckType(env, call.values[2], napi_string);
-    std::string teamId = ReadString(env, call.values[2]);
+    std::string teamId = ReadText(env, call.values[2]);
     CheckNoException(env);
     SAY("begin Execute%{public}s", "BindPlayer");
     Want want = MakeWant(7);
@@ -151,51 +171,11 @@ napi_value BindPlayer(napi_env env, napi_callback_info info) {
 }
 
 napi_value PrePurchase(napi_env env, napi_callback_info info) {
-    SAY("begin %{public}s", "PrePurchase");
-    Pending& pending = BeginUnanswered();
-    const auto call = ReadCall<3>(env, info);
-    SAY("%{public}s params size:%{public}lu", "PrePurchase", static_cast<unsigned long>(call.count));
-    const napi_value promise = Promise(env, call.values[0], pending);
-    const napi_value purchase = call.values[1];
-    CheckType(env, purchase, napi_object);
-    json record;
-    record["productId"] = ReadString(env, Property(env, purchase, "productId"));
-    record["productType"] = ReadInt(env, Property(env, purchase, "productType"));
-    record["developerPayload"] = ReadString(env, Property(env, purchase, "developerPayload"));
-    record["reservedInfo"] = ReadString(env, Property(env, purchase, "reservedInfo"));
-    CheckNoException(env);
-    SAY("begin Execute%{public}s", "PrePurchase");
-    Want want = MakeWant(4);
-    want.SetParam("tavikExtra", record.dump());
-    Open(pending, std::move(want));
-    SAY("end Execute%{public}s", "PrePurchase");
-    SAY("end %{public}s", "PrePurchase");
-    return promise;
+    return Request<3, ReadPurchase>(env, info, "PrePurchase", 4, "tavikExtra");
 }
 
 napi_value SavePlayerRole(napi_env env, napi_callback_info info) {
-    SAY("begin %{public}s", "SavePlayerRole");
-    Pending& pending = BeginUnanswered();
-    const auto call = ReadCall<3>(env, info);
-    SAY("%{public}s params size:%{public}lu", "SavePlayerRole", static_cast<unsigned long>(call.count));
-    const napi_value promise = Promise(env, call.values[0], pending);
-    SAY("begin ParseSavePlayerRoleReq");
-    const napi_value role = call.values[1];
-    CheckType(env, role, napi_object);
-    json record;
-    for (const char* name :
-         {"roleId", "roleName", "serverId", "serverName", "gamePlayerId", "teamPlayerId", "thirdOpenId"}) {
-        record[name] = ReadString(env, Property(env, role, name));
-    }
-    SAY("end ParseSavePlayerRoleReq");
-    CheckNoException(env);
-    SAY("begin Execute%{public}s", "SavePlayerRole");
-    Want want = MakeWant(3);
-    want.SetParam("tavikExtra", record.dump());
-    Open(pending, std::move(want));
-    SAY("end Execute%{public}s", "SavePlayerRole");
-    SAY("end %{public}s", "SavePlayerRole");
-    return promise;
+    return Request<3, ReadRole>(env, info, "SavePlayerRole", 3, "tavikExtra");
 }
 
 napi_value Forget(napi_env /*env*/, napi_callback_info /*info*/) {
@@ -231,4 +211,4 @@ void ThrowError(napi_env env, int32_t code, const char* message) {
     SAY("ThrowBusinessError napi_throw status %{public}d", napi_ok);
 }
 
-}  // namespace Straight
+}  // namespace Floors
