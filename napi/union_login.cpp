@@ -134,11 +134,13 @@ void JsObjectToAccountInfoList(napi_env env, napi_value object, UnionLoginContex
     }
     uint32_t length = 0;
     (void)napi_get_array_length(env, accounts, &length);
-    HandleScope scope(env);
-    for (uint32_t i = 0; i < length; ++i) {
-        napi_value element = nullptr;
-        (void)napi_get_element(env, accounts, i, &element);
-        ReadAccount(env, element, context);
+    {
+        HandleScope scope(env);
+        for (uint32_t i = 0; i < length; ++i) {
+            napi_value element = nullptr;
+            (void)napi_get_element(env, accounts, i, &element);
+            ReadAccount(env, element, context);
+        }
     }
     GAME_LOGI("JsObjectToAccountInfoList end, length=%{public}d", static_cast<int>(length));
 }
