@@ -15,8 +15,7 @@ namespace StandIn {
 ///
 /// In real mode it follows the machine's monotonic clock at a rate. In manual mode only `Advance` moves time:
 /// it wakes one sleeper at a time, in order of (deadline, birth), and lets each thread it woke run until that
-/// thread sleeps again or ends. The same calls therefore give the same trace every time. All calls are
-/// thread-safe.
+/// thread sleeps again or ends. The same calls therefore give the same trace every time. Thread-safe.
 class Clock {
 public:
     using Nanoseconds = std::chrono::nanoseconds;
@@ -33,11 +32,9 @@ public:
     /// Milliseconds since boot.
     int64_t NowMs();
     /// Moves manual time forward by `distance`, stopping at each deadline on the way. Blocks until every
-    /// thread it woke sleeps or has ended, so do not call it on a JS thread. Returns false immediately if the
-    /// clock is not manual.
+    /// thread it woke sleeps or has ended, so not for a JS thread. False if the clock is not manual.
     bool Advance(Nanoseconds distance);
-    /// The number of sleeping threads. Blocks until every thread of the module that is awake sleeps or has
-    /// ended.
+    /// The number of sleeping threads. Blocks until no thread of the module is awake.
     size_t Sleepers();
     /// Milliseconds until the next sleeper is due to wake; infinite if none sleeps. Blocks like `Sleepers`.
     double NextMs();

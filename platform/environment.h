@@ -32,8 +32,7 @@ public:
     static std::shared_ptr<Environment> Of(napi_env env);
     /// The environment of this JS thread; null on other threads and after its end.
     static Environment* Current();
-    /// Whether this is the JS thread of `env` and `env` is alive. Cheap, because every guarded call checks
-    /// it.
+    /// Whether this is the JS thread of `env` and `env` is alive. Cheap: every guarded call checks it.
     static bool IsOwn(napi_env env);
 
     /// Any thread. Queues `job` in FIFO order. An exception that it leaves pending in `env` (null: in the

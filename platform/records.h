@@ -55,8 +55,7 @@ private:
 /// The log and the application events.
 using LogStore = Latest<LogLine, 8192>;
 using EventStore = Latest<OHOS::HiviewDFX::Event, 65536>;
-/// The processors that would report the events; the index of a processor is its ID. Kept for the life of the
-/// process.
+/// The processors that would report the events; a processor's index is its ID. Never forgotten.
 using ProcessorStore = Latest<OHOS::HiviewDFX::ReportConfig, 1024>;
 
 /// `HiLogPrint` with its arguments in a `va_list`. Any thread.

@@ -10,8 +10,7 @@ public:
     virtual ~RefBase() = default;
 };
 
-/// A reference-counted pointer to a `RefBase`, or null. The last one deletes the object. Counting is
-/// thread-safe.
+/// A counted pointer to a `RefBase`, or null. The last one deletes the object. Counting is thread-safe.
 template <typename T>
 using sptr = std::shared_ptr<T>;  // NOLINT(readability-identifier-naming): the platform's own spelling
 
