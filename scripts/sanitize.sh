@@ -36,10 +36,10 @@ sanitize() {
     done
     # intercept_tls_get_addr=0 stops the sanitizers from tracking the thread-local storage of loaded libraries: they
     # record invalid sizes for it, and sometimes crash on them.
-    common=log_path=$folder/report:intercept_tls_get_addr=0
+    common="log_path='$folder/report':intercept_tls_get_addr=0"
     instruments=(env "LD_PRELOAD=$preload" GAMEAPI_TEST_PATIENCE=4
         "ASAN_OPTIONS=$common:detect_leaks=1:detect_stack_use_after_return=1:strict_string_checks=1"
-        "LSAN_OPTIONS=suppressions=$PWD/tests/suppressions/leaks.supp:print_suppressions=0"
+        "LSAN_OPTIONS=suppressions='$PWD/tests/suppressions/leaks.supp':print_suppressions=0"
         "UBSAN_OPTIONS=$common:print_stacktrace=1:exitcode=66"
         # Node and V8 are not instrumented: their memory accesses are ignored, but not their locks.
         "TSAN_OPTIONS=$common:ignore_noninstrumented_modules=1:exitcode=66:atexit_sleep_ms=50")
