@@ -1,7 +1,7 @@
 'use strict';
 
 // What a side of a work asks of the device, so that the module and its floor can be compared: how often it makes each
-// call, its log lines without their place in the source, the Wants it opens, and its analytics events.
+// call, its log lines without their line numbers, the Wants it opens, and its analytics events.
 
 const { isDeepStrictEqual } = require('node:util');
 
@@ -20,7 +20,7 @@ async function record(device, run) {
     return {
         calls: Object.fromEntries(calls.filter(([, count]) => count > 0)),
         'log lines': device.logs().slice(before.logs)
-            .map(({ level, message }) => level + message.replace(/^\[\(~?\w+:\d+\)\]/, '')).sort(),  // of several threads
+            .map(({ level, message }) => level + message.replace(/^(\[\(~?\w+):\d+/, '$1')).sort(),  // of several threads
         Wants: device.modals().slice(before.modals).map(({ want }) => want),
         'analytics events': device.analytics.events().slice(before.events).map(({ params }) => params.filter(isComparable)),
     };

@@ -24,6 +24,13 @@ function spreadThreads([first, second]) {
     }
 }
 
+// Compares rounds that ran next to each other, as the speed of the machine changes.
+const ratiosOf = ({ module, floor }) => module.map((figures, round) => (
+    figures.map((figure, i) => figure / floor[round][i])));
+
+const mediansOf = (samples) => Object.fromEntries(Object.entries(samples).map(([name, rounds]) => (
+    [name, rounds[0].map((_, i) => median(rounds.map((figures) => figures[i])))])));
+
 // Runs many short rounds, so that the median ignores those that other work on the machine slowed down. The first round
 // only warms up and starts the threads, unless it is the only one.
 async function measure(sides, names, ms, cores) {
@@ -39,8 +46,7 @@ async function measure(sides, names, ms, cores) {
             end = performance.now() + ms;
         }
     }
-    return Object.fromEntries(names.map((name) => [name,
-        samples[name][0].map((_, i) => median(samples[name].map((figures) => figures[i])))]));
+    return mediansOf(samples.module && samples.floor ? { ...samples, ratio: ratiosOf(samples) } : samples);
 }
 
 async function main([work, size, ms, side, cores]) {

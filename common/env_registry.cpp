@@ -4,6 +4,7 @@
 #include <mutex>
 #include <new>
 #include <shared_mutex>
+#include <utility>
 #include <vector>
 
 #include "common/velmor_log.h"
@@ -14,13 +15,9 @@ namespace {
 // The mutex guards `infos`. While it is held shared, no environment can end, so its event loop can be found
 // and work queued there; nothing else is called under it. A waiting writer may block further readers, so a
 // thread that holds it takes no other lock of the module, and not this one again.
-//
-// Its cache line moves between the threads that use it; the list's cache line can stay with each of them.
 struct EnvRegistry {
-    static constexpr size_t CACHE_LINE = 64;
-
-    alignas(CACHE_LINE) std::shared_mutex mutex;
-    alignas(CACHE_LINE) std::vector<std::shared_ptr<EnvInfo>> infos;
+    std::shared_mutex mutex;
+    std::vector<std::shared_ptr<EnvInfo>> infos;
 };
 
 // Never destroyed: detached threads may use it while the process exits.
@@ -54,9 +51,11 @@ void SaveEnvInfo(const std::shared_ptr<EnvInfo>& info) {
     {
         std::lock_guard<std::shared_mutex> guard(gEnvInfoList.mutex);
         auto& infos = gEnvInfoList.infos;
-        auto isStale = [&info](const std::shared_ptr<EnvInfo>& entry) {
-            return entry != info && entry->env == info->env;
-        };
+        for (const auto& entry : infos) {
+            if (entry->env == info->env) entry->isRegistered = false;
+        }
+        info->isRegistered = true;
+        auto isStale = [](const std::shared_ptr<EnvInfo>& entry) { return !entry->isRegistered; };
         infos.erase(std::remove_if(infos.begin(), infos.end(), isStale), infos.end());
         infos.push_back(info);
     }
@@ -72,7 +71,9 @@ void DeleteEnvInfo(const EnvInfo* info) {
         std::lock_guard<std::shared_mutex> guard(gEnvInfoList.mutex);
         auto found = FindEnvInfo(info);
         if (found == gEnvInfoList.infos.end()) return;
+        const std::shared_ptr<EnvInfo> removed = std::move(*found);
         gEnvInfoList.infos.erase(found);
+        removed->isRegistered = FindEnvInfo(info) != gEnvInfoList.infos.end();
     }
     GAME_LOGI("DeleteEnvInfo delete env success");
 }
@@ -82,16 +83,14 @@ bool IsValidEnv(const EnvInfo* info) {
         GAME_LOGE("IsValidEnv envInfo is nullptr");
         return false;
     }
-    std::shared_lock<std::shared_mutex> guard(gEnvInfoList.mutex);
-    return FindEnvInfo(info) != gEnvInfoList.infos.end();
+    return info->isRegistered;
 }
 
 QueueStatus QueueOnLoop(const std::shared_ptr<EnvInfo>& info, uv_work_t* work, uv_after_work_cb after) {
-    if (work == nullptr) return QueueStatus::NO_LOOP;
+    if (work == nullptr || info == nullptr) return QueueStatus::NO_LOOP;
     std::shared_lock<std::shared_mutex> guard(gEnvInfoList.mutex);
     uv_loop_t* loop = nullptr;
-    if (FindEnvInfo(info.get()) == gEnvInfoList.infos.end() ||
-        napi_get_uv_event_loop(info->env, &loop) != napi_ok) {
+    if (!info->isRegistered || napi_get_uv_event_loop(info->env, &loop) != napi_ok) {
         return QueueStatus::NO_LOOP;
     }
     auto doNothing = [](uv_work_t*) {};

@@ -2,6 +2,7 @@
 
 #include <uv.h>
 
+#include <atomic>
 #include <memory>
 
 #include "napi/native_api.h"
@@ -11,7 +12,10 @@ namespace TAVIK::GAME_PLAYER {
 /// One JS environment. The object lives as long as anything refers to it, so its address is not reused while
 /// a late answer still checks it. The environment itself is alive only while it is registered.
 struct EnvInfo {
-    napi_env env = nullptr;
+    explicit EnvInfo(napi_env jsEnv) : env(jsEnv) {}
+
+    const napi_env env;
+    std::atomic<bool> isRegistered{false};  // written by the registry alone
 };
 
 /// The environment of this JS thread, set when the module is first loaded; empty on other threads.
@@ -23,7 +27,8 @@ void SaveEnvInfo(const std::shared_ptr<EnvInfo>& info);
 /// Removes an environment from the registry, if it is registered. Any thread. Null is logged.
 void DeleteEnvInfo(const EnvInfo* info);
 
-/// Whether an environment is registered; false for null. Off its thread, it may end right after. Any thread.
+/// Whether an environment is registered; false for null. Off its thread, it may end right after. Takes no
+/// lock. Any thread.
 bool IsValidEnv(const EnvInfo* info);
 inline bool IsValidEnv(const std::shared_ptr<EnvInfo>& info) { return IsValidEnv(info.get()); }
 

@@ -48,7 +48,7 @@ void RegisterEnvironment(napi_env env) {
     static thread_local bool hooked = false;
     if (hooked) return;
     hooked = true;
-    gEnvInfo = std::make_shared<EnvInfo>(EnvInfo{env});
+    gEnvInfo = std::make_shared<EnvInfo>(env);
     auto unregister = [](void* info) { DeleteEnvInfo(static_cast<EnvInfo*>(info)); };
     (void)napi_add_env_cleanup_hook(env, unregister, gEnvInfo.get());
     SaveEnvInfo(gEnvInfo);

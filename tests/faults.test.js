@@ -39,7 +39,8 @@ const EFFECTS = {
 };
 
 const BLOCKED = MESSAGES[1002000008];
-const MEMORY = 'Base64Encode error: memBio is nullptr.';
+const UNWRITTEN = 'Base64Encode error: bio write fail.';
+const UNREADABLE = 'Base64Encode error: bio get mem ptr fail.';
 const UNPARSED = 'CreateResultMessage parse napiResult or resultMessage failed';
 const UNMADE = 'napi create errorCode failed';
 
@@ -47,7 +48,7 @@ const UNMADE = 'napi create errorCode failed';
 for (const [what, play, rows] of [
     ['a union login with two accounts', (fail) => {
         const account = (accountName) => ({ accountName, accountIcon: { moduleName: 'entry', id: 7 } });
-        const context = device.createAbilityContext({ modules: { entry: { mediaById: { 7: Buffer.from('icon') } } } });
+        const context = device.createAbilityContext({ modules: { entry: { mediaById: { 7: Buffer.alloc(20000) } } } });
         fail();
         game.unionLogin(context, { thirdAccountInfos: [account('a'), account('b')] });
         const { thirdAccountInfos } = JSON.parse(device.modals()[0].want.parameters.unionLoginParam);
@@ -56,14 +57,14 @@ for (const [what, play, rows] of [
         [{ CreateModuleContext: 0 }, ['b'], 'moduleContext is nullptr'],
         [{ GetResourceManager: 0 }, ['b'], 'resourceManager is nullptr'],
         [{ GetMediaDataById: 0 }, ['b']],
-        [{ BIO_new: 0 }, ['b'], MEMORY],
+        [{ BIO_new: 0 }, ['b'], 'Base64Encode error: memBio is nullptr.'],
         [{ BIO_new: 1 }, ['b'], 'Base64Encode error: b64Bio is nullptr.'],
-        [{ BIO_write: 0 }, ['b'], 'Base64Encode error: bio write fail.'],
-        [{ BUF_MEM_new: 0 }, ['b'], MEMORY],
-        [{ BUF_MEM_grow: 0 }, ['b'], MEMORY],
-        [{ BIO_ctrl: 0 }, ['b'], MEMORY],
-        [{ BIO_ctrl: 1 }, ['a', 'b']],
-        [{ BIO_ctrl: 2 }, ['b'], 'Base64Encode error: bio get mem ptr fail.'],
+        [{ BIO_write: 0 }, ['b'], UNWRITTEN],
+        [{ BIO_write: 1 }, ['b'], UNWRITTEN],
+        [{ BIO_ctrl: 0 }, ['b'], UNREADABLE],
+        [{ BIO_ctrl: 1 }, ['b'], UNWRITTEN],  // the first piece is still there
+        [{ BIO_ctrl: 2 }, ['a', 'b']],
+        [{ BIO_ctrl: 3 }, ['b'], UNREADABLE],
     ]],
     ['a login that succeeds, as analytics are told before', async (fail) => {
         const request = start('getLocalPlayer');

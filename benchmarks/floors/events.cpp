@@ -36,7 +36,7 @@ napi_value MakeEvent(napi_env env, const std::string& info) {
 }
 
 void Deliver(uv_work_t* work, int /*status*/) {
-    SAY("DoGameEventWork enter");
+    SAY("DoGameEventWork", "DoGameEventWork enter");
     std::unique_ptr<Delivery> delivery(static_cast<Delivery*>(work));
     napi_env env = delivery->env;
     napi_handle_scope scope = nullptr;
@@ -49,7 +49,7 @@ void Deliver(uv_work_t* work, int /*status*/) {
     Must(napi_call_function(env, self, function, 1, &event, nullptr));
     Must(napi_close_handle_scope(env, scope));
     delivery.reset();
-    SAY("DoGameEventWork exit, callBack status %{public}d", 1);
+    SAY("DoGameEventWork", "DoGameEventWork exit, callBack status %{public}d", 1);
 }
 
 }  // namespace
@@ -64,25 +64,25 @@ napi_value Listen(napi_env env, napi_callback_info info) {
 }
 
 napi_value OnEventCallback(napi_env env, napi_callback_info info) {
-    SAY("begin OnEventCallback");
+    SAY("OnEventCallback", "begin OnEventCallback");
     const auto call = ReadCall<1>(env, info);
     const napi_value result = call.values[0];
     if (ReadInt(env, Property(env, result, "resultCode")) != 1002000015) std::abort();
     auto resultInfo = std::make_shared<const std::string>(ReadText(env, Property(env, result, "resultInfo")));
     CheckNoException(env);
-    SAY("DoGameEvent %{public}s[%{public}d] called", "playerChanged", 0);
-    SAY("OnEventCallback enter");
+    SAY("DoGameEvent", "DoGameEvent %{public}s[%{public}d] called", "playerChanged", 0);
+    SAY("OnEventCallback", "OnEventCallback enter");
     for (const Listener& listener : gListeners) {
         auto* delivery = new (std::nothrow) Delivery{{}, env, listener, resultInfo};
         uv_loop_t* loop = nullptr;
         Must(napi_get_uv_event_loop(env, &loop));
         if (uv_queue_work(loop, delivery, DoNothing, Deliver) != 0) std::abort();
     }
-    SAY("OnEventCallback uv_queue_work success");
-    SAY("release enter");
-    SAY("release exit");
-    SAY("OnEventCallback switch game account event callback end");
-    SAY("end OnEventCallback");
+    SAY("OnEventCallback", "OnEventCallback uv_queue_work success");
+    SAY("~BaseContext", "release enter");
+    SAY("~BaseContext", "release exit");
+    SAY("OnEventCallback", "OnEventCallback switch game account event callback end");
+    SAY("OnEventCallback", "end OnEventCallback");
     return call.undefined;
 }
 

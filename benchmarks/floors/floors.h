@@ -14,12 +14,11 @@
 // same work, in the same order, and write the same log lines. They have no layers, request contexts, locks or
 // shared ownership, and handle only the arguments that they are measured with.
 
-/// A log line of the module's form.
-#define LOG_LINE(level, format, ...)                                                            \
-    ((void)HiLogPrint(LOG_CORE, level, 0xD00470A, "GAMEAPISDK",                                 \
-                      "[%{public}s(%{public}s:%{public}d)]" format, "", __FUNCTION__, __LINE__, \
-                      ##__VA_ARGS__))
-#define SAY(format, ...) LOG_LINE(LOG_INFO, format, ##__VA_ARGS__)
+/// A log line of the module's form. `function` names the function of the module that writes it.
+#define LOG_LINE(level, function, format, ...)                  \
+    ((void)HiLogPrint(LOG_CORE, level, 0xD00470A, "GAMEAPISDK", \
+                      "[%{public}s(%{public}s:%{public}d)]" format, "", function, __LINE__, ##__VA_ARGS__))
+#define SAY(function, format, ...) LOG_LINE(LOG_INFO, function, format, ##__VA_ARGS__)
 
 namespace Floors {
 

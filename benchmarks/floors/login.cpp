@@ -25,7 +25,8 @@ std::string ReadIcon(napi_env env, napi_value icon, Pending& pending) {
     std::unique_ptr<uint8_t[]> bytes;
     size_t length = 0;
     (void)resources->GetMediaDataById(static_cast<uint32_t>(id), length, bytes, 0);
-    SAY("GetEncodedAccountIcon id:%{public}d, len:%{public}zu, moduleName:%{public}s", id, length,
+    SAY("GetEncodedAccountIcon",
+        "GetEncodedAccountIcon id:%{public}d, len:%{public}zu, moduleName:%{public}s", id, length,
         moduleName.c_str());
     return EncodeBase64(bytes.get(), length);
 }
@@ -33,7 +34,8 @@ std::string ReadIcon(napi_env env, napi_value icon, Pending& pending) {
 Account ReadAccount(napi_env env, napi_value element, Pending& pending) {
     Account account{ReadText(env, Property(env, element, "accountName")), {}};
     const napi_value icon = Property(env, element, "accountIcon");
-    SAY("JsObjectToAccountInfoList has accountIcon property, accountName=%{public}s", account.name.c_str());
+    SAY("ReadIcon", "JsObjectToAccountInfoList has accountIcon property, accountName=%{public}s",
+        account.name.c_str());
     account.icon = ReadIcon(env, icon, pending);
     return account;
 }
@@ -53,7 +55,8 @@ std::vector<Account> ReadAccounts(napi_env env, napi_value login, Pending& pendi
         accounts.push_back(ReadAccount(env, element, pending));
     }
     Must(napi_close_handle_scope(env, scope));
-    SAY("JsObjectToAccountInfoList end, length=%{public}d", static_cast<int>(length));
+    SAY("JsObjectToAccountInfoList", "JsObjectToAccountInfoList end, length=%{public}d",
+        static_cast<int>(length));
     return accounts;
 }
 
@@ -85,7 +88,7 @@ std::string ReadLogin(napi_env env, napi_value login, Pending& pending) {
     bool hasPanel = false;
     Must(napi_has_named_property(env, login, "loginPanelType", &hasPanel));
     const int32_t panel = ReadInt(env, Property(env, login, "loginPanelType"));
-    SAY("ParseUnionLoginReq hasLoginPanelType");
+    SAY("ParseUnionLoginReq", "ParseUnionLoginReq hasLoginPanelType");
     return WriteRecord(isDialogShown, panel, ReadAccounts(env, login, pending));
 }
 

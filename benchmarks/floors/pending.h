@@ -34,20 +34,20 @@ void Open(Pending& pending, OHOS::AAFwk::Want want);
 /// A request that sends one record under `key`, which READ makes of the second argument. Nobody answers it.
 template <size_t COUNT, std::string (*READ)(napi_env env, napi_value object, Pending& pending)>
 napi_value Request(napi_env env, napi_callback_info info, const char* method, int32_t type, const char* key) {
-    SAY("begin %{public}s", method);
+    SAY("RunRequest", "begin %{public}s", method);
     Pending& pending = BeginUnanswered();
     const auto call = ReadCall<COUNT>(env, info);
-    SAY("%{public}s params size:%{public}lu", method, static_cast<unsigned long>(call.count));
+    SAY("RunRequest", "%{public}s params size:%{public}lu", method, static_cast<unsigned long>(call.count));
     const napi_value promise = Promise(env, call.values[0], pending);
     CheckType(env, call.values[1], napi_object);
     std::string record = READ(env, call.values[1], pending);
     CheckNoException(env);
-    SAY("begin Execute%{public}s", method);
+    SAY("OpenExtension", "begin Execute%{public}s", method);
     OHOS::AAFwk::Want want = MakeWant(type);
     want.SetParam(key, std::move(record));
     Open(pending, std::move(want));
-    SAY("end Execute%{public}s", method);
-    SAY("end %{public}s", method);
+    SAY("OpenExtension", "end Execute%{public}s", method);
+    SAY("RunRequest", "end %{public}s", method);
     return promise;
 }
 

@@ -36,16 +36,16 @@ Pending& BeginUnanswered() {
 }
 
 napi_value Promise(napi_env env, napi_value contextValue, Pending& pending) {
-    SAY("this is promise api");
+    SAY("BuildContextForPromise", "this is promise api");
     napi_value promise = nullptr;
     Must(napi_create_promise(env, &pending.deferred, &promise));
     CheckType(env, contextValue, napi_object);
-    SAY("begin ParseAbilityContextReq");
+    SAY("ParseAbilityContextReq", "begin ParseAbilityContextReq");
     bool isStage = false;
     Must(OHOS::AbilityRuntime::IsStageContext(env, contextValue, isStage));
     pending.context =
         Context::ConvertTo<AbilityContext>(OHOS::AbilityRuntime::GetStageModeContext(env, contextValue));
-    SAY("end ParseAbilityContextReq, get stage model ability context success");
+    SAY("ParseAbilityContextReq", "end ParseAbilityContextReq, get stage model ability context success");
     pending.env = env;
     return promise;
 }
@@ -58,10 +58,10 @@ Want MakeWant(int32_t requestType) {
 }
 
 void Open(Pending& pending, Want want) {
-    SAY("constructor ModalUICallback");
+    SAY("StartUIExtensionAbility", "constructor ModalUICallback");
     want.SetParam("ability.want.params.uiExtensionType", "sys/commonUI");
     want.SetParam("traceId", "");
-    SAY("GetUIContent abilityContext is not nullptr");
+    SAY("GetUIContent", "GetUIContent abilityContext is not nullptr");
     OHOS::Ace::ModalUIExtensionCallbacks callbacks;
     callbacks.onRelease = [](int32_t) {};
     callbacks.onResult = [](int32_t, const Want&) {};
@@ -71,7 +71,7 @@ void Open(Pending& pending, Want want) {
     config.isBackBlocked = config.isBoundAsync = config.isCoverable = config.isKeptByRouter = true;
     pending.sessionId = pending.context->GetUIContent()->CreateModalUIExtension(std::move(want),
                                                                                 std::move(callbacks), config);
-    SAY("StartUIExtensionAbility create modal succeeded");
+    SAY("StartUIExtensionAbility", "StartUIExtensionAbility create modal succeeded");
 }
 
 namespace {
@@ -82,27 +82,27 @@ void Settle(uv_work_t* work, int /*status*/) {
     napi_handle_scope scope = nullptr;
     napi_value data = nullptr;
     Must(napi_open_handle_scope(env, &scope));
-    SAY("IsParseResultMessage requestType=%{public}d", 7);
-    SAY("CreateResultMessage set result[1] to undefined");
+    SAY("IsParseResultMessage", "IsParseResultMessage requestType=%{public}d", 7);
+    SAY("CreateResultMessage", "CreateResultMessage set result[1] to undefined");
     Must(napi_get_undefined(env, &data));
     Must(napi_resolve_deferred(env, pending->deferred, data));
     Must(napi_close_handle_scope(env, scope));
-    SAY("release enter");
-    SAY("release deferred");
-    SAY("release exit");
+    SAY("~BaseContext", "release enter");
+    SAY("~BaseContext", "release deferred");
+    SAY("~BaseContext", "release exit");
     pending.reset();
-    SAY("DoMessageBackSuccess release context");
+    SAY("DoMessageBackSuccess", "DoMessageBackSuccess release context");
 }
 
 // On the UI thread. An answer that comes while its modal still opens finds no ID yet, and closes nothing.
 void Answer(Pending& pending, const WantParams& data) {
-    SAY("OnReceive enter");
+    SAY("OnReceive", "OnReceive enter");
     if (data.GetIntParam("resultCode", 0) != 0) std::abort();
-    LOG_LINE(LOG_WARN, "DealResponseForReceive API not supported");
-    SAY("SendMessageBack %{public}s", "bindPlayer");
-    SAY("SendMessageBack isResetContext is true and close modal");
+    LOG_LINE(LOG_WARN, "DealResponseForReceive", "DealResponseForReceive API not supported");
+    SAY("SendMessageBack", "SendMessageBack %{public}s", "bindPlayer");
+    SAY("SendMessageBack", "SendMessageBack isResetContext is true and close modal");
     pending.context->GetUIContent()->CloseModalUIExtension(pending.sessionId);
-    SAY("CloseModalUIExtension closed");
+    SAY("CloseModalUIExtension", "CloseModalUIExtension closed");
     ReportEnd("bindPlayer", pending.begin, 0);
     // The module allocates a record of the delivery here. This one is the request itself.
     operator delete(operator new(sizeof(Pending), std::nothrow));
@@ -121,30 +121,30 @@ std::string ReadPurchase(napi_env env, napi_value purchase, Pending& /*pending*/
 }
 
 std::string ReadRole(napi_env env, napi_value role, Pending& /*pending*/) {
-    SAY("begin ParseSavePlayerRoleReq");
+    SAY("ParseSavePlayerRoleReq", "begin ParseSavePlayerRoleReq");
     json record;
     for (const char* name :
          {"roleId", "roleName", "serverId", "serverName", "gamePlayerId", "teamPlayerId", "thirdOpenId"}) {
         record[name] = ReadText(env, Property(env, role, name));
     }
-    SAY("end ParseSavePlayerRoleReq");
+    SAY("ParseSavePlayerRoleReq", "end ParseSavePlayerRoleReq");
     return record.dump();
 }
 
 }  // namespace
 
 napi_value Init(napi_env env, napi_callback_info info) {
-    SAY("begin %{public}s", "Init");
+    SAY("RunRequest", "begin %{public}s", "Init");
     const int64_t begin = Now();
     const auto call = ReadCall<2>(env, info);
-    SAY("%{public}s params size:%{public}lu", "Init", static_cast<unsigned long>(call.count));
+    SAY("RunRequest", "%{public}s params size:%{public}lu", "Init", static_cast<unsigned long>(call.count));
     ReportEnd("init", begin, 401);
     ThrowError(env, 0, "Success");
     return call.undefined;
 }
 
 napi_value BindPlayer(napi_env env, napi_callback_info info) {
-    SAY("begin %{public}s", "BindPlayer");
+    SAY("RunRequest", "begin %{public}s", "BindPlayer");
     const int64_t begin = Now();
     const auto call = ReadCall<3>(env, info);
     if (call.count < 3) {
@@ -160,13 +160,13 @@ napi_value BindPlayer(napi_env env, napi_callback_info info) {
     CheckType(env, call.values[2], napi_string);
     std::string teamId = ReadText(env, call.values[2]);
     CheckNoException(env);
-    SAY("begin Execute%{public}s", "BindPlayer");
+    SAY("OpenExtension", "begin Execute%{public}s", "BindPlayer");
     Want want = MakeWant(7);
     want.SetParam("thirdOpenId", std::move(openId));
     want.SetParam("teamPlayerId", std::move(teamId));
     Open(*pending, std::move(want));
-    SAY("end Execute%{public}s", "BindPlayer");
-    SAY("end %{public}s", "BindPlayer");
+    SAY("OpenExtension", "end Execute%{public}s", "BindPlayer");
+    SAY("RunRequest", "end %{public}s", "BindPlayer");
     return promise;
 }
 
@@ -202,13 +202,13 @@ void ThrowError(napi_env env, int32_t code, const char* message) {
     napi_value text = nullptr;
     napi_value number = nullptr;
     napi_value error = nullptr;
-    SAY("CreateBusinessError errCode: %{public}d errMsg: %{public}s", code, message);
+    SAY("CreateBusinessError", "CreateBusinessError errCode: %{public}d errMsg: %{public}s", code, message);
     Must(napi_create_string_utf8(env, message, NAPI_AUTO_LENGTH, &text));
     Must(napi_create_int32(env, code, &number));
     Must(napi_create_error(env, number, text, &error));
-    SAY("CreateBusinessError exit");
+    SAY("CreateBusinessError", "CreateBusinessError exit");
     Must(napi_throw(env, error));
-    SAY("ThrowBusinessError napi_throw status %{public}d", napi_ok);
+    SAY("ThrowBusinessError", "ThrowBusinessError napi_throw status %{public}d", napi_ok);
 }
 
 }  // namespace Floors

@@ -45,7 +45,7 @@ std::vector<std::shared_ptr<EnvInfo>>& gAlive = *new std::vector<std::shared_ptr
 
 void BringToLife(int64_t count) {
     for (int64_t i = 0; i < count; ++i) {
-        gAlive.push_back(std::make_shared<EnvInfo>());
+        gAlive.push_back(std::make_shared<EnvInfo>(nullptr));
         gFloorRegistry.infos.push_back(gAlive.back().get());
         SaveEnvInfo(gAlive.back());
     }

@@ -1,5 +1,4 @@
 #include <openssl/bio.h>
-#include <openssl/buffer.h>
 
 #include <cstddef>
 #include <new>
@@ -25,12 +24,6 @@ BIO* __wrap_BIO_new(const BIO_METHOD* method) {
 int __wrap_BIO_write(BIO* bio, const void* data, int length) {
     return Faults::Trip(Call::BIO_write) ? -1 : BIO_write(bio, data, length);
 }
-
-size_t __wrap_BUF_MEM_grow(BUF_MEM* buffer, size_t length) {
-    return Faults::Trip(Call::BUF_MEM_grow) ? 0 : BUF_MEM_grow(buffer, length);
-}
-
-BUF_MEM* __wrap_BUF_MEM_new(void) { return Faults::Trip(Call::BUF_MEM_new) ? nullptr : BUF_MEM_new(); }
 
 // operator new(std::size_t, const std::nothrow_t&)
 void* __wrap__ZnwmRKSt9nothrow_t(std::size_t size, const std::nothrow_t& tag) noexcept {

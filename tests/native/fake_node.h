@@ -49,7 +49,7 @@ protected:
     static void On(napi_env env, size_t function, const char* type = EVENT_PLAYER_CHANGED);
     static Deeds Off(napi_env env, size_t function = 0, const char* type = EVENT_PLAYER_CHANGED);
 
-    const std::shared_ptr<EnvInfo> envInfo = std::make_shared<EnvInfo>(EnvInfo{AsHandle<napi_env>(0)});
+    const std::shared_ptr<EnvInfo> envInfo = std::make_shared<EnvInfo>(AsHandle<napi_env>(0));
 };
 
 /// A window that numbers its modals from 1, and the context of its ability.

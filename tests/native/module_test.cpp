@@ -13,7 +13,7 @@ namespace {
 napi_module* gRegistered = nullptr;
 
 std::shared_ptr<EnvInfo> MakeEnv(size_t number) {
-    return std::make_shared<EnvInfo>(EnvInfo{AsHandle<napi_env>(number)});
+    return std::make_shared<EnvInfo>(AsHandle<napi_env>(number));
 }
 
 std::string LastMessage() {
