@@ -28,7 +28,8 @@ async function record(device, run) {
 
 /** Null, or in which respect the two sides of a work differ, and how. */
 async function difference(device, { module, floor }) {
-    await module();  // what the module does once in a process is no part of its work
+    await module();  // what is done once in a process is no part of the work
+    await floor();
     const [expected, actual] = [await record(device, module), await record(device, floor)];
     const what = Object.keys(expected).find((key) => !isDeepStrictEqual(expected[key], actual[key]));
     return what ? `${what}: ${JSON.stringify(expected[what])} of the module, ${JSON.stringify(actual[what])} of the floor` : null;

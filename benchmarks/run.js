@@ -46,8 +46,10 @@ function runOn(cores, ...command) {
 }
 
 function runChild(work, size, ms, side, cores) {
+    // Otherwise the C library keeps large blocks that were freed, and the peak of memory would contain them.
+    const malloc = work.isMemory ? ['env', 'MALLOC_MMAP_THRESHOLD_=131072'] : [];
     const child = path.join(__dirname, 'child.js');
-    return runOn(cores, process.execPath, '--expose-gc', child, works.indexOf(work), size, ms, side, cores);
+    return runOn(cores, ...malloc, process.execPath, '--expose-gc', child, works.indexOf(work), size, ms, side, cores);
 }
 
 const makeRow = (work, size, cores, { module, floor, bare = null, ratio = module / floor }, { unit, goal }, of) => (

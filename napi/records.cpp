@@ -30,15 +30,6 @@ private:
     std::string& text_;
 };
 
-// Like `dump`, but reserves `length` bytes, so that a long string is not copied each time its memory doubles.
-std::string DumpLong(const json& object, size_t length) {
-    std::string text;
-    text.reserve(length);
-    StringSink sink(text);
-    std::ostream(&sink) << object;
-    return text;
-}
-
 // Assigns members one by one, because the library copies the elements of an initialiser list.
 template <typename Record>
 json ToJson(Record& record) {
@@ -61,20 +52,30 @@ template std::string WriteJson(PurchaseParameter& record);
 template std::string WriteJson(CreatePurchaseResult& record);
 template std::string WriteJson(QuickGameLoginParam& record);
 
+// Writes account by account, so that each icon is freed before the next one is written.
 std::string UnionLoginParam::ToString() && {
     constexpr size_t FRAME_LENGTH = 80;  // of the object, without its accounts
     constexpr size_t ACCOUNT_FRAME_LENGTH = 40;
     size_t length = FRAME_LENGTH;
-    json accounts = json::array();
-    for (ThirdAccountInfo& info : thirdAccountInfos) {
+    for (const ThirdAccountInfo& info : thirdAccountInfos) {
         length += info.encodedIcon.size() + info.accountName.size() + ACCOUNT_FRAME_LENGTH;
+    }
+    std::string text;
+    text.reserve(length);  // a long string would be copied each time its memory doubles
+    StringSink sink(text);
+    std::ostream out(&sink);
+    json object = ToJson(*this);
+    object["thirdAccountInfos"] = json::array();  // the last key
+    out << object;
+    text.resize(text.rfind(']'));
+    for (ThirdAccountInfo& info : thirdAccountInfos) {
+        if (text.back() != '[') text.push_back(',');
         json account = ToJson(info);
         account["encodedIcon"] = std::move(info.encodedIcon);
-        accounts.push_back(std::move(account));
+        out << account;
     }
-    json object = ToJson(*this);
-    object["thirdAccountInfos"] = std::move(accounts);
-    return DumpLong(object, length);
+    text += "]}";
+    return text;
 }
 
 }  // namespace TAVIK::GAME_PLAYER

@@ -76,12 +76,12 @@ bool CallArguments::ReadIfValid(napi_env env, napi_callback_info info, const cha
     return Read(env, info, maxArgs);
 }
 
-void OpenExtension(const RequestRule& rule, const std::shared_ptr<BaseContext>& context,
+void OpenExtension(const RequestRule& rule, std::shared_ptr<BaseContext> context,
                    void (*addParams)(BaseContext& context, OHOS::AAFwk::Want& want)) {
     GAME_LOGI("begin Execute%{public}s", rule.method);
     OHOS::AAFwk::Want want = MakeGameServiceWant(rule.type);
     addParams(*context, want);
-    std::make_shared<ModalUICallback>(context)->StartUIExtensionAbility(std::move(want));
+    std::make_shared<ModalUICallback>(std::move(context))->StartUIExtensionAbility(std::move(want));
     GAME_LOGI("end Execute%{public}s", rule.method);
 }
 
@@ -98,14 +98,14 @@ napi_value RunRequest(napi_env env, napi_callback_info info, const RequestRule& 
         ThrowBusinessError(env, FailureCode(rule.type), "");
         return args.undefined;
     }
-    const std::shared_ptr<BaseContext> context = CreateContext(rule, args, startTime);
+    std::shared_ptr<BaseContext> context = CreateContext(rule, args, startTime);
     napi_value result = args.undefined;
     if (!BuildContext(env, rule.arguments, args, *context, result) || !rule.parse(env, args, *context) ||
         IsExceptionPending(env)) {
         FailRequest(env, rule, *context);
         return result;
     }
-    rule.execute(rule, context);
+    rule.execute(rule, std::move(context));
     GAME_LOGI("end %{public}s", rule.method);
     return result;
 }

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <memory>
 #include <type_traits>
+#include <utility>
 
 #include "common/request_types.h"
 #include "modal/base_context.h"
@@ -57,11 +58,11 @@ struct RequestRule {
     bool isAnswered;
     std::shared_ptr<BaseContext> (*create)();
     bool (*parse)(napi_env env, const CallArguments& args, BaseContext& context);
-    void (*execute)(const RequestRule& rule, const std::shared_ptr<BaseContext>& context);
+    void (*execute)(const RequestRule& rule, std::shared_ptr<BaseContext> context);
 };
 
 /// Opens the game-service extension with a Want of the request's type and the parameters of `addParams`.
-void OpenExtension(const RequestRule& rule, const std::shared_ptr<BaseContext>& context,
+void OpenExtension(const RequestRule& rule, std::shared_ptr<BaseContext> context,
                    void (*addParams)(BaseContext& context, OHOS::AAFwk::Want& want));
 
 inline bool ParseNothing(napi_env /*env*/, const CallArguments& /*args*/, BaseContext& /*context*/) {
@@ -69,11 +70,11 @@ inline bool ParseNothing(napi_env /*env*/, const CallArguments& /*args*/, BaseCo
 }
 
 template <typename Context, auto EXECUTE>
-void Execute(const RequestRule& rule, const std::shared_ptr<BaseContext>& context) {
+void Execute(const RequestRule& rule, std::shared_ptr<BaseContext> context) {
     if constexpr (std::is_invocable_v<decltype(EXECUTE), std::shared_ptr<Context>>) {
-        EXECUTE(std::static_pointer_cast<Context>(context));
+        EXECUTE(std::static_pointer_cast<Context>(std::move(context)));
     } else {
-        OpenExtension(rule, context, [](BaseContext& base, OHOS::AAFwk::Want& want) {
+        OpenExtension(rule, std::move(context), [](BaseContext& base, OHOS::AAFwk::Want& want) {
             EXECUTE(static_cast<Context&>(base), want);
         });
     }

@@ -1,4 +1,6 @@
 #include <nlohmann/json.hpp>
+#include <ostream>
+#include <streambuf>
 #include <utility>
 #include <vector>
 
@@ -60,25 +62,43 @@ std::vector<Account> ReadAccounts(napi_env env, napi_value login, Pending& pendi
     return accounts;
 }
 
+/// Appends to a string.
+struct Sink final : std::streambuf {
+    explicit Sink(std::string& output) : text(output) {}
+    std::streamsize xsputn(const char* characters, std::streamsize count) override {
+        text.append(characters, count);
+        return count;
+    }
+    int_type overflow(int_type character) override {
+        text.push_back(static_cast<char>(character));
+        return character;
+    }
+    std::string& text;
+};
+
 std::string WriteRecord(bool isDialogShown, int32_t panel, std::vector<Account> accounts) {
     size_t length = 80;
-    json list = json::array();
-    for (Account& account : accounts) {
+    for (const Account& account : accounts) {
         length += account.icon.size() + account.name.size() + 40;
-        json entry;
-        entry["accountName"] = std::move(account.name);
-        entry["encodedIcon"] = std::move(account.icon);
-        list.push_back(std::move(entry));
     }
+    std::string text;
+    text.reserve(length);
+    Sink sink(text);
+    std::ostream out(&sink);
     json record;
     record["showLoginDialog"] = isDialogShown;
     record["loginPanelType"] = panel;
-    record["thirdAccountInfos"] = std::move(list);
-    // As dump() does it, but into memory of the final size.
-    std::string text;
-    text.reserve(length);
-    nlohmann::detail::serializer<json>(nlohmann::detail::output_adapter<char>(text), ' ')
-        .dump(record, false, false, 0);
+    record["thirdAccountInfos"] = json::array();
+    out << record;
+    text.resize(text.size() - 2);
+    for (Account& account : accounts) {
+        if (text.back() != '[') text.push_back(',');
+        json entry;
+        entry["accountName"] = std::move(account.name);
+        entry["encodedIcon"] = std::move(account.icon);
+        out << entry;
+    }
+    text += "]}";
     return text;
 }
 

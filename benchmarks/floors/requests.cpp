@@ -6,6 +6,7 @@
 #include "app_event.h"
 #include "napi_base_context.h"
 #include "pending.h"
+#include "singleton.h"
 #include "time_service_client.h"
 #include "ui_content.h"
 
@@ -22,6 +23,9 @@ using OHOS::AbilityRuntime::Context;
 
 // The requests of all benchmarks but the round trip. Nobody answers them.
 std::vector<Pending*>& gUnanswered = *new std::vector<Pending*>();
+
+/// In place of the object that reports in the module.
+struct Reporter {};
 
 void Answer(Pending& pending, const WantParams& data);
 
@@ -187,6 +191,7 @@ napi_value Forget(napi_env /*env*/, napi_callback_info /*info*/) {
 
 void ReportEnd(const char* api, int64_t begin, int32_t code) {
     using namespace OHOS::HiviewDFX;
+    const auto reporter = OHOS::DelayedSingleton<Reporter>::GetInstance();
     Event event("api_diagnostic", "api_exec_end", EventType::BEHAVIOR);
     event.AddParam("trans_id", "transId_" + std::to_string(std::rand()));  // NOLINT(concurrency-mt-unsafe)
     event.AddParam("api_name", api);
