@@ -13,7 +13,6 @@ namespace TAVIK::GAME_PLAYER {
 /// a late answer still checks it. The environment itself is alive only while it is registered.
 struct EnvInfo {
     explicit EnvInfo(napi_env jsEnv) : env(jsEnv) {}
-
     const napi_env env;
     std::atomic<bool> isRegistered{false};  // written by the registry alone
 };
@@ -27,8 +26,7 @@ void SaveEnvInfo(const std::shared_ptr<EnvInfo>& info);
 /// Removes an environment from the registry, if it is registered. Any thread. Null is logged.
 void DeleteEnvInfo(const EnvInfo* info);
 
-/// Whether an environment is registered; false for null. Off its thread, it may end right after. Takes no
-/// lock. Any thread.
+/// Whether an environment is registered; false for null. Off its thread, it may end right after. Any thread.
 bool IsValidEnv(const EnvInfo* info);
 inline bool IsValidEnv(const std::shared_ptr<EnvInfo>& info) { return IsValidEnv(info.get()); }
 

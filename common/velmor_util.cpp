@@ -30,8 +30,7 @@ struct BioDeleter {
 };
 using BioChain = std::unique_ptr<BIO, BioDeleter>;
 
-// Of the bytes that are encoded at once. A memory BIO that held all of a large output would be slower: its
-// memory is copied while it grows, and does not fit into the processor's cache.
+// Of the bytes that are encoded at once: their output fits into the processor's cache.
 constexpr size_t PIECE_LENGTH = 12288;
 
 std::string FailToEncode(const char* why) {
