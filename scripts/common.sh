@@ -6,23 +6,43 @@ preset=${GAMEAPI_BUILD:-release}
 out=out/$preset
 logs=out/logs
 
-# Debian packages, each with a command on PATH or a file that shows that it is installed. Node and its headers are not
-# listed, because they may come from elsewhere; missing_packages looks for them.
+# Debian packages, each with a command on PATH or a file that shows that it is installed, and with what it is. Node and its
+# headers are not listed, because they may come from elsewhere; missing_packages looks for them.
 build_needs=(
-    'g++ g++'
-    'cmake cmake'
-    'ninja-build ninja'
-    'libssl-dev /usr/include/openssl/evp.h'
-    'nlohmann-json3-dev /usr/include/nlohmann/json.hpp'
+    'g++|g++|a C++17 compiler'
+    'cmake|cmake|CMake 3.25'
+    'ninja-build|ninja|Ninja'
+    'libssl-dev|/usr/include/openssl/evp.h|the headers and the libcrypto of OpenSSL 3'
+    'nlohmann-json3-dev|/usr/include/nlohmann/json.hpp|the headers of nlohmann JSON 3.11.2'
 )
 test_needs=(
-    'libgtest-dev /usr/include/gtest/gtest.h'
-    'clang-format clang-format'
-    'clang-tidy clang-tidy'
-    'node-typescript tsc'
+    'libgtest-dev|/usr/include/gtest/gtest.h|GoogleTest'
+    'clang-format|clang-format|clang-format'
+    'clang-tidy|clang-tidy|clang-tidy'
+    'node-typescript|tsc|the TypeScript compiler'
 )
-coverage_needs=('gcovr gcovr')
-bench_needs=('libbenchmark-dev /usr/include/benchmark/benchmark.h')
+coverage_needs=('gcovr|gcovr|gcovr')
+bench_needs=('libbenchmark-dev|/usr/include/benchmark/benchmark.h|Google Benchmark')
+npm_needs=('npm|npm|npm')
+clang_needs=('clang|clang++|clang')
+libcxx_needs=(
+    'libc++-dev|/usr/lib/llvm-*/include/c++/v1/vector|the headers of libc++'
+    'libc++abi-dev|/usr/lib/llvm-*/lib/libc++abi.a|the static library of libc++abi'
+)
+arm64_needs=(
+    'g++-aarch64-linux-gnu|aarch64-linux-gnu-g++|a cross-compiler for 64-bit ARM'
+    'libssl-dev:arm64|/usr/lib/aarch64-linux-gnu/libcrypto.a|the static libcrypto of OpenSSL 3 for 64-bit ARM'
+)
+qemu_needs=(
+    'qemu-user|qemu-aarch64|the user mode emulator of QEMU'
+    'libstdc++6:arm64|/usr/lib/aarch64-linux-gnu/libstdc++.so.6|the C++ library of GCC for 64-bit ARM'
+    'libatomic1:arm64|/usr/lib/aarch64-linux-gnu/libatomic.so.1|the atomics library of GCC for 64-bit ARM'
+)
+case $preset in
+    clang) build_needs+=("${clang_needs[@]}") ;;
+    clang-libcxx) build_needs+=("${clang_needs[@]}" "${libcxx_needs[@]}") ;;
+    arm64) build_needs+=("${arm64_needs[@]}") ;;
+esac
 
 say() {
     printf '%s\n' "$*"
@@ -44,42 +64,52 @@ quietly() {
     die "$complaint (the whole output is in $log)"
 }
 
+# is_there COMMAND_OR_PATTERN: whether the command is on PATH, or a file matches the absolute pattern.
 is_there() {
-    command -v "$1" >/dev/null || [[ $1 == /* && -e $1 ]]
+    command -v "$1" >/dev/null || { [[ $1 == /* ]] && compgen -G "$1" >/dev/null; }
 }
 
-# Prints the packages that are missing for Node and the given needs, one per line.
-missing_packages() {
-    local need headers=
+# Prints the needs that are missing, one per line, and what is missing for Node.
+missing_needs() {
+    local need evidence headers=
     for need in "$@"; do
-        is_there "${need#* }" || say "${need% *}"
+        IFS='|' read -r _ evidence _ <<<"$need"
+        is_there "$evidence" || say "$need"
     done
     if ! is_there node; then
-        say nodejs
+        say 'nodejs|node|Node.js 18'
     fi
     if ! headers=$(scripts/node-headers 2>/dev/null); then
-        say libnode-dev
+        say 'libnode-dev||the headers of Node.js'
     fi
     if [[ ! -f $headers/uv.h && ! -f /usr/include/uv.h ]]; then
-        say libuv1-dev
+        say 'libuv1-dev||the headers of libuv'
     fi
 }
 
+# install_packages NEED...: installs the packages of the needs.
 install_packages() {
-    local by_hand="apt-get install --no-install-recommends $*"
-    is_there apt-get || die "missing here, under the names that Debian gives them: $*"
+    local packages=("${@%%|*}") whats
+    if ! is_there apt-get; then
+        printf -v whats '; %s' "${@##*|}"
+        die "missing here: ${whats:2}"
+    fi
+    local by_hand="apt-get install --no-install-recommends ${packages[*]}"
     local as_root=(env)
     if ((EUID != 0)); then
         is_there sudo || die "packages are missing, and installing them needs root: $by_hand"
         as_root=(sudo env)
     fi
-    say "Installing: $*"
+    say "Installing: ${packages[*]}"
     local apt=("${as_root[@]}" DEBIAN_FRONTEND=noninteractive apt-get -y -o DPkg::Lock::Timeout=120)
     mkdir -p "$logs"
+    if [[ ${packages[*]} == *:arm64* ]]; then
+        "${as_root[@]}" dpkg --add-architecture arm64
+    fi
     "${apt[@]}" update >"$logs/apt-update.log" 2>&1 </dev/null ||
         say "apt-get could not update its lists ($logs/apt-update.log tells why); trying with the old ones"
     quietly apt-install "the packages could not be had; is the network there? By hand: $by_hand" \
-        "${apt[@]}" install --no-install-recommends "$@"
+        "${apt[@]}" install --no-install-recommends "${packages[@]}"
     hash -r
 }
 
@@ -93,18 +123,18 @@ check_node() {
         die "Node $version is too old, $1.$2 or newer is needed: put one on PATH, or none, and Debian's is installed"
 }
 
-# Installs the packages that are missing for Node and the given needs.
+# provide NEED...: installs the packages that are missing for Node and the needs.
 provide() {
     local missing
     check_node 18 0
-    mapfile -t missing < <(missing_packages "$@")
+    mapfile -t missing < <(missing_needs "$@")
     if ((${#missing[@]} == 0)); then
         return
     fi
     install_packages "${missing[@]}"
     check_node 18 0
-    mapfile -t missing < <(missing_packages "$@")
-    ((${#missing[@]} == 0)) || die "still missing after the installation: ${missing[*]}"
+    mapfile -t missing < <(missing_needs "$@")
+    ((${#missing[@]} == 0)) || die "still missing after the installation: ${missing[*]%%|*}"
 }
 
 is_configured_with() {
