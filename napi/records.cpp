@@ -22,7 +22,7 @@ protected:
         return character;
     }
     std::streamsize xsputn(const char* characters, std::streamsize count) override {
-        text_.append(characters, count);
+        text_.append(characters, static_cast<size_t>(count));
         return count;
     }
 

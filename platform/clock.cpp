@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <limits>
 
+#include "forever.h"
 #include "time_service_client.h"
 
 namespace StandIn {
@@ -20,6 +21,8 @@ Clock::Nanoseconds BootTime() {
 }
 
 }  // namespace
+
+Clock& Clock::Get() { return Forever<Clock>(); }
 
 Clock::Clock() : originReal_(Steady::now()), origin_(BootTime()) {}
 

@@ -7,8 +7,6 @@
 #include <mutex>
 #include <utility>
 
-#include "forever.h"
-
 namespace StandIn {
 
 /// The device's only clock. Its boot time and every sleep of the module's threads follow it.
@@ -20,7 +18,7 @@ class Clock {
 public:
     using Nanoseconds = std::chrono::nanoseconds;
 
-    static Clock& Get() { return Forever<Clock>(); }
+    static Clock& Get();
     /// Real time at rate 1, starting from the machine's boot time.
     Clock();
 

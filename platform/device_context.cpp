@@ -24,9 +24,10 @@ using OHOS::Global::Resource::NOT_FOUND;
 using OHOS::Global::Resource::ResourceManager;
 using OHOS::Global::Resource::RState;
 using OHOS::Global::Resource::SUCCESS;
+using Data = std::unique_ptr<uint8_t[]>;
 
 /// Copies the bytes that a read found. `bytes` is null if it found none.
-RState CopyOut(const Bytes* bytes, size_t& length, std::unique_ptr<uint8_t[]>& data) {
+RState CopyOut(const Bytes* bytes, size_t& length, Data& data) {
     length = 0;
     if (bytes == nullptr) return NOT_FOUND;
     length = bytes->size();
@@ -45,19 +46,16 @@ class ModuleResources final : public ResourceManager {
 public:
     explicit ModuleResources(std::shared_ptr<const Resources> resources) : resources_(std::move(resources)) {}
 
-    RState GetMediaDataById(uint32_t id, size_t& length, std::unique_ptr<uint8_t[]>& data,
-                            uint32_t /*density*/) override {
+    RState GetMediaDataById(uint32_t id, size_t& length, Data& data, uint32_t /*density*/) override {
         return CopyOut(Find(Call::GetMediaDataById, resources_->mediaById, id), length, data);
     }
 
-    RState GetMediaDataByName(const char* name, size_t& length, std::unique_ptr<uint8_t[]>& data,
-                              uint32_t /*density*/) override {
+    RState GetMediaDataByName(const char* name, size_t& length, Data& data, uint32_t /*density*/) override {
         return CopyOut(Find(Call::GetMediaDataByName, resources_->mediaByName, std::string(name)), length,
                        data);
     }
 
-    RState GetRawFileFromHap(const std::string& name, size_t& length,
-                             std::unique_ptr<uint8_t[]>& data) override {
+    RState GetRawFileFromHap(const std::string& name, size_t& length, Data& data) override {
         return CopyOut(Find(Call::GetRawFileFromHap, resources_->rawFiles, name), length, data);
     }
 
@@ -110,10 +108,8 @@ private:
 
 // Marks the JS objects whose wrapped pointer is a ContextRecord.
 constexpr napi_type_tag CONTEXT_TAG = {0x8b1f4a0c6d2e4957, 0xa3c57e19b06d42f8};
-
 constexpr uint64_t APPLICATION_TOKEN = 0x20010001;
 constexpr uint64_t SYSTEM_APP_MASK = uint64_t{1} << 32;
-
 std::atomic<uint64_t> gCallingToken{APPLICATION_TOKEN};
 
 /// The loop holds of the threads that wait for a window.

@@ -17,7 +17,6 @@ struct Registry {
 napi_module* gRecord = nullptr;  // set once, while the library is being loaded
 thread_local napi_env gModuleEnv = nullptr;
 thread_local napi_ref gExports = nullptr;  // freed with the environment
-
 thread_local Environment* gCurrent = nullptr;
 thread_local napi_env gLastOwn = nullptr;  // known to be alive and to belong to this thread
 
@@ -30,10 +29,9 @@ std::shared_ptr<Environment> Find(Map Registry::*map, typename Map::key_type key
 }
 
 void Require(bool isDone, const char* what) {
-    if (!isDone) {
-        (void)std::fprintf(stderr, "The device cannot serve this JS environment: %s failed.\n", what);
-        std::abort();
-    }
+    if (isDone) return;
+    (void)std::fprintf(stderr, "The device cannot serve this JS environment: %s failed.\n", what);
+    std::abort();
 }
 
 }  // namespace

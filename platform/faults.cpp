@@ -19,9 +19,6 @@ Watched gWatched[] = {
 #define WRAPPED(name) OWN(name)
 #define WRAPPED_AS(symbol, name, text) {{text}},
 #include "wrap/calls.def"
-#undef WRAPPED
-#undef WRAPPED_AS
-#undef OWN
 };
 
 }  // namespace

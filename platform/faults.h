@@ -13,9 +13,6 @@ enum class Call : size_t {
 #define WRAPPED_AS(symbol, name, text) name,
 #define OWN(name) name,
 #include "wrap/calls.def"
-#undef WRAPPED
-#undef WRAPPED_AS
-#undef OWN
 };
 
 /// Fault injection into the module's calls. Thread-safe.
@@ -40,7 +37,6 @@ public:
 
     /// Whether `Arm` armed any function since the last reset.
     static bool IsWatching() { return isWatching_.load(std::memory_order_relaxed); }
-
     static const char* NameOf(Call call);
 
 private:

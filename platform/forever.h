@@ -2,7 +2,8 @@
 
 namespace StandIn {
 
-/// The only `T` of the process. Never destroyed, because detached threads may use it while the process exits.
+/// The library's only `T`, for sources alone: the users of a header might get another. Never destroyed,
+/// because detached threads may use it while the process exits.
 template <typename T>
 T& Forever() {
     static T& object = *new T();

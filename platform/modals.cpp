@@ -4,6 +4,7 @@
 #include <cstring>
 #include <utility>
 
+#include "forever.h"
 #include "game_end.h"
 #include "records.h"
 
@@ -113,6 +114,8 @@ std::string Modal::Give(const Answer& answer, std::function<void()> giveUp) cons
     }
     return {};
 }
+
+Modals& Modals::Get() { return Forever<Modals>(); }
 
 int32_t Modals::Open(Modal::Opening opening) {
     std::lock_guard<std::mutex> guard(mutex_);

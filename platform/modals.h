@@ -12,7 +12,6 @@
 #include <vector>
 
 #include "environment.h"
-#include "forever.h"
 #include "modal_ui_extension_config.h"
 
 namespace StandIn {
@@ -100,7 +99,7 @@ public:
     /// Called on the thread that opens the modal, one call at a time. Must not call back into this class.
     using Receiver = std::function<void(const std::shared_ptr<Modal>& modal)>;
 
-    static Modals& Get() { return Forever<Modals>(); }
+    static Modals& Get();
 
     /// Returns the modal's session ID: above 0, and never reused.
     int32_t Open(Modal::Opening opening);

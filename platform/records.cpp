@@ -10,6 +10,7 @@
 
 #include "clock.h"
 #include "faults.h"
+#include "forever.h"
 #include "modals.h"
 
 namespace StandIn {
@@ -65,6 +66,14 @@ std::string WithoutMarks(const char* format) {
 }
 
 }  // namespace
+
+template <typename Record, size_t CAPACITY>
+Latest<Record, CAPACITY>& Latest<Record, CAPACITY>::Get() {
+    return Forever<Latest>();
+}
+template LogStore& LogStore::Get();
+template EventStore& EventStore::Get();
+template ProcessorStore& ProcessorStore::Get();
 
 char LogLine::Letter() const { return LETTERS[std::clamp<int>(level, LOG_DEBUG, LOG_FATAL) - LOG_DEBUG]; }
 

@@ -9,7 +9,6 @@
 
 #include "app_event.h"
 #include "app_event_processor_mgr.h"
-#include "forever.h"
 #include "hilog/log.h"
 
 namespace StandIn {
@@ -28,7 +27,7 @@ struct LogLine {
 template <typename Record, size_t CAPACITY>
 class Latest {
 public:
-    static Latest& Get() { return Forever<Latest>(); }
+    static Latest& Get();
 
     /// Returns its index among the records that are kept.
     size_t Append(Record record) {

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "forever.h"
+
 namespace StandIn {
 
 void SerialThread::Post(Task task) {
@@ -37,6 +39,8 @@ void SerialThread::Run() {
         task();
     }
 }
+
+UiThread& UiThread::Get() { return Forever<UiThread>(); }
 
 void UiThread::Post(Task answer) {
     thread_.Post([this, answer = std::move(answer)] { RunHere(answer); });

@@ -7,8 +7,6 @@
 #include <mutex>
 #include <thread>
 
-#include "forever.h"
-
 namespace StandIn {
 
 using Task = std::function<void()>;
@@ -35,7 +33,7 @@ private:
 /// Posted answers run on the UI thread. Thread-safe.
 class UiThread {
 public:
-    static UiThread& Get() { return Forever<UiThread>(); }
+    static UiThread& Get();
 
     void Post(Task answer);
     /// Runs `answer` on the calling thread, immediately or as soon as no other thread runs one.

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "clock.h"
+#include "forever.h"
 #include "functions.h"
 #include "making.h"
 #include "pending_promise.h"

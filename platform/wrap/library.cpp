@@ -6,8 +6,7 @@
 
 #include "faults.h"
 
-// The linker redirects the module's calls of OpenSSL and the C++ runtime here, so that they can be made to
-// fail.
+// The linker redirects the module's calls of OpenSSL and the C++ runtime here: they can be made to fail.
 
 using StandIn::Call;
 using StandIn::Faults;
