@@ -29,6 +29,12 @@ libcxx_needs=(
     'libc++-dev|/usr/lib/llvm-*/include/c++/v1/vector|the headers of libc++'
     'libc++abi-dev|/usr/lib/llvm-*/lib/libc++abi.a|the static library of libc++abi'
 )
+device_needs=(
+    "${clang_needs[@]}"
+    "${libcxx_needs[0]}"
+    'lld|ld.lld|the linker of LLVM'
+    'libc6-dev-arm64-cross|/usr/aarch64-linux-gnu/include/stdio.h|the headers of the C library for 64-bit ARM'
+)
 arm64_needs=(
     'g++-aarch64-linux-gnu|aarch64-linux-gnu-g++|a cross-compiler for 64-bit ARM'
     'libssl-dev:arm64|/usr/lib/aarch64-linux-gnu/libcrypto.a|the static libcrypto of OpenSSL 3 for 64-bit ARM'
@@ -41,6 +47,7 @@ qemu_needs=(
 case $preset in
     clang) build_needs+=("${clang_needs[@]}") ;;
     clang-libcxx) build_needs+=("${clang_needs[@]}" "${libcxx_needs[@]}") ;;
+    device) build_needs+=("${device_needs[@]}") ;;
     arm64) build_needs+=("${arm64_needs[@]}") ;;
 esac
 

@@ -22,6 +22,9 @@ const ALLOWED = {
 const SEARCH_PATH = ['.', 'platform/include', 'platform'];
 // The C++ library, and the other system headers that the device also has.
 const SYSTEM_HEADERS = /^([a-z_0-9]+|unistd\.h|uv\.h|nlohmann\/json\.hpp|openssl\/\w+\.h)$/;
+const NEVER_FAILING = ['BIO_f_base64', 'BIO_free_all', 'BIO_push', 'BIO_s_mem', 'BIO_set_flags', 'napi_module_register'];
+const OF_CXX = /^_Z\w*(St3__1|__cxxabiv1|St7nothrow)|^_Z(nwm|dlPv|daPv)$|^__cxa_/;
+const OF_C = /^(mem|str|pthread_)\w+$|^(__assert_fail|_exit|abort|localeconv|rand|snprintf)$/;
 // What the module's sources must not contain: names of runtimes, a PC, tests, conditional compilation.
 const FOREIGN = [
     /\bNode(\.?js)?\b(?!-API)|\bnode\.js\b|\bworker_threads\b|\blibuv-pool\b/, /\bstand-?in\b|\bPC\b/i,
@@ -69,6 +72,15 @@ for (const [layer, allowed] of Object.entries(ALLOWED)) {
         assert.deepEqual(wrong.filter((each) => each.length > 1), []);
     });
 }
+
+test('built for a device, the module needs Node-API, libuv and the platform as listed, and the libraries of C and C++', () => {
+    const imported = symbols('../device/libgame_player_extension_ability.so', '--undefined-only');
+    const listed = firstGroups(read('platform/wrap/calls.def').matchAll(/\bWRAPPED(?:_AS)?\((\w+)/g));
+    const isListed = /^(napi|node_api|uv|BIO|BUF|EVP)_|^_Zn\w*nothrow_t$/;
+    assert.deepEqual(imported.filter((name) => isListed.test(name)), [...listed, ...NEVER_FAILING].sort());
+    const others = imported.filter((name) => !isListed.test(name) && !/^(_ZNK?4OHOS|HiLogPrint$)/.test(name));
+    assert.deepEqual(others.filter((name) => !OF_CXX.test(name) && !OF_C.test(name)), []);
+});
 
 test('every call of the module that may fail goes to the stand-in device, which defines every listed call', () => {
     const imported = symbols('game_player_extension_ability.node', '--undefined-only');
