@@ -16,6 +16,7 @@ build_needs=(
     'nlohmann-json3-dev|/usr/include/nlohmann/json.hpp|the headers of nlohmann JSON 3.11.2'
 )
 test_needs=(
+    'git|git|git'
     'libgtest-dev|/usr/include/gtest/gtest.h|GoogleTest'
     'clang-format|clang-format|clang-format'
     'clang-tidy|clang-tidy|clang-tidy'
