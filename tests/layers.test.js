@@ -23,7 +23,7 @@ const SEARCH_PATH = ['.', 'platform/include', 'platform'];
 // The C++ library, and the other system headers that the device also has.
 const SYSTEM_HEADERS = /^([a-z_0-9]+|unistd\.h|uv\.h|nlohmann\/json\.hpp|openssl\/\w+\.h)$/;
 const NEVER_FAILING = ['BIO_f_base64', 'BIO_free_all', 'BIO_push', 'BIO_s_mem', 'BIO_set_flags', 'napi_module_register'];
-const OF_CXX = /^_Z\w*(St3__1|__cxxabiv1|St7nothrow)|^_Z(nwm|dlPv|daPv)$|^__cxa_/;
+const OF_CXX = /^_Z\w*(St3__1|__cxxabiv1|St7nothrow)|^_Z(nwm|d[al]Pvm?)$|^__cxa_/;
 const OF_C = /^(mem|str|pthread_)\w+$|^(__assert_fail|_exit|abort|localeconv|rand|snprintf)$/;
 // What the module's sources must not contain: names of runtimes, a PC, tests, conditional compilation.
 const FOREIGN = [
