@@ -34,11 +34,11 @@ test('the TypeScript game compiles strictly; its suite passes, and fails if the 
     fs.rmSync(out, { recursive: true, force: true });
     const run = (command, args, env) => promisify(execFile)(command, args,
         { ...OPTIONS, env: { ...process.env, NODE_TEST_CONTEXT: undefined, GAMEAPI_LOG: '', ...env } });
-    const runSuite = (env) => run(process.execPath, ['--test', '--test-reporter=tap', out], env);
+    const suite = path.join(out, 'game.test.js');
+    const runSuite = (env) => run(process.execPath, ['--test', '--test-reporter=tap', suite], env);
     await run('tsc', ['-p', path.join(ROOT, 'examples', 'shop')], { LD_PRELOAD: '' });
     const { stdout, stderr } = await runSuite();
     assert.deepEqual([/^# pass 5$/m.test(stdout), /^# fail 0$/m.test(stdout), stderr], [true, true, '']);
-    const suite = path.join(out, 'game.test.js');
     fs.writeFileSync(suite, fs.readFileSync(suite, 'utf8').replace(/\w+\.default\.onExit\(resolve\)/, 'void 0'));
     await assert.rejects(runSuite({ GAMEAPI_EXIT_STATUS: '1' }),
         ({ code, stdout: told }) => code === 1 && told.includes('the module ends the process'));
