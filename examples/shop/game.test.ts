@@ -1,4 +1,4 @@
-// Tests the game on the stand-in device. To run: npx tsc -p examples/shop && node --test out/examples/shop
+// Tests the game on the stand-in device. To run: npx tsc -p examples/shop && node --test out/examples/shop/game.test.js
 
 import assert from 'node:assert/strict';
 import { afterEach, test } from 'node:test';
