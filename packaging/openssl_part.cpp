@@ -1,5 +1,6 @@
-// Only base64 of OpenSSL's libcrypto is linked into the package's libraries. The linker redirects these calls of
-// libcrypto's to here, because the originals would bring in all of its algorithms, twenty times as much code.
+// Only base64 of OpenSSL's libcrypto is linked into the package's libraries. The linker redirects these calls
+// of libcrypto's to here, because the originals would bring in all of its algorithms, twenty times as much
+// code.
 
 #include <cstdint>
 
@@ -9,7 +10,7 @@ extern "C" {
 int __wrap_OPENSSL_init_crypto(uint64_t /*options*/, const void* /*settings*/) { return 1; }
 
 /// A thread's last error is not freed when the thread ends. Nobody reads it.
-int __wrap_ossl_init_thread_start(const void* /*index*/, void* /*argument*/, void (*/*handler*/)(void*)) {
+int __wrap_ossl_init_thread_start(const void* /*index*/, void* /*argument*/, void (* /*handler*/)(void*)) {
     return 1;
 }
 

@@ -3,6 +3,8 @@
 #include <node_api.h>
 #include <uv.h>
 
+#include <algorithm>
+#include <iterator>
 #include <mutex>
 #include <utility>
 #include <vector>
@@ -33,7 +35,7 @@ public:
             if (queue_.empty()) {
                 queue_.swap(items);
             } else {
-                queue_.insert(queue_.end(), items.begin(), items.end());
+                std::copy(items.begin(), items.end(), std::back_inserter(queue_));
             }
         }
         (void)uv_async_send(&async_);
