@@ -1,5 +1,5 @@
 // Only base64 of OpenSSL's libcrypto is linked into the package's libraries. The linker redirects these calls
-// of libcrypto's to here, because the originals would bring in all of its algorithms, twenty times as much
+// of libcrypto's to here, because the originals would bring in all of its algorithms, thirty times as much
 // code.
 
 #include <cstdint>
