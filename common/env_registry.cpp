@@ -12,9 +12,9 @@
 namespace TAVIK::GAME_PLAYER {
 namespace {
 
-// The mutex guards `infos`. While it is held shared, no environment can end, so its event loop can be found
-// and work queued there; nothing else is called under it. A waiting writer may block further readers, so a
-// thread that holds it takes no other lock of the module, and not this one again.
+// The mutex guards `infos` and writing `isRegistered`. While it is held shared, no environment can end, so
+// its event loop can be found and work queued there; nothing else is called under it. A waiting writer may
+// block further readers, so a thread that holds it takes no other lock of the module, and not this one again.
 struct EnvRegistry {
     std::shared_mutex mutex;
     std::vector<std::shared_ptr<EnvInfo>> infos;

@@ -14,7 +14,7 @@ namespace TAVIK::GAME_PLAYER {
 struct EnvInfo {
     explicit EnvInfo(napi_env jsEnv) : env(jsEnv) {}
     const napi_env env;
-    std::atomic<bool> isRegistered{false};  // written by the registry alone
+    std::atomic<bool> isRegistered{false};  // set by the registry alone
 };
 
 /// The environment of this JS thread, set when the module is first loaded; empty on other threads.

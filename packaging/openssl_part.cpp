@@ -1,6 +1,6 @@
-// Only base64 of OpenSSL's libcrypto is linked into the package's libraries. The linker redirects these calls
-// of libcrypto's to here, because the originals would bring in all of its algorithms, thirty times as much
-// code.
+// The package's libraries link only the base64 of OpenSSL's libcrypto. Without these replacements, its
+// initialisation would bring in all algorithms: thirty times as much code. The linker redirects the calls
+// here.
 
 #include <cstdint>
 

@@ -2,8 +2,8 @@
 
 namespace StandIn {
 
-/// The library's only `T`, for sources alone: the users of a header might get another. Never destroyed,
-/// because detached threads may use it while the process exits.
+/// This library's only `T`. Never destroyed, because detached threads may use it while the process exits. Not
+/// for inline functions in headers, which can give each library its own.
 template <typename T>
 T& Forever() {
     static T& object = *new T();

@@ -57,9 +57,9 @@ for (const [what, files, loaded, build] of [
 }
 
 for (const [what, { version = '1.0.0', changes = `## [Unreleased]\n\n## [1.0.0] - 2020-01-01\n\n- All.\n`, more }, complaint] of [
-    ['a tree with changes', { more: { 'new.txt': '' } }, /^pack: no commit has what changed here.*new\.txt/],
-    ['a version without a section', { version: '1.0.1' }, /^pack: CHANGELOG\.md does not tell of version 1\.0\.1 /],
-    ['a version that others begin with', { version: '1.0' }, /^pack: CHANGELOG\.md does not tell of version 1\.0 /],
+    ['a tree with changes', { more: { 'new.txt': '' } }, /^pack: there are uncommitted changes.*new\.txt/],
+    ['a version without a section', { version: '1.0.1' }, /^pack: CHANGELOG\.md has no section for version 1\.0\.1 /],
+    ['a version that others begin with', { version: '1.0' }, /^pack: CHANGELOG\.md has no section for version 1\.0 /],
     ['changes without a version', { changes: '## [Unreleased]\n\n- New.\n\n## [1.0.0] - 2020-01-01\n' }, /^pack: CHANGELOG\.md has changes under \[Unreleased\]/],
 ]) {
     test(`./pack refuses ${what}`, () => {

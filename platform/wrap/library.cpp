@@ -6,7 +6,7 @@
 
 #include "faults.h"
 
-// The linker redirects the module's calls of OpenSSL and the C++ runtime here: they can be made to fail.
+// The linker redirects the module's calls of OpenSSL and the C++ runtime here, so that they can fail.
 
 using StandIn::Call;
 using StandIn::Faults;
@@ -25,7 +25,7 @@ int __wrap_BIO_write(BIO* bio, const void* data, int length) {
     return Faults::Trip(Call::BIO_write) ? -1 : BIO_write(bio, data, length);
 }
 
-// These cannot fail. They stand here so that the module itself needs nothing of OpenSSL's library.
+// These cannot fail. With them here, only this library has to be linked with OpenSSL.
 const BIO_METHOD* __wrap_BIO_f_base64(void) { return BIO_f_base64(); }
 const BIO_METHOD* __wrap_BIO_s_mem(void) { return BIO_s_mem(); }
 BIO* __wrap_BIO_push(BIO* bio, BIO* next) { return BIO_push(bio, next); }
