@@ -76,9 +76,7 @@ test('the error for a misspelt method suggests the right one', async () => {
 });
 
 test('the stack of a rejection shows where its request was made', async () => {
-    async function bindFromHere() {
-        return game.bindPlayer(device.createAbilityContext(), 'open', 'team');
-    }
+    async function bindFromHere() { return game.bindPlayer(device.createAbilityContext(), 'open', 'team'); }
     const [bound, refused] = [bindFromHere(), game.bindPlayer({}, 'open', 'team')].map((made) => made.catch((error) => error));
     await answer(device.modals()[0], ['result', ErrorCode.ALREADY_BOUND]);
     for (const error of [await bound, await refused]) {

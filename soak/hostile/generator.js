@@ -61,13 +61,9 @@ class Generator extends Values {
         return choices.find(([weight]) => (left -= weight) < 0)[1]();
     }
 
-    env() {
-        return this.pick([...this.model.envs.keys()]);
-    }
+    env() { return this.pick([...this.model.envs.keys()]); }
 
-    id() {
-        return `c${++this.calls}`;
-    }
+    id() { return `c${++this.calls}`; }
 
     request(env, method = this.pick(this.methods)) {
         const id = this.id();
@@ -84,9 +80,7 @@ class Generator extends Values {
         return ['call', env, id, method, args, 0];
     }
 
-    context() {
-        return this.random() < 0.9 ? { ctx: this.below(4) } : { bad: this.below(6) };
-    }
+    context() { return this.random() < 0.9 ? { ctx: this.below(4) } : { bad: this.below(6) }; }
 
     // Functions that are called while the clock moves must not act, because the clock goes on.
     kind(env, { ctx }) {
@@ -107,9 +101,7 @@ class Generator extends Values {
     }
 
     /** A Worker gets only values that can be posted to it. */
-    isWild(env) {
-        return env === 'main' && this.random() < 0.3;
-    }
+    isWild(env) { return env === 'main' && this.random() < 0.3; }
 
     /** An object with some of the fields of a record, or something else. */
     object(env, fields) {

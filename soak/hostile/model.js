@@ -176,9 +176,7 @@ class Model extends Sessions {
         return ['threw', undefined, error.message];
     }
 
-    threw(code) {
-        return ['threw', code, MESSAGES[code]];
-    }
+    threw(code) { return ['threw', code, MESSAGES[code]]; }
 }
 
 module.exports = { Model };

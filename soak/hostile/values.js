@@ -13,13 +13,9 @@ class Values {
         this.error = new Error('of a trap');
     }
 
-    below(count) {
-        return Math.floor(this.random() * count);
-    }
+    below(count) { return Math.floor(this.random() * count); }
 
-    pick(list) {
-        return list[this.below(list.length)];
-    }
+    pick(list) { return list[this.below(list.length)]; }
 
     fails() {
         return () => {

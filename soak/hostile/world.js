@@ -65,9 +65,7 @@ class World {
     }
 
     /** The time at which a timer ends the game. */
-    exitTime() {
-        return Math.min(...this.sleepers.map(({ exitAt }) => exitAt));
-    }
+    exitTime() { return Math.min(...this.sleepers.map(({ exitAt }) => exitAt)); }
 
     /** Ends the game, once: [reason, code]. */
     endGame(...why) {

@@ -139,9 +139,7 @@ async function roundTrip() {
 const sourceOf = (body, args) => `(${body})(require(${JSON.stringify(__filename)}), ...${JSON.stringify(args)})`;
 
 /** Runs `body(support, ...args)` in a Worker. `body` must not use its enclosing scope. */
-function startWorker(body, ...args) {
-    return new Worker(sourceOf(body, args), { eval: true });
-}
+function startWorker(body, ...args) { return new Worker(sourceOf(body, args), { eval: true }); }
 
 const nextMessage = async (worker) => (await once(worker, 'message'))[0];
 

@@ -63,21 +63,15 @@ class Stage {
     }
 
     /** Waits until everything on its way has arrived. */
-    rest() {
-        return Promise.all(this.given).then(turn);
-    }
+    rest() { return Promise.all(this.given).then(turn); }
 
-    advance(ms) {
-        return device.clock.advance(ms).then(turn);
-    }
+    advance(ms) { return device.clock.advance(ms).then(turn); }
 
     tell(method, ...args) {
         device[method](...this.made(args));
     }
 
-    made(args) {
-        return args.map((arg) => (typeof arg === 'symbol' ? this[arg] : arg));
-    }
+    made(args) { return args.map((arg) => (typeof arg === 'symbol' ? this[arg] : arg)); }
 }
 
 const CHANGED = { resultCode: 1002000015, resultInfo: 'who' };
