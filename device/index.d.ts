@@ -147,6 +147,44 @@ export interface GameEnd {
  */
 export function onExit(handler: ((end: GameEnd) => void) | null): void;
 
+/** What happens on the device. `time` is the device's, in milliseconds. */
+export type DeviceRecord = { readonly time: number } & (
+    /**
+     * JS calls a method of the module. Strings among the arguments are in double quotes and cut off after 256 bytes; of
+     * objects only the word "object" is told. No other call of the process has this number.
+     */
+    | { kind: 'call'; call: number; method: string; arguments: string[] }
+    /**
+     * A call has come to its result. The code is 0 for success, and absent if the error has none; `data` and `message`
+     * are those that the game gets, cut off after 4096 bytes. A call of a page launch never settles.
+     */
+    | {
+        kind: 'settled'; call: number; method: string; how: 'resolved' | 'rejected' | 'called back' | 'thrown';
+        code?: number; message?: string; data?: string;
+    }
+    /** A listener that this call of `on` added is called. */
+    | { kind: 'heard'; call: number; method: 'on'; type: string; data?: string }
+    /** A modal opens, or is closed. The call is the one whose request opened it. */
+    | { kind: 'opened'; modal: number; call: number; method: string; parameters: Record<string, Parameter> }
+    | { kind: 'closed'; modal: number; call: number; method: string }
+    /** An answer reaches the module. An error has the parameters name and message. */
+    | {
+        kind: 'answered'; modal: number; call: number; method: string;
+        how: 'result' | 'receive' | 'release' | 'error'; code: number; parameters: Record<string, Parameter>;
+    }
+    /** The module writes a log line, or an application event. */
+    | { kind: 'log'; level: LogLine['level']; tag: string; message: string }
+    | { kind: 'reported'; event: AppEvent }
+);
+
+/**
+ * Calls `handler` on this thread with a record of everything that happens from now on, in any environment and in the
+ * order in which it happens. The records of a JS thread come after what that thread does. The module's functions stay
+ * as they are, and nothing is recorded while nobody watches. A handler does not keep the process alive. An environment
+ * has one handler: a new one replaces it, null or a reset removes it.
+ */
+export function onRecord(handler: ((record: DeviceRecord) => void) | null): void;
+
 /**
  * Sets where answers run: on the device's UI thread ('ui', the default), or on the JS thread that gives the answer,
  * before the answering call returns ('caller'). Applies to the whole device. With 'caller', an exception that the
@@ -168,6 +206,15 @@ export const clock: {
      * after another. Resolves when everything that this queued for this environment has been delivered.
      */
     advance(ms: number): Promise<void>;
+    /** Milliseconds until a thread of the module wakes or a handler of `after` is due; Infinity if there is neither. */
+    next(): number;
+    /**
+     * Calls `handler` on this thread after `ms` milliseconds of the device's time, or soon if that is 0. `advance` stops
+     * there and awaits the promise that the handler returns; the handler itself must not await `advance`. Handlers run
+     * one after another: in the order of their times, then in that of the calls. Returns a function that cancels. Move
+     * and set the time in the environment that waits. A reset cancels.
+     */
+    after(ms: number, handler: () => unknown): () => void;
     /**
      * Calls `handler` with the milliseconds of each step that `advance` takes in this environment, so that a test
      * runner's fake timers can follow. If it returns a promise, the promise is awaited. A step ends wherever a thread

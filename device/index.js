@@ -3,10 +3,12 @@
 const { inspect } = require('util');
 const { nearest } = require('./answers.js');
 const binding = require('./binding.js');
+const timers = require('./timers.js');
 const { METHODS, forgetModals, modalOf, modals, nameOf } = require('./modal.js');
 
 // Captured now, so that fake timers that a test installs later do not stop what runs in real time.
 const { clearTimeout, setInterval, setTimeout } = require('timers');
+const { setImmediate: turn } = require('timers/promises');
 
 const MAX_TIMEOUT_MS = 0x7fffffff;  // the limit of setTimeout
 const SILENCE_MS = 5000;  // after this time, an open modal without an answer is reported
@@ -115,12 +117,20 @@ async function nextModal(filter, options = {}) {
 
 const isFunction = (value) => typeof value === 'function';
 
-function onModal(handler) {
+function readHandler(handler) {
     if (handler !== null && !isFunction(handler)) {
         throw new TypeError('handler must be a function or null');
     }
-    watch.handler = handler;
+    return handler;
+}
+
+function onModal(handler) {
+    watch.handler = readHandler(handler);
     watch.since = listen();
+}
+
+function onRecord(handler) {
+    binding.watchRecords(readHandler(handler));
 }
 
 function onExit(handler) {
@@ -133,29 +143,39 @@ let follower = null;
 let lastAdvance = Promise.resolve();
 
 function onAdvance(handler) {
-    if (handler !== null && !isFunction(handler)) {
-        throw new TypeError('handler must be a function or null');
-    }
-    follower = handler;
+    follower = readHandler(handler);
 }
 
-// Stops whenever a thread of the module is due to wake, so that the game's own timers and the module's take turns.
-async function advanceWithFollower(ms) {
+// Runs what is due now. The game may then make requests: two turns of the loop bring them to the handlers here, which
+// may set timers that are due at once.
+async function runTimers() {
+    do {
+        await timers.run();
+        await turn();
+        await turn();
+    } while (timers.next() <= 0);
+}
+
+// Stops whenever a thread of the module or a timer of this environment is due, so that the module and JS take turns.
+async function advanceInSteps(ms) {
+    await runTimers();
     for (let left = ms; left > 0;) {
-        const step = Math.min(left, Math.max(binding.clockNext(), 0));
+        const step = Math.min(left, Math.max(Math.min(binding.clockNext(), timers.next()), 0));
         await binding.clockAdvance(step);
         left -= step;
         if (step > 0 && follower) {
             await follower(step);
         }
+        await runTimers();
     }
 }
 
 async function advance(ms) {
-    if (!follower || !(ms > 0)) {
+    const isStepped = follower || watch.handler || timers.areAny();
+    if (!isStepped || !(ms > 0)) {
         return binding.clockAdvance(ms);
     }
-    const run = () => advanceWithFollower(ms);
+    const run = () => advanceInSteps(ms);
     lastAdvance = lastAdvance.then(run, run);
     return lastAdvance;
 }
@@ -171,6 +191,8 @@ function reset() {
     }
     follower = null;
     watch.handler = null;
+    binding.watchRecords(null);
+    timers.clear();
     forgetModals();
     listen();
 }
@@ -185,11 +207,14 @@ const device = {
     nextModal,
     onModal,
     onExit,
+    onRecord,
     answerOn: binding.answerOn,
     clock: {
-        real: binding.clockReal,
-        manual: binding.clockManual,
+        real: timers.real,
+        manual: timers.manual,
         now: binding.clockNow,
+        next: () => Math.min(binding.clockNext(), timers.next()),
+        after: timers.after,
         advance,
         onAdvance,
         sleepers: binding.clockSleepers

@@ -7,6 +7,7 @@
 #include "ability_context.h"
 #include "faults.h"
 #include "forever.h"
+#include "game_end.h"
 #include "ipc_skeleton.h"
 #include "modals.h"
 #include "napi_base_context.h"
@@ -138,7 +139,7 @@ int32_t Window::CreateModalUIExtension(OHOS::AAFwk::Want want, OHOS::Ace::ModalU
     if (Faults::Trip(Call::CreateModalUIExtension)) return 0;
     NoteEffect();
     return Modals::Get().Open(
-        {std::move(want), std::move(config), std::move(callbacks), environment_.lock()});
+        {std::move(want), std::move(config), std::move(callbacks), environment_.lock(), ServedCall()});
 }
 
 void Window::CloseModalUIExtension(int32_t sessionId) {

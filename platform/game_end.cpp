@@ -64,8 +64,11 @@ Occasion InheritOccasion() {
     Occasion inherited;
     inherited.isTimer = true;
     inherited.requestType = gOccasion != nullptr ? gOccasion->requestType : TypeOfRequest(LastMethod());
+    inherited.call = ServedCall();
     return inherited;
 }
+
+uint64_t ServedCall() { return gOccasion != nullptr ? gOccasion->call : CurrentCall(); }
 
 void GameEnd::Handle(const void* owner, Handler handler) {
     auto& ending = Forever<Ending>();

@@ -12,6 +12,7 @@ struct Occasion {
     int32_t code = 0;              // of the answer
     int32_t modal = 0;             // the ID of the modal that answers
     std::function<void()> giveUp;  // called on that thread if the answer ends the game: it never returns
+    uint64_t call = 0;             // the number of the call whose request this serves
 };
 
 /// Sets the occasion of this thread for the lifetime of the scope.
@@ -29,6 +30,9 @@ private:
 
 /// The occasion of a thread that the module starts from this one.
 Occasion InheritOccasion();
+
+/// The number of the call that this thread serves.
+uint64_t ServedCall();
 
 /// The end of the game: the module exits its process. Thread-safe.
 class GameEnd {

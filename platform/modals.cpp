@@ -7,6 +7,7 @@
 #include "forever.h"
 #include "game_end.h"
 #include "records.h"
+#include "watching.h"
 
 namespace StandIn {
 namespace {
@@ -42,6 +43,29 @@ const RequestRow* FindRequest(int32_t type) {
     return nullptr;
 }
 
+constexpr const char* ANSWER_NAMES[] = {"result", "receive", "release", "error"};
+
+Happening About(const char* kind, const Modal& modal) {
+    return {kind,
+            {{"modal", static_cast<double>(modal.Id())},
+             {"call", static_cast<double>(modal.CallNumber())},
+             {"method", NameOfRequest(modal.RequestType())}}};
+}
+
+void TellAnswer(const Modal& modal, const Modal::Answer& answer) {
+    Happening answered = About("answered", modal);
+    answered.fields.emplace_back("how", std::string(ANSWER_NAMES[static_cast<size_t>(answer.kind)]));
+    answered.fields.emplace_back("code", static_cast<double>(answer.code));
+    answered.fields.emplace_back("parameters", answer.params);
+    Watching::Tell(std::move(answered));
+}
+
+void TellOpening(const Modal& modal) {
+    Happening opened = About("opened", modal);
+    opened.fields.emplace_back("parameters", modal.GetWant().GetParams());
+    Watching::Tell(std::move(opened));
+}
+
 thread_local uint64_t gEffects = 0;
 
 }  // namespace
@@ -70,7 +94,8 @@ Modal::Modal(int32_t id, int32_t generation, Opening opening)
       want_(std::move(opening.want)),
       config_(std::move(opening.config)),
       callbacks_(std::move(opening.callbacks)),
-      environment_(std::move(opening.environment)) {}
+      environment_(std::move(opening.environment)),
+      call_(opening.call) {}
 
 int32_t Modal::RequestType() const { return want_.GetParams().GetIntParam("requestType", 0); }
 
@@ -93,6 +118,10 @@ bool Modal::IsOlderThan(std::chrono::milliseconds age) const {
     return std::chrono::steady_clock::now() - opened_ > age;
 }
 
+void Modal::Close() {
+    if (isOpen_.exchange(false) && Watching::IsOn()) Watching::Tell(About("closed", *this));
+}
+
 void Modal::Forget() {
     Close();
     isForgotten_ = true;
@@ -105,8 +134,9 @@ std::string Modal::Give(const Answer& answer, std::function<void()> giveUp) cons
     const bool isLate = !IsOpen() && answer.kind != Answer::Kind::RELEASE;
     const uint64_t before = gEffects;
     {
-        const OccasionScope scope({false, RequestType(), answer.code, id_, std::move(giveUp)});
-        answer.call(callbacks_);
+        if (Watching::IsOn()) TellAnswer(*this, answer);
+        const OccasionScope scope({false, RequestType(), answer.code, id_, std::move(giveUp), call_});
+        answer.call(callbacks_, answer);
     }
     if (isLate && gEffects == before) {
         Say(Name() + " is closed and its request has ended: the answer " + std::to_string(answer.code) +
@@ -123,6 +153,7 @@ int32_t Modals::Open(Modal::Opening opening) {
     const auto modal = modals_.emplace_back(std::make_shared<Modal>(id, generation_, std::move(opening)));
     if (modal->IsSilent()) untold_.push_back(modal);
     free_.push_back(modal);
+    if (Watching::IsOn()) TellOpening(*modal);
     // Under the lock, so that every receiver gets the modals in the order of their IDs.
     for (const auto& [owner, receiver] : watchers_) {
         receiver(modal);

@@ -36,6 +36,7 @@ public:
         Config config;
         Callbacks callbacks;
         std::shared_ptr<Environment> environment;  // of the window; empty if it has ended
+        uint64_t call = 0;                         // the number of the call that opens it
     };
 
     /// An extension's answer.
@@ -43,7 +44,8 @@ public:
         enum class Kind { RESULT, RECEIVE, RELEASE, ERROR };
         Kind kind = Kind::RESULT;
         int32_t code = 0;
-        std::function<void(const Callbacks& callbacks)> call;
+        OHOS::AAFwk::WantParams params;
+        std::function<void(const Callbacks& callbacks, const Answer& answer)> call;
 
         /// Whether the module takes it as the result of its request, if the request has none yet.
         bool Settles() const;
@@ -62,6 +64,8 @@ public:
     int32_t RequestType() const;
     /// "modal 3 (getLocalPlayer)".
     std::string Name() const;
+    /// The number of the call that opened it.
+    uint64_t CallNumber() const { return call_; }
 
     /// True until the module closes it or its environment ends.
     bool IsOpen() const;
@@ -72,7 +76,7 @@ public:
     bool IsSilent() const;
     bool IsOlderThan(std::chrono::milliseconds age) const;
 
-    void Close() { isOpen_ = false; }
+    void Close();
     /// Closes it. From now on, no answer reaches the module.
     void Forget();
 
@@ -87,6 +91,7 @@ private:
     const Config config_;
     const Callbacks callbacks_;
     const std::shared_ptr<Environment> environment_;
+    const uint64_t call_;
     const std::chrono::steady_clock::time_point opened_ = std::chrono::steady_clock::now();
     std::atomic<bool> isOpen_{true};
     std::atomic<bool> isAnswered_{false};

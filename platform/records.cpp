@@ -12,6 +12,7 @@
 #include "faults.h"
 #include "forever.h"
 #include "modals.h"
+#include "watching.h"
 
 namespace StandIn {
 namespace {
@@ -87,6 +88,11 @@ int WriteLog(LogLevel level, unsigned int domain, const char* tag, const char* f
     (void)std::vsnprintf(message, sizeof(message), WithoutMarks(format).c_str(), arguments);
     LogLine line{level, domain, tag, message};
     if (level >= PRINTED_LEVEL) Print(line);
+    if (Watching::IsOn()) {
+        Watching::Tell(
+            {"log",
+             {{"level", std::string(1, line.Letter())}, {"tag", line.tag}, {"message", line.message}}});
+    }
     (void)LogStore::Get().Append(std::move(line));
     return 0;
 }
@@ -107,6 +113,7 @@ namespace OHOS::HiviewDFX {
 int Write(Event event) {
     if (StandIn::Faults::Trip(StandIn::Call::Write)) return -1;
     StandIn::NoteEffect();
+    if (StandIn::Watching::IsOn()) StandIn::Watching::Tell({"reported", {{"event", event}}});
     (void)StandIn::EventStore::Get().Append(std::move(event));
     return 0;
 }

@@ -66,17 +66,20 @@ napi_value AnswerResult(napi_env env, napi_callback_info info) {
     int32_t resultCode = 0;
     WantParams params;
     if (!ReadInt32(env, code, "code", resultCode) || !ReadParams(env, parameters, params)) return nullptr;
-    Want want;
-    want.SetParams(std::move(params));
-    return Give(env, id, {Kind::RESULT, resultCode, [resultCode, want](const Modal::Callbacks& callbacks) {
-                              callbacks.onResult(resultCode, want);
-                          }});
+    return Give(env, id,
+                {Kind::RESULT, resultCode, std::move(params),
+                 [](const Modal::Callbacks& callbacks, const Answer& answer) {
+                     Want want;
+                     want.SetParams(answer.params);
+                     callbacks.onResult(answer.code, want);
+                 }});
 }
 
 Answer MakeReceive(WantParams params) {
     const int32_t code = params.GetIntParam("resultCode", CODE_MISSING);
-    return {Kind::RECEIVE, code,
-            [params = std::move(params)](const Modal::Callbacks& callbacks) { callbacks.onReceive(params); }};
+    return {
+        Kind::RECEIVE, code, std::move(params),
+        [](const Modal::Callbacks& callbacks, const Answer& answer) { callbacks.onReceive(answer.params); }};
 }
 
 napi_value AnswerReceive(napi_env env, napi_callback_info info) {
@@ -89,9 +92,10 @@ napi_value AnswerRelease(napi_env env, napi_callback_info info) {
     const auto [id, code] = Arguments<2>(env, info);
     int32_t releaseCode = 0;
     if (!ReadInt32(env, code, "code", releaseCode)) return nullptr;
-    return Give(env, id, {Kind::RELEASE, releaseCode, [releaseCode](const Modal::Callbacks& callbacks) {
-                              callbacks.onRelease(releaseCode);
-                          }});
+    return Give(env, id,
+                {Kind::RELEASE, releaseCode, {}, [](const Modal::Callbacks& callbacks, const Answer& answer) {
+                     callbacks.onRelease(answer.code);
+                 }});
 }
 
 napi_value AnswerError(napi_env env, napi_callback_info info) {
@@ -103,9 +107,15 @@ napi_value AnswerError(napi_env env, napi_callback_info info) {
         !ReadText(env, message, "message", messageText)) {
         return nullptr;
     }
-    return Give(env, id, {Kind::ERROR, errorCode, [=](const Modal::Callbacks& callbacks) {
-                              callbacks.onError(errorCode, nameText, messageText);
-                          }});
+    WantParams params;
+    params.SetParam("name", std::move(nameText));
+    params.SetParam("message", std::move(messageText));
+    return Give(env, id,
+                {Kind::ERROR, errorCode, std::move(params),
+                 [](const Modal::Callbacks& callbacks, const Answer& answer) {
+                     callbacks.onError(answer.code, answer.params.GetStringParam("name"),
+                                       answer.params.GetStringParam("message"));
+                 }});
 }
 
 // For benchmarks: no JS runs between the opening of a modal and its answer. Cannot be turned off.

@@ -25,6 +25,7 @@ Instance::~Instance() {
     Modals::Get().TellSilent(*environment_);
     Modals::Get().Unwatch(this);
     GameEnd::Unhandle(this);
+    Watching::End(this);
 }
 
 // The instance exists whenever a job runs: both end with the environment, the jobs first. A job holds the
@@ -57,6 +58,27 @@ void Instance::SetExitHandler(napi_value handler) {
 void Instance::RemoveExitHandler() {
     GameEnd::Unhandle(this);
     exitHandler_ = Reference();
+}
+
+void Instance::SetRecordHandler(napi_value handler) {
+    recordHandler_ = Reference(env_, handler);
+    Watching::Begin(this, [env = env_, environment = environment_,
+                           number = ++recordHandlers_](const Happening& happening) {
+        (void)environment->Post(env, [env, happening, number](bool isEnding) {
+            if (!isEnding) Of(env).CallRecordHandler(happening, number);
+        });
+    });
+}
+
+void Instance::RemoveRecordHandler() {
+    Watching::End(this);
+    recordHandler_ = Reference();
+}
+
+// What happened before the handler was set is not its business.
+void Instance::CallRecordHandler(const Happening& happening, uint64_t number) const {
+    if (!recordHandler_.IsEmpty() && number == recordHandlers_)
+        Call(recordHandler_, {MakeRecord(env_, happening)});
 }
 
 void Instance::CallModalHandler(const Modal& modal) const {

@@ -11,6 +11,7 @@
 #include "game_end.h"
 #include "modals.h"
 #include "reference.h"
+#include "watching.h"
 
 namespace StandIn {
 
@@ -35,17 +36,27 @@ public:
     void SetExitHandler(napi_value handler);
     void RemoveExitHandler();
 
+    /// From now on the JS function `handler` is called with a record of everything that happens.
+    void SetRecordHandler(napi_value handler);
+    void RemoveRecordHandler();
+
 private:
     explicit Instance(napi_env env) : env_(env), environment_(Environment::Attach(env)) {}
     void CallModalHandler(const Modal& modal) const;
     void CallExitHandler(const Occasion& why) const;
+    void CallRecordHandler(const Happening& happening, uint64_t number) const;
     void Call(const Reference& function, std::initializer_list<napi_value> arguments) const;
 
     napi_env const env_;
     const std::shared_ptr<Environment> environment_;
     Reference modalHandler_;
     Reference exitHandler_;
+    Reference recordHandler_;
+    uint64_t recordHandlers_ = 0;  // how many were set so far
 };
+
+/// A record for JS: { kind, time } and the fields of its kind. Null if a Node-API call fails.
+napi_value MakeRecord(napi_env env, const Happening& happening);
 
 /// The record of a modal for JS: { id, generation, want, config }. Null if a Node-API call fails.
 napi_value MakeModalRecord(napi_env env, const Modal& modal);

@@ -2,7 +2,9 @@
 #include <variant>
 
 #include "functions.h"
+#include "instance.h"
 #include "making.h"
+#include "reading.h"
 #include "records.h"
 
 namespace StandIn {
@@ -52,6 +54,20 @@ napi_value MakeEvent(napi_env env, const Event& event) {
         .Set("params", params)
         .Object();
 }
+
+struct FieldMaker {
+    napi_env env;
+
+    napi_value operator()(double number) const { return MakeNumber(env, number); }
+    napi_value operator()(const std::string& text) const { return MakeText(env, text); }
+    napi_value operator()(const std::vector<std::string>& texts) const {
+        return MakeArray(env, texts, [this](const std::string& text) { return MakeText(env, text); });
+    }
+    napi_value operator()(const OHOS::AAFwk::WantParams& params) const {
+        return MakeParamsObject(env, params);
+    }
+    napi_value operator()(const Event& event) const { return MakeEvent(env, event); }
+};
 
 napi_value MakeTriggerCondition(napi_env env, const TriggerCondition& condition) {
     return ObjectMaker(env)
@@ -117,12 +133,33 @@ napi_value AnalyticsProcessors(napi_env env, napi_callback_info /*info*/) {
                      [env](const ReportConfig& config) { return MakeProcessor(env, config); });
 }
 
+napi_value WatchRecords(napi_env env, napi_callback_info info) {
+    const napi_value handler = Arguments<1>(env, info)[0];
+    if (IsOfType(env, handler, napi_function)) {
+        Instance::Of(env).SetRecordHandler(handler);
+    } else {
+        Instance::Of(env).RemoveRecordHandler();
+    }
+    return nullptr;
+}
+
 }  // namespace
 
+napi_value MakeRecord(napi_env env, const Happening& happening) {
+    ObjectMaker record(env);
+    record.Text("kind", happening.kind).Number("time", static_cast<double>(happening.time));
+    for (const auto& [name, value] : happening.fields) {
+        record.Set(name, std::visit(FieldMaker{env}, value));
+    }
+    return record.Object();
+}
+
 bool DefineRecordFunctions(napi_env env, napi_value exports) {
-    return DefineFunctions(
-        env, exports,
-        {{"logs", Logs}, {"analyticsEvents", AnalyticsEvents}, {"analyticsProcessors", AnalyticsProcessors}});
+    return DefineFunctions(env, exports,
+                           {{"logs", Logs},
+                            {"analyticsEvents", AnalyticsEvents},
+                            {"analyticsProcessors", AnalyticsProcessors},
+                            {"watchRecords", WatchRecords}});
 }
 
 }  // namespace StandIn

@@ -1,3 +1,4 @@
+#include <atomic>
 #include <cstdint>
 #include <cstdlib>
 #include <string>
@@ -15,7 +16,8 @@ struct CallSite {
 };
 
 thread_local const char* gMethod = nullptr;
-thread_local uint64_t gCalls = 0;
+std::atomic<uint64_t> gThreads{0};
+thread_local uint64_t gCalls = gThreads++ << 32;  // each thread counts in its own range
 thread_local std::unordered_map<napi_deferred, CallSite> gSites;
 
 bool IsOff() {

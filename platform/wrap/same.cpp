@@ -11,8 +11,6 @@ using StandIn::Guarded;
 GUARD(napi_add_env_cleanup_hook, (napi_env env, void (*hook)(void*), void* data), env, hook, data)
 GUARD(napi_create_int32, (napi_env env, int32_t number, napi_value* value), env, number, value)
 GUARD(napi_create_object, (napi_env env, napi_value* value), env, value)
-GUARD(napi_create_reference, (napi_env env, napi_value value, uint32_t count, napi_ref* reference), env,
-      value, count, reference)
 GUARD(napi_create_string_utf8, (napi_env env, const char* text, size_t length, napi_value* value), env, text,
       length, value)
 GUARD(napi_get_and_clear_last_exception, (napi_env env, napi_value* error), env, error)
@@ -20,7 +18,6 @@ GUARD(napi_get_array_length, (napi_env env, napi_value array, uint32_t* length),
 GUARD(napi_get_element, (napi_env env, napi_value array, uint32_t index, napi_value* element), env, array,
       index, element)
 GUARD(napi_get_null, (napi_env env, napi_value* value), env, value)
-GUARD(napi_get_reference_value, (napi_env env, napi_ref reference, napi_value* value), env, reference, value)
 GUARD(napi_get_undefined, (napi_env env, napi_value* value), env, value)
 GUARD(napi_get_value_bool, (napi_env env, napi_value value, bool* flag), env, value, flag)
 GUARD(napi_get_value_int32, (napi_env env, napi_value value, int32_t* number), env, value, number)
@@ -33,6 +30,4 @@ GUARD(napi_set_named_property, (napi_env env, napi_value object, const char* nam
       object, name, value)
 GUARD(napi_strict_equals, (napi_env env, napi_value left, napi_value right, bool* answer), env, left, right,
       answer)
-GUARD(napi_throw, (napi_env env, napi_value error), env, error)
-GUARD(napi_throw_error, (napi_env env, const char* code, const char* message), env, code, message)
 GUARD(napi_typeof, (napi_env env, napi_value value, napi_valuetype* type), env, value, type)

@@ -38,7 +38,7 @@ napi_status Guarded(Call call, napi_status (*real)(napi_env, Params...), napi_en
 void BeginMethod(const char* name);
 /// The method that this JS thread called last; null on other threads.
 const char* LastMethod();
-/// The number of that call on this thread, counted from 1.
+/// The number of that call, which no other call of the process has.
 uint64_t CurrentCall();
 
 /// Records that the method called last makes the request of this promise.

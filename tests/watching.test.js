@@ -1,0 +1,118 @@
+'use strict';
+
+// What a watcher of the device sees, and the timers on its clock.
+
+const assert = require('node:assert/strict');
+const { answer, attempt, device, game, nextMessage, start, startWorker, test, turn } = require('./support');
+
+const { clock } = device;
+
+/** Watches; each record as its kind and the values of those of `fields` that it has. */
+function watch(...fields) {
+    const seen = [];
+    device.onRecord((record) => seen.push([record.kind, ...fields.filter((name) => name in record).map((name) => record[name])]));
+    return seen;
+}
+
+const without = (seen, ...kinds) => seen.filter(([kind]) => !kinds.includes(kind));
+
+test('a watcher sees a call, its modal, the answers and the outcome in order', async () => {
+    const seen = watch('method', 'how', 'code', 'message', 'data', 'arguments');
+    const context = device.createAbilityContext();
+    const data = [];
+    game.getLocalPlayer(context, (error, player) => data.push(player));
+    const login = device.modals().at(-1);
+    await answer(login, ['receive', { resultCode: 0, resultMessage: 'Lin' }], ['release', 0]);
+    const bound = start('bindPlayer');
+    await answer(bound.modal, ['result', 1002000012]);
+    assert.deepEqual([without(seen, 'log', 'reported'), data], [[
+        ['call', 'getLocalPlayer', ['object', 'function']],
+        ['opened', 'getLocalPlayer'],
+        ['answered', 'getLocalPlayer', 'receive', 0],
+        ['settled', 'getLocalPlayer', 'called back', 0, 'Lin'],
+        ['answered', 'getLocalPlayer', 'release', 0],
+        ['closed', 'getLocalPlayer'],
+        ['call', 'bindPlayer', ['object', '"open-1"', '"team-1"']],
+        ['opened', 'bindPlayer'],
+        ['answered', 'bindPlayer', 'result', 1002000012],
+        ['closed', 'bindPlayer'],
+        ['settled', 'bindPlayer', 'rejected', 1002000012, 'The thirdOpenId or teamPlayerId has been bound.'],
+    ], ['Lin']]);
+    const logged = seen.filter(([kind, message]) => kind === 'log' && /end BindPlayer$/.test(message));
+    assert.deepEqual([logged.length, seen.filter(([kind]) => kind === 'reported').length], [1, 2]);
+});
+
+test('a watcher sees what throws, what listeners hear, and which call opened a late modal', async () => {
+    const seen = watch('call', 'method', 'code', 'type', 'data');
+    const numbers = () => without(seen, 'log', 'reported')
+        .map(([kind, call, ...rest], i, [[, first]]) => [kind, call - first, ...rest]);
+    const broken = { get productId() { throw new Error('of the game'); } };
+    game.on('playerChanged', () => {});
+    game.onEventCallback({ resultCode: 1002000015, resultInfo: 'Mei' });
+    attempt(() => game.bindPlayer());
+    attempt(() => game.prePurchase(device.createAbilityContext(), broken));
+    const context = device.createAbilityContext({ window: false });
+    void game.getLocalPlayer(context);
+    game.syncTraceId('after it');
+    device.showWindow(context);
+    await turn();
+    await clock.advance(1000);
+    assert.deepEqual(numbers(), [
+        ['call', 0, 'on'],
+        ['call', 1, 'onEventCallback'],
+        ['call', 2, 'bindPlayer'],
+        ['settled', 2, 'bindPlayer', 401],
+        ['call', 3, 'prePurchase'],
+        ['settled', 3, 'prePurchase'],
+        ['call', 4, 'getLocalPlayer'],
+        ['call', 5, 'syncTraceId'],
+        ['heard', 0, 'on', 'playerChanged', 'Mei'],
+        ['opened', 4, 'getLocalPlayer'],
+    ]);
+});
+
+test('a watcher sees the calls of a Worker, and nothing once it looks away', async () => {
+    const seen = watch('call', 'method');
+    const worker = startWorker((support) => {
+        void support.game.init(support.device.createAbilityContext());
+        support.parentPort.postMessage('done');
+    });
+    await nextMessage(worker);
+    void game.init(device.createAbilityContext());
+    await turn();
+    const calls = seen.filter(([kind]) => kind === 'call');
+    assert.deepEqual(calls.map(([, , method]) => method), ['init', 'init']);
+    assert.notEqual(calls[0][1], calls[1][1]);
+    device.onRecord(null);
+    const before = seen.length;
+    void game.init(device.createAbilityContext());
+    await turn();
+    assert.equal(seen.length, before);
+    await worker.terminate();
+});
+
+test('handlers run at their times, in turns with the module, and what they await holds the clock', async () => {
+    const begin = clock.now();
+    const seen = [];
+    const note = (what) => seen.push([clock.now() - begin, what]);
+    device.onModal(() => clock.after(500, async () => {
+        await turn();
+        note('modal');
+    }));
+    clock.after(1500, () => note('second'));
+    clock.after(1000, () => {
+        note('first');
+        clock.after(0, () => note('at once'));
+        clock.after(250, () => note('later'));
+    });
+    clock.after(700, () => note('never'))();
+    game.launchAntiAddiction(device.createAbilityContext(), 1, '', 14);
+    assert.equal(clock.next(), 1000);
+    await clock.advance(16000);
+    assert.deepEqual(seen, [[1000, 'first'], [1000, 'at once'], [1250, 'later'], [1500, 'second'], [15500, 'modal']]);
+    clock.after(1, () => note('forgotten'));
+    device.reset();
+    clock.manual();
+    await clock.advance(10);
+    assert.equal(seen.length, 5);
+});
