@@ -83,6 +83,8 @@ export interface Want {
 export interface Modal {
     /** The session ID: above 0, and never reused. */
     readonly id: number;
+    /** The method whose requests have its type, such as 'getLocalPlayer'. */
+    readonly method: string;
     readonly want: Want;
     /** The two groups of booleans of the modal's configuration, in order. */
     readonly config: { readonly leading: readonly boolean[]; readonly trailing: readonly boolean[] };

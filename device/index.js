@@ -56,7 +56,7 @@ function readTimeout({ timeoutMs = 5000 }) {
 
 function describeWaiting() {
     const waiting = modals().filter(({ isOpen, isAnswered }) => isOpen && !isAnswered)
-        .map(({ id, want }) => `modal ${id} (${nameOf(want.parameters.requestType)})`);
+        .map(({ id, method }) => `modal ${id} (${method})`);
     return waiting.length > 0 ? `; waiting for an answer: ${waiting.join(', ')}` : '';
 }
 

@@ -23,6 +23,7 @@ function deepFreeze(value) {
 class Modal {
     constructor({ id, want, config }) {
         this.id = id;
+        this.method = nameOf(want.parameters.requestType);
         this.want = want;
         this.config = config;
         deepFreeze(this);
@@ -57,8 +58,7 @@ class Modal {
     }
 
     [inspect.custom](depth, options) {
-        const { id, isOpen, isAnswered, want, config } = this;
-        const method = nameOf(want.parameters.requestType);
+        const { id, method, isOpen, isAnswered, want, config } = this;
         return `Modal ${inspect({ id, method, isOpen, isAnswered, want, config }, options)}`;
     }
 }
@@ -66,7 +66,7 @@ class Modal {
 function warn(modal, kind, code, parameters) {
     const type = modal.want.parameters.requestType;
     for (const complaint of complaints(kind, type, code, parameters)) {
-        binding.say(`modal ${modal.id} (${nameOf(type)}), ${kind}: ${complaint}`);
+        binding.say(`modal ${modal.id} (${modal.method}), ${kind}: ${complaint}`);
     }
 }
 

@@ -1,0 +1,105 @@
+'use strict';
+
+const fs = require('node:fs');
+const schema = require('./scenario.schema.json');
+
+/** A scenario that cannot be read. The message names the file, the place in it and the reason. */
+class ScenarioError extends Error {
+    constructor(file, place, reason) {
+        super([file, place, reason].filter(Boolean).join(': '));
+        this.name = 'ScenarioError';
+    }
+}
+
+let validate;
+
+/** The validator, compiled on first use. */
+function validator() {
+    if (!validate) {
+        let Ajv;
+        try {
+            Ajv = require('ajv');
+        } catch (cause) {
+            throw new Error('scenarios are checked with the npm package ajv, which is not installed: run npm install ajv', { cause });
+        }
+        validate = new Ajv({ allowUnionTypes: true, verbose: true }).compile(schema);
+    }
+    return validate;
+}
+
+/** "steps[2].advance" for the JSON pointer "/steps/2/advance". */
+const placeOf = (pointer) => pointer.slice(1).replace(/\/(\d+)(?=\/|$)/g, '[$1]').replace(/\//g, '.');
+
+const REASONS = {
+    additionalProperties: ({ params, parentSchema }) =>
+        `unknown key '${params.additionalProperty}': possible is ${Object.keys(parentSchema.properties).join(', ')}`,
+    required: ({ params }) => `'${params.missingProperty}' is missing`,
+    enum: ({ params, data }) => `must be one of ${params.allowedValues.join(', ')}, not ${JSON.stringify(data)}`,
+    oneOf: ({ schema: choices, parentSchema, data }) => (choices.every(({ required }) => required)
+        ? `needs exactly one of ${choices.flatMap(({ required }) => required).join(', ')}`
+        : `must not be ${JSON.stringify(data)}. ${parentSchema.description ?? ''}`.trim()),
+    const: ({ params }) => `must be ${JSON.stringify(params.allowedValue)}`,
+};
+
+function reasonOf(error) {
+    return REASONS[error.keyword]?.(error) ?? `${error.message}, not ${JSON.stringify(error.data)}`;
+}
+
+// A choice that fails also reports every alternative first: the deepest error but those is the cause.
+function causeOf(errors) {
+    const isAlternative = ({ schemaPath }) => /\/oneOf\/\d+\//.test(schemaPath);
+    return errors.find((error) => !isAlternative(error)) ?? errors[0];
+}
+
+function check(scenario, file) {
+    if (!validator()(scenario)) {
+        const error = causeOf(validator().errors);
+        throw new ScenarioError(file, placeOf(error.instancePath), reasonOf(error));
+    }
+    return scenario;
+}
+
+/** Line and column of an offset, counted from 1. */
+function lineOf(text, offset) {
+    const before = text.slice(0, offset).split('\n');
+    return `line ${before.length}, column ${before.at(-1).length + 1}`;
+}
+
+function parse(text, file) {
+    try {
+        return JSON.parse(text);
+    } catch (error) {
+        const [, offset] = /position (\d+)/.exec(error.message) ?? [];
+        throw new ScenarioError(file, offset && lineOf(text, Number(offset)), `no JSON: ${error.message}`);
+    }
+}
+
+/** Reads and checks a scenario: the path of a file, or the scenario itself. */
+function readScenario(source) {
+    if (typeof source !== 'string') {
+        return check(source, 'scenario');
+    }
+    let text;
+    try {
+        text = fs.readFileSync(source, 'utf8');
+    } catch (error) {
+        throw new ScenarioError(source, '', error.code === 'ENOENT' ? 'there is no such file' : error.message);
+    }
+    return check(parse(text, source), source);
+}
+
+/** Checks a part of a scenario by the name of its definition: a rule, the answers, a step, a state. */
+function checkPart(name, value) {
+    validator();
+    const part = { version: 1, ...WHOLE[name](value) };
+    return check(part, '') && value;
+}
+
+const WHOLE = {
+    answers: (value) => ({ rules: [{ answer: value }] }),
+    rule: (value) => ({ rules: [value] }),
+    state: (value) => ({ state: value }),
+    step: (value) => ({ steps: [value] }),
+};
+
+module.exports = { ScenarioError, checkPart, readScenario, schema };

@@ -1,0 +1,178 @@
+'use strict';
+
+const { EventEmitter } = require('node:events');
+const device = require('../device/index.js');
+const { announce, ownAnswers } = require('./answers.js');
+const { RuleBook } = require('./rules.js');
+const { changeState, copyOf, newState } = require('./state.js');
+
+const KINDS = ['result', 'receive', 'release', 'error'];
+const PAGES = ['launchWelcomeBanner', 'launchCommonPage', 'launchAntiAddiction'];
+
+/** Gives one answer. That the device forgot the modal, or that the game has ended, is no fault of the service. */
+async function give(modal, answer) {
+    const { result, receive, release, error, parameters, name, message } = answer;
+    const given = {
+        result: () => modal.result(result, parameters),
+        receive: () => modal.receive(receive),
+        release: () => modal.release(release),
+        error: () => modal.error(error, name, message),
+    };
+    try {
+        await given[KINDS.find((kind) => Object.hasOwn(answer, kind))]();
+    } catch (problem) {
+        if (problem instanceof TypeError) {
+            throw problem;
+        }
+    }
+}
+
+/** Groups answers that follow each other at once: the next group begins with an answer that comes `after` a time. */
+function groupsOf(answers) {
+    return answers.reduce((groups, answer) => {
+        if (groups.length === 0 || answer.after > 0) {
+            groups.push([]);
+        }
+        groups.at(-1).push(answer);
+        return groups;
+    }, []);
+}
+
+class Service extends EventEmitter {
+    #state;
+    #book;
+    #counts = new Map();  // of requests, by method
+    #cancels = new Set();  // of answers that are due later
+    #byHand;
+
+    constructor({ state = {}, rules = [], seed = 1, byHand = () => false } = {}) {
+        super();
+        this.requests = [];
+        this.#byHand = byHand;
+        this.#state = changeState(newState(), state);
+        this.#book = new RuleBook(rules, seed, device.clock.now());
+        device.onModal((modal) => this.#serve(modal));
+    }
+
+    /** A copy of the state. */
+    get state() {
+        return copyOf(this.#state);
+    }
+
+    set state(changes) {
+        this.#state = changeState(this.#state, changes);
+        this.emit('state');
+    }
+
+    get rules() {
+        return this.#book.rules;
+    }
+
+    addRule(rule) {
+        this.#book.add(rule, device.clock.now());
+    }
+
+    clearRules() {
+        this.#book.clear();
+    }
+
+    /** Whether answers are due later. */
+    get isBusy() {
+        return this.#cancels.size > 0;
+    }
+
+    /** Milliseconds until the next answer is due; infinite if there is none. */
+    get nextDue() {
+        return Math.min(Infinity, ...Array.from(this.#cancels, ({ due }) => due - device.clock.now()));
+    }
+
+    /** The requests that nobody will answer unless it is done by hand, oldest first. */
+    waiting(method) {
+        return this.requests.filter((request) => request.isWaiting && request.modal.isOpen &&
+            (method === undefined || request.method === method));
+    }
+
+    /** Answers a request by hand: the oldest one that waits, of this method or with this ID. */
+    async answer(which, answers) {
+        const isMeant = ({ modal, method }) => modal.id === which || method === which;
+        const request = this.waiting().find(isMeant) ?? this.requests.findLast(isMeant);
+        if (!request) {
+            throw new Error(`no request ${which} to answer`);
+        }
+        request.isWaiting = false;
+        return this.#plan(request, answers, 0);
+    }
+
+    /**
+     * Signs another player in; '' signs out. A game that waits for an answer hears of it at once, others with their next
+     * getLocalPlayer.
+     */
+    async switchPlayer(playerId) {
+        this.state = { currentPlayer: playerId };
+        const player = this.#state.players.find((one) => one.playerId === playerId);
+        const open = this.requests.find(({ modal, method }) => modal.isOpen && !PAGES.includes(method));
+        this.state = { announcesPlayer: !open };
+        if (open) {
+            await give(open.modal, announce(player));
+        }
+    }
+
+    /** Stops answering. What is due later is not given. */
+    close() {
+        device.onModal(null);
+        this.#cancels.forEach((entry) => entry.cancel());
+        this.#cancels.clear();
+    }
+
+    #serve(modal) {
+        const { method, want: { parameters } } = modal;
+        const nth = (this.#counts.get(method) ?? 0) + 1;
+        this.#counts.set(method, nth);
+        const request = { modal, method, requestType: parameters.requestType, parameters, nth, isWaiting: true };
+        this.requests = [...this.requests.filter((other) => other.modal.isOpen), request];
+        const rule = this.#book.match(request, device.clock.now());
+        this.emit('request', request, rule);
+        this.#begin(request, rule);
+    }
+
+    #begin(request, rule) {
+        if (rule ? rule.wait || rule.never : this.#byHand(request) || PAGES.includes(request.method)) {
+            this.emit('waits', request);
+            return;
+        }
+        request.isWaiting = false;
+        this.#plan(request, rule?.answer ?? [{ own: true }], rule?.delay ?? 0);
+    }
+
+    // Resolves when all answers were given.
+    #plan(request, answers, delay) {
+        return groupsOf(answers).reduce((before, group, index) => before.then(() =>
+            this.#at((group[0].after ?? 0) + (index === 0 ? delay : 0), () => this.#giveAll(request, group))),
+        Promise.resolve());
+    }
+
+    async #giveAll({ modal, ...request }, group) {
+        const answers = group.flatMap((answer) => (answer.own ? ownAnswers(request, this.#state) : [answer]));
+        if (answers.length < group.length || group.some(({ own }) => own)) {
+            this.emit('state');
+        }
+        await Promise.all(answers.map((answer) => give(modal, answer)));
+    }
+
+    #at(ms, handler) {
+        return new Promise((resolve, reject) => {
+            const entry = { due: device.clock.now() + ms };
+            entry.cancel = device.clock.after(ms, () => {
+                this.#cancels.delete(entry);
+                const done = handler();
+                done.then(resolve, reject);
+                return done;
+            });
+            this.#cancels.add(entry);
+        });
+    }
+}
+
+const createService = (options) => new Service(options);
+
+module.exports = { Service, createService };
