@@ -197,3 +197,14 @@ build() {
         compile "$@"
     ) 9>out/.lock
 }
+
+# provide_packages: installs the npm packages of the lock file, unless they are there.
+provide_packages() {
+    if [[ node_modules/.package-lock.json -nt package-lock.json || ! -f package-lock.json ]]; then
+        return
+    fi
+    say 'Installing the npm packages of the emulator'
+    quietly npm-ci 'npm could not install its packages; is the network there?' \
+        npm ci --ignore-scripts --no-audit --no-fund
+    touch node_modules/.package-lock.json
+}

@@ -196,7 +196,7 @@ export interface Scenario {
         calls?: ExpectedCall[];
         /** By method, the codes that the game must have met. */
         codes?: Record<string, number[]>;
-        /** Default: the game neither fails nor is ended by the module. */
+        /** Default 'ends'. */
         end?: ExpectedEnd;
     };
 }

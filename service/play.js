@@ -19,31 +19,41 @@ const GRACE_MS = 1000;  // for requests of a game whose function has returned; i
 class Player {
     #steps;
     #requests = [];  // not awaited yet
-    #isManual;
     #deadline = Infinity;
 
     constructor({ steps = [], clock = 'manual' }, { service, context }) {
         this.#steps = steps;
-        this.#isManual = clock === 'manual';
+        this.isManual = clock === 'manual';
         this.service = service;
         this.context = context;
         this.doing = '';
+        this.onWait = () => {};  // called with what a step waits for
+        this.onDone = () => {};  // called with each action that was done
         service.on('request', (request) => this.#requests.push(request));
     }
 
     /** Resolves when all steps are done and no answer is due, or when it was stopped. `doing` then says where. */
     async run() {
-        for (const [index, { note, ...step }] of this.#steps.entries()) {
+        for (const [index, step] of this.#steps.entries()) {
             this.doing = `steps[${index}]`;
-            for (const [name, value] of Object.entries(step)) {
-                if (!await ACTIONS[name].call(this, value)) {
-                    return;
-                }
+            if (!await this.perform(step)) {
+                return;
             }
         }
-        if (await this.#until(() => !this.service.isBusy)) {
+        if (await this.until(() => !this.service.isBusy)) {
             this.doing = '';
         }
+    }
+
+    /** Does one step. False if it was stopped first. */
+    async perform({ note, ...step }) {
+        for (const [name, value] of Object.entries(step)) {
+            if (!await ACTIONS[name].call(this, value)) {
+                return false;
+            }
+            this.onDone({ [name]: value });
+        }
+        return true;
     }
 
     /** Stops at the first step that still waits for the game `ms` milliseconds from now, in real time. */
@@ -51,16 +61,19 @@ class Player {
         this.#deadline = Math.min(this.#deadline, performance.now() + ms);
     }
 
-    // Lets the game go on until something is so. False if it was stopped first.
-    async #until(isSo) {
+    /**
+     * Lets the game go on until something is so, and with the manual clock gives the answers that are due later. False
+     * if it was stopped first. Does not keep the process alive.
+     */
+    async until(isSo) {
         for (await turn(); !isSo(); await turn()) {
             if (performance.now() >= this.#deadline) {
                 return false;
             }
-            if (this.#isManual && this.service.isBusy) {
+            if (this.isManual && this.service.isBusy) {
                 await device.clock.advance(Math.max(this.service.nextDue, 0));
             } else {
-                await new Promise((resolve) => setTimeout(resolve, 1));
+                await new Promise((resolve) => setTimeout(resolve, 1).unref());
             }
         }
         return true;
@@ -68,14 +81,15 @@ class Player {
 
     async awaitRequest(expected) {
         this.doing += ` waits for a request of ${expected.method}`;
+        this.onWait(this.doing);
         const find = () => this.#requests.findIndex((request) => isMeant(expected, request));
-        const isMade = await this.#until(() => find() >= 0);
+        const isMade = await this.until(() => find() >= 0);
         this.#requests.splice(0, isMade ? find() + 1 : 0);
         return isMade;
     }
 
     async pass(ms) {
-        if (this.#isManual) {
+        if (this.isManual) {
             await device.clock.advance(ms);
         } else {
             await new Promise((resolve) => device.clock.after(ms, resolve));
@@ -155,10 +169,11 @@ class ScenarioFailure extends Error {
     }
 }
 
-/** How a game ended while its steps were played. */
-async function endOf(ended, player, isToRun) {
+/** How a game ended while its steps were played. One that is to run is done when `isMet` after the steps. */
+async function endOf(ended, player, isMet) {
     const played = player.run();
-    const end = await Promise.race([ended, ...(isToRun ? [played.then(() => ({ how: 'runs' }))] : [])]);
+    const runs = played.then(() => player.until(isMet)).then(() => ({ how: 'runs' }));
+    const end = await Promise.race([ended, runs]);
     player.stop(end.how === 'ends' ? GRACE_MS : 0);
     await played;
     return end;
@@ -180,10 +195,11 @@ async function play(source, game) {
     const player = new Player(scenario, { service, context });
     const isEnded = new Promise((resolve) => device.onExit(({ code }) => resolve({ how: 'module', code })));
     const timer = setTimeout(() => player.stop(0), timeLimit * 1000);
-    const isLate = new Promise((resolve) => setTimeout(() => resolve({ how: 'runs' }), timeLimit * 1000).unref());
+    const isLate = new Promise((resolve) => setTimeout(() => resolve({ how: 'runs', seconds: timeLimit }), timeLimit * 1000).unref());
     try {
         const ended = Promise.race([isEnded, runGame(game, context), isLate]);
-        const end = await endOf(ended, player, expect?.end === 'runs');
+        const isMet = () => expect?.end === 'runs' && failuresOf(expect, records, { how: 'runs' }).length === 0;
+        const end = await endOf(ended, player, isMet);
         await turn();
         const report = { calls: callsIn(records), codes: codesIn(records), end, state: service.state, records };
         const stuck = player.doing ? [`${player.doing}, which the game did not make`] : [];

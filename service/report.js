@@ -79,25 +79,28 @@ function missingCodes(expected, met) {
         .map((code) => `expected ${method} to meet ${code}; it met ${met[method]?.join(', ') ?? 'no code'}`));
 }
 
-const describeEnd = ({ how, code, reason }) => ({
+const describeEnd = ({ how, code, reason, seconds }) => ({
     ends: 'it ended by itself',
-    runs: 'it still ran',
+    runs: `it still ran${seconds ? ` after ${seconds} s` : ''}`,
     fails: `it failed: ${reason}`,
     module: `the module ended it: ${code === undefined ? 'the time to play was over' : `an answer with code ${code}`}`,
 })[how];
 
+const describeExpectedEnd = (expected) => ({
+    ends: 'the game should end by itself',
+    runs: 'the game should still run',
+    fails: 'the game should fail',
+    module: 'the module should end the game',
+})[expected] ?? `the module should end the game with ${expected.module}`;
+
 function wrongEnd(expected, end) {
-    if (expected === undefined) {
-        return end.how === 'fails' || end.how === 'module' ? [`the game should end by itself or go on, but ${describeEnd(end)}`] : [];
-    }
-    const how = typeof expected === 'string' ? expected : 'module';
-    const code = expected.module === 'timer' ? undefined : expected.module;
-    const isMet = end.how === how && (typeof expected === 'string' || end.code === code);
-    return isMet ? [] : [`expected the end ${JSON.stringify(expected)}, but ${describeEnd(end)}`];
+    const [how, code] = typeof expected === 'string' ? [expected] : ['module', expected.module];
+    const isMet = end.how === how && (code === undefined || code === (end.code ?? 'timer'));
+    return isMet ? [] : [`${describeExpectedEnd(expected)}, but ${describeEnd(end)}`];
 }
 
-/** What a run did not meet of `expect`: one line each. `end` is how the game ended: { how, code?, reason? }. */
-function failuresOf({ calls = [], codes = {}, end: expectedEnd } = {}, records, end) {
+/** What a run did not meet of `expect`: one line each. `end` is how the game ended: { how, code?, reason?, seconds? }. */
+function failuresOf({ calls = [], codes = {}, end: expectedEnd = 'ends' } = {}, records, end) {
     return [
         ...missingCalls(calls, callsIn(records)),
         ...missingCodes(codes, codesIn(records)),

@@ -1,0 +1,132 @@
+'use strict';
+
+const device = require('../../device/index.js');
+const { ErrorCode } = require('../../errors.js');
+const { Player, begin } = require('../../service/play.js');
+const { checkPart } = require('../../service/scenario.js');
+const { Channel } = require('./channel.js');
+
+const { setImmediate } = require('node:timers');  // captured before the game may replace it
+
+/** The device, the service and the player of a scenario in the game's process, driven by the emulator. */
+class Guest {
+    #channel;
+    #clock;
+    #hand;  // the methods whose requests wait for an answer by hand; null: all of them
+
+    constructor(fd) {
+        this.#channel = new Channel(fd, (message) => this.#hear(message));
+        const { scenario, clock, hand } = this.#channel.first;
+        const played = scenario ?? { version: 1 };
+        this.#hand = hand;
+        this.#clock = clock;
+        device.onRecord((record) => this.#tell(record));
+        device.onExit((end) => this.#end(end));
+        this.context = device.createAbilityContext();
+        this.service = begin({ ...played, clock: 'real' }, { byHand: (request) => this.#isByHand(request) });
+        this.#setClock(clock);
+        this.#listen();
+        this.player = new Player({ ...played, clock: clock.rate > 0 ? 'real' : 'manual' }, this);
+        this.#play(Boolean(scenario));
+    }
+
+    #isByHand({ method }) {
+        return this.#hand === null || this.#hand.includes(method);
+    }
+
+    #listen() {
+        const { service } = this;
+        service.on('request', ({ modal }, rule) => rule && this.#tell({ kind: 'rule', modal: modal.id, rule }));
+        service.on('waits', ({ modal }) => this.#tell({ kind: 'waits', modal: modal.id }));
+        service.on('state', () => this.#tell({ kind: 'state', state: service.state }));
+        this.#tell({
+            kind: 'ready', state: service.state, rules: service.rules, codes: ErrorCode,
+            faults: device.faults().map(({ call }) => call),
+        });
+        process.on('uncaughtExceptionMonitor', (error) => this.#tell({
+            kind: 'failed', code: error?.code ?? error?.name, text: String(error?.stack ?? error),
+        }));
+        process.on('exit', () => this.#channel.flush());
+    }
+
+    // Without a scenario, a person moves the manual clock.
+    async #play(isScenario) {
+        this.player.onWait = (doing) => this.#tell({ kind: 'step', doing });
+        this.player.onDone = (value) => value.await || this.#tell({ kind: 'did', command: 'step', value });
+        await this.player.run();
+        this.#tell({ kind: 'step', doing: '' });
+        await (isScenario && this.player.until(() => false));
+    }
+
+    // A person may still answer what waits, and a manual clock reach what is due later: the process waits, too.
+    #tell(record) {
+        this.#channel.send({ record: { time: device.clock.now(), ...record } });
+        setImmediate(() => this.#channel.hold(this.service.isBusy || this.service.waiting().length > 0));
+    }
+
+    #setClock({ rate }) {
+        this.#clock = { rate };
+        if (rate > 0) {
+            device.clock.real(rate);
+        } else {
+            device.clock.manual();
+        }
+    }
+
+    async #hear({ id, command, value }) {
+        try {
+            const answer = await COMMANDS[command].call(this, value);
+            if (command !== 'status' && command !== 'step') {
+                this.#tell({ kind: 'did', command, value });
+            }
+            this.#channel.send({ id, answer });
+        } catch (error) {
+            this.#channel.send({ id, error: error.message });
+        }
+    }
+
+    status() {
+        const next = device.clock.next();
+        return { ...this.#clock, now: device.clock.now(), next: next === Infinity ? null : next, hand: this.#hand };
+    }
+
+    async answer({ modal, with: answers }) {
+        await Promise.race([this.service.answer(modal, checkPart('answers', answers)), new Promise(setImmediate)]);
+    }
+
+    async step(step) {
+        await this.player.perform(checkPart('step', step));
+    }
+
+    clock(clock) {
+        this.#setClock(clock);
+        this.player.isManual = !(clock.rate > 0);
+    }
+
+    hand(methods) {
+        this.#hand = methods;
+    }
+
+    // The game's JS stands still from now on, as if the module had ended the process.
+    #end({ reason, requestType, code }) {
+        this.#tell({ kind: 'ended', reason, requestType, code });
+        this.#channel.flush();
+        process.kill(process.pid, 'SIGKILL');
+    }
+}
+
+const COMMANDS = {
+    status() { return this.status(); },
+    answer(value) { return this.answer(value); },
+    step(value) { return this.step(value); },
+    clock(value) { return this.clock(value); },
+    hand(value) { return this.hand(value); },
+};
+
+/** Makes this process the one of the game. */
+function enter(fd) {
+    const { context } = new Guest(fd);
+    globalThis.getContext ??= () => context;
+}
+
+module.exports = { enter };

@@ -1,0 +1,96 @@
+#!/usr/bin/env node
+'use strict';
+
+const { failuresOf } = require('../service/report.js');
+const { ScenarioError } = require('../service/scenario.js');
+const { UsageError, readOptions } = require('./options.js');
+const { failuresOfRun, tellOutcome } = require('./outcome.js');
+const { serve } = require('./server.js');
+const { Session } = require('./session.js');
+
+const STATUS = { failed: 1, unusable: 2 };
+const LIMIT_S = 30;
+
+const say = (text) => process.stderr.write(`game emulator: ${text}\n`);
+
+/** Leaves when the process is told to, after the game's processes. */
+function obeySignals(session) {
+    for (const [signal, status] of [['SIGINT', 130], ['SIGTERM', 143], ['SIGHUP', 129]]) {
+        process.on(signal, () => {
+            session.kill();
+            process.exit(status);
+        });
+    }
+    process.on('exit', () => session.kill());
+}
+
+/** Stops a game that is to run on as soon as it has met what is expected; any game when its time is over. */
+function watchOver(session, { expect, timeLimit = LIMIT_S }) {
+    const { stream } = session;
+    const timer = setTimeout(() => session.stop(), timeLimit * 1000);
+    const isMet = () => stream.facts.findLast(({ kind }) => kind === 'step')?.doing === '' &&
+        failuresOf(expect, stream.facts, { how: 'runs' }).length === 0;
+    const stop = stream.listen(({ kind }) => {
+        if (expect?.end === 'runs' && (kind === 'step' || kind === 'settled' || kind === 'call') && isMet()) {
+            void session.stop();
+        }
+    });
+    return () => {
+        clearTimeout(timer);
+        stop();
+    };
+}
+
+async function playHeadless(session, { scenario = { version: 1 }, file, junit }) {
+    const begun = performance.now();
+    const done = watchOver(session, scenario);
+    const end = await session.start();
+    done();
+    const name = scenario.name ?? file ?? 'the game';
+    const failures = failuresOfRun(scenario, session.stream.facts, { ...end, seconds: scenario.timeLimit ?? LIMIT_S });
+    tellOutcome({ name, failures, seconds: (performance.now() - begun) / 1000, junit });
+    if (end.isUnstarted && !session.stream.facts.some(({ kind }) => kind === 'call')) {
+        say(`the game could not start: ${end.reason}`);
+        return STATUS.unusable;
+    }
+    return failures.length > 0 ? STATUS.failed : 0;
+}
+
+async function playWithPage(session, options) {
+    const { address } = await serve(session, options);
+    process.stdout.write(`${address}\n`);
+    if (options.watch) {
+        session.watch();
+    }
+    const end = await session.start();
+    say(`the game's process has ended (${end.reason ?? end.how}); the page stays until Ctrl+C`);
+}
+
+async function main() {
+    let options;
+    try {
+        options = readOptions(process.argv.slice(2));
+    } catch (error) {
+        if (!(error instanceof UsageError || error instanceof ScenarioError)) {
+            throw error;
+        }
+        say(error.message);
+        process.exit(STATUS.unusable);
+    }
+    if (options.help) {
+        process.stdout.write(options.help);
+        return;
+    }
+    const session = new Session(options);
+    obeySignals(session);
+    if (options.headless) {
+        process.exitCode = await playHeadless(session, options);
+    } else {
+        await playWithPage(session, options);
+    }
+}
+
+main().catch((error) => {
+    say(error.message);
+    process.exit(STATUS.unusable);
+});

@@ -1,0 +1,190 @@
+'use strict';
+
+const { createHash, randomBytes } = require('node:crypto');
+const fs = require('node:fs');
+const http = require('node:http');
+const path = require('node:path');
+
+const MAX_BODY_BYTES = 64 << 10;
+const BATCH = 1000;  // records in one event
+const STATUS_MS = 500;
+
+const PAGE = path.join(__dirname, 'page');
+const TYPES = { '.html': 'text/html', '.js': 'text/javascript', '.mjs': 'text/javascript', '.css': 'text/css' };
+
+/** The files of the page: its own, and those of the npm packages. */
+function findFiles() {
+    const files = new Map(fs.readdirSync(PAGE).map((name) => [name, path.join(PAGE, name)]));
+    try {
+        const preact = path.dirname(require.resolve('preact/package.json'));
+        files.set('preact.mjs', path.join(preact, 'dist', 'preact.mjs'));
+        files.set('hooks.mjs', path.join(preact, 'hooks', 'dist', 'hooks.mjs'));
+        files.set('htm.mjs', path.join(path.dirname(require.resolve('htm')), 'htm.mjs'));
+    } catch (cause) {
+        throw new Error('the page needs the npm packages preact and htm: run npm install preact htm', { cause });
+    }
+    return files;
+}
+
+/** The policy for the page: scripts are files of ours, but for the import map, which is named by its hash. */
+function policyOf(html) {
+    const [, map] = /<script type="importmap">([^]*?)<\/script>/.exec(html);
+    const hash = createHash('sha256').update(map).digest('base64');
+    return `default-src 'none'; script-src 'self' 'sha256-${hash}'; style-src 'self'; connect-src 'self'; ` +
+        "img-src data:; base-uri 'none'; form-action 'none'; frame-ancestors 'none'";
+}
+
+/** An answer to a request that cannot be served. */
+class Refusal extends Error {
+    constructor(status, message) {
+        super(message);
+        this.status = status;
+    }
+}
+
+async function readBody(request) {
+    if (!/^application\/json\b/.test(request.headers['content-type'] ?? '')) {
+        throw new Refusal(415, 'commands are application/json');
+    }
+    let text = '';
+    for await (const chunk of request.setEncoding('utf8')) {
+        text += chunk;
+        if (text.length > MAX_BODY_BYTES) {
+            throw new Refusal(413, `a command has at most ${MAX_BODY_BYTES} bytes`);
+        }
+    }
+    try {
+        return JSON.parse(text);
+    } catch {
+        throw new Refusal(400, 'the command is no JSON');
+    }
+}
+
+/** Serves the page of a session on 127.0.0.1, under an address that contains a secret. */
+class Server {
+    #session;
+    #token = randomBytes(16).toString('hex');
+    #files = findFiles();
+    #policy = policyOf(fs.readFileSync(path.join(PAGE, 'index.html'), 'utf8'));
+    #server = http.createServer((request, response) => this.#answer(request, response));
+
+    constructor(session) {
+        this.#session = session;
+    }
+
+    async listen(port) {
+        await new Promise((resolve, reject) => {
+            this.#server.once('error', (error) => reject(error.code === 'EADDRINUSE' || error.code === 'EACCES'
+                ? new Error(`port ${port} cannot be used (${error.code}): choose another with --port, or leave it out`) : error));
+            this.#server.listen(port, '127.0.0.1', resolve);
+        });
+        this.#hosts = ['127.0.0.1', 'localhost'].map((name) => `${name}:${this.#server.address().port}`);
+        return `http://${this.#hosts[0]}/${this.#token}/`;
+    }
+
+    #hosts = [];
+
+    async #answer(request, response) {
+        try {
+            await this.#route(request, response, this.#check(request));
+        } catch (error) {
+            const status = error instanceof Refusal ? error.status : 400;
+            this.#send(response, 'application/json', JSON.stringify({ error: error.message }), status);
+        }
+    }
+
+    /** The path under the token. Refuses other hosts, pages of other origins, and who does not know the token. */
+    #check({ headers: { host, origin }, url }) {
+        if (!this.#hosts.includes(host) || (origin !== undefined && origin !== `http://${host}`)) {
+            throw new Refusal(403, 'this is for the page of this machine only');
+        }
+        const [, token, name] = /^\/([^/?]*)\/([^?]*)/.exec(url) ?? [];
+        if (token !== this.#token) {
+            throw new Refusal(403, 'the address lacks its token: take the one that the emulator printed');
+        }
+        return name;
+    }
+
+    async #route(request, response, name) {
+        if (request.method === 'POST') {
+            const answer = await this.#obey(name, await readBody(request));
+            return this.#send(response, 'application/json', JSON.stringify(answer ?? null));
+        }
+        if (request.method !== 'GET') {
+            throw new Refusal(405, 'GET and POST are possible');
+        }
+        if (name === 'events') {
+            return this.#stream(request, response);
+        }
+        if (name === 'scenario') {
+            const text = `${JSON.stringify(this.#session.scenario(), null, 4)}\n`;
+            return this.#send(response, 'application/json', text);
+        }
+        const file = this.#files.get(name === '' ? 'index.html' : name);
+        if (!file) {
+            throw new Refusal(404, `there is no ${name}`);
+        }
+        return this.#send(response, TYPES[path.extname(file)], fs.readFileSync(file));
+    }
+
+    #obey(name, value) {
+        const own = {
+            restart: () => this.#session.restart(),
+            stop: () => this.#session.stop(),
+            clear: () => this.#session.stream.clear(),
+        };
+        if (Object.hasOwn(own, name)) {
+            return own[name]();
+        }
+        if (!['answer', 'clock', 'hand', 'step'].includes(name)) {
+            throw new Refusal(404, `there is no command ${name}`);
+        }
+        return this.#session.command(name, value);
+    }
+
+    #send(response, type, body, status = 200) {
+        response.writeHead(status, {
+            'Content-Type': `${type}; charset=utf-8`, 'Cache-Control': 'no-store', 'Content-Security-Policy': this.#policy,
+            'Referrer-Policy': 'no-referrer', 'X-Content-Type-Options': 'nosniff', 'Cross-Origin-Resource-Policy': 'same-origin',
+        });
+        response.end(body);
+    }
+
+    // Server-sent events (HTML standard, 9.2): the browser comes back with the number of the last record that it has.
+    #stream(request, response) {
+        const { stream } = this.#session;
+        response.writeHead(200, { 'Content-Type': 'text/event-stream', 'Cache-Control': 'no-store' });
+        const last = Number(request.headers['last-event-id'] ?? 0);
+        let waiting = stream.after(last);
+        const flush = () => {
+            while (waiting.length > 0 && !response.writableNeedDrain) {
+                const batch = waiting.splice(0, BATCH);
+                response.write(`id: ${batch.at(-1).n}\ndata: ${JSON.stringify(batch)}\n\n`);
+            }
+        };
+        const tell = async () => {
+            const status = await this.#session.command('status').catch((error) => ({ problem: error.message }));
+            response.write(`event: status\ndata: ${JSON.stringify(status)}\n\n`);
+        };
+        const stopListening = stream.listen((record) => {
+            waiting.push(record);
+            setImmediate(flush);
+        });
+        response.on('drain', flush);
+        const timer = setInterval(tell, STATUS_MS);
+        response.on('close', () => {
+            clearInterval(timer);
+            stopListening();
+        });
+        response.write(`retry: 500\n\n`);
+        flush();
+        void tell();
+    }
+}
+
+/** Starts the server. Resolves with the address of the page. */
+async function serve(session, { port }) {
+    return { address: await new Server(session).listen(port) };
+}
+
+module.exports = { serve };
