@@ -28,10 +28,10 @@ function obeySignals(session) {
 function watchOver(session, { expect, timeLimit = LIMIT_S }) {
     const { stream } = session;
     const timer = setTimeout(() => session.stop(), timeLimit * 1000);
-    const isMet = () => stream.facts.findLast(({ kind }) => kind === 'step')?.doing === '' &&
+    const isMet = () => stream.facts.some(({ kind }) => kind === 'played') &&
         failuresOf(expect, stream.facts, { how: 'runs' }).length === 0;
     const stop = stream.listen(({ kind }) => {
-        if (expect?.end === 'runs' && (kind === 'step' || kind === 'settled' || kind === 'call') && isMet()) {
+        if (expect?.end === 'runs' && ['played', 'call', 'settled'].includes(kind) && isMet()) {
             void session.stop();
         }
     });

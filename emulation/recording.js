@@ -31,22 +31,21 @@ function requestsIn(records) {
     return requests;
 }
 
-/** A rule for each request that was answered by hand, or that waited in vain. */
+/** A rule for each request that waited for an answer by hand, so that it waits again. */
 function rulesOf(records, requests) {
-    const answers = new Map(records.filter(({ kind }) => kind === 'waits').map(({ modal }) => [modal, []]));
-    const last = new Map();  // by modal, when it was answered last
-    for (const { kind, command, value, time } of records) {
-        if (kind === 'did' && command === 'answer') {
-            const { modal, with: [first, ...more] } = value;
-            const after = time - (last.get(modal) ?? requests.get(modal).opened) + (first.after ?? 0);
-            last.set(modal, time);
-            answers.set(modal, [...answers.get(modal) ?? [], { ...first, after }, ...more]);
-        }
-    }
-    return Array.from(answers, ([modal, answer]) => {
+    return records.filter(({ kind }) => kind === 'waits').map(({ modal }) => {
         const { method, nth } = requests.get(modal);
-        return { when: { method, nth }, ...(answer.length > 0 ? { answer } : { never: true }) };
+        return { when: { method, nth }, wait: true };
     });
+}
+
+/** What was done by hand, as a step; null for commands that have no place in a scenario. */
+function stepOf({ command, value }, requests) {
+    if (command === 'answer') {
+        const { method, nth } = requests.get(value.modal);
+        return { answer: { method, nth, with: value.with } };
+    }
+    return command === 'step' ? value : null;
 }
 
 /** What was done, each after the requests that came before it, and the time that passed in between. */
@@ -59,15 +58,17 @@ function stepsOf(records, requests) {
         }
         now = Math.max(now, time);
     };
-    for (const { kind, command, modal, method, reason, time, value } of records) {
+    for (const record of records) {
+        const { kind, modal, method, reason, time } = record;
+        const step = kind === 'did' && stepOf(record, requests);
         if (kind === 'opened' && !requests.get(modal).isLate) {
             steps.push({ await: { method } });
             now = Math.max(now, time);
         } else if (kind === 'opened' || (kind === 'ended' && reason === 'timer')) {
             passTo(time);
-        } else if (kind === 'did' && command === 'step') {
-            passTo(time - (value.advance ?? 0));
-            steps.push(value);
+        } else if (step) {
+            passTo(time - (step.advance ?? 0));
+            steps.push(step);
             now = Math.max(now, time);
         }
     }

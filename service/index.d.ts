@@ -129,10 +129,10 @@ export interface Service {
     /** The requests that wait for an answer by hand, oldest first. */
     waiting(method?: string): Request[];
     /**
-     * Answers the oldest request of a method that waits, or the one with this modal ID. A request that was answered can
-     * be answered again. Resolves when all answers were given; rejects if there is no such request.
+     * Answers the oldest request that waits and has this modal ID, or this method and number. One that was answered can be
+     * answered again while its modal is open. Resolves when all answers were given; rejects if there is no such request.
      */
-    answer(which: string | number, answers: Answer[]): Promise<void>;
+    answer(which: { modal?: number; method?: string; nth?: number }, answers: Answer[]): Promise<void>;
     /**
      * Signs another player in, or out with ''. A game that waits for an answer hears of it at once; others hear of it
      * with their next `getLocalPlayer`.
@@ -158,7 +158,8 @@ export interface Step {
     state?: Partial<State>;
     rule?: Rule;
     clearRules?: true;
-    answer?: { method: string; with: Answer[] };
+    /** By hand. Without `nth`, the oldest request of the method that waits. */
+    answer?: { method: string; nth?: number; with: Answer[] };
     window?: 'shown' | 'hidden';
     systemApp?: boolean;
     fail?: { call: string; skip?: number; times?: number };

@@ -20,6 +20,7 @@ class Player {
     #steps;
     #requests = [];  // not awaited yet
     #deadline = Infinity;
+    #wake = () => {};  // ends a wait for the game
 
     constructor({ steps = [], clock = 'manual' }, { service, context }) {
         this.#steps = steps;
@@ -27,9 +28,12 @@ class Player {
         this.service = service;
         this.context = context;
         this.doing = '';
-        this.onWait = () => {};  // called with what a step waits for
+        this.onWait = () => {};  // called with what a step waits for, and with '' when that has come
         this.onDone = () => {};  // called with each action that was done
-        service.on('request', (request) => this.#requests.push(request));
+        service.on('request', (request) => {
+            this.#requests.push(request);
+            this.#wake();
+        });
     }
 
     /** Resolves when all steps are done and no answer is due, or when it was stopped. `doing` then says where. */
@@ -73,7 +77,10 @@ class Player {
             if (this.isManual && this.service.isBusy) {
                 await device.clock.advance(Math.max(this.service.nextDue, 0));
             } else {
-                await new Promise((resolve) => setTimeout(resolve, 1).unref());
+                await new Promise((resolve) => {
+                    this.#wake = resolve;
+                    setTimeout(resolve, 1).unref();
+                });
             }
         }
         return true;
@@ -84,6 +91,7 @@ class Player {
         this.onWait(this.doing);
         const find = () => this.#requests.findIndex((request) => isMeant(expected, request));
         const isMade = await this.until(() => find() >= 0);
+        this.onWait(isMade ? '' : this.doing);
         this.#requests.splice(0, isMade ? find() + 1 : 0);
         return isMade;
     }
@@ -123,8 +131,8 @@ const ACTIONS = {
         return true;
     },
     // The answers may be due later: only whether there is a request to answer is awaited.
-    async answer({ method, with: answers }) {
-        await Promise.race([this.service.answer(method, answers), turn()]);
+    async answer({ with: answers, ...which }) {
+        await Promise.race([this.service.answer(which, answers), turn()]);
         return true;
     },
     window(state) {

@@ -92,12 +92,13 @@ class Service extends EventEmitter {
             (method === undefined || request.method === method));
     }
 
-    /** Answers a request by hand: the oldest one that waits, of this method or with this ID. */
-    async answer(which, answers) {
-        const isMeant = ({ modal, method }) => modal.id === which || method === which;
+    /** Answers a request by hand: the oldest one that waits and is meant, else the latest one that is meant. */
+    async answer({ modal: id, method, nth }, answers) {
+        const isMeant = (request) => (id === undefined || request.modal.id === id) &&
+            (method === undefined || request.method === method) && (nth === undefined || request.nth === nth);
         const request = this.waiting().find(isMeant) ?? this.requests.findLast(isMeant);
         if (!request) {
-            throw new Error(`no request ${which} to answer`);
+            throw new Error(`there is no open request of ${method ?? `modal ${id}`} to answer`);
         }
         request.isWaiting = false;
         return this.#plan(request, answers, 0);

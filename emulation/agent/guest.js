@@ -12,11 +12,14 @@ const { setImmediate } = require('node:timers');  // captured before the game ma
 class Guest {
     #channel;
     #clock;
+    #isHoldPlanned = false;
+    #isWatched;  // whether a person may answer what waits
     #hand;  // the methods whose requests wait for an answer by hand; null: all of them
 
     constructor(fd) {
         this.#channel = new Channel(fd, (message) => this.#hear(message));
-        const { scenario, clock, hand } = this.#channel.first;
+        const { scenario, clock, hand, isWatched } = this.#channel.first;
+        this.#isWatched = isWatched;
         const played = scenario ?? { version: 1 };
         this.#hand = hand;
         this.#clock = clock;
@@ -54,14 +57,24 @@ class Guest {
         this.player.onWait = (doing) => this.#tell({ kind: 'step', doing });
         this.player.onDone = (value) => value.await || this.#tell({ kind: 'did', command: 'step', value });
         await this.player.run();
-        this.#tell({ kind: 'step', doing: '' });
+        this.#tell({ kind: 'played' });
         await (isScenario && this.player.until(() => false));
     }
 
-    // A person may still answer what waits, and a manual clock reach what is due later: the process waits, too.
     #tell(record) {
         this.#channel.send({ record: { time: device.clock.now(), ...record } });
-        setImmediate(() => this.#channel.hold(this.service.isBusy || this.service.waiting().length > 0));
+        if (!this.#isHoldPlanned) {
+            this.#isHoldPlanned = true;
+            setImmediate(() => this.#hold());
+        }
+    }
+
+    // What is due later may still come. With a page, a person may also answer what waits, and see the time go by.
+    #hold() {
+        this.#isHoldPlanned = false;
+        const { service } = this;
+        const isAwaited = () => this.#isWatched && (service.waiting().length > 0 || device.clock.next() < Infinity);
+        this.#channel.hold(service.isBusy || isAwaited());
     }
 
     #setClock({ rate }) {
@@ -91,7 +104,7 @@ class Guest {
     }
 
     async answer({ modal, with: answers }) {
-        await Promise.race([this.service.answer(modal, checkPart('answers', answers)), new Promise(setImmediate)]);
+        await Promise.race([this.service.answer({ modal }, checkPart('answers', answers)), new Promise(setImmediate)]);
     }
 
     async step(step) {

@@ -13,6 +13,6 @@ const WATCHDOG_FD = 4;
 names.install();
 if (isMainThread && process.env.GAME_EMULATOR) {
     delete process.env.GAME_EMULATOR;  // the game's own child processes are not the game
-    new Worker(`${__dirname}/watchdog.js`, { workerData: { fd: WATCHDOG_FD }, execArgv: [], stdin: true }).unref();
+    new Worker(`${__dirname}/watchdog.js`, { workerData: { fd: WATCHDOG_FD }, execArgv: [] }).unref();
     require('./guest.js').enter(CHANNEL_FD);
 }

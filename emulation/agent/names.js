@@ -19,8 +19,15 @@ function install() {
         const own = typeof name === 'string' && ownName(name);
         return own ? resolve.call(this, own, module, ...rest) : resolve.call(this, name, parent, ...rest);
     };
-    // Node 18 before 18.19 has no hooks for `import`: there, the package must be installed where the game is.
-    Module.register?.(pathToFileURL(path.join(__dirname, 'names.mjs')));
+    if (Module.registerHooks) {
+        const parentURL = pathToFileURL(__filename).href;
+        Module.registerHooks({
+            resolve: (name, context, next) => (ownName(name) ? next(ownName(name), { ...context, parentURL }) : next(name, context)),
+        });
+    } else {
+        // Node 18 before 18.19 has no hooks for `import`: there, the package must be installed where the game is.
+        Module.register?.(pathToFileURL(path.join(__dirname, 'names.mjs')));
+    }
 }
 
 module.exports = { install, ownName };

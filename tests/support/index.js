@@ -185,7 +185,7 @@ async function expectChild(body, { args = [], env = {}, code = 0, out = [] } = {
 module.exports = {
     get game() { return loadGame(); },
     get device() { return loadDevice(); },
-    CALLS, METHODS, PAGES, PARAMETER_ERROR, REQUESTS, ROOT, SYSTEM_ERROR,
+    CALLS, LIMIT_MS, METHODS, PAGES, PARAMETER_ERROR, REQUESTS, ROOT, SYSTEM_ERROR,
     answer, attempt, countLogs, ends, expectChild, gather, nextMessage, once, parentPort, roundTrip, rulesOf, runInChild, sleepers, start, startWorker, test, timeUp, track, turn,
     wantOf,
 };
