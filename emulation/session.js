@@ -20,7 +20,6 @@ class Session {
         this.settings = {
             scenario: options.scenario ?? null,
             clock: { rate: options.rate },
-            isWatched: !options.headless,
             hand: options.headless || options.scenario ? [] : null,
         };
     }

@@ -112,7 +112,7 @@ export interface ServiceOptions {
 export interface Service {
     /** For each request, with the rule that answers it, if there is one. */
     on(event: 'request', listener: (request: Request, rule: Rule | null) => void): this;
-    /** For each request that waits for an answer by hand. */
+    /** For each request that waits for an answer by hand, as a rule or `byHand` says. */
     on(event: 'waits', listener: (request: Request) => void): this;
     /** After each change of the state. */
     on(event: 'state', listener: () => void): this;
@@ -122,11 +122,13 @@ export interface Service {
     readonly rules: Rule[];
     /** Whether answers are due later. */
     readonly isBusy: boolean;
+    /** Whether a request waits for an answer by hand, as a rule or `byHand` says. */
+    readonly isAwaiting: boolean;
     /** Milliseconds until the next answer is due; Infinity if there is none. */
     readonly nextDue: number;
     addRule(rule: Rule): void;
     clearRules(): void;
-    /** The requests that wait for an answer by hand, oldest first. */
+    /** The requests that only an answer by hand can settle or close, oldest first. Pages are among them. */
     waiting(method?: string): Request[];
     /**
      * Answers the oldest request that waits and has this modal ID, or this method and number. One that was answered can be

@@ -81,6 +81,11 @@ class Service extends EventEmitter {
         return this.#cancels.size > 0;
     }
 
+    /** Whether a request waits for an answer by hand, as a rule or `byHand` says. */
+    get isAwaiting() {
+        return this.waiting().some(({ isAwaited }) => isAwaited);
+    }
+
     /** Milliseconds until the next answer is due; infinite if there is none. */
     get nextDue() {
         return Math.min(Infinity, ...Array.from(this.#cancels, ({ due }) => due - device.clock.now()));
@@ -136,13 +141,16 @@ class Service extends EventEmitter {
         this.#begin(request, rule);
     }
 
+    // Pages stay open until they are closed by hand, but no game waits for that.
     #begin(request, rule) {
-        if (rule ? rule.wait || rule.never : this.#byHand(request) || PAGES.includes(request.method)) {
+        const isPage = PAGES.includes(request.method);
+        if (rule ? rule.wait : !isPage && this.#byHand(request)) {
+            request.isAwaited = true;
             this.emit('waits', request);
-            return;
+        } else if (rule ? !rule.never : !isPage) {
+            request.isWaiting = false;
+            this.#plan(request, rule?.answer ?? [{ own: true }], rule?.delay ?? 0);
         }
-        request.isWaiting = false;
-        this.#plan(request, rule?.answer ?? [{ own: true }], rule?.delay ?? 0);
     }
 
     // Resolves when all answers were given.

@@ -115,6 +115,7 @@ const PLAYED = `${LOAD}
         await told(game.prePurchase(context, { productId: 'sword' }));
         await told(game.bindPlayer(context, 'open-1', 'T-2002'));
         game.launchAntiAddiction(context, 60, '', 2);
+        setInterval(() => {}, 1000);
     })();`;
 
 test('what was played by hand is recorded, and comes to the same without a page', limited, async () => {

@@ -13,13 +13,11 @@ class Guest {
     #channel;
     #clock;
     #isHoldPlanned = false;
-    #isWatched;  // whether a person may answer what waits
     #hand;  // the methods whose requests wait for an answer by hand; null: all of them
 
     constructor(fd) {
         this.#channel = new Channel(fd, (message) => this.#hear(message));
-        const { scenario, clock, hand, isWatched } = this.#channel.first;
-        this.#isWatched = isWatched;
+        const { scenario, clock, hand } = this.#channel.first;
         const played = scenario ?? { version: 1 };
         this.#hand = hand;
         this.#clock = clock;
@@ -69,12 +67,10 @@ class Guest {
         }
     }
 
-    // What is due later may still come. With a page, a person may also answer what waits, and see the time go by.
+    // What is due later may still come, and what waits for a hand may be answered.
     #hold() {
         this.#isHoldPlanned = false;
-        const { service } = this;
-        const isAwaited = () => this.#isWatched && (service.waiting().length > 0 || device.clock.next() < Infinity);
-        this.#channel.hold(service.isBusy || isAwaited());
+        this.#channel.hold(this.service.isBusy || this.service.isAwaiting);
     }
 
     #setClock({ rate }) {

@@ -1,0 +1,182 @@
+'use strict';
+
+// The emulator's page in a real browser.
+
+const assert = require('node:assert/strict');
+const { once } = require('node:events');
+const fs = require('node:fs');
+const path = require('node:path');
+const { after, before, test } = require('node:test');
+const { chromium } = require('playwright-core');
+const { LIMIT_MS } = require('./support');
+const { emulate, folderWith, openEmulator, printed } = require('./support/emulator');
+
+const FLAGS = ['--no-sandbox', '--disable-gpu', '--disable-quic', '--no-first-run', '--disable-background-networking',
+    '--disable-component-update', '--disable-sync'];
+const GAME = `
+    const game = require('game-player-extension-module');
+    const context = getContext();
+    const told = (promise) => promise.then((data) => console.log('got', data), ({ code }) => console.log('met', code));
+    (async () => {
+        await told(game.init(context));
+        await told(game.getLocalPlayer(context));
+        await told(game.prePurchase(context, { productId: 'sword' }));
+        await told(game.bindPlayer(context, 'open-1', 'T-2002'));
+    })();`;
+
+let browser;
+before(async () => {
+    browser = await chromium.launch({ executablePath: '/usr/bin/chromium', args: FLAGS });
+});
+after(() => browser.close());
+
+/** A test with a page on a game. Errors of the page, and what its policy blocks, fail the test. */
+function testPage(title, { source = GAME, args = [], view = {} }, body) {
+    test(title, { timeout: 2 * LIMIT_MS }, async () => {
+        const folder = folderWith({ 'game.js': source });
+        const { child, address } = await openEmulator([...args, 'game.js'], folder);
+        const page = await browser.newPage({ viewport: { width: 1280, height: 900 }, ...view });
+        page.setDefaultTimeout(LIMIT_MS);
+        const problems = [];
+        page.on('pageerror', (error) => problems.push(error.message));
+        page.on('console', (message) => message.type() === 'error' && !/status of 400/.test(message.text()) && problems.push(message.text()));
+        try {
+            await page.goto(address);
+            const press = (name, options) => page.getByRole('button', { name, exact: true, ...options }).click();
+            await body({ page, press, child, folder, address });
+            assert.deepEqual(problems, []);
+        } finally {
+            await page.close();
+            child.kill();
+        }
+    });
+}
+
+const says = (child, text) => printed(child, (out) => out.includes(text));
+
+testPage('a player signs in, cancels a purchase and answers late; the same plays again without the page', {
+    args: ['--manual-clock'],
+}, async ({ page, press, child, folder }) => {
+    await press('Agree');
+    await page.getByText('The game asks who is playing.').waitFor();
+    await press('Sign in as Mei');
+    await says(child, '"playerName":"Mei"');
+    await press('Cancel');
+    await says(child, 'met 1002000001');
+    await page.getByText('Any other answer').click();
+    await page.getByRole('combobox', { name: 'Answer' }).selectOption('error');
+    await page.getByLabel('Code').fill('1002000012');
+    await page.getByRole('spinbutton', { name: 'After' }).fill('2.5');
+    await page.getByLabel('twice').check();
+    await press('Answer');
+    await page.getByText('next is due in 2.5 s').waitFor();
+    await press('To the next');
+    await says(child, 'met 1002000012');
+    await page.getByText('The game has ended.', { exact: false }).first().waitFor();
+    const [download] = await Promise.all([page.waitForEvent('download'), press('Save as scenario')]);
+    await download.saveAs(path.join(folder, 'saved.json'));
+    const byHand = child.text.out.split('\n').slice(1);
+    const again = await emulate(['--headless', '--scenario', 'saved.json', 'game.js'], folder);
+    assert.equal(again.status, 0, again.out + fs.readFileSync(path.join(folder, 'saved.json'), 'utf8'));
+    assert.deepEqual(again.out.split('\n').slice(0, byHand.length - 1), byHand.slice(0, -1));
+});
+
+testPage('a page that comes back in the middle shows what happened, and two pages the same', {}, async ({ page, press, address }) => {
+    await press('Agree');
+    await page.getByText('The game asks who is playing.').waitFor();
+    const entries = page.getByRole('option');
+    const shown = await entries.allTextContents();
+    await page.reload();
+    await page.getByText('The game asks who is playing.').waitFor();
+    assert.deepEqual((await entries.allTextContents()).slice(0, shown.length), shown);
+    const second = await browser.newPage();
+    await second.goto(address);
+    await second.getByRole('button', { name: 'Sign in as Lin' }).click();
+    await page.getByText('The game wants to sell something.').waitFor();
+    await press('Restart');
+    await second.getByText('The game starts and asks for the player service.').waitFor();
+    await second.close();
+});
+
+const HOSTILE = '<img src=x onerror="document.title=1"></pre><script>document.title=2</script>';
+
+testPage('hostile strings are shown as text', {
+    source: `
+        const game = require('game-player-extension-module');
+        console.log(${JSON.stringify(HOSTILE)});
+        game.prePurchase(getContext(), { productId: ${JSON.stringify(HOSTILE)} });`,
+}, async ({ page }) => {
+    await page.getByText('The game wants to sell something.').waitFor();
+    assert.ok((await page.getByLabel('Output of the game').textContent()).includes(HOSTILE));
+    assert.ok((await page.getByRole('definition').allTextContents()).some((text) => text.includes('onerror=')));
+    assert.deepEqual([await page.title(), await page.locator('img').count()], ['Game emulator', 0]);
+});
+
+testPage('players, codes, faults, state and the timeline by keyboard', { view: { colorScheme: 'dark' } }, async ({ page, press, child }) => {
+    await page.getByText('Error codes met').click();
+    await page.getByText('Faults').click();
+    await page.getByRole('combobox', { name: 'The next call of' }).selectOption('CloseModalUIExtension');
+    await press('Make it fail');
+    await press('No network');
+    await says(child, 'got');
+    await page.getByRole('radio', { name: 'Nobody' }).check();
+    await press('Cancel');
+    await page.getByRole('cell', { name: 'met' }).filter({ hasText: '✓' }).first().waitFor();
+    const met = await page.locator('td.met').evaluateAll((cells) => cells.map((cell) => `${cell.parentElement.firstChild.textContent} ${cell.title}`));
+    assert.deepEqual(met, ['init SUCCESS 0', 'getLocalPlayer NOT_SIGNED_IN 1002000003']);
+    await page.getByText('State and rules').click();
+    await page.getByLabel('A rule for requests').fill('{ "whn": {} }');
+    await press('Add the rule');
+    await page.getByRole('alert').getByText("unknown key 'whn'").waitFor();
+    await page.getByRole('searchbox').fill('settled');
+    await page.getByRole('searchbox').fill('getLocalPlayer rejected');
+    await page.getByRole('listbox').press('Home');
+    assert.match(await page.getByLabel('Details').textContent(), /"code": 1002000003/);
+});
+
+testPage('a game that hangs is told, and restarted; 360 pixels are wide enough', {
+    source: "require('game-player-extension-module').init(getContext()).then(() => { for (;;); });",
+    view: { viewport: { width: 360, height: 700 } },
+}, async ({ page, press }) => {
+    await press('Agree');
+    await page.getByText('The game hangs', { exact: false }).waitFor();
+    await page.getByText('Faults').click();
+    assert.equal(await page.evaluate(() => document.documentElement.scrollWidth), 360);
+    await press('Restart');
+    await page.getByText('The game runs as process', { exact: false }).waitFor();
+    await page.getByText('The game starts and asks for the player service.').waitFor();
+});
+
+testPage('100,000 entries stay usable', {
+    source: `
+        const game = require('game-player-extension-module');
+        const flood = (n) => {
+            for (let i = 0; i < 1000; ++i) {
+                game.syncTraceId(String(n + i));
+            }
+            return n < 110000 ? setImmediate(flood, n + 1000) : console.log('flooded');
+        };
+        flood(0);
+        setInterval(() => {}, 1000);`,
+}, async ({ page, child }) => {
+    await says(child, 'flooded');
+    await page.getByText(/earlier records left out/).waitFor();
+    assert.ok(await page.getByRole('option').count() < 100);
+    await page.getByRole('listbox').press('End');
+    await page.getByLabel('Details').getByText('syncTraceId').waitFor();
+});
+
+test('a page of another origin can neither read nor command', { timeout: 2 * LIMIT_MS }, async () => {
+    const { child, address } = await openEmulator(['game.js'], folderWith({ 'game.js': GAME }));
+    const page = await browser.newPage();
+    await page.goto('data:text/html,<title>elsewhere</title>');
+    const outcomes = await page.evaluate(async (target) => {
+        const attempt = (name, options) => fetch(target + name, options).then(({ type }) => type, () => 'failed');
+        return [await attempt('scenario'), await attempt('restart', { method: 'POST', body: 'null' }),
+            await attempt('restart', { method: 'POST', body: 'null', headers: { 'Content-Type': 'application/json' } })];
+    }, address);
+    assert.deepEqual(outcomes, ['failed', 'failed', 'failed']);
+    await page.close();
+    child.kill();
+    await once(child, 'close');
+});
