@@ -24,6 +24,7 @@ test_needs=(
 )
 coverage_needs=('gcovr|gcovr|gcovr')
 bench_needs=('libbenchmark-dev|/usr/include/benchmark/benchmark.h|Google Benchmark')
+page_needs=('chromium|chromium|Chromium')
 npm_needs=('npm|npm|npm')
 clang_needs=('clang|clang++|clang')
 libcxx_needs=(

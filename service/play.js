@@ -209,6 +209,7 @@ async function play(source, game) {
         const isMet = () => expect?.end === 'runs' && failuresOf(expect, records, { how: 'runs' }).length === 0;
         const end = await endOf(ended, player, isMet);
         await turn();
+        await turn();  // the device tells of what has happened in the next turn of the loop
         const report = { calls: callsIn(records), codes: codesIn(records), end, state: service.state, records };
         const stuck = player.doing ? [`${player.doing}, which the game did not make`] : [];
         const failures = [...stuck, ...failuresOf(expect, records, end)];

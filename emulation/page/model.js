@@ -40,7 +40,7 @@ const ENTRIES = {
 /** Everything of one run begins anew with its process. */
 const newRun = () => ({
     game: '', pid: 0, end: null, codes: {}, faults: [], state: null, first: null, calls: new Map(), modals: new Map(),
-    met: new Map(), output: [], doing: '',
+    met: new Map(), output: [], doing: '', begun: null,
 });
 
 export class Model {
@@ -68,11 +68,13 @@ export class Model {
     }
 
     #take(record) {
-        this.#time = record.time || this.#time;
         TAKE[record.kind]?.(this, record);
+        this.#time = record.time || this.#time;
+        this.run.begun ??= record.time || null;
         const [lane, text] = ENTRIES[record.kind]?.(record) ?? [];
         if (lane) {
-            this.entries.push({ n: record.n, time: this.#time, lane, text, record });
+            const clock = (this.#time - (this.run.begun ?? this.#time)) / 1000;
+            this.entries.push({ n: record.n, time: this.#time, clock: clock.toFixed(3), lane, text, record });
         }
     }
 }

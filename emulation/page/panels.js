@@ -14,12 +14,13 @@ function Panel({ title, children, isOpen = true }) {
     return html`<details class="panel" open=${isOpen}><summary>${title}</summary>${children}</details>`;
 }
 
-export function ClockPanel({ status, act }) {
+export function ClockPanel({ status, run, act }) {
     const { rate = 1, now = 0, next, hand } = status;
+    const passed = Math.max(0, now - (run.begun ?? now));
     const advance = (ms) => act('step', { advance: ms });
     const isManual = rate === 0;
     return html`<${Panel} title="Clock">
-        <p><output>${seconds(now)}</output> since boot; ${next === null || next === undefined
+        <p><output>${seconds(passed)}</output> since the start; ${next === null || next === undefined
             ? 'nothing is due' : `next is due in ${seconds(Math.max(next, 0))}`}</p>
         <div class="buttons" role="group" aria-label="Speed of the clock">
             ${RATES.map((one) => html`<button aria-pressed=${rate === one} onClick=${() => act('clock', { rate: one })}>${one}×</button>`)}

@@ -94,7 +94,7 @@ function List({ entries, selected, onSelect }) {
         <div style=${{ height: `${entries.length * ROW}px` }}><div style=${{ transform: `translateY(${first * ROW}px)` }}>
         ${rows.map((entry) => html`<div class="entry ${entry.lane}" key=${entry.n} id="entry-${entry.n}" role="option"
             aria-selected=${entry === selected} onClick=${() => onSelect(entry === selected ? null : entry)}>
-            <time>${(entry.time / 1000).toFixed(3)}</time><b>${entry.lane}</b><span>${entry.text.slice(0, 300)}</span></div>`)}
+            <time>${entry.clock}</time><b>${entry.lane}</b><span>${entry.text.slice(0, 300)}</span></div>`)}
         </div></div></div>`;
 }
 

@@ -72,15 +72,17 @@ function Modal({ modal, run, act }) {
     </section>`;
 }
 
-/** The modal on top is the newest. */
+/** The newest modal is on top, unless another one was brought to the front. */
 export function GameWindow({ run, open, act }) {
-    const modal = open.at(-1);
+    const [front, setFront] = useState(0);
+    const top = open.find(({ modal }) => modal === front) ?? open.at(-1);
+    const below = open.filter((modal) => modal !== top);
     return html`<section class="window" aria-label="The game's window">
         <pre class="screen" tabindex="0" aria-label="Output of the game">${run.output.join('\n')}</pre>
-        ${modal && run.state
-            ? html`<${Modal} key=${modal.modal} modal=${modal} run=${run} act=${act} />`
+        ${top && run.state
+            ? html`<${Modal} key=${top.modal} modal=${top} run=${run} act=${act} />`
             : html`<p class="idle">${run.end ? 'The game has ended.' : 'No request is open.'}</p>`}
-        ${open.length > 1 && html`<p class="idle">${open.length - 1} more below it:
-            ${open.slice(0, -1).map(({ method }) => method).join(', ')}</p>`}
+        ${below.length > 0 && html`<div class="buttons"><span class="idle">Below it</span>
+            ${below.map(({ method, modal }) => html`<button onClick=${() => setFront(modal)}>${method}</button>`)}</div>`}
     </section>`;
 }
