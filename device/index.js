@@ -149,11 +149,12 @@ function onAdvance(handler) {
 // Runs what is due now. The game may then make requests: two turns of the loop bring them to the handlers here, which
 // may set timers that are due at once.
 async function runTimers() {
-    do {
+    for (let before = -1; before !== timers.begun();) {
+        before = timers.begun();
+        await turn();
+        await turn();
         await timers.run();
-        await turn();
-        await turn();
-    } while (timers.next() <= 0);
+    }
 }
 
 // Stops whenever a thread of the module or a timer of this environment is due, so that the module and JS take turns.

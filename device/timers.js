@@ -12,6 +12,7 @@ const MAX_TIMEOUT_MS = 0x7fffffff;  // the limit of setTimeout
 let rate = 1;  // of the clock; 0 if it is manual
 let alarm = null;  // what runs the due timers in real time
 let line = Promise.resolve();  // settled when no handler runs
+let count = 0;  // of the handlers that have begun
 const waiting = new Set();
 
 const areAny = () => waiting.size > 0;
@@ -28,9 +29,13 @@ async function runDue() {
     while (next() <= 0) {
         const timer = first();
         waiting.delete(timer);
+        count += 1;
         await timer.handler();
     }
 }
+
+/** How many timers have begun to run, ever. */
+const begun = () => count;
 
 /** Runs the timers that are due, one after another, and waits for the promises that they return. */
 function run() {
@@ -89,4 +94,4 @@ function clear() {
     arm();
 }
 
-module.exports = { after, areAny, clear, manual, next, real, run };
+module.exports = { after, areAny, begun, clear, manual, next, real, run };

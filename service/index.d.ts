@@ -153,7 +153,7 @@ export function createService(options?: ServiceOptions): Service;
 /** One or more actions. They are done in the order of their keys. */
 export interface Step {
     note?: string;
-    /** Waits for the next request of the game that matches. */
+    /** Waits for the next request of the game that matches. What follows is done before that request is answered. */
     await?: { method: string; want?: Record<string, unknown> };
     advance?: number;
     player?: string;

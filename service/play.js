@@ -21,6 +21,9 @@ class Player {
     #requests = [];  // not awaited yet
     #deadline = Infinity;
     #wake = () => {};  // ends a wait for the game
+    #awaited = null;  // the request that a step waits for
+    #held = null;  // a promise while no answer is given
+    #letGo = () => {};
 
     constructor({ steps = [], clock = 'manual' }, { service, context }) {
         this.#steps = steps;
@@ -30,9 +33,25 @@ class Player {
         this.doing = '';
         this.onWait = () => {};  // called with what a step waits for, and with '' when that has come
         this.onDone = () => {};  // called with each action that was done
-        service.on('request', (request) => {
-            this.#requests.push(request);
-            this.#wake();
+        service.gate = () => this.#held;
+        service.on('request', (request) => this.#note(request));
+    }
+
+    #note(request) {
+        this.#requests.push(request);
+        if (this.#awaited && isMeant(this.#awaited, request)) {
+            this.#hold();
+        }
+        this.#wake();
+    }
+
+    // While steps act, no answer is given: what follows an `await` comes before the answer to that request.
+    #hold() {
+        this.#held ??= new Promise((resolve) => {
+            this.#letGo = () => {
+                this.#held = null;
+                resolve();
+            };
         });
     }
 
@@ -40,6 +59,7 @@ class Player {
     async run() {
         for (const [index, step] of this.#steps.entries()) {
             this.doing = `steps[${index}]`;
+            this.#hold();
             if (!await this.perform(step)) {
                 return;
             }
@@ -70,6 +90,7 @@ class Player {
      * if it was stopped first. Does not keep the process alive.
      */
     async until(isSo) {
+        this.#letGo();
         for (await turn(); !isSo(); await turn()) {
             if (performance.now() >= this.#deadline) {
                 return false;
@@ -90,13 +111,16 @@ class Player {
         this.doing += ` waits for a request of ${expected.method}`;
         this.onWait(this.doing);
         const find = () => this.#requests.findIndex((request) => isMeant(expected, request));
-        const isMade = await this.until(() => find() >= 0);
+        this.#awaited = expected;
+        const isMade = find() >= 0 || await this.until(() => find() >= 0);
+        this.#awaited = null;
         this.onWait(isMade ? '' : this.doing);
         this.#requests.splice(0, isMade ? find() + 1 : 0);
         return isMade;
     }
 
     async pass(ms) {
+        this.#letGo();
         if (this.isManual) {
             await device.clock.advance(ms);
         } else {
@@ -202,8 +226,10 @@ async function play(source, game) {
     const service = begin(scenario);
     const player = new Player(scenario, { service, context });
     const isEnded = new Promise((resolve) => device.onExit(({ code }) => resolve({ how: 'module', code })));
-    const timer = setTimeout(() => player.stop(0), timeLimit * 1000);
-    const isLate = new Promise((resolve) => setTimeout(() => resolve({ how: 'runs', seconds: timeLimit }), timeLimit * 1000).unref());
+    let timer;
+    const isLate = new Promise((resolve) => {
+        timer = setTimeout(() => resolve({ how: 'runs', seconds: timeLimit }), timeLimit * 1000);
+    });
     try {
         const ended = Promise.race([isEnded, runGame(game, context), isLate]);
         const isMet = () => expect?.end === 'runs' && failuresOf(expect, records, { how: 'runs' }).length === 0;

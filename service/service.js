@@ -48,6 +48,7 @@ class Service extends EventEmitter {
     constructor({ state = {}, rules = [], seed = 1, byHand = () => false } = {}) {
         super();
         this.requests = [];
+        this.gate = () => null;  // a promise closes it: until then, no answer is given
         this.#byHand = byHand;
         this.#state = changeState(newState(), state);
         this.#book = new RuleBook(rules, seed, device.clock.now());
@@ -168,16 +169,24 @@ class Service extends EventEmitter {
         await Promise.all(answers.map((answer) => give(modal, answer)));
     }
 
+    // What is due while the gate is closed comes when it opens, and does not hold the clock until then.
     #at(ms, handler) {
         return new Promise((resolve, reject) => {
             const entry = { due: device.clock.now() + ms };
-            entry.cancel = device.clock.after(ms, () => {
+            const run = () => {
+                const closed = this.gate();
+                if (closed) {
+                    void closed.then(() => this.#cancels.has(entry) && arm(0));
+                    return undefined;
+                }
                 this.#cancels.delete(entry);
                 const done = handler();
                 done.then(resolve, reject);
                 return done;
-            });
+            };
+            const arm = (delay) => { entry.cancel = device.clock.after(delay, run); };
             this.#cancels.add(entry);
+            arm(ms);
         });
     }
 }
