@@ -73,6 +73,19 @@ for (const [layer, allowed] of Object.entries(ALLOWED)) {
     });
 }
 
+// Of the device they may use what everybody may: its interface.
+for (const [folder, allowed] of [['service', ['service', 'device/index.js', 'errors.js']],
+    ['emulation', ['emulation', 'service', 'device/index.js', 'errors.js']]]) {
+    test(`${folder} requires of ours ${allowed.join(', ')}`, () => {
+        const files = fs.readdirSync(path.join(ROOT, folder), { recursive: true, encoding: 'utf8' })
+            .filter((name) => /\.m?js$/.test(name)).map((name) => path.join(folder, name));
+        const required = files.flatMap((file) => firstGroups(read(file).matchAll(/(?:\brequire\(|\bfrom )['"](\.[^'"]*)['"]/g))
+            .map((name) => path.join(path.dirname(file), name)));
+        assert.ok(files.length > 5 && required.length > 5);
+        assert.deepEqual(required.filter((name) => !allowed.includes(name) && !isWithin(name, allowed)), []);
+    });
+}
+
 test('built for a device, the module needs Node-API, libuv and the platform as listed, and the libraries of C and C++', () => {
     const imported = symbols('../device/libgame_player_extension_ability.so', '--undefined-only');
     const listed = firstGroups(read('platform/wrap/calls.def').matchAll(/\bWRAPPED(?:_AS)?\((\w+)/g));

@@ -11,6 +11,7 @@ const { test } = require('node:test');
 const { promisify } = require('node:util');
 const { METHODS, ROOT, device, expectChild, game } = require('./support');
 const { ErrorCode, RequestType, isBusinessError } = require('game-player-extension-module/errors');
+const service = require('game-player-extension-module/service');
 
 /** For each kind of field: a correct value, and one of another type. */
 const VALUES = {
@@ -78,7 +79,7 @@ async function complaints(program) {
 test('what is right compiles against the types, what is wrong does not, and they declare what there is', async () => {
     const program = [
         ...read('tests/types/calls.mts').split('\n'), ...Object.entries(METHODS).flatMap(callsOf),
-        ...Object.entries({ device, 'device.clock': device.clock, ErrorCode, RequestType }).map(shownAs),
+        ...Object.entries({ device, 'device.clock': device.clock, ErrorCode, RequestType, service }).map(shownAs),
     ];
     assert.deepEqual(new Set(await complaints(program)), new Set(program.filter(isWrong)));
     const declared = read('index.d.ts').matchAll(/^ {4}function (\w+)/gm);
@@ -99,7 +100,7 @@ test('require and import give one module by folder and by name, in a Worker as w
     async ({ startWorker, once }) => {
         const check = async ({ ROOT }) => {
             const { isDeepStrictEqual } = require('node:util');
-            for (const [entry, file] of [['', 'index.js'], ['/device', 'device/index.js'], ['/errors', 'errors.js']]) {
+            for (const [entry, file] of [['', 'index.js'], ['/device', 'device/index.js'], ['/errors', 'errors.js'], ['/service', 'service/index.js']]) {
                 const required = require(`game-player-extension-module${entry}`);
                 const { default: imported, ...named } = await import(`game-player-extension-module${entry}`);
                 const names = Object.getOwnPropertyNames(required).map((name) => [name, required[name]]);
@@ -109,4 +110,4 @@ test('require and import give one module by folder and by name, in a Worker as w
         };
         await check({ ROOT: process.cwd() });
         await once(startWorker(check), 'exit');
-    }, { out: Array(6).fill('true true true') }));
+    }, { out: Array(8).fill('true true true') }));

@@ -7,6 +7,8 @@ import type { BusinessError, Context, ThirdAccountInfo } from 'game-player-exten
 import device, { createAbilityContext, nextModal } from 'game-player-extension-module/device';
 import type { GameEnd, Modal, ParameterObject } from 'game-player-extension-module/device';
 import { ErrorCode, RequestType, isBusinessError } from 'game-player-extension-module/errors';
+import service, { createService, play } from 'game-player-extension-module/service';
+import type { Answer, Scenario, State } from 'game-player-extension-module/service';
 
 declare const context: Context, modal: Modal, caught: unknown, error: BusinessError;
 declare function is<T>(value: T): void;
@@ -79,3 +81,19 @@ device.clock.advance('5'); // wrong
 device.failNext('napi_typeof', { times: '1' }); // wrong
 device.logs().filter(({ level }) => level === 'X'); // wrong: no such level
 device.setSystemApp('yes'); // wrong
+
+// The game service
+createService({ rules: [{ when: { method: 'init', nth: [1, 2] }, answer: [{ after: 5, result: 0 }, { own: true }] }], seed: 3 });
+createService({ state: { currentPlayr: 'p1' } }); // wrong
+createService({ rules: [{ answers: [] }] }); // wrong
+is<Answer>({ after: 5 }); // wrong: what
+is<Answer>({ receive: { a: null } }); // wrong
+service.createService().on('request', ({ modal: { method } }, rule) => method.length + (rule?.delay ?? 0)).close();
+createService().state = { online: false };
+is<State>(createService().state);
+is<Scenario>({ version: 1, steps: [{ await: { method: 'init' } }], expect: { end: { module: 'timer' } } });
+is<Scenario>({ version: 2 }); // wrong
+is<Promise<number[]>>(play('scenario.json', async (context) => gamePlayer.init(context)).then(({ codes }) => codes.init));
+device.onRecord((record) => record.kind === 'settled' && is<number | undefined>(record.code));
+device.onRecord((record) => record.kind === 'setled'); // wrong
+device.clock.after(5, () => {})();
