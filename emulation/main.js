@@ -2,14 +2,13 @@
 'use strict';
 
 const { failuresOf } = require('../service/report.js');
-const { ScenarioError } = require('../service/scenario.js');
+const { ScenarioError, withDefaults } = require('../service/scenario.js');
 const { UsageError, readOptions } = require('./options.js');
 const { failuresOfRun, tellOutcome } = require('./outcome.js');
 const { serve } = require('./server.js');
 const { Session } = require('./session.js');
 
 const STATUS = { failed: 1, unusable: 2 };
-const LIMIT_S = 30;
 
 const say = (text) => process.stderr.write(`game emulator: ${text}\n`);
 
@@ -25,7 +24,7 @@ function obeySignals(session) {
 }
 
 /** Stops a game that is to run on as soon as it has met what is expected; any game when its time is over. */
-function watchOver(session, { expect, timeLimit = LIMIT_S }) {
+function watchOver(session, { expect, timeLimit }) {
     const { stream } = session;
     const timer = setTimeout(() => session.stop(), timeLimit * 1000);
     const isMet = () => stream.facts.some(({ kind }) => kind === 'played') &&
@@ -41,13 +40,14 @@ function watchOver(session, { expect, timeLimit = LIMIT_S }) {
     };
 }
 
-async function playHeadless(session, { scenario = { version: 1 }, file, junit }) {
+async function playHeadless(session, { scenario: given, file, junit }) {
+    const scenario = withDefaults(given);
     const begun = performance.now();
     const done = watchOver(session, scenario);
     const end = await session.start();
     done();
     const name = scenario.name ?? file ?? 'the game';
-    const failures = failuresOfRun(scenario, session.stream.facts, { ...end, seconds: scenario.timeLimit ?? LIMIT_S });
+    const failures = failuresOfRun(scenario, session.stream.facts, { ...end, seconds: scenario.timeLimit });
     tellOutcome({ name, failures, seconds: (performance.now() - begun) / 1000, junit });
     if (end.isUnstarted && !session.stream.facts.some(({ kind }) => kind === 'call')) {
         say(`the game could not start: ${end.reason}`);

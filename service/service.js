@@ -6,20 +6,18 @@ const { announce, ownAnswers } = require('./answers.js');
 const { RuleBook } = require('./rules.js');
 const { changeState, copyOf, newState } = require('./state.js');
 
-const KINDS = ['result', 'receive', 'release', 'error'];
+const GIVE = {
+    result: (modal, { result, parameters }) => modal.result(result, parameters),
+    receive: (modal, { receive }) => modal.receive(receive),
+    release: (modal, { release }) => modal.release(release),
+    error: (modal, { error, name, message }) => modal.error(error, name, message),
+};
 const PAGES = ['launchWelcomeBanner', 'launchCommonPage', 'launchAntiAddiction'];
 
 /** Gives one answer. That the device forgot the modal, or that the game has ended, is no fault of the service. */
 async function give(modal, answer) {
-    const { result, receive, release, error, parameters, name, message } = answer;
-    const given = {
-        result: () => modal.result(result, parameters),
-        receive: () => modal.receive(receive),
-        release: () => modal.release(release),
-        error: () => modal.error(error, name, message),
-    };
     try {
-        await given[KINDS.find((kind) => Object.hasOwn(answer, kind))]();
+        await GIVE[Object.keys(GIVE).find((kind) => Object.hasOwn(answer, kind))](modal, answer);
     } catch (problem) {
         if (problem instanceof TypeError) {
             throw problem;
@@ -43,12 +41,12 @@ class Service extends EventEmitter {
     #book;
     #counts = new Map();  // of requests, by method
     #cancels = new Set();  // of answers that are due later
+    #kept = null;  // while answers are kept back, what gives those that are due
     #byHand;
 
     constructor({ state = {}, rules = [], seed = 1, byHand = () => false } = {}) {
         super();
         this.requests = [];
-        this.gate = () => null;  // a promise closes it: until then, no answer is given
         this.#byHand = byHand;
         this.#state = changeState(newState(), state);
         this.#book = new RuleBook(rules, seed, device.clock.now());
@@ -124,6 +122,17 @@ class Service extends EventEmitter {
         }
     }
 
+    /** Keeps answers back that are due, until `resume`. The clock does not wait for them. */
+    pause() {
+        this.#kept ??= [];
+    }
+
+    resume() {
+        const kept = this.#kept ?? [];
+        this.#kept = null;
+        kept.forEach((give) => give());
+    }
+
     /** Stops answering. What is due later is not given. */
     close() {
         device.onModal(null);
@@ -163,28 +172,24 @@ class Service extends EventEmitter {
 
     async #giveAll({ modal, ...request }, group) {
         const answers = group.flatMap((answer) => (answer.own ? ownAnswers(request, this.#state) : [answer]));
-        if (answers.length < group.length || group.some(({ own }) => own)) {
+        if (group.some(({ own }) => own)) {
             this.emit('state');
         }
         await Promise.all(answers.map((answer) => give(modal, answer)));
     }
 
-    // What is due while the gate is closed comes when it opens, and does not hold the clock until then.
     #at(ms, handler) {
         return new Promise((resolve, reject) => {
             const entry = { due: device.clock.now() + ms };
-            const run = () => {
-                const closed = this.gate();
-                if (closed) {
-                    void closed.then(() => this.#cancels.has(entry) && arm(0));
+            const give = () => {
+                if (this.#kept) {
+                    this.#kept.push(() => this.#cancels.has(entry) && arm(0));
                     return undefined;
                 }
                 this.#cancels.delete(entry);
-                const done = handler();
-                done.then(resolve, reject);
-                return done;
+                return handler().then(resolve, reject);
             };
-            const arm = (delay) => { entry.cancel = device.clock.after(delay, run); };
+            const arm = (delay) => { entry.cancel = device.clock.after(delay, give); };
             this.#cancels.add(entry);
             arm(ms);
         });

@@ -2,7 +2,7 @@
 
 const device = require('../../device/index.js');
 const { ErrorCode } = require('../../errors.js');
-const { Player, begin } = require('../../service/play.js');
+const { Player, begin } = require('../../service/player.js');
 const { checkPart } = require('../../service/scenario.js');
 const { Channel } = require('./channel.js');
 
@@ -24,7 +24,7 @@ class Guest {
         device.onRecord((record) => this.#tell(record));
         device.onExit((end) => this.#end(end));
         this.context = device.createAbilityContext();
-        this.service = begin({ ...played, clock: 'real' }, { byHand: (request) => this.#isByHand(request) });
+        this.service = begin(played, { byHand: (request) => this.#isByHand(request) });
         this.#setClock(clock);
         this.#listen();
         this.player = new Player({ ...played, clock: clock.rate > 0 ? 'real' : 'manual' }, this);

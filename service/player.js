@@ -1,0 +1,137 @@
+'use strict';
+
+const { setTimeout } = require('node:timers');  // captured before a test runner replaces it
+const { setImmediate: turn } = require('node:timers/promises');
+const device = require('../device/index.js');
+const { isMeant } = require('./rules.js');
+const { createService } = require('./service.js');
+
+/**
+ * Plays the steps of a scenario on a service and the window of a context. With the manual clock, the time also jumps to
+ * the next answer that is due while a step waits for the game.
+ */
+class Player {
+    #steps;
+    #requests = [];  // not awaited yet
+    #deadline = Infinity;
+    #wake = () => {};  // ends a wait for the game
+    #awaited = null;  // the request that a step waits for
+
+    constructor({ steps = [], clock }, { service, context }) {
+        this.#steps = steps;
+        this.isManual = clock === 'manual';
+        this.service = service;
+        this.context = context;
+        this.doing = '';
+        this.onWait = () => {};  // called with what a step waits for, and with '' when that has come
+        this.onDone = () => {};  // called with each action that was done
+        service.on('request', (request) => this.#note(request));
+    }
+
+    #note(request) {
+        this.#requests.push(request);
+        if (this.#awaited && isMeant(this.#awaited, request)) {
+            this.service.pause();
+        }
+        this.#wake();
+    }
+
+    /**
+     * Resolves when all steps are done and no answer is due, or when it was stopped; `doing` then says where. While steps
+     * act, no answer is given: what follows an `await` comes before the answer to that request.
+     */
+    async run() {
+        for (const [index, step] of this.#steps.entries()) {
+            this.doing = `steps[${index}]`;
+            this.service.pause();
+            if (!await this.perform(step)) {
+                return;
+            }
+        }
+        if (await this.until(() => !this.service.isBusy)) {
+            this.doing = '';
+        }
+    }
+
+    /** Does one step. False if it was stopped first. */
+    async perform({ note, ...step }) {
+        for (const [name, value] of Object.entries(step)) {
+            if (await ACTIONS[name](this, value) === false) {
+                return false;
+            }
+            this.onDone({ [name]: value });
+        }
+        return true;
+    }
+
+    /** Stops at the first step that still waits for the game `ms` milliseconds from now, in real time. */
+    stop(ms) {
+        this.#deadline = Math.min(this.#deadline, performance.now() + ms);
+    }
+
+    /**
+     * Lets the game go on until something is so, and with the manual clock gives the answers that are due later. False
+     * if it was stopped first. Does not keep the process alive.
+     */
+    async until(isSo) {
+        this.service.resume();
+        for (await turn(); !isSo(); await turn()) {
+            if (performance.now() >= this.#deadline) {
+                return false;
+            }
+            if (this.isManual && this.service.isBusy) {
+                await device.clock.advance(Math.max(this.service.nextDue, 0));
+            } else {
+                await new Promise((resolve) => {
+                    this.#wake = resolve;
+                    setTimeout(resolve, 1).unref();
+                });
+            }
+        }
+        return true;
+    }
+
+    async awaitRequest(expected) {
+        this.doing += ` waits for a request of ${expected.method}`;
+        this.onWait(this.doing);
+        const find = () => this.#requests.findIndex((request) => isMeant(expected, request));
+        this.#awaited = expected;
+        const isMade = find() >= 0 || await this.until(() => find() >= 0);
+        this.#awaited = null;
+        this.onWait(isMade ? '' : this.doing);
+        this.#requests.splice(0, isMade ? find() + 1 : 0);
+        return isMade;
+    }
+
+    async pass(ms) {
+        this.service.resume();
+        if (this.isManual) {
+            await device.clock.advance(ms);
+        } else {
+            await new Promise((resolve) => device.clock.after(ms, resolve));
+        }
+    }
+}
+
+// What each step does. One that returns false was stopped.
+const ACTIONS = {
+    await: (player, expected) => player.awaitRequest(expected),
+    advance: (player, ms) => player.pass(ms),
+    player: ({ service }, playerId) => service.switchPlayer(playerId),
+    state: ({ service }, changes) => { service.state = changes; },
+    rule: ({ service }, rule) => service.addRule(rule),
+    clearRules: ({ service }) => service.clearRules(),
+    // The answers may be due later: only whether there is a request to answer is awaited.
+    answer: ({ service }, { with: answers, ...which }) => Promise.race([service.answer(which, answers), turn()]),
+    window: ({ context }, state) => (state === 'shown' ? device.showWindow : device.hideWindow)(context),
+    systemApp: (player, isSystem) => device.setSystemApp(isSystem),
+    fail: (player, { call, ...options }) => device.failNext(call, options),
+};
+
+/** Makes the device and a new service as the scenario begins. */
+function begin({ systemApp = false, state, rules, seed }, options) {
+    device.setSystemApp(systemApp);
+    return createService({ state, rules, seed, ...options });
+}
+
+module.exports = { Player, begin };
