@@ -27,10 +27,12 @@ class Game {
         this.#forward(out, process.stdout, 'out');
         this.#forward(err, process.stderr, 'err');
         this.#read(channel);
+        this.#child.stdio.at(-1).on('error', () => {});  // the pipe of the watchdog
         channel.write(`${JSON.stringify(settings)}\n`);
         this.pid = this.#child.pid;
         this.ended = new Promise((resolve) => {
             this.#child.on('error', (error) => resolve({ how: 'fails', reason: error.message, isUnstarted: true }));
+            this.#child.on('exit', () => this.kill());  // the processes that it has left behind
             this.#child.on('close', (code, signal) => resolve(this.#endOf(code, signal)));
         });
         this.ended.then(() => this.#abandon());

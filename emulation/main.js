@@ -8,6 +8,7 @@ const { failuresOfRun, tellOutcome } = require('./outcome.js');
 const { serve } = require('./server.js');
 const { Session } = require('./session.js');
 
+const ENDS = { ends: 'has ended', fails: 'has failed', runs: 'was stopped', module: 'was ended by the module' };
 const STATUS = { failed: 1, unusable: 2 };
 
 const say = (text) => process.stderr.write(`game emulator: ${text}\n`);
@@ -16,11 +17,11 @@ const say = (text) => process.stderr.write(`game emulator: ${text}\n`);
 function obeySignals(session) {
     for (const [signal, status] of [['SIGINT', 130], ['SIGTERM', 143], ['SIGHUP', 129]]) {
         process.on(signal, () => {
-            session.kill();
+            session.close();
             process.exit(status);
         });
     }
-    process.on('exit', () => session.kill());
+    process.on('exit', () => session.close());
 }
 
 /** Stops a game that is to run on as soon as it has met what is expected; any game when its time is over. */
@@ -62,8 +63,12 @@ async function playWithPage(session, options) {
     if (options.watch) {
         session.watch();
     }
-    const end = await session.start();
-    say(`the game's process has ended (${end.reason ?? end.how}); the page stays until Ctrl+C`);
+    session.stream.listen(({ kind, how, reason }) => {
+        if (kind === 'end') {
+            say(`the game ${ENDS[how]}${reason ? ` (${reason})` : ''}; its page stays until Ctrl+C`);
+        }
+    });
+    await session.start();
 }
 
 async function main() {

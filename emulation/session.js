@@ -6,13 +6,15 @@ const { Game } = require('./game.js');
 const { record } = require('./recording.js');
 const { Stream } = require('./stream.js');
 
+const MAX_FOLDERS = 500;
 const CHANGE_MS = 100;  // several changes within this time are one
 
 /** The game with its restarts, and the stream of all that happens in it. */
 class Session {
     #game = null;
     #end = { how: 'runs' };
-    #watchers = [];
+    #isRunning = false;
+    #restart = null;
 
     constructor(options) {
         this.options = options;
@@ -29,10 +31,12 @@ class Session {
         const { game, gameArguments } = this.options;
         const run = new Game(this.options, this.settings, (told) => run === this.#game && this.stream.add(told));
         this.#game = run;
+        this.#isRunning = true;
         this.#end = { how: 'runs' };
         this.stream.add({ kind: 'start', game: path.basename(game), gameArguments, pid: run.pid, time: 0 });
         const end = await run.ended;
         if (run === this.#game) {
+            this.#isRunning = false;
             this.#end = end;
             this.stream.add({ kind: 'end', ...end });
             this.#save();
@@ -40,17 +44,26 @@ class Session {
         return end;
     }
 
-    async restart() {
-        await this.#game.stop();
-        void this.start();
+    /** Several calls at once are one. */
+    restart() {
+        this.#restart ??= this.#game.stop().then(() => {
+            this.#restart = null;
+            void this.start();
+        });
+        return this.#restart;
     }
 
     stop() {
         return this.#game.stop();
     }
 
-    kill() {
-        this.#game?.kill();
+    /** Ends the game's processes without waiting, and saves the run that they were in. */
+    close() {
+        if (this.#isRunning) {
+            this.#isRunning = false;
+            this.#game.kill();
+            this.#save();
+        }
     }
 
     /** What the game's process answers; of a new process also the clock and the hand are these. */
@@ -68,7 +81,7 @@ class Session {
     }
 
     #save() {
-        if (this.options.record) {
+        if (this.options.record && this.stream.facts.some(({ kind }) => kind === 'ready')) {
             fs.writeFileSync(this.options.record, `${JSON.stringify(this.scenario(), null, 4)}\n`);
         }
     }
@@ -80,20 +93,19 @@ class Session {
             clearTimeout(timer);
             timer = setTimeout(() => this.restart(), CHANGE_MS);
         };
-        for (const folder of foldersIn(path.dirname(this.options.game))) {
-            this.#watchers.push(fs.watch(folder, onChange));
-        }
-    }
-
-    unwatch() {
-        this.#watchers.splice(0).forEach((watcher) => watcher.close());
+        foldersIn(path.dirname(this.options.game)).forEach((folder) => fs.watch(folder, onChange));
     }
 }
 
-function foldersIn(folder) {
-    const inner = fs.readdirSync(folder, { withFileTypes: true })
-        .filter((entry) => entry.isDirectory() && entry.name !== 'node_modules' && !entry.name.startsWith('.'));
-    return [folder, ...inner.flatMap(({ name }) => foldersIn(path.join(folder, name)))];
+/** A folder and those in it, at most `MAX_FOLDERS`. */
+function foldersIn(top) {
+    const folders = [top];
+    for (let i = 0; i < folders.length && folders.length < MAX_FOLDERS; ++i) {
+        const inner = fs.readdirSync(folders[i], { withFileTypes: true })
+            .filter((entry) => entry.isDirectory() && entry.name !== 'node_modules' && !entry.name.startsWith('.'));
+        folders.push(...inner.map(({ name }) => path.join(folders[i], name)));
+    }
+    return folders.slice(0, MAX_FOLDERS);
 }
 
 module.exports = { Session };

@@ -212,11 +212,13 @@ for (const signal of ['SIGINT', 'SIGTERM', 'SIGKILL']) {
             const { spawn } = require('node:child_process');
             console.log('pids', process.pid, spawn('sleep', ['1000']).pid);
             setTimeout(() => { for (;;); }, 10);`;
-        const { child } = await openEmulator(['game.js'], folderWith({ 'game.js': source }));
+        const folder = folderWith({ 'game.js': source });
+        const { child } = await openEmulator(['--record', 'made.json', 'game.js'], folder);
         const [, ...pids] = await printed(child, (text) => /^pids (\d+) (\d+)$/m.exec(text));
         assert.deepEqual(pids.map(isAlive), [true, true]);
         child.kill(signal);
         await once(child, 'close');  // the game's output is closed as well
+        assert.equal(fs.existsSync(path.join(folder, 'made.json')), signal !== 'SIGKILL');
         while (pids.some(isAlive)) {
             await new Promise(setImmediate);
         }

@@ -44,6 +44,7 @@ class Guest {
             kind: 'ready', state: service.state, rules: service.rules, codes: ErrorCode,
             faults: device.faults().map(({ call }) => call),
         });
+        this.#channel.flush();  // the game may hang from its first line on
         process.on('uncaughtExceptionMonitor', (error) => this.#tell({
             kind: 'failed', code: error?.code ?? error?.name, text: String(error?.stack ?? error),
         }));
