@@ -71,24 +71,24 @@ class RuleBook {
         this.#entries = [];
     }
 
-    /** The first rule for the request; null if there is none. `now` is the device's time in milliseconds. */
+    /**
+     * The first rule for the request; null if there is none. Every rule that means the request counts it, also those after
+     * the first. `now` is the device's time in milliseconds.
+     */
     match(request, now) {
-        return this.#entries.find((entry) => this.#matches(entry, request, now))?.rule ?? null;
-    }
-
-    // Every rule up to the first that matches counts the request.
-    #matches(entry, request, now) {
-        const { rule: { when = {}, times = Infinity, from = 0, until = Infinity, chance = 1 }, since } = entry;
-        const age = now - since;
-        if (entry.used >= times || age < from || age >= until || !isMeant(when, request)) {
-            return false;
-        }
-        entry.seen += 1;
-        if (!isTurn(when, entry.seen) || (chance < 1 && this.#random() >= chance)) {
-            return false;
+        const meant = this.#entries.filter(({ rule }) => isMeant(rule.when ?? {}, request));
+        meant.forEach((entry) => { entry.seen += 1; });
+        const entry = meant.find((one) => this.#isUsed(one, now));
+        if (!entry) {
+            return null;
         }
         entry.used += 1;
-        return true;
+        return entry.rule;
+    }
+
+    #isUsed({ rule: { when = {}, times = Infinity, from = 0, until = Infinity, chance = 1 }, since, seen, used }, now) {
+        const age = now - since;
+        return used < times && age >= from && age < until && isTurn(when, seen) && (chance === 1 || this.#random() < chance);
     }
 }
 

@@ -129,6 +129,8 @@ for (const [what, rules, count, expected] of [
     ['malformed', [{ answer: [{ receive: { resultCode: '0' } }] }], 1, [[0, 1002000001]]],
     ['own after noise', [{ answer: [{ receive: { resultCode: 9, resultInfo: 'x' } }, { after: 30, own: true }] }], 1, [[30, 'ok']]],
     ['never', [{ when: { nth: [1, 3] }, never: true }], 3, [['pending'], [1000, 'ok'], ['pending']]],
+    ['first and third', [{ when: { nth: 1 }, answer: NETWORK }, { when: { nth: 3 }, answer: NETWORK }], 3,
+        [[0, 1002000002], [1000, 'ok'], [2000, 1002000002]]],
     ['every third', [{ when: { every: 3 }, answer: NETWORK }], 4, [[0, 'ok'], [1000, 'ok'], [2000, 1002000002], [3000, 'ok']]],
     ['twice', [{ times: 2, answer: NETWORK }], 3, [[0, 1002000002], [1000, 1002000002], [2000, 'ok']]],
     ['for some time', [{ from: 1000, until: 2000, answer: NETWORK }], 3, [[0, 'ok'], [1000, 1002000002], [2000, 'ok']]],

@@ -19,20 +19,15 @@ class Guest {
         this.#channel = new Channel(fd, (message) => this.#hear(message));
         const { scenario, clock, hand } = this.#channel.first;
         const played = scenario ?? { version: 1 };
-        this.#hand = hand;
-        this.#clock = clock;
         device.onRecord((record) => this.#tell(record));
         device.onExit((end) => this.#end(end));
         this.context = device.createAbilityContext();
-        this.service = begin(played, { byHand: (request) => this.#isByHand(request) });
-        this.#setClock(clock);
+        this.service = begin(played, { byHand: ({ method }) => this.#hand === null || this.#hand.includes(method) });
+        this.player = new Player(played, this);
+        this.setClock(clock);
+        this.setHand(hand);
         this.#listen();
-        this.player = new Player({ ...played, clock: clock.rate > 0 ? 'real' : 'manual' }, this);
         this.#play(Boolean(scenario));
-    }
-
-    #isByHand({ method }) {
-        return this.#hand === null || this.#hand.includes(method);
     }
 
     #listen() {
@@ -74,18 +69,9 @@ class Guest {
         this.#channel.hold(this.service.isBusy || this.service.isAwaiting);
     }
 
-    #setClock({ rate }) {
-        this.#clock = { rate };
-        if (rate > 0) {
-            device.clock.real(rate);
-        } else {
-            device.clock.manual();
-        }
-    }
-
     async #hear({ id, command, value }) {
         try {
-            const answer = await COMMANDS[command].call(this, value);
+            const answer = await COMMANDS[command](this, value);
             if (command !== 'status' && command !== 'step') {
                 this.#tell({ kind: 'did', command, value });
             }
@@ -100,20 +86,20 @@ class Guest {
         return { ...this.#clock, now: device.clock.now(), next: next === Infinity ? null : next, hand: this.#hand };
     }
 
-    async answer({ modal, with: answers }) {
-        await Promise.race([this.service.answer({ modal }, checkPart('answers', answers)), new Promise(setImmediate)]);
+    setClock({ rate }) {
+        if (rate > 0) {
+            device.clock.real(rate);
+        } else {
+            device.clock.manual();
+        }
+        this.#clock = { rate };
+        this.player.isManual = !(rate > 0);
     }
 
-    async step(step) {
-        await this.player.perform(checkPart('step', step));
-    }
-
-    clock(clock) {
-        this.#setClock(clock);
-        this.player.isManual = !(clock.rate > 0);
-    }
-
-    hand(methods) {
+    setHand(methods) {
+        if (methods !== null && !Array.isArray(methods)) {
+            throw new TypeError('the hand is a list of methods, or null for all of them');
+        }
         this.#hand = methods;
     }
 
@@ -125,12 +111,15 @@ class Guest {
     }
 }
 
+/** What the emulator may have done here. */
 const COMMANDS = {
-    status() { return this.status(); },
-    answer(value) { return this.answer(value); },
-    step(value) { return this.step(value); },
-    clock(value) { return this.clock(value); },
-    hand(value) { return this.hand(value); },
+    status: (guest) => guest.status(),
+    // The answers may be due later: only whether there is a request to answer is awaited.
+    answer: ({ service }, { modal, with: answers }) =>
+        Promise.race([service.answer({ modal }, checkPart('answers', answers)), new Promise(setImmediate)]),
+    step: ({ player }, step) => player.perform(checkPart('step', step)),
+    clock: (guest, clock) => guest.setClock(clock),
+    hand: (guest, methods) => guest.setHand(methods),
 };
 
 /** Makes this process the one of the game. */
