@@ -48,7 +48,7 @@ async function playHeadless(session, { scenario: given, file, junit }) {
     const end = await session.start();
     done();
     const name = scenario.name ?? file ?? 'the game';
-    const failures = failuresOfRun(scenario, session.stream.facts, { ...end, seconds: scenario.timeLimit });
+    const failures = failuresOfRun(scenario, session.stream, { ...end, seconds: scenario.timeLimit });
     tellOutcome({ name, failures, seconds: (performance.now() - begun) / 1000, junit });
     if (end.isUnstarted && !session.stream.facts.some(({ kind }) => kind === 'call')) {
         say(`the game could not start: ${end.reason}`);

@@ -6,7 +6,10 @@ const fs = require('node:fs');
 const { failuresOf } = require('../service/report.js');
 
 /** The lines that say what failed; none if all is as expected. */
-function failuresOfRun({ expect }, facts, end) {
+function failuresOfRun({ expect }, { facts, isFull }, end) {
+    if (isFull) {
+        return [`the game did more than ${facts.length} things, so its outcome is not known`];
+    }
     const { doing } = facts.findLast(({ kind }) => kind === 'step') ?? {};
     const stuck = doing ? [`${doing}, which the game did not make`] : [];
     return [...stuck, ...failuresOf(expect, facts, end)];

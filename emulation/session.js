@@ -77,11 +77,14 @@ class Session {
 
     /** The run so far as a scenario. */
     scenario() {
+        if (this.stream.isFull) {
+            throw new Error('the run is too long to be saved as a scenario: restart it');
+        }
         return record(this.stream.facts, this.options.scenario, this.#end);
     }
 
     #save() {
-        if (this.options.record && this.stream.facts.some(({ kind }) => kind === 'ready')) {
+        if (this.options.record && !this.stream.isFull && this.stream.facts.some(({ kind }) => kind === 'ready')) {
             fs.writeFileSync(this.options.record, `${JSON.stringify(this.scenario(), null, 4)}\n`);
         }
     }

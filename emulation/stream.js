@@ -1,10 +1,12 @@
 'use strict';
 
 const KEPT = 100000;
+const MOST_FACTS = 500000;
+const NO_FACTS = ['log', 'output', 'reported'];
 
 /**
  * The records of everything that happens, in one order: each has a number `n`, from 1. The latest 100,000 are kept for
- * the page. The facts of the current run, from which its outcome and a scenario are derived, are all kept.
+ * the page, and the facts of the current run, from which its outcome and a scenario are derived.
  */
 class Stream {
     #records = [];
@@ -15,12 +17,17 @@ class Stream {
         this.facts = [];
     }
 
+    /** Whether the run has more facts than can be kept. Then its outcome is not known. */
+    get isFull() {
+        return this.facts.length === MOST_FACTS;
+    }
+
     add(record) {
         const numbered = { n: ++this.#count, ...record };
         if (record.kind === 'start') {
             this.facts = [];
         }
-        if (record.kind !== 'log' && record.kind !== 'output' && record.kind !== 'reported') {
+        if (!this.isFull && !NO_FACTS.includes(record.kind)) {
             this.facts.push(numbered);
         }
         this.#records.push(numbered);
@@ -30,10 +37,11 @@ class Stream {
         this.#listeners.forEach((listener) => listener(numbered));
     }
 
-    /** The kept records after the one with number `n`. */
+    /** The records after the one with number `n`: those that are kept, and the facts before them. */
     after(n) {
-        const first = this.#count - Math.min(this.#records.length, KEPT);
-        return this.#records.slice(this.#records.length - (this.#count - Math.max(first, n)));
+        const kept = this.#records.slice(-KEPT).filter((record) => record.n > n);
+        const first = kept[0]?.n ?? Infinity;
+        return [...this.facts.filter((fact) => fact.n > n && fact.n < first), ...kept];
     }
 
     /** Calls `listener` with every record from now on. Returns a function that stops it. */
@@ -48,4 +56,4 @@ class Stream {
     }
 }
 
-module.exports = { KEPT, Stream };
+module.exports = { Stream };

@@ -39,7 +39,7 @@ const ENTRIES = {
 
 /** Everything of one run begins anew with its process. */
 const newRun = () => ({
-    game: '', pid: 0, end: null, codes: {}, faults: [], state: null, first: null, calls: new Map(), modals: new Map(),
+    n: 0, game: '', pid: 0, end: null, codes: {}, faults: [], state: null, first: null, calls: new Map(), modals: new Map(),
     met: new Map(), output: [], doing: '', begun: null,
 });
 
@@ -48,14 +48,17 @@ export class Model {
     leftOut = 0;
     run = newRun();
     #time = 0;
+    #received = 0;
 
     /** Takes the next records, oldest first. */
     add(records) {
         records.forEach((record) => this.#take(record));
+        this.#received += records.length;
         if (this.entries.length > 1.1 * KEPT) {
+            this.#received -= this.entries.length - KEPT;
             this.entries = this.entries.slice(-KEPT);
         }
-        this.leftOut = (this.entries[0]?.n ?? 1) - 1;
+        this.leftOut = records.at(-1).n - this.#received;
     }
 
     clear() {
@@ -81,8 +84,8 @@ export class Model {
 
 /** What a record changes in the model. */
 const TAKE = {
-    start(model, { game, pid }) {
-        model.run = { ...newRun(), game, pid };
+    start(model, { n, game, pid }) {
+        model.run = { ...newRun(), n, game, pid };
     },
     ready({ run }, { state, codes, faults }) {
         Object.assign(run, { state, first: state, codes, faults });

@@ -8,20 +8,19 @@ const ROW = 24;  // pixels; as in style.css
 const LANE = 18;
 const SPANS = [1, 5, 15, 60, 300, 1800, 7200];  // seconds in the strip's width
 
-/** The index of the first entry that is not before `time`. */
-function indexAt(entries, time) {
-    let [low, high] = [0, entries.length];
-    while (low < high) {
+/** The index of the first entry from `low` on whose `key` is not below `value`. */
+function indexOf(entries, key, value, low = 0) {
+    for (let high = entries.length; low < high;) {
         const middle = (low + high) >> 1;
-        [low, high] = entries[middle].time < time ? [middle + 1, high] : [low, middle];
+        [low, high] = entries[middle][key] < value ? [middle + 1, high] : [low, middle];
     }
     return low;
 }
 
 const colorOf = (element, name) => getComputedStyle(element).getPropertyValue(name);
 
-/** Draws the entries from `begin` on; a call as a bar from its beginning to its result. */
-function draw(canvas, entries, begin, span) {
+/** Draws the entries from the index `first` and the time `begin` on; a call as a bar from its beginning to its result. */
+function draw(canvas, entries, first, begin, span) {
     const scale = devicePixelRatio;
     const width = canvas.clientWidth;
     Object.assign(canvas, { width: width * scale, height: LANES.length * LANE * scale });
@@ -29,7 +28,7 @@ function draw(canvas, entries, begin, span) {
     context.scale(scale, scale);
     const [ink, accent] = [colorOf(canvas, '--ink'), colorOf(canvas, '--accent')];
     const taken = new Set();  // one mark for each pixel of a lane
-    for (let i = indexAt(entries, begin); i < entries.length && entries[i].time <= begin + span; ++i) {
+    for (let i = indexOf(entries, 'time', begin, first); i < entries.length && entries[i].time <= begin + span; ++i) {
         const { lane, time, record } = entries[i];
         const x = Math.floor((time - begin) / span * width);
         const y = LANES.indexOf(lane) * LANE;
@@ -42,16 +41,18 @@ function draw(canvas, entries, begin, span) {
     }
 }
 
-function Strip({ entries, selected, onSelect }) {
+// Of the current run alone: the time of another process may go back.
+function Strip({ entries, run, selected, onSelect }) {
     const canvas = useRef(null);
     const [zoom, setZoom] = useState(3);
     const span = SPANS[zoom] * 1000;
     const end = selected ? selected.time + span / 2 : (entries.at(-1)?.time ?? 0);
     const begin = end - span;
-    useEffect(() => draw(canvas.current, entries, begin, span));
+    const first = indexOf(entries, 'n', run.n);
+    useEffect(() => draw(canvas.current, entries, first, begin, span));
     const pick = ({ offsetX }) => {
         const time = begin + offsetX / canvas.current.clientWidth * span;
-        onSelect(entries[Math.min(indexAt(entries, time), entries.length - 1)]);
+        onSelect(entries[Math.min(indexOf(entries, 'time', time, first), entries.length - 1)]);
     };
     return html`<div class="strip"><ul aria-hidden="true">${LANES.map((lane) => html`<li>${lane}</li>`)}</ul>
         <canvas ref=${canvas} onClick=${pick} role="img" aria-label="The last ${SPANS[zoom]} seconds by lane; the list has the same entries"></canvas>
@@ -133,7 +134,7 @@ export function Timeline({ model, act }) {
             <button onClick=${clear}>Clear</button>
             <span>${entries.length} entries${model.leftOut > 0 ? `; ${model.leftOut} earlier records left out` : ''}</span>
         </div>
-        <${Strip} entries=${entries} selected=${selected} onSelect=${onSelect} />
+        <${Strip} entries=${entries} run=${model.run} selected=${selected} onSelect=${onSelect} />
         <div class="both"><${List} entries=${entries} selected=${selected} onSelect=${onSelect} />
         ${selected && html`<pre class="details" tabindex="0" aria-label="Details">${JSON.stringify(selected.record, null, 2)}</pre>`}</div>
     </section>`;
