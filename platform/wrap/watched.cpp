@@ -142,12 +142,14 @@ napi_status __wrap_napi_has_named_property(napi_env env, napi_value object, cons
         env, Guarded(Call::napi_has_named_property, napi_has_named_property, env, object, name, answer));
 }
 
-// A getter of the game may throw: then the method ends with that exception.
+// A getter of the game may throw: then the method ends with that exception. What the status is depends on the
+// Node.
 napi_status __wrap_napi_get_named_property(napi_env env, napi_value object, const char* name,
                                            napi_value* value) {
     napi_status status =
         Guarded(Call::napi_get_named_property, napi_get_named_property, env, object, name, value);
-    if (status == napi_generic_failure && !StandIn::HasFailedOnPurpose()) StandIn::TellThrown(env, nullptr);
+    const bool isThrown = status == napi_generic_failure || status == napi_pending_exception;
+    if (isThrown && !StandIn::HasFailedOnPurpose()) StandIn::TellThrown(env, nullptr);
     return StandIn::DropTypeError(env, status);
 }
 
