@@ -2,6 +2,7 @@
 
 const { spawn } = require('node:child_process');
 const path = require('node:path');
+const { onLines } = require('./lines.js');
 
 const AGENT = path.join(__dirname, 'agent', 'index.js');
 const SILENCE_MS = 3000;  // after this time without an answer, the game hangs
@@ -26,7 +27,7 @@ class Game {
         const [, out, err, channel] = this.#child.stdio;
         this.#forward(out, process.stdout, 'out');
         this.#forward(err, process.stderr, 'err');
-        this.#read(channel);
+        onLines(channel, (message) => this.#hear(message));
         this.#child.stdio.at(-1).on('error', () => {});  // the pipe of the watchdog
         channel.write(`${JSON.stringify(settings)}\n`);
         this.pid = this.#child.pid;
@@ -42,15 +43,6 @@ class Game {
         from.setEncoding('utf8').on('data', (text) => {
             to.write(text);
             this.tell({ kind: 'output', stream, text });
-        });
-    }
-
-    #read(channel) {
-        let rest = '';
-        channel.setEncoding('utf8').on('error', () => {}).on('data', (text) => {
-            const lines = (rest + text).split('\n');
-            rest = lines.pop();
-            lines.forEach((line) => this.#hear(JSON.parse(line)));
         });
     }
 

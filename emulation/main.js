@@ -9,6 +9,7 @@ const { serve } = require('./server.js');
 const { Session } = require('./session.js');
 
 const ENDS = { ends: 'has ended', fails: 'has failed', runs: 'was stopped', module: 'was ended by the module' };
+const POLL_MS = 20;
 const STATUS = { failed: 1, unusable: 2 };
 
 const say = (text) => process.stderr.write(`game emulator: ${text}\n`);
@@ -30,14 +31,10 @@ function watchOver(session, { expect, timeLimit }) {
     const timer = setTimeout(() => session.stop(), timeLimit * 1000);
     const isMet = () => stream.facts.some(({ kind }) => kind === 'played') &&
         failuresOf(expect, stream.facts, { how: 'runs' }).length === 0;
-    const stop = stream.listen(({ kind }) => {
-        if (expect?.end === 'runs' && ['played', 'call', 'settled'].includes(kind) && isMet()) {
-            void session.stop();
-        }
-    });
+    const poll = setInterval(() => expect?.end === 'runs' && isMet() && session.stop(), POLL_MS);
     return () => {
         clearTimeout(timer);
-        stop();
+        clearInterval(poll);
     };
 }
 

@@ -5,6 +5,7 @@
 const { callsIn } = require('../service/report.js');
 const { newState } = require('../service/state.js');
 
+const SCHEMA = 'node_modules/game-player-extension-module/service/scenario.schema.json';  // beside the game
 const LATE_MS = 500;  // a modal that opens this long after its call was opened by a thread that waited
 
 /** The keys of a state that differ from those of a new service. */
@@ -91,6 +92,7 @@ function record(records, played, end) {
     }
     const requests = requestsIn(records);
     return {
+        $schema: SCHEMA,
         version: 1,
         name: played?.name ?? 'recorded',
         ...(played?.seed !== undefined && { seed: played.seed }),

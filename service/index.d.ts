@@ -86,12 +86,11 @@ export interface Rule {
     until?: number;
 }
 
-/** A request that the service got. */
+/** A request that the service got, with the parameters of its Want. */
 export interface Request {
     readonly modal: Modal;
     readonly method: string;
     readonly requestType: number;
-    /** Those of the Want. */
     readonly parameters: Record<string, unknown>;
     /** Counted from 1 for each method. */
     readonly nth: number;

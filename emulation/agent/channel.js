@@ -3,6 +3,7 @@
 const fs = require('node:fs');
 const net = require('node:net');
 const { StringDecoder } = require('node:string_decoder');
+const { onLines } = require('../lines.js');
 
 // Captured now, so that fake timers of the game do not stop it.
 const { setImmediate, setTimeout } = require('node:timers');
@@ -38,14 +39,10 @@ class Channel {
     /** Waits for the first message, which is then `first`. Every later one goes to `onMessage`. */
     constructor(fd, onMessage) {
         this.#fd = fd;
-        let [line, rest] = readLine(fd);
+        const [line, rest] = readLine(fd);
         this.first = JSON.parse(line);
         this.#socket = new net.Socket({ fd }).unref();
-        this.#socket.setEncoding('utf8').on('error', () => {}).on('data', (text) => {
-            const lines = (rest + text).split('\n');
-            rest = lines.pop();
-            lines.forEach((line) => onMessage(JSON.parse(line)));
-        });
+        onLines(this.#socket, onMessage, rest);
     }
 
     send(message) {
