@@ -5,9 +5,19 @@ const { setImmediate: turn } = require('node:timers/promises');
 const device = require('../device/index.js');
 const { Player, begin } = require('./player.js');
 const { callsIn, codesIn, failuresOf } = require('./report.js');
-const { readScenario, withDefaults } = require('./scenario.js');
+const { ScenarioError, readScenario, withDefaults } = require('./scenario.js');
 
 const GRACE_MS = 1000;  // for requests of a game whose function has returned; in real time
+
+/** Begins a scenario of this file. Its state may be wrong in a way that the schema does not tell. */
+function beginFrom(file, scenario) {
+    try {
+        return begin(scenario);
+    } catch ({ message }) {
+        device.reset();
+        throw new ScenarioError(file, 'state', message);
+    }
+}
 
 /** Runs the game; resolves with how it ended, and keeps what it threw in `error`. */
 async function runGame(game, context) {
@@ -45,7 +55,8 @@ async function endOf(ended, player, isMet) {
  */
 async function play(source, game) {
     const scenario = withDefaults(readScenario(source));
-    const { clock, name = typeof source === 'string' ? source : 'scenario', timeLimit, expect } = scenario;
+    const file = typeof source === 'string' ? source : 'scenario';
+    const { clock, name = file, timeLimit, expect } = scenario;
     device.reset();
     if (clock === 'manual') {
         device.clock.manual();
@@ -53,8 +64,8 @@ async function play(source, game) {
     const records = [];
     device.onRecord((record) => records.push(record));
     const context = device.createAbilityContext();
-    const service = begin(scenario);
-    const player = new Player(scenario, { service, context });
+    const service = beginFrom(file, scenario);
+    const player = new Player(scenario, { service, context, file });
     const isEnded = new Promise((resolve) => device.onExit(({ code }) => resolve({ how: 'module', code })));
     let timer;
     const isLate = new Promise((resolve) => {

@@ -4,6 +4,7 @@ const { setTimeout } = require('node:timers');  // captured before a test runner
 const { setImmediate: turn } = require('node:timers/promises');
 const device = require('../device/index.js');
 const { isMeant } = require('./rules.js');
+const { ScenarioError } = require('./scenario.js');
 const { createService } = require('./service.js');
 
 /**
@@ -12,13 +13,15 @@ const { createService } = require('./service.js');
  */
 class Player {
     #steps;
+    #file;
     #requests = [];  // not awaited yet
     #deadline = Infinity;
     #wake = () => {};  // ends a wait for the game
     #awaited = null;  // the request that a step waits for
 
-    constructor({ steps = [], clock }, { service, context }) {
+    constructor({ steps = [], clock }, { service, context, file = '' }) {
         this.#steps = steps;
+        this.#file = file;
         this.isManual = clock === 'manual';
         this.service = service;
         this.context = context;
@@ -37,20 +40,23 @@ class Player {
     }
 
     /**
-     * Resolves when all steps are done and no answer is due, or when it was stopped; `doing` then says where. While steps
-     * act, no answer is given: what follows an `await` comes before the answer to that request.
+     * Resolves when all steps are done and no answer is due, or when it was stopped; `doing` then says which step was
+     * not done. Rejects with a ScenarioError if a step cannot be done. While steps act, no answer is given: what follows
+     * an `await` comes before the answer to that request.
      */
     async run() {
         for (const [index, step] of this.#steps.entries()) {
             this.doing = `steps[${index}]`;
             this.service.pause();
-            if (!await this.perform(step)) {
+            const isDone = await this.perform(step).catch(({ message }) => {
+                throw new ScenarioError(this.#file, `steps[${index}]`, message);
+            });
+            if (!isDone) {
                 return;
             }
         }
-        if (await this.until(() => !this.service.isBusy)) {
-            this.doing = '';
-        }
+        this.doing = '';
+        await this.until(() => !this.service.isBusy);
     }
 
     /** Does one step. False if it was stopped first. */

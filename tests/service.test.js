@@ -5,7 +5,7 @@
 const assert = require('node:assert/strict');
 const path = require('node:path');
 const { createService, newState, play, readScenario } = require('game-player-extension-module/service');
-const { device, game, test, turn } = require('./support');
+const { CALLS, device, game, test, turn } = require('./support');
 const { folderWith } = require('./support/emulator');
 
 const { clock } = device;
@@ -64,6 +64,37 @@ for (const [what, state, calls, outcomes] of [
     });
 }
 
+const BOUND = [{ thirdOpenId: 'o', teamPlayerId: 'T-1001' }];
+
+// Each with the changes of the state, what the game does, and the part of the state that this leaves.
+for (const [what, state, call, left] of [
+    ['a binding', {}, () => bind('o', 'T-1001'), { bindings: BOUND }],
+    ['a binding of another player', {}, () => bind('o', 'T-2002'), { bindings: [] }],
+    ['a binding without network', { online: false }, () => bind('o', 'T-1001'), { bindings: [] }],
+    ['an unbinding', { bindings: BOUND }, () => ask('unbindPlayer', 'o', 'T-1001'), { bindings: [] }],
+    ['a wrong unbinding', { bindings: BOUND }, () => ask('unbindPlayer', 'o', 'T-2002'), { bindings: BOUND }],
+    ['a role of another player', {}, () => ask('savePlayerRole', { ...ROLE, gamePlayerId: 'G-2002' }), { roles: [] }],
+    ['a role of nobody', { currentPlayer: '' }, () => ask('savePlayerRole', ROLE), { roles: [] }],
+    ['a cancelled purchase', sold('cancelled'), () => buy('a'), { purchases: [] }],
+    ['a second purchase', { purchases: [bought('completed')] }, () => buy('a'),
+        { purchases: [bought('completed'), { ...bought('paid'), purchase: 'b2' }] }],
+    ['a completion', { purchases: [bought('paid')] }, () => finish(bought('paid')),
+        { purchases: [bought('completed')] }],
+    ['a completion before it is paid', { purchases: [bought('pending')] }, () => finish(bought('pending')),
+        { purchases: [bought('pending')] }],
+    ['news that nobody could hear', { online: false, announcesPlayer: true }, () => ask('getLocalPlayer'),
+        { announcesPlayer: true }],
+    ['news that the game has heard', { announcesPlayer: true }, () => ask('getLocalPlayer'),
+        { announcesPlayer: false }],
+]) {
+    test(`the state after ${what}`, async () => {
+        const service = createService({ state });
+        const before = service.state;
+        await call();
+        assert.deepEqual(service.state, { ...before, ...left });
+    });
+}
+
 test('the service keeps roles and purchases; its state is a copy, and a wrong one is refused', async () => {
     const service = createService({});
     await Promise.all([ask('savePlayerRole', ROLE), buy('a'), turn()]);
@@ -108,6 +139,45 @@ test('a young player has the time that is left; who has not agreed ends the game
     assert.equal(await answered, 1002000011);
 });
 
+for (const name of ['getLocalPlayer', 'verifyLocalPlayer', 'quickGameLogin']) {
+    test(`${name} limits the time of a player under age, and of no other`, async () => {
+        const pages = () => device.modals().filter(({ method }) => method === 'launchAntiAddiction').length;
+        const service = createService({ state: { ...mei({ playableMinutes: 1 }), currentPlayer: 'p1' } });
+        for (const [playerId, changes, shown] of [['p1', {}, 0], ['p1', { playableMinutes: 1 }, 0], ['p2', {}, 1]]) {
+            const players = [{ ...LIN, ...changes }, { ...MEI, playableMinutes: 1 }];
+            service.state = { players, currentPlayer: playerId };
+            assert.notEqual(typeof await ask(name, ...CALLS[name].rest), 'number');
+            await clock.advance(75000);
+            assert.equal(pages(), shown);
+        }
+    });
+}
+
+for (const name of ['getLocalPlayer', 'verifyLocalPlayer']) {
+    test(`${name} ends the game of a player who has no time left`, async () => {
+        const ended = new Promise((resolve) => device.onExit(resolve));
+        createService({ state: mei({ playableMinutes: 0 }) });
+        void ask(name, ...CALLS[name].rest);
+        assert.deepEqual(await ended, { reason: 'answer', requestType: CALLS[name].type, code: 1002000006 });
+    });
+}
+
+test('a page that is open waits for no news, and an unknown player changes nothing', async () => {
+    const service = createService();
+    const heard = [];
+    game.on('playerChanged', ({ resultInfo }) => heard.push(resultInfo));
+    void game.launchWelcomeBanner(device.createAbilityContext(), 'hello');
+    await turn();
+    await assert.rejects(service.switchPlayer('p9'), /currentPlayer is 'p9', but no player has this playerId/);
+    assert.deepEqual(service.state, newState());
+    await service.switchPlayer('p2');
+    await turn();
+    assert.deepEqual([heard, service.state.announcesPlayer], [[], true]);
+    assert.equal((await ask('getLocalPlayer')).playerId, 'p2');
+    assert.equal((await ask('getLocalPlayer')).playerId, 'p2');
+    assert.deepEqual(heard, ['Mei signed in']);
+});
+
 test('pages stay open until they are closed by hand', async () => {
     const service = createService();
     void game.launchCommonPage(device.createAbilityContext(), 'help');
@@ -128,6 +198,10 @@ for (const [what, rules, count, expected] of [
     ['killed', [{ answer: [{ after: 5, release: 1 }] }], 1, [['pending']]],
     ['malformed', [{ answer: [{ receive: { resultCode: '0' } }] }], 1, [[0, 1002000001]]],
     ['own after noise', [{ answer: [{ receive: { resultCode: 9, resultInfo: 'x' } }, { after: 30, own: true }] }], 1, [[30, 'ok']]],
+    ['out of order', [{ when: { nth: 1 }, delay: 2300 }, { delay: 10 }], 3, [[2300, 'ok'], [1010, 'ok'], [2010, 'ok']]],
+    ['with an unknown failure', [{ answer: [{ error: 5, name: 'crash', message: 'x' }] }], 1, [[0, 1002000001]]],
+    ['at its bounds', [{ when: { method: ['init', 'prePurchase'] }, from: 1001, answer: NETWORK },
+        { until: 1000, delay: 1 }], 3, [[1, 'ok'], [1000, 'ok'], [2000, 1002000002]]],
     ['never', [{ when: { nth: [1, 3] }, never: true }], 3, [['pending'], [1000, 'ok'], ['pending']]],
     ['first and third', [{ when: { nth: 1 }, answer: NETWORK }, { when: { nth: 3 }, answer: NETWORK }], 3,
         [[0, 1002000002], [1000, 'ok'], [2000, 1002000002]]],
@@ -152,6 +226,30 @@ for (const [what, rules, count, expected] of [
         assert.deepEqual(seen, expected);
     });
 }
+
+test('chance depends on the seed alone, and the time of a rule begins when it is added', async () => {
+    const draw = async (seed) => {
+        const service = createService({ rules: [{ chance: 0.5, answer: NETWORK }], seed });
+        const drawn = [];
+        for (let i = 0; i < 24; ++i) {
+            drawn.push(typeof await buy('a') === 'number');
+        }
+        service.close();
+        return drawn;
+    };
+    const [first, again, other] = [await draw(3), await draw(3), await draw(4)];
+    assert.deepEqual(first, again);
+    assert.notDeepEqual(first, other);
+    const service = createService();
+    await clock.advance(5000);
+    service.addRule({ until: 10000, answer: NETWORK });
+    const results = [];
+    for (const ms of [0, 9999, 1]) {
+        await clock.advance(ms);
+        results.push(await bind('o', 'T-1001'));
+    }
+    assert.deepEqual(results, [1002000002, 1002000002, 'done']);
+});
 
 test('by hand: a list of methods, an answer with several parts, and a closed service', async () => {
     const service = createService({ byHand: ({ method, nth }) => method === 'init' && nth === 2 });
@@ -255,6 +353,33 @@ test('a game that runs on is left when all that is expected has come, one that t
     assert.deepEqual(end, { how: 'module', code: undefined });
 });
 
+// The schema does not tell that these are wrong. Each with what the error says.
+for (const [scenario, message] of [
+    [{ state: MEI_PLAYS, steps: [{}, { player: 'p9' }] },
+        "steps[1]: currentPlayer is 'p9', but no player has this playerId"],
+    [{ steps: [{ state: { players: [] } }] }, "steps[0]: currentPlayer is 'p1', but no player has this playerId"],
+    [{ steps: [{ await: { method: 'init' }, answer: { method: 'postPurchase', with: [] } }] },
+        'steps[0]: there is no open request of postPurchase to answer'],
+    [{ steps: [{ fail: { call: 'nothing' } }] },
+        "steps[0]: 'nothing' cannot be made to fail: the module makes no such call"],
+    [{ state: { currentPlayer: 'p9' } }, "state: currentPlayer is 'p9', but no player has this playerId"],
+]) {
+    test(`a scenario cannot be played: ${message}`, async () => {
+        const file = path.join(folderWith({ 'a.json': { version: 1, ...scenario } }), 'a.json');
+        const forever = (context) => game.init(context).then(() => new Promise(() => {}));
+        await assert.rejects(play(file, forever), { name: 'ScenarioError', message: `${file}: ${message}` });
+        assert.deepEqual([device.modals(), device.logs(), clock.next()], [[], [], Infinity]);
+    });
+}
+
+test('a game that has ended does not fail because an answer was still due', async () => {
+    const steps = [{ await: { method: 'init' } }];
+    const expect = { calls: [{ method: 'init', code: 'pending' }] };
+    const late = { version: 1, clock: 'real', rules: [{ delay: 3600000 }], steps, expect };
+    const { end } = await play(late, (context) => { void game.init(context); });
+    assert.deepEqual(end, { how: 'ends' });
+});
+
 test('a wrong scenario is refused with its path, place and reason', () => {
     const rule = (value) => JSON.stringify({ version: 1, rules: [value] });
     for (const [text, reason] of [
@@ -271,6 +396,20 @@ test('a wrong scenario is refused with its path, place and reason', () => {
             'rules[0].answer[0].receive.a.b: must be number,string,boolean,array,object, not null'],
         [rule({ when: { method: ['init', 'on'] } }), /^rules\[0\]\.when\.method.*"on"/],
         [rule({ chance: 2 }), 'rules[0].chance: must be <= 1, not 2'],
+        [rule({ when: { nth: 0 } }), 'rules[0].when.nth: must be >= 1, not 0'],
+        [rule({ times: 0 }), 'rules[0].times: must be >= 1, not 0'],
+        [rule({ never: false }), 'rules[0].never: must be true'],
+        ['[]', 'must be object, not []'],
+        ['{ "version": 1, "state": { "bindings": [{ "thirdOpenId": "o" }] } }',
+            "state.bindings[0]: 'teamPlayerId' is missing"],
+        ['{ "version": 1, "steps": [{ "await": { "method": "init", "code": 5 } }] }',
+            "steps[0].await: unknown key 'code': possible is method, want"],
+        ['{ "version": 1, "steps": [{ "await": { "method": "on" } }] }',
+            /^steps\[0\]\.await\.method: must be one of init, .*, not "on"$/],
+        ['{ "version": 1, "steps": [{ "answer": { "method": "init" } }] }', "steps[0].answer: 'with' is missing"],
+        ['{ "version": 1, "expect": { "end": "soon" } }', /^expect\.end: must not be "soon"\. One of ends, fails, /],
+        ['{ "version": 1, "expect": { "codes": { "init": [0.5] } } }',
+            'expect.codes.init[0]: must be integer, not 0.5'],
     ]) {
         const file = path.join(folderWith({ 'a.json': text }), 'a.json');
         assert.throws(() => readScenario(file), ({ name, message }) => {
@@ -280,5 +419,7 @@ test('a wrong scenario is refused with its path, place and reason', () => {
             return true;
         });
     }
+    assert.throws(() => readScenario(__dirname), ({ name, message }) =>
+        name === 'ScenarioError' && message.startsWith(`${__dirname}: EISDIR`));
     assert.throws(() => readScenario('nowhere.json'), { message: 'nowhere.json: there is no such file' });
 });
