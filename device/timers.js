@@ -73,7 +73,10 @@ function after(ms, handler) {
     const timer = { due: binding.clockNow() + ms, handler };
     waiting.add(timer);
     arm();
-    return () => { waiting.delete(timer); };
+    return () => {
+        waiting.delete(timer);
+        arm();
+    };
 }
 
 function real(newRate) {

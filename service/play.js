@@ -5,19 +5,9 @@ const { setImmediate: turn } = require('node:timers/promises');
 const device = require('../device/index.js');
 const { Player, begin } = require('./player.js');
 const { callsIn, codesIn, failuresOf } = require('./report.js');
-const { ScenarioError, readScenario, withDefaults } = require('./scenario.js');
+const { readScenario, withDefaults } = require('./scenario.js');
 
 const GRACE_MS = 1000;  // for requests of a game whose function has returned; in real time
-
-/** Begins a scenario of this file. Its state may be wrong in a way that the schema does not tell. */
-function beginFrom(file, scenario) {
-    try {
-        return begin(scenario);
-    } catch ({ message }) {
-        device.reset();
-        throw new ScenarioError(file, 'state', message);
-    }
-}
 
 /** Runs the game; resolves with how it ended, and keeps what it threw in `error`. */
 async function runGame(game, context) {
@@ -64,7 +54,7 @@ async function play(source, game) {
     const records = [];
     device.onRecord((record) => records.push(record));
     const context = device.createAbilityContext();
-    const service = beginFrom(file, scenario);
+    const service = begin(scenario);
     const player = new Player(scenario, { service, context, file });
     const isEnded = new Promise((resolve) => device.onExit(({ code }) => resolve({ how: 'module', code })));
     let timer;

@@ -110,12 +110,16 @@ class Player {
     }
 
     async pass(ms) {
-        this.service.resume();
         if (this.isManual) {
+            this.service.resume();
             await device.clock.advance(ms);
-        } else {
-            await new Promise((resolve) => device.clock.after(ms, resolve));
+            return true;
         }
+        const end = device.clock.now() + ms;
+        const cancel = device.clock.after(ms, () => {});  // keeps the process alive
+        const isOver = await this.until(() => device.clock.now() >= end);
+        cancel();
+        return isOver;
     }
 }
 

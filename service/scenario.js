@@ -1,6 +1,7 @@
 'use strict';
 
 const fs = require('node:fs');
+const { changeState, newState } = require('./state.js');
 const schema = require('./scenario.schema.json');
 
 /** A scenario that cannot be read. The message names the file, the place in it and the reason. */
@@ -51,11 +52,21 @@ function causeOf(errors) {
     return errors.find((error) => !isAlternative(error)) ?? errors[0];
 }
 
+/** What the schema cannot tell: whether the state has the player who is signed in. */
+function checkState({ state = {} }, file) {
+    try {
+        changeState(newState(), state);
+    } catch ({ message }) {
+        throw new ScenarioError(file, 'state', message);
+    }
+}
+
 function check(scenario, file) {
     if (!validator()(scenario)) {
         const error = causeOf(validator().errors);
         throw new ScenarioError(file, placeOf(error.instancePath), reasonOf(error));
     }
+    checkState(scenario, file);
     return scenario;
 }
 
