@@ -55,8 +55,7 @@ async function playHeadless(session, { scenario: given, file, junit }) {
 }
 
 async function playWithPage(session, options) {
-    const { address } = await serve(session, options);
-    process.stdout.write(`${address}\n`);
+    process.stdout.write(`${await serve(session, options)}\n`);
     if (options.watch) {
         session.watch();
     }

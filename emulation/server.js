@@ -67,6 +67,7 @@ class Server {
     #files = findFiles();
     #policy = policyOf(fs.readFileSync(path.join(PAGE, 'index.html'), 'utf8'));
     #server = http.createServer((request, response) => this.#answer(request, response));
+    #hosts = [];  // those that a request may name
 
     constructor(session) {
         this.#session = session;
@@ -81,8 +82,6 @@ class Server {
         this.#hosts = ['127.0.0.1', 'localhost'].map((name) => `${name}:${this.#server.address().port}`);
         return `http://${this.#hosts[0]}/${this.#token}/`;
     }
-
-    #hosts = [];
 
     async #answer(request, response) {
         try {
@@ -183,8 +182,6 @@ class Server {
 }
 
 /** Starts the server. Resolves with the address of the page. */
-async function serve(session, { port }) {
-    return { address: await new Server(session).listen(port) };
-}
+const serve = (session, { port }) => new Server(session).listen(port);
 
 module.exports = { serve };

@@ -3,6 +3,7 @@
 // What the service answers on its own, by request type. An answer is plain JSON, as in a rule: { result: 0 }.
 
 const { ErrorCode, RequestType } = require('../errors.js');
+const { parse } = require('./rules.js');
 
 const PLAYER_CHANGED = 9;
 
@@ -79,17 +80,9 @@ function sell({ player, state, fields: { tavikExtra: { productId, developerPaylo
     return result(ErrorCode.SUCCESS, { resultMessage: JSON.stringify(purchase) });
 }
 
-function purchaseNumberIn(purchaseData) {
-    try {
-        return JSON.parse(purchaseData).purchase;
-    } catch {
-        return undefined;
-    }
-}
-
 // A pending purchase is completed once its status is 'paid'.
 function completePurchase({ state, fields: { tavikExtra: { purchaseData } } }) {
-    const number = purchaseNumberIn(purchaseData);
+    const number = parse(purchaseData)?.purchase;
     const purchase = state.purchases.find((one) => one.purchase === number && one.status === 'paid');
     if (purchase) {
         purchase.status = 'completed';

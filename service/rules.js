@@ -13,7 +13,8 @@ function seeded(seed) {
     };
 }
 
-function parsed(text) {
+/** The value of a JSON string; undefined if it is none. */
+function parse(text) {
     try {
         return JSON.parse(text);
     } catch {
@@ -31,7 +32,7 @@ function contains(actual, expected) {
     if (!isObject(expected)) {
         return Object.is(actual, expected);
     }
-    const value = typeof actual === 'string' ? parsed(actual) : actual;
+    const value = typeof actual === 'string' ? parse(actual) : actual;
     return isObject(value) && Array.isArray(value) === Array.isArray(expected) &&
         Object.entries(expected).every(([key, part]) => Object.hasOwn(value, key) && contains(value[key], part));
 }
@@ -92,4 +93,4 @@ class RuleBook {
     }
 }
 
-module.exports = { RuleBook, contains, isMeant };
+module.exports = { RuleBook, contains, isMeant, parse };

@@ -39,7 +39,7 @@ const ENTRIES = {
 
 /** Everything of one run begins anew with its process. */
 const newRun = () => ({
-    n: 0, game: '', pid: 0, end: null, codes: {}, faults: [], state: null, first: null, calls: new Map(), modals: new Map(),
+    n: 0, game: '', pid: 0, end: null, codes: {}, faults: [], state: null, first: null, begins: new Map(), modals: new Map(),
     met: new Map(), output: [], doing: '', begun: null,
 });
 
@@ -67,7 +67,7 @@ export class Model {
 
     /** The modals that the player sees, oldest first. */
     get open() {
-        return [...this.run.modals.values()].filter(({ isOpen }) => isOpen && !this.run.end);
+        return this.run.end ? [] : [...this.run.modals.values()];
     }
 
     #take(record) {
@@ -93,28 +93,23 @@ const TAKE = {
     state({ run }, { state }) {
         run.state = state;
     },
-    call({ run }, { call, method, time }) {
-        run.calls.set(call, { method, begun: time });
+    call({ run }, { call, time }) {
+        run.begins.set(call, time);
     },
     settled({ run }, record) {
-        const call = run.calls.get(record.call);
-        record.took = record.time - (call?.begun ?? record.time);
-        Object.assign(call ?? {}, { ended: record.time, code: record.code });
+        record.took = record.time - (run.begins.get(record.call) ?? record.time);
         if (record.code !== undefined) {
             run.met.set(record.method, (run.met.get(record.method) ?? new Set()).add(record.code));
         }
     },
-    opened({ run }, { modal, method, parameters, time }) {
-        run.modals.set(modal, { modal, method, parameters, opened: time, isOpen: true, waits: false, isAnswered: false });
+    opened({ run }, { modal, method, parameters }) {
+        run.modals.set(modal, { modal, method, parameters, isAnswered: false });
     },
     closed({ run }, { modal }) {
         run.modals.delete(modal);
     },
     answered({ run }, { modal }) {
-        Object.assign(run.modals.get(modal) ?? {}, { isAnswered: true, waits: false });
-    },
-    waits({ run }, { modal }) {
-        Object.assign(run.modals.get(modal) ?? {}, { waits: true });
+        Object.assign(run.modals.get(modal) ?? {}, { isAnswered: true });
     },
     step({ run }, { doing }) {
         run.doing = doing;

@@ -19,60 +19,38 @@ function pending({ tavikExtra }) {
     return [{ result: 0, parameters: { resultMessage: data } }];
 }
 
-const PAGE = { asks: 'The game shows a page.', buttons: () => [['Close', [{ release: 0 }]]] };
+const close = () => [['Close', [{ release: 0 }]]];
 
+/** By method: what the game asks, in words, and the buttons. */
 const REQUESTS = {
-    init: {
-        asks: 'The game starts and asks for the player service.',
-        buttons: () => [['Agree', own], ['Do not agree', result(1002000011)], isOffline],
-    },
-    getLocalPlayer: {
-        asks: 'The game asks who is playing.',
-        buttons: ({ state }) => [...signIns(state), ['Cancel', result(1002000003)], isNoRealName, isTooYoung, isOffline, leave],
-    },
-    verifyLocalPlayer: {
-        asks: 'The game asks whether its account fits the player.',
-        buttons: () => [['Confirm', own], isNoRealName, isTooYoung, isOffline, leave],
-    },
-    bindPlayer: {
-        asks: 'The game binds its account to the player.',
-        buttons: () => [['Bind', own], ['Is bound already', result(1002000012)], isOffline, leave],
-    },
-    unbindPlayer: {
-        asks: 'The game takes the binding back.',
-        buttons: () => [['Unbind', own], ['Is not bound', result(1002000013)], isOffline, leave],
-    },
-    savePlayerRole: {
-        asks: 'The game saves the role of the player.',
-        buttons: () => [['Save', own], isOffline],
-    },
-    prePurchase: {
-        asks: 'The game wants to sell something.',
-        buttons: ({ parameters }) =>
-            [['Pay', own], ['Pay later', pending(parameters)], ['Cancel', result(1002000001)], isOffline, leave],
-    },
-    postPurchase: {
-        asks: 'The game has handed out what was bought.',
-        buttons: () => [['Complete', own], ['Refuse', result(1002000001)], isOffline],
-    },
-    unionLogin: {
-        asks: 'The game offers its accounts for the login.',
-        buttons: ({ parameters }) => [
-            ...accountsIn(parameters).map(({ accountName }) => [`Take ${accountName}`, own, { unionAccount: accountName }]),
-            ['Take the first', own], ['Cancel', result(1002000016)], isOffline, leave,
-        ],
-    },
-    quickGameLogin: {
-        asks: 'A quick game asks for its login.',
-        buttons: ({ state }) => [...signIns(state), ['Cancel', result(1002000003)], isTooYoung, isOffline, leave],
-    },
-    launchWelcomeBanner: { ...PAGE, asks: 'The game welcomes the player.' },
-    launchCommonPage: PAGE,
-    launchAntiAddiction: { ...PAGE, asks: 'The time to play is over.' },
+    init: ['The game starts and asks for the player service.',
+        () => [['Agree', own], ['Do not agree', result(1002000011)], isOffline]],
+    getLocalPlayer: ['The game asks who is playing.', ({ state }) =>
+        [...signIns(state), ['Cancel', result(1002000003)], isNoRealName, isTooYoung, isOffline, leave]],
+    verifyLocalPlayer: ['The game asks whether its account fits the player.',
+        () => [['Confirm', own], isNoRealName, isTooYoung, isOffline, leave]],
+    bindPlayer: ['The game binds its account to the player.',
+        () => [['Bind', own], ['Is bound already', result(1002000012)], isOffline, leave]],
+    unbindPlayer: ['The game takes the binding back.',
+        () => [['Unbind', own], ['Is not bound', result(1002000013)], isOffline, leave]],
+    savePlayerRole: ['The game saves the role of the player.', () => [['Save', own], isOffline]],
+    prePurchase: ['The game wants to sell something.', ({ parameters }) =>
+        [['Pay', own], ['Pay later', pending(parameters)], ['Cancel', result(1002000001)], isOffline, leave]],
+    postPurchase: ['The game has handed out what was bought.',
+        () => [['Complete', own], ['Refuse', result(1002000001)], isOffline]],
+    unionLogin: ['The game offers its accounts for the login.', ({ parameters }) => [
+        ...accountsIn(parameters).map(({ accountName }) => [`Take ${accountName}`, own, { unionAccount: accountName }]),
+        ['Take the first', own], ['Cancel', result(1002000016)], isOffline, leave,
+    ]],
+    quickGameLogin: ['A quick game asks for its login.', ({ state }) =>
+        [...signIns(state), ['Cancel', result(1002000003)], isTooYoung, isOffline, leave]],
+    launchWelcomeBanner: ['The game welcomes the player.', close],
+    launchCommonPage: ['The game shows a page.', close],
+    launchAntiAddiction: ['The time to play is over.', close],
 };
 
-/** What the game asks, in words, and the buttons for it. */
+/** What a modal asks, in words, and the buttons for it. */
 export function requestOf(modal, state) {
-    const { asks, buttons } = REQUESTS[modal.method] ?? PAGE;
+    const [asks, buttons] = REQUESTS[modal.method];
     return { asks, buttons: buttons({ state, parameters: modal.parameters }) };
 }
