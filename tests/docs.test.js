@@ -74,6 +74,17 @@ test('every method has a section with an example, every code its row and its tex
     }
 });
 
+test('every key of a scenario is in the types, those of rules, steps and expectations on the page of the emulator too', () => {
+    const { definitions, properties } = JSON.parse(read('service/scenario.schema.json'));
+    const [types, page] = [read('service/index.d.ts'), read('docs/emulator.md')];
+    const keysOf = (part) => Object.keys(part.properties ?? {});
+    const all = [...Object.keys(properties), ...Object.values(definitions).flatMap(keysOf)];
+    assert.ok(all.length > 50);
+    assert.deepEqual(all.filter((key) => !new RegExp(`[ ({]\\${key[0] === '$' ? '' : 'b'}${key}\\??:`).test(types)), []);
+    const told = ['rule', 'answer', 'step', 'expect'].flatMap((name) => keysOf(definitions[name]));
+    assert.deepEqual(told.filter((key) => key !== 'note' && !new RegExp(`[\`.]${key}\\b`).test(page)), []);
+});
+
 // In the README's picture, two spaces end the names.
 test('the README\'s picture matches the folders, and the package contains them', () => {
     const [, picture] = /^## The house\n+```\n([^]*?)^```/m.exec(read('README.md'));
