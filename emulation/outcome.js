@@ -10,9 +10,7 @@ function failuresOfRun({ expect }, { facts, isFull }, end) {
     if (isFull) {
         return [`the game did more than ${facts.length} things, so its outcome is not known`];
     }
-    const { doing } = facts.findLast(({ kind }) => kind === 'step') ?? {};
-    const stuck = doing ? [`${doing}, which the game did not make`] : [];
-    return [...stuck, ...failuresOf(expect, facts, end)];
+    return failuresOf(expect, facts, end, facts.findLast(({ kind }) => kind === 'step')?.doing);
 }
 
 const escapeXml = (text) => text.replace(/[&<>"]/g, (sign) => `&#${sign.charCodeAt(0)};`)

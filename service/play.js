@@ -34,8 +34,22 @@ async function endOf(ended, player, isMet) {
     const runs = played.then(() => player.until(isMet)).then(() => ({ how: 'runs' }));
     const end = await Promise.race([ended, runs]);
     player.stop(end.how === 'ends' ? GRACE_MS : 0);
-    await played;
+    await played.catch((problem) => {
+        if (end.how === 'ends') {
+            throw problem;  // otherwise the end of the game is the cause
+        }
+    });
     return end;
+}
+
+/** The report of a run. Throws a ScenarioFailure if something was not as expected. */
+function reportOf({ name, expect }, { player, records, service }, end) {
+    const report = { calls: callsIn(records), codes: codesIn(records), end, state: service.state, records };
+    const failures = failuresOf(expect, records, end, player.doing);
+    if (failures.length > 0) {
+        throw new ScenarioFailure(name, failures, report, end.error);
+    }
+    return report;
 }
 
 /**
@@ -44,9 +58,9 @@ async function endOf(ended, player, isMet) {
  * expectation that was not met.
  */
 async function play(source, game) {
-    const scenario = withDefaults(readScenario(source));
     const file = typeof source === 'string' ? source : 'scenario';
-    const { clock, name = file, timeLimit, expect } = scenario;
+    const scenario = { name: file, ...withDefaults(readScenario(source)) };
+    const { clock, timeLimit, expect } = scenario;
     device.reset();
     if (clock === 'manual') {
         device.clock.manual();
@@ -62,18 +76,11 @@ async function play(source, game) {
         timer = setTimeout(() => resolve({ how: 'runs', seconds: timeLimit }), timeLimit * 1000);
     });
     try {
-        const ended = Promise.race([isEnded, runGame(game, context), isLate]);
         const isMet = () => expect?.end === 'runs' && failuresOf(expect, records, { how: 'runs' }).length === 0;
-        const end = await endOf(ended, player, isMet);
+        const end = await endOf(Promise.race([isEnded, runGame(game, context), isLate]), player, isMet);
         await turn();
         await turn();  // the device tells of what has happened in the next turn of the loop
-        const report = { calls: callsIn(records), codes: codesIn(records), end, state: service.state, records };
-        const stuck = player.doing ? [`${player.doing}, which the game did not make`] : [];
-        const failures = [...stuck, ...failuresOf(expect, records, end)];
-        if (failures.length > 0) {
-            throw new ScenarioFailure(name, failures, report, end.error);
-        }
-        return report;
+        return reportOf(scenario, { player, records, service }, end);
     } finally {
         clearTimeout(timer);
         service.close();

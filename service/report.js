@@ -99,9 +99,15 @@ function wrongEnd(expected, end) {
     return isMet ? [] : [`${describeExpectedEnd(expected)}, but ${describeEnd(end)}`];
 }
 
-/** What a run did not meet of `expect`: one line each. `end` is how the game ended: { how, code?, reason?, seconds? }. */
-function failuresOf({ calls = [], codes = {}, end: expectedEnd = 'ends' } = {}, records, end) {
+const describeStuck = (doing) => `${doing}${doing.includes(' waits ') ? ', which the game did not make' : ' was not done'}`;
+
+/**
+ * What a run did not meet of `expect`: one line each. `end` is how the game ended: { how, code?, reason?, seconds? }, and
+ * `doing` the step that was not done, if there is one.
+ */
+function failuresOf({ calls = [], codes = {}, end: expectedEnd = 'ends' } = {}, records, end, doing = '') {
     return [
+        ...(doing ? [describeStuck(doing)] : []),
         ...missingCalls(calls, callsIn(records)),
         ...missingCodes(codes, codesIn(records)),
         ...wrongEnd(expectedEnd, end)
