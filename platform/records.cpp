@@ -50,6 +50,12 @@ void Print(const LogLine& line) {
     WriteLine(time + std::string(1, line.Letter()) + " " + line.tag + ": " + line.message + "\n");
 }
 
+// Apart from `WriteLog`, which runs for every line of every game.
+[[gnu::noinline]] void TellLine(const LogLine& line) {
+    Watching::Tell(
+        {"log", {{"level", std::string(1, line.Letter())}, {"tag", line.tag}, {"message", line.message}}});
+}
+
 std::string WithoutMarks(const char* format) {
     std::string plain;
     while (const char* percent = std::strchr(format, '%')) {
@@ -88,11 +94,7 @@ int WriteLog(LogLevel level, unsigned int domain, const char* tag, const char* f
     (void)std::vsnprintf(message, sizeof(message), WithoutMarks(format).c_str(), arguments);
     LogLine line{level, domain, tag, message};
     if (level >= PRINTED_LEVEL) Print(line);
-    if (Watching::IsOn()) {
-        Watching::Tell(
-            {"log",
-             {{"level", std::string(1, line.Letter())}, {"tag", line.tag}, {"message", line.message}}});
-    }
+    if (Watching::IsOn()) TellLine(line);
     (void)LogStore::Get().Append(std::move(line));
     return 0;
 }

@@ -22,10 +22,27 @@ struct Made {
     std::string about;  // what `on` listens for; else empty
 };
 
-thread_local Made gNow;  // the method called last; its call is 0 if nobody watched
-thread_local std::unordered_map<napi_deferred, Made> gPromises;
-thread_local std::unordered_map<napi_ref, Made> gFunctions;
-thread_local napi_ref gUsed = nullptr;
+/// What a thread remembers of the calls that were watched.
+struct Notes {
+    Made now;  // the method called last; its call is 0 if nobody watched
+    std::unordered_map<napi_deferred, Made> promises;
+    std::unordered_map<napi_ref, Made> functions;
+    napi_ref used = nullptr;
+};
+
+thread_local Notes* gNotes = nullptr;  // null until somebody watches, and once the thread ends
+
+/// Frees the notes when the thread ends.
+struct NotesOwner {
+    ~NotesOwner() { delete std::exchange(gNotes, nullptr); }
+};
+
+thread_local NotesOwner gOwner;
+
+Notes* MakeNotes() {
+    (void)&gOwner;  // it exists once the thread has used it
+    return new Notes();
+}
 
 bool IsOf(napi_env env, napi_value value, napi_valuetype type) {
     napi_valuetype actual = napi_undefined;
@@ -100,60 +117,67 @@ void TellHeard(napi_env env, const Made& made, napi_value data) {
     Watching::Tell(std::move(heard));
 }
 
-template <typename Map>
-Made Take(Map& map, typename Map::key_type key) {
-    auto found = map.extract(key);
+Made TakePromise(napi_deferred deferred) {
+    if (gNotes == nullptr) return {};
+    auto found = gNotes->promises.extract(deferred);
     return found.empty() ? Made() : found.mapped();
 }
 
 }  // namespace
 
 void TellCall(napi_env env, const char* method, size_t count, const napi_value* arguments) {
-    gNow = Made();
+    if (gNotes != nullptr) gNotes->now = Made();
     if (!Watching::IsOn()) return;
-    gNow = {CurrentCall(), method, {}};
+    if (gNotes == nullptr) gNotes = MakeNotes();
+    Made& now = gNotes->now;
+    now = {CurrentCall(), method, {}};
     std::vector<std::string> shown;
     for (size_t i = 0; i < count; ++i) {
         shown.push_back(Show(env, arguments[i]));
     }
-    if (std::string_view(method) == "on" && count > 0) gNow.about = TextOf(env, arguments[0], MAX_ARGUMENT);
-    Happening call = About("call", gNow);
+    if (std::string_view(method) == "on" && count > 0) now.about = TextOf(env, arguments[0], MAX_ARGUMENT);
+    Happening call = About("call", now);
     call.fields.emplace_back("arguments", std::move(shown));
     Watching::Tell(std::move(call));
 }
 
 void NotePromise(napi_deferred deferred) {
-    if (gNow.call != 0) gPromises[deferred] = gNow;
+    if (gNotes != nullptr && gNotes->now.call != 0) gNotes->promises[deferred] = gNotes->now;
 }
 
 void NoteFunction(napi_ref reference) {
-    if (gNow.call != 0) gFunctions[reference] = gNow;
+    if (gNotes != nullptr && gNotes->now.call != 0) gNotes->functions[reference] = gNotes->now;
 }
 
-void NoteUse(napi_ref reference) { gUsed = reference; }
+void NoteUse(napi_ref reference) {
+    if (gNotes != nullptr) gNotes->used = reference;
+}
 
-void DropFunction(napi_ref reference) { (void)gFunctions.erase(reference); }
+void DropFunction(napi_ref reference) {
+    if (gNotes != nullptr) (void)gNotes->functions.erase(reference);
+}
 
 void TellResolved(napi_env env, napi_deferred deferred, napi_value value) {
-    const Made made = Take(gPromises, deferred);
+    const Made made = TakePromise(deferred);
     if (made.call != 0) TellSettled(env, made, "resolved", nullptr, value);
 }
 
 void TellRejected(napi_env env, napi_deferred deferred, napi_value error) {
-    const Made made = Take(gPromises, deferred);
+    const Made made = TakePromise(deferred);
     if (made.call != 0) TellSettled(env, made, "rejected", error, nullptr);
 }
 
 void TellThrown(napi_env env, napi_value error) {
-    const Made made = std::exchange(gNow, Made());
-    if (made.call == 0) return;
+    if (gNotes == nullptr || gNotes->now.call == 0) return;
+    const Made made = std::exchange(gNotes->now, Made());
     if (error == nullptr) error = MakeObject(env);
     TellSettled(env, made, "thrown", error, nullptr);
 }
 
 void TellCalledBack(napi_env env, size_t count, const napi_value* arguments) {
-    const auto found = gFunctions.find(gUsed);
-    if (found == gFunctions.end() || count == 0) return;
+    if (gNotes == nullptr || count == 0) return;
+    const auto found = gNotes->functions.find(gNotes->used);
+    if (found == gNotes->functions.end()) return;
     if (!found->second.about.empty()) {
         TellHeard(env, found->second, arguments[0]);
     } else {

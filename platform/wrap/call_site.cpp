@@ -17,7 +17,8 @@ struct CallSite {
 
 thread_local const char* gMethod = nullptr;
 std::atomic<uint64_t> gThreads{0};
-thread_local uint64_t gCalls = gThreads++ << 32;  // each thread counts in its own range
+thread_local uint64_t gCalls = 0;  // on this thread
+thread_local uint64_t gRange = 0;  // where the numbers of this thread begin; 0: none was asked for yet
 thread_local std::unordered_map<napi_deferred, CallSite> gSites;
 
 bool IsOff() {
@@ -67,7 +68,10 @@ void BeginMethod(const char* name) {
     ++gCalls;
 }
 
-uint64_t CurrentCall() { return gCalls; }
+uint64_t CurrentCall() {
+    if (gRange == 0) gRange = ++gThreads << 32;
+    return gRange + gCalls;
+}
 
 const char* LastMethod() { return gMethod; }
 

@@ -22,7 +22,7 @@ napi_status DropTypeError(napi_env env, napi_status status) {
 
 napi_status CallFunction(napi_env env, napi_value self, napi_value function, size_t count,
                          const napi_value* args, napi_value* result) {
-    if (Watching::IsOn()) TellCalledBack(env, count, args);
+    TellCalledBack(env, count, args);
     return napi_call_function(env, self, function, count, args, result);
 }
 
