@@ -6,7 +6,7 @@ const { ScenarioError, withDefaults } = require('../service/scenario.js');
 const { UsageError, readOptions } = require('./options.js');
 const { failuresOfRun, tellOutcome } = require('./outcome.js');
 const { serve } = require('./server.js');
-const { Session } = require('./session.js');
+const { Runs } = require('./runs.js');
 
 const ENDS = { ends: 'has ended', fails: 'has failed', runs: 'was stopped', module: 'was ended by the module' };
 const POLL_MS = 20;
@@ -15,56 +15,56 @@ const STATUS = { failed: 1, unusable: 2 };
 const say = (text) => process.stderr.write(`game emulator: ${text}\n`);
 
 /** Leaves when the process is told to, after the game's processes. */
-function obeySignals(session) {
+function obeySignals(runs) {
     for (const [signal, status] of [['SIGINT', 130], ['SIGTERM', 143], ['SIGHUP', 129]]) {
         process.on(signal, () => {
-            session.close();
+            runs.close();
             process.exit(status);
         });
     }
-    process.on('exit', () => session.close());
+    process.on('exit', () => runs.close());
 }
 
 /** Stops a game that is to run on as soon as it has met what is expected; any game when its time is over. */
-function watchOver(session, { expect, timeLimit }) {
-    const { stream } = session;
-    const timer = setTimeout(() => session.stop(), timeLimit * 1000);
+function watchOver(runs, { expect, timeLimit }) {
+    const { stream } = runs;
+    const timer = setTimeout(() => runs.stop(), timeLimit * 1000);
     const isMet = () => stream.facts.some(({ kind }) => kind === 'played') &&
         failuresOf(expect, stream.facts, { how: 'runs' }).length === 0;
-    const poll = setInterval(() => expect?.end === 'runs' && isMet() && session.stop(), POLL_MS);
+    const poll = setInterval(() => expect?.end === 'runs' && isMet() && runs.stop(), POLL_MS);
     return () => {
         clearTimeout(timer);
         clearInterval(poll);
     };
 }
 
-async function playHeadless(session, { scenario: given, file, junit }) {
+async function playHeadless(runs, { scenario: given, file, junit }) {
     const scenario = withDefaults(given);
     const begun = performance.now();
-    const done = watchOver(session, scenario);
-    const end = await session.start();
+    const done = watchOver(runs, scenario);
+    const end = await runs.start();
     done();
     const name = scenario.name ?? file ?? 'the game';
-    const failures = failuresOfRun(scenario, session.stream, { ...end, seconds: scenario.timeLimit });
+    const failures = failuresOfRun(scenario, runs.stream, { ...end, seconds: scenario.timeLimit });
     tellOutcome({ name, failures, seconds: (performance.now() - begun) / 1000, junit });
-    if (end.isUnstarted && !session.stream.facts.some(({ kind }) => kind === 'call')) {
+    if (end.isUnstarted && !runs.stream.facts.some(({ kind }) => kind === 'call')) {
         say(`the game could not start: ${end.reason}`);
         return STATUS.unusable;
     }
     return failures.length > 0 ? STATUS.failed : 0;
 }
 
-async function playWithPage(session, options) {
-    process.stdout.write(`${await serve(session, options)}\n`);
+async function playWithPage(runs, options) {
+    process.stdout.write(`${await serve(runs, options)}\n`);
     if (options.watch) {
-        session.watch();
+        runs.watch();
     }
-    session.stream.listen(({ kind, how, reason }) => {
+    runs.stream.listen(({ kind, how, reason }) => {
         if (kind === 'end') {
             say(`the game ${ENDS[how]}${reason ? ` (${reason})` : ''}; its page stays until Ctrl+C`);
         }
     });
-    await session.start();
+    await runs.start();
 }
 
 async function main() {
@@ -82,12 +82,12 @@ async function main() {
         process.stdout.write(options.help);
         return;
     }
-    const session = new Session(options);
-    obeySignals(session);
+    const runs = new Runs(options);
+    obeySignals(runs);
     if (options.headless) {
-        process.exitCode = await playHeadless(session, options);
+        process.exitCode = await playHeadless(runs, options);
     } else {
-        await playWithPage(session, options);
+        await playWithPage(runs, options);
     }
 }
 

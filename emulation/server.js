@@ -60,17 +60,17 @@ async function readBody(request) {
     }
 }
 
-/** Serves the page of a session on 127.0.0.1, under an address that contains a secret. */
+/** Serves the page of a game on 127.0.0.1, under an address that contains a secret. */
 class Server {
-    #session;
+    #runs;
     #token = randomBytes(16).toString('hex');
     #files = findFiles();
     #policy = policyOf(fs.readFileSync(path.join(PAGE, 'index.html'), 'utf8'));
     #server = http.createServer((request, response) => this.#answer(request, response));
     #hosts = [];  // those that a request may name
 
-    constructor(session) {
-        this.#session = session;
+    constructor(runs) {
+        this.#runs = runs;
     }
 
     async listen(port) {
@@ -116,7 +116,7 @@ class Server {
             return this.#stream(request, response);
         }
         if (name === 'scenario') {
-            const text = `${JSON.stringify(this.#session.scenario(), null, 4)}\n`;
+            const text = `${JSON.stringify(this.#runs.scenario(), null, 4)}\n`;
             return this.#send(response, 'application/json', text);
         }
         const file = this.#files.get(name === '' ? 'index.html' : name);
@@ -128,9 +128,9 @@ class Server {
 
     #obey(name, value) {
         const own = {
-            restart: () => this.#session.restart(),
-            stop: () => this.#session.stop(),
-            clear: () => this.#session.stream.clear(),
+            restart: () => this.#runs.restart(),
+            stop: () => this.#runs.stop(),
+            clear: () => this.#runs.stream.clear(),
         };
         if (Object.hasOwn(own, name)) {
             return own[name]();
@@ -138,7 +138,7 @@ class Server {
         if (!['answer', 'clock', 'hand', 'step'].includes(name)) {
             throw new Refusal(404, `there is no command ${name}`);
         }
-        return this.#session.command(name, value);
+        return this.#runs.command(name, value);
     }
 
     #send(response, type, body, status = 200) {
@@ -151,7 +151,7 @@ class Server {
 
     // Server-sent events (HTML standard, 9.2): the browser comes back with the number of the last record that it has.
     #stream(request, response) {
-        const { stream } = this.#session;
+        const { stream } = this.#runs;
         response.writeHead(200, { 'Content-Type': 'text/event-stream', 'Cache-Control': 'no-store' });
         const last = Number(request.headers['last-event-id'] ?? 0);
         let waiting = stream.after(last);
@@ -162,7 +162,7 @@ class Server {
             }
         };
         const tell = async () => {
-            const status = await this.#session.command('status').catch((error) => ({ problem: error.message }));
+            const status = await this.#runs.command('status').catch((error) => ({ problem: error.message }));
             response.write(`event: status\ndata: ${JSON.stringify(status)}\n\n`);
         };
         const stopListening = stream.listen((record) => {
@@ -182,6 +182,6 @@ class Server {
 }
 
 /** Starts the server. Resolves with the address of the page. */
-const serve = (session, { port }) => new Server(session).listen(port);
+const serve = (runs, { port }) => new Server(runs).listen(port);
 
 module.exports = { serve };

@@ -9,8 +9,8 @@ const { Stream } = require('./stream.js');
 const MAX_FOLDERS = 500;
 const CHANGE_MS = 100;  // several changes within this time are one
 
-/** The game with its restarts, and the stream of all that happens in it. */
-class Session {
+/** The runs of a game, one after the other, and the stream of all that happens in them. */
+class Runs {
     #game = null;
     #end = { how: 'runs' };
     #isRunning = false;
@@ -111,4 +111,4 @@ function foldersIn(top) {
     return folders.slice(0, MAX_FOLDERS);
 }
 
-module.exports = { Session };
+module.exports = { Runs };
