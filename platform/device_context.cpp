@@ -149,7 +149,7 @@ void Window::CloseModalUIExtension(int32_t sessionId) {
 
 void BeginWindowWait(uint64_t thread) {
     Environment* current = Environment::Current();
-    if (current == nullptr || std::exchange(gMissingIn, 0) != CurrentCall()) return;
+    if (current == nullptr || std::exchange(gMissingIn, 0) != CurrentCall() || CurrentCall() == 0) return;
     auto& waits = Forever<WindowWaits>();
     std::lock_guard<std::mutex> guard(waits.mutex);
     waits.holds.emplace(thread, current->Hold());

@@ -17,8 +17,8 @@ struct CallSite {
 
 thread_local const char* gMethod = nullptr;
 std::atomic<uint64_t> gThreads{0};
-thread_local uint64_t gCalls = 0;  // on this thread
-thread_local uint64_t gRange = 0;  // where the numbers of this thread begin; 0: none was asked for yet
+thread_local uint64_t gCalls = 0;   // on this thread
+thread_local uint64_t gThread = 0;  // counted from 1; 0: no number was asked for yet
 thread_local std::unordered_map<napi_deferred, CallSite> gSites;
 
 bool IsOff() {
@@ -69,8 +69,8 @@ void BeginMethod(const char* name) {
 }
 
 uint64_t CurrentCall() {
-    if (gRange == 0) gRange = ++gThreads << 32;
-    return gRange + gCalls;
+    if (gThread == 0) gThread = ++gThreads;
+    return ((gThread - 1) << 32) + gCalls;
 }
 
 const char* LastMethod() { return gMethod; }
