@@ -212,9 +212,10 @@ export const clock: {
     next(): number;
     /**
      * Calls `handler` on this thread after `ms` milliseconds of the device's time, or soon if that is 0. `advance` stops
-     * there and awaits the promise that the handler returns; the handler itself must not await `advance`. Handlers run
-     * one after another: in the order of their times, then in that of the calls. Returns a function that cancels. Move
-     * and set the time in the environment that waits. A reset cancels.
+     * there, if this was called before it or in a handler of `onModal`, and awaits the promise that the handler returns;
+     * the handler itself must not await `advance`. Handlers run one after another: in the order of their times, then in
+     * that of the calls. Returns a function that cancels. A reset cancels. Set and advance the clock in the environment
+     * that calls this: it does not see what others do to the clock.
      */
     after(ms: number, handler: () => unknown): () => void;
     /**

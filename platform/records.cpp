@@ -50,7 +50,7 @@ void Print(const LogLine& line) {
     WriteLine(time + std::string(1, line.Letter()) + " " + line.tag + ": " + line.message + "\n");
 }
 
-// Apart from `WriteLog`, which runs for every line of every game.
+// Kept out of `WriteLog`, which runs for every line of every game.
 [[gnu::noinline]] void TellLine(const LogLine& line) {
     Watching::Tell(
         {"log", {{"level", std::string(1, line.Letter())}, {"tag", line.tag}, {"message", line.message}}});

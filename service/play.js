@@ -28,7 +28,7 @@ class ScenarioFailure extends Error {
     }
 }
 
-/** How a game ended while its steps were played. One that is to run is done when `isMet` after the steps. */
+/** How a game ended while its steps were played. It still runs if `isMet` comes true first, after the steps. */
 async function endOf(ended, player, isMet) {
     const played = player.run();
     const runs = played.then(() => player.until(isMet)).then(() => ({ how: 'runs' }));

@@ -40,8 +40,8 @@ class Service extends EventEmitter {
     #state;
     #book;
     #counts = new Map();  // of requests, by method
-    #cancels = new Set();  // of answers that are due later
-    #kept = null;  // while answers are kept back, what gives those that are due
+    #due = new Set();  // the answers that are due later
+    #kept = null;  // while answers are kept back, functions that give those that are due
     #byHand;
 
     constructor({ state = {}, rules = [], seed = 1, byHand = () => false } = {}) {
@@ -77,7 +77,7 @@ class Service extends EventEmitter {
 
     /** Whether answers are due later. */
     get isBusy() {
-        return this.#cancels.size > 0;
+        return this.#due.size > 0;
     }
 
     /** Whether a request waits for an answer by hand, as a rule or `byHand` says. */
@@ -87,7 +87,7 @@ class Service extends EventEmitter {
 
     /** Milliseconds until the next answer is due; infinite if there is none. */
     get nextDue() {
-        return Math.min(Infinity, ...Array.from(this.#cancels, ({ due }) => due - device.clock.now()));
+        return Math.min(Infinity, ...Array.from(this.#due, ({ due }) => due - device.clock.now()));
     }
 
     /** The requests that nobody will answer unless it is done by hand, oldest first. */
@@ -130,14 +130,14 @@ class Service extends EventEmitter {
     resume() {
         const kept = this.#kept ?? [];
         this.#kept = null;
-        kept.forEach((give) => give());
+        kept.forEach((giveNow) => giveNow());
     }
 
     /** Stops answering. What is due later is not given. */
     close() {
         device.onModal(null);
-        this.#cancels.forEach((entry) => entry.cancel());
-        this.#cancels.clear();
+        this.#due.forEach((entry) => entry.cancel());
+        this.#due.clear();
     }
 
     #serve(modal) {
@@ -181,16 +181,16 @@ class Service extends EventEmitter {
     #at(ms, handler) {
         return new Promise((resolve, reject) => {
             const entry = { due: device.clock.now() + ms };
-            const give = () => {
+            const run = () => {
                 if (this.#kept) {
-                    this.#kept.push(() => this.#cancels.has(entry) && arm(0));
+                    this.#kept.push(() => this.#due.has(entry) && arm(0));
                     return undefined;
                 }
-                this.#cancels.delete(entry);
+                this.#due.delete(entry);
                 return handler().then(resolve, reject);
             };
-            const arm = (delay) => { entry.cancel = device.clock.after(delay, give); };
-            this.#cancels.add(entry);
+            const arm = (delay) => { entry.cancel = device.clock.after(delay, run); };
+            this.#due.add(entry);
             arm(ms);
         });
     }

@@ -75,10 +75,10 @@ void Instance::RemoveRecordHandler() {
     recordHandler_ = Reference();
 }
 
-// What happened before the handler was set is not its business.
+// What happened while an earlier handler was set is not for this one.
 void Instance::CallRecordHandler(const Happening& happening, uint64_t number) const {
-    if (!recordHandler_.IsEmpty() && number == recordHandlers_)
-        Call(recordHandler_, {MakeRecord(env_, happening)});
+    if (recordHandler_.IsEmpty() || number != recordHandlers_) return;
+    Call(recordHandler_, {MakeRecord(env_, happening)});
 }
 
 void Instance::CallModalHandler(const Modal& modal) const {

@@ -40,7 +40,7 @@ struct NotesOwner {
 thread_local NotesOwner gOwner;
 
 Notes* MakeNotes() {
-    (void)&gOwner;  // it exists once the thread has used it
+    (void)&gOwner;  // its first use has it destroyed when the thread ends
     return new Notes();
 }
 
