@@ -1,7 +1,7 @@
 #include "analytics/ha_utils.h"
 
 #include <cstdlib>
-#include <utility>
+#include <unordered_map>  // before the next two: the platform has headers that lack it
 
 #include "app_event.h"
 #include "app_event_processor_mgr.h"
@@ -11,8 +11,7 @@
 
 namespace OHOS::Velmor {
 
-using HiviewDFX::Event;
-using HiviewDFX::ReportConfig;
+namespace HiAppEvent = HiviewDFX::HiAppEvent;
 
 namespace {
 
@@ -29,7 +28,7 @@ std::string MakeTransactionId() {
 }  // namespace
 
 int64_t HaUtils::AddProcessor() {
-    ReportConfig config;
+    HiAppEvent::ReportConfig config;
     config.name = "ha_app_event";
     config.appId = "com_lumora_xelos_sdk_ocg";
     config.routeInfo = "AUTO";
@@ -40,28 +39,27 @@ int64_t HaUtils::AddProcessor() {
         {EVENT_DOMAIN, "api_called_stat", true},
         {EVENT_DOMAIN, "api_called_stat_cnt", true},
     };
-    return HiviewDFX::AppEventProcessorMgr::AddProcessor(config);
+    return HiAppEvent::AppEventProcessorMgr::AddProcessor(config);
 }
 
 // If several first events come simultaneously, only one registers.
 void HaUtils::Init() {
     if (initialised || initialised.exchange(true)) return;
     processorId = AddProcessor();
-    (void)HiLogPrint(LOG_CORE, LOG_INFO, TAVIK::GAME_PLAYER::LOG_DOMAIN, PERF_LOG_TAG,
-                     "[%{public}s(%{public}s:%{public}d)]ha init success", "", __FUNCTION__, __LINE__);
+    GAME_LOG_AS(PERF_LOG_TAG, __FUNCTION__, LOG_INFO, "ha init success");
 }
 
 void HaUtils::WriteEndEvent(const std::string& apiName, int64_t beginTime, int32_t errorCode) {
     Init();
-    Event event(EVENT_DOMAIN, EVENT_END, HiviewDFX::EventType::BEHAVIOR);
+    HiAppEvent::Event event(EVENT_DOMAIN, EVENT_END, HiAppEvent::BEHAVIOR);
     event.AddParam("trans_id", MakeTransactionId());
     event.AddParam("api_name", apiName);
     event.AddParam("sdk_name", std::string("VelmorKit"));
     event.AddParam("begin_time", beginTime);
     event.AddParam("end_time", MiscServices::TimeServiceClient::GetInstance()->GetBootTimeMs());
-    event.AddParam("result", 0);
+    event.AddParam("result", int32_t{0});
     event.AddParam("error_code", errorCode);
-    (void)HiviewDFX::Write(std::move(event));
+    (void)HiAppEvent::Write(event);
 }
 
 void HaUtils::ReportEnd(const std::string& apiName, int64_t beginTime, int32_t errorCode) {

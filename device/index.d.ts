@@ -248,13 +248,13 @@ export function logs(): LogLine[];
 /** A registered processor of application events, as it was configured. */
 export interface Processor {
     name: string;
-    debugMode: string;
+    debugMode: boolean;
     routeInfo: string;
     appId: string;
-    /** A batch is reported after `row` events or `timeout` seconds. */
-    triggerCond: { row: number; timeout: number; onStartup: boolean; onBackground: boolean };
-    userIds: Record<string, string>;
-    userProperties: Record<string, string>;
+    /** A batch is reported after `row` events, `size` bytes or `timeout` seconds. */
+    triggerCond: { row: number; size: number; timeout: number; onStartup: boolean; onBackground: boolean };
+    userIdNames: string[];
+    userPropertyNames: string[];
     eventConfigs: { domain: string; name: string; isRealTime: boolean }[];
 }
 

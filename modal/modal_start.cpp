@@ -19,13 +19,14 @@ namespace {
 
 constexpr std::chrono::seconds RETRY_INTERVAL(1);
 constexpr int RETRY_COUNT = 5;
+constexpr const char* KEY_EXTENSION_TYPE = "ability.want.params.uiExtensionType";
 
 ModalUIExtensionConfig MakeModalConfig() {
     ModalUIExtensionConfig config;
-    config.isBackBlocked = true;
-    config.isBoundAsync = true;
-    config.isCoverable = true;
-    config.isKeptByRouter = true;
+    config.isProhibitBack = true;
+    config.isAllowedBeCovered = true;
+    config.prohibitedRemoveByRouter = true;
+    config.prohibitedRemoveByNavigation = true;
     return config;
 }
 
@@ -65,7 +66,7 @@ void ModalUICallback::StartUIExtensionAbility(Want want) {
         return;
     }
     GAME_LOGI("constructor ModalUICallback");
-    want.SetParam("ability.want.params.uiExtensionType", "sys/commonUI");
+    want.SetParam(KEY_EXTENSION_TYPE, std::string("sys/commonUI"));  // a literal would be sent as true
     want.SetParam("traceId", GetTraceId());
     UIContent* content = GetUIContent(*request);
     if (content == nullptr) {
@@ -78,7 +79,7 @@ void ModalUICallback::StartUIExtensionAbility(Want want) {
         GAME_LOGE("StartUIExtensionAbility invalid env");
         return;
     }
-    CreateModal(*request, *content, std::move(want));
+    CreateModal(*request, *content, want);
     GAME_LOGI("StartUIExtensionAbility create modal succeeded");
 }
 
@@ -94,14 +95,13 @@ ModalUIExtensionCallbacks ModalUICallback::BindCallbacks() {
 
 // Until the new modal's ID is known, answers close the previous modal. If there is none, the new modal is
 // closed as soon as its ID is known.
-void ModalUICallback::CreateModal(BaseContext& request, UIContent& content, Want want) {
+void ModalUICallback::CreateModal(BaseContext& request, UIContent& content, const Want& want) {
     {
         std::lock_guard<std::mutex> guard(mutex_);
         if (state_ == RequestState::ENDED) return;
         isOpening_ = true;
     }
-    const int32_t sessionId =
-        content.CreateModalUIExtension(std::move(want), BindCallbacks(), MakeModalConfig());
+    const int32_t sessionId = content.CreateModalUIExtension(want, BindCallbacks(), MakeModalConfig());
     bool isCloseWanted = false;
     {
         std::lock_guard<std::mutex> guard(mutex_);
@@ -121,7 +121,7 @@ void ModalUICallback::DelayStartUIExtensionAbility(Want want) {
             break;
         }
         if (UIContent* content = GetUIContent(*request)) {
-            CreateModal(*request, *content, std::move(want));
+            CreateModal(*request, *content, want);
             return;
         }
     }

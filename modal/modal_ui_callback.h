@@ -72,7 +72,7 @@ private:
 
     // Starting.
     OHOS::Ace::ModalUIExtensionCallbacks BindCallbacks();
-    void CreateModal(BaseContext& request, OHOS::Ace::UIContent& content, OHOS::AAFwk::Want want);
+    void CreateModal(BaseContext& request, OHOS::Ace::UIContent& content, const OHOS::AAFwk::Want& want);
     void DelayStartUIExtensionAbility(OHOS::AAFwk::Want want);
     void AnswerLateStart();
 

@@ -50,8 +50,8 @@ bool ParseBindPlayerReq(napi_env env, const CallArguments& args, BindPlayerConte
 }
 
 void ExecuteBindPlayer(BindPlayerContext& context, Want& want) {
-    want.SetParam("thirdOpenId", std::move(context.thirdOpenId));
-    want.SetParam("teamPlayerId", std::move(context.teamPlayerId));
+    want.SetParam("thirdOpenId", context.thirdOpenId);
+    want.SetParam("teamPlayerId", context.teamPlayerId);
 }
 
 void ExecuteUnbindPlayer(UnbindPlayerContext& context, Want& want) { ExecuteBindPlayer(context, want); }

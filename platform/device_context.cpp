@@ -80,6 +80,11 @@ public:
             found->second == nullptr ? nullptr : std::make_shared<ModuleResources>(found->second);
         return std::make_shared<ModuleContext<Context>>(modules_, resources);
     }
+    // No other application is installed.
+    std::shared_ptr<Context> CreateModuleContext(const std::string& /*bundleName*/,
+                                                 const std::string& /*moduleName*/) override {
+        return nullptr;
+    }
     std::shared_ptr<ResourceManager> GetResourceManager() const override {
         return Faults::Trip(Call::GetResourceManager) ? nullptr : resources_;
     }
@@ -134,12 +139,12 @@ OHOS::Ace::UIContent* Window::FindContent() {
     return this;
 }
 
-int32_t Window::CreateModalUIExtension(OHOS::AAFwk::Want want, OHOS::Ace::ModalUIExtensionCallbacks callbacks,
-                                       OHOS::Ace::ModalUIExtensionConfig config) {
+int32_t Window::CreateModalUIExtension(const OHOS::AAFwk::Want& want,
+                                       const OHOS::Ace::ModalUIExtensionCallbacks& callbacks,
+                                       const OHOS::Ace::ModalUIExtensionConfig& config) {
     if (Faults::Trip(Call::CreateModalUIExtension)) return 0;
     NoteEffect();
-    return Modals::Get().Open(
-        {std::move(want), std::move(config), std::move(callbacks), environment_.lock(), ServedCall()});
+    return Modals::Get().Open({want, config, callbacks, environment_.lock(), ServedCall()});
 }
 
 void Window::CloseModalUIExtension(int32_t sessionId) {

@@ -41,8 +41,9 @@ public:
     /// The content as the module gets it: null while the window shows no page.
     OHOS::Ace::UIContent* FindContent();
 
-    int32_t CreateModalUIExtension(OHOS::AAFwk::Want want, OHOS::Ace::ModalUIExtensionCallbacks callbacks,
-                                   OHOS::Ace::ModalUIExtensionConfig config) override;
+    int32_t CreateModalUIExtension(const OHOS::AAFwk::Want& want,
+                                   const OHOS::Ace::ModalUIExtensionCallbacks& callbacks,
+                                   const OHOS::Ace::ModalUIExtensionConfig& config) override;
     void CloseModalUIExtension(int32_t sessionId) override;
 
 private:

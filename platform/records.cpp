@@ -92,11 +92,12 @@ int WriteLog(LogLevel level, unsigned int domain, const char* tag, const char* f
     if (tag == nullptr) return -1;
     char message[MAX_LINE_LENGTH + 1];
     (void)std::vsnprintf(message, sizeof(message), WithoutMarks(format).c_str(), arguments);
-    LogLine line{level, domain, tag, message};
+    const size_t length = std::strlen(message);
+    LogLine line{level, domain, tag, std::string(message, length)};
     if (level >= PRINTED_LEVEL) Print(line);
     if (Watching::IsOn()) TellLine(line);
     (void)LogStore::Get().Append(std::move(line));
-    return 0;
+    return static_cast<int>(length);
 }
 
 }  // namespace StandIn
@@ -110,13 +111,29 @@ int HiLogPrint(LogType /*type*/, LogLevel level, unsigned int domain, const char
     return status;
 }
 
-namespace OHOS::HiviewDFX {
+namespace OHOS::HiviewDFX::HiAppEvent {
 
-int Write(Event event) {
+Event::Event(const std::string& domain, const std::string& name, EventType type)
+    : domain_(domain), name_(name), type_(type) {}
+
+#define ADD_PARAM(type) \
+    void Event::AddParam(const std::string& key, type value) { params_.emplace_back(key, value); }
+ADD_PARAM(bool)
+ADD_PARAM(int32_t)
+ADD_PARAM(int64_t)
+ADD_PARAM(double)
+ADD_PARAM(const std::string&)
+ADD_PARAM(const std::vector<bool>&)
+ADD_PARAM(const std::vector<int32_t>&)
+ADD_PARAM(const std::vector<int64_t>&)
+ADD_PARAM(const std::vector<double>&)
+ADD_PARAM(const std::vector<std::string>&)
+
+int Write(const Event& event) {
     if (StandIn::Faults::Trip(StandIn::Call::Write)) return -1;
     StandIn::NoteEffect();
     if (StandIn::Watching::IsOn()) StandIn::Watching::Tell({"reported", {{"event", event}}});
-    (void)StandIn::EventStore::Get().Append(std::move(event));
+    (void)StandIn::EventStore::Get().Append(event);
     return 0;
 }
 
@@ -125,4 +142,4 @@ int64_t AppEventProcessorMgr::AddProcessor(const ReportConfig& config) {
     return static_cast<int64_t>(StandIn::ProcessorStore::Get().Append(config));
 }
 
-}  // namespace OHOS::HiviewDFX
+}  // namespace OHOS::HiviewDFX::HiAppEvent

@@ -53,9 +53,9 @@ private:
 
 /// The log and the application events.
 using LogStore = Latest<LogLine, 8192>;
-using EventStore = Latest<OHOS::HiviewDFX::Event, 65536>;
+using EventStore = Latest<OHOS::HiviewDFX::HiAppEvent::Event, 65536>;
 /// The processors that would report the events; a processor's index is its ID. Never forgotten.
-using ProcessorStore = Latest<OHOS::HiviewDFX::ReportConfig, 1024>;
+using ProcessorStore = Latest<OHOS::HiviewDFX::HiAppEvent::ReportConfig, 1024>;
 
 /// `HiLogPrint` with its arguments in a `va_list`. Any thread.
 int WriteLog(LogLevel level, unsigned int domain, const char* tag, const char* format, va_list arguments);

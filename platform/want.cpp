@@ -4,7 +4,7 @@
 
 #include "device_context.h"
 #include "faults.h"
-#include "want.h"
+#include "internals.h"
 
 namespace StandIn {
 namespace {
@@ -34,12 +34,19 @@ struct ValueMaker {
         }
         return array;
     }
-    napi_value operator()(const std::shared_ptr<const WantParams>& nested) const {
-        return nested == nullptr ? nullptr : MakeParamsObject(env, *nested);
-    }
+    napi_value operator()(const WantParams& nested) const { return MakeParamsObject(env, nested); }
 };
 
 }  // namespace
+
+void Internals::SetParam(WantParams& params, const std::string& key, Param value) {
+    params.params_[key] = std::make_shared<WantParams::Interface>(WantParams::Interface{std::move(value)});
+}
+
+const Internals::Param* Internals::FindParam(const WantParams& params, const std::string& key) {
+    auto found = params.params_.find(key);
+    return found == params.params_.end() ? nullptr : &found->second->value;
+}
 
 napi_value MakeText(napi_env env, const std::string& text) {
     napi_value value = nullptr;
@@ -49,16 +56,16 @@ napi_value MakeText(napi_env env, const std::string& text) {
 
 napi_value MakeParamsObject(napi_env env, const WantParams& params) {
     std::vector<napi_property_descriptor> properties;
-    for (const auto& [key, param] : params.GetParams()) {
+    const bool isWhole = Internals::VisitParams(params, [&](const std::string& key, const auto& param) {
         napi_value name = MakeText(env, key);
         napi_value value = std::visit(ValueMaker{env}, param);
-        if (name == nullptr || value == nullptr) return nullptr;
         // Defined, not set: setting "__proto__" would change the prototype.
         properties.push_back(
             {nullptr, name, nullptr, nullptr, nullptr, value, napi_default_jsproperty, nullptr});
-    }
+        return name != nullptr && value != nullptr;
+    });
     napi_value object = nullptr;
-    if (napi_create_object(env, &object) != napi_ok ||
+    if (!isWhole || napi_create_object(env, &object) != napi_ok ||
         napi_define_properties(env, object, properties.size(), properties.data()) != napi_ok) {
         return nullptr;
     }
@@ -78,25 +85,40 @@ napi_value WrapWantParams(napi_env env, const AAFwk::WantParams& params) {
 
 namespace OHOS::AAFwk {
 
-void WantParams::SetParam(std::string key, Value value) {
-    params_.insert_or_assign(std::move(key), std::move(value));
-}
-
-const WantParams::Value* WantParams::GetParam(const std::string& key) const {
-    auto found = params_.find(key);
-    return found == params_.end() ? nullptr : &found->second;
-}
-
-int32_t WantParams::GetIntParam(const std::string& key, int32_t defaultValue) const {
-    const Value* value = GetParam(key);
-    const auto* number = value == nullptr ? nullptr : std::get_if<int32_t>(value);
+int WantParams::GetIntParam(const std::string& key, int defaultValue) const {
+    const auto* param = StandIn::Internals::FindParam(*this, key);
+    const auto* number = param == nullptr ? nullptr : std::get_if<int32_t>(param);
     return number == nullptr ? defaultValue : *number;
 }
 
 std::string WantParams::GetStringParam(const std::string& key) const {
-    const Value* value = GetParam(key);
-    const auto* text = value == nullptr ? nullptr : std::get_if<std::string>(value);
+    const auto* param = StandIn::Internals::FindParam(*this, key);
+    const auto* text = param == nullptr ? nullptr : std::get_if<std::string>(param);
     return text == nullptr ? std::string() : *text;
+}
+
+Want& Want::SetElementName(const std::string& bundleName, const std::string& abilityName) {
+    deviceId_.clear();
+    bundleName_ = bundleName;
+    abilityName_ = abilityName;
+    return *this;
+}
+
+#define SET_PARAM(type)                                        \
+    Want& Want::SetParam(const std::string& key, type value) { \
+        StandIn::Internals::SetParam(params_, key, value);     \
+        return *this;                                          \
+    }
+SET_PARAM(bool)
+SET_PARAM(int)
+SET_PARAM(double)
+SET_PARAM(const std::string&)
+SET_PARAM(const std::vector<std::string>&)
+SET_PARAM(const WantParams&)
+
+Want& Want::SetParams(const WantParams& params) {
+    params_ = params;
+    return *this;
 }
 
 }  // namespace OHOS::AAFwk

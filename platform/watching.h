@@ -17,7 +17,7 @@ namespace StandIn {
 /// their fields are those of `DeviceRecord` in device/index.d.ts.
 struct Happening {
     using Value = std::variant<double, std::string, std::vector<std::string>, OHOS::AAFwk::WantParams,
-                               OHOS::HiviewDFX::Event>;
+                               OHOS::HiviewDFX::HiAppEvent::Event>;
 
     const char* kind = "";
     std::vector<std::pair<const char*, Value>> fields;

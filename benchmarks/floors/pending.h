@@ -44,7 +44,8 @@ napi_value Request(napi_env env, napi_callback_info info, const char* method, in
     CheckNoException(env);
     SAY("OpenExtension", "begin Execute%{public}s", method);
     OHOS::AAFwk::Want want = MakeWant(type);
-    want.SetParam(key, std::move(record));
+    want.SetParam(key, record);
+    record = std::string();
     Open(pending, std::move(want));
     SAY("OpenExtension", "end Execute%{public}s", method);
     SAY("RunRequest", "end %{public}s", method);

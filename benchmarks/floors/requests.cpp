@@ -63,8 +63,8 @@ Want MakeWant(int32_t requestType) {
 
 void Open(Pending& pending, Want want) {
     SAY("StartUIExtensionAbility", "constructor ModalUICallback");
-    want.SetParam("ability.want.params.uiExtensionType", "sys/commonUI");
-    want.SetParam("traceId", "");
+    want.SetParam("ability.want.params.uiExtensionType", std::string("sys/commonUI"));
+    want.SetParam("traceId", std::string());
     SAY("GetUIContent", "GetUIContent abilityContext is not nullptr");
     OHOS::Ace::ModalUIExtensionCallbacks callbacks;
     callbacks.onRelease = [](int32_t) {};
@@ -72,9 +72,9 @@ void Open(Pending& pending, Want want) {
     callbacks.onReceive = [&pending](const WantParams& data) { Answer(pending, data); };
     callbacks.onError = [](int32_t, const std::string&, const std::string&) {};
     OHOS::Ace::ModalUIExtensionConfig config;
-    config.isBackBlocked = config.isBoundAsync = config.isCoverable = config.isKeptByRouter = true;
-    pending.sessionId = pending.context->GetUIContent()->CreateModalUIExtension(std::move(want),
-                                                                                std::move(callbacks), config);
+    config.isProhibitBack = config.isAllowedBeCovered = true;
+    config.prohibitedRemoveByRouter = config.prohibitedRemoveByNavigation = true;
+    pending.sessionId = pending.context->GetUIContent()->CreateModalUIExtension(want, callbacks, config);
     SAY("StartUIExtensionAbility", "StartUIExtensionAbility create modal succeeded");
 }
 
@@ -166,8 +166,8 @@ napi_value BindPlayer(napi_env env, napi_callback_info info) {
     CheckNoException(env);
     SAY("OpenExtension", "begin Execute%{public}s", "BindPlayer");
     Want want = MakeWant(7);
-    want.SetParam("thirdOpenId", std::move(openId));
-    want.SetParam("teamPlayerId", std::move(teamId));
+    want.SetParam("thirdOpenId", openId);
+    want.SetParam("teamPlayerId", teamId);
     Open(*pending, std::move(want));
     SAY("OpenExtension", "end Execute%{public}s", "BindPlayer");
     SAY("RunRequest", "end %{public}s", "BindPlayer");
@@ -190,17 +190,17 @@ napi_value Forget(napi_env /*env*/, napi_callback_info /*info*/) {
 }
 
 void ReportEnd(const char* api, int64_t begin, int32_t code) {
-    using namespace OHOS::HiviewDFX;
+    using namespace OHOS::HiviewDFX::HiAppEvent;
     const auto reporter = OHOS::DelayedSingleton<Reporter>::GetInstance();
-    Event event("api_diagnostic", "api_exec_end", EventType::BEHAVIOR);
+    Event event("api_diagnostic", "api_exec_end", BEHAVIOR);
     event.AddParam("trans_id", "transId_" + std::to_string(std::rand()));  // NOLINT(concurrency-mt-unsafe)
-    event.AddParam("api_name", api);
-    event.AddParam("sdk_name", "VelmorKit");
+    event.AddParam("api_name", std::string(api));
+    event.AddParam("sdk_name", std::string("VelmorKit"));
     event.AddParam("begin_time", begin);
     event.AddParam("end_time", Now());
-    event.AddParam("result", 0);
+    event.AddParam("result", int32_t{0});
     event.AddParam("error_code", code);
-    (void)Write(std::move(event));
+    (void)Write(event);
 }
 
 void ThrowError(napi_env env, int32_t code, const char* message) {

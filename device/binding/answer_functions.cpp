@@ -2,6 +2,7 @@
 #include <utility>
 
 #include "functions.h"
+#include "internals.h"
 #include "making.h"
 #include "modals.h"
 #include "pending_promise.h"
@@ -108,8 +109,8 @@ napi_value AnswerError(napi_env env, napi_callback_info info) {
         return nullptr;
     }
     WantParams params;
-    params.SetParam("name", std::move(nameText));
-    params.SetParam("message", std::move(messageText));
+    Internals::SetParam(params, "name", std::move(nameText));
+    Internals::SetParam(params, "message", std::move(messageText));
     return Give(env, id,
                 {Kind::ERROR, errorCode, std::move(params),
                  [](const Modal::Callbacks& callbacks, const Answer& answer) {

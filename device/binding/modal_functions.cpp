@@ -1,5 +1,6 @@
 #include "functions.h"
 #include "instance.h"
+#include "internals.h"
 #include "making.h"
 #include "reading.h"
 
@@ -11,20 +12,20 @@ napi_value MakeFlags(napi_env env, std::initializer_list<bool> flags) {
 }
 
 napi_value MakeWant(napi_env env, const Modal::Want& want) {
-    const auto& element = want.GetElement();
     return ObjectMaker(env)
-        .Text("bundleName", element.bundleName)
-        .Text("abilityName", element.abilityName)
-        .Text("deviceId", element.deviceId)
+        .Text("bundleName", Internals::BundleNameOf(want))
+        .Text("abilityName", Internals::AbilityNameOf(want))
+        .Text("deviceId", Internals::DeviceIdOf(want))
         .Set("parameters", MakeParamsObject(env, want.GetParams()))
         .Object();
 }
 
 napi_value MakeConfig(napi_env env, const Modal::Config& config) {
     return ObjectMaker(env)
-        .Set("leading", MakeFlags(env, {config.isBackBlocked, config.isKeyboardAvoided, config.isBoundAsync}))
-        .Set("trailing", MakeFlags(env, {config.isCoverable, config.isFocusKept, config.isTransparent,
-                                         config.isKeptByRouter}))
+        .Set("leading",
+             MakeFlags(env, {config.isProhibitBack, config.isAsyncModalBinding, config.isAllowedBeCovered}))
+        .Set("trailing", MakeFlags(env, {config.prohibitedRemoveByRouter, config.isAllowAddChildBelowModalUec,
+                                         config.isDensityFollowHost, config.prohibitedRemoveByNavigation}))
         .Object();
 }
 

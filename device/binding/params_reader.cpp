@@ -2,6 +2,7 @@
 #include <limits>
 #include <utility>
 
+#include "internals.h"
 #include "reading.h"
 
 namespace StandIn {
@@ -19,15 +20,15 @@ public:
 
     bool ReadObject(napi_value object, const std::string& name, WantParams& params) {
         return ForEachProperty(env_, object, name, [&](const std::string& key, napi_value value) {
-            WantParams::Value param;
+            Internals::Param param;
             if (!ReadParam(value, name + "." + key, param)) return false;
-            params.SetParam(key, std::move(param));
+            Internals::SetParam(params, key, std::move(param));
             return true;
         });
     }
 
 private:
-    bool ReadParam(napi_value value, const std::string& name, WantParams::Value& param) {
+    bool ReadParam(napi_value value, const std::string& name, Internals::Param& param) {
         napi_valuetype type = napi_undefined;
         (void)napi_typeof(env_, value, &type);
         switch (type) {
@@ -44,7 +45,7 @@ private:
         }
     }
 
-    bool ReadNumber(napi_value value, WantParams::Value& param) {
+    bool ReadNumber(napi_value value, Internals::Param& param) {
         using Int = std::numeric_limits<int32_t>;
         double number = 0;
         (void)napi_get_value_double(env_, value, &number);
@@ -57,7 +58,7 @@ private:
         return true;
     }
 
-    bool ReadArrayOrObject(napi_value value, const std::string& name, WantParams::Value& param) {
+    bool ReadArrayOrObject(napi_value value, const std::string& name, Internals::Param& param) {
         bool isArray = false;
         (void)napi_is_array(env_, value, &isArray);
         if (isArray) return ReadTexts(value, name, param.emplace<std::vector<std::string>>());
@@ -71,16 +72,14 @@ private:
         });
     }
 
-    bool ReadNested(napi_value object, const std::string& name, WantParams::Value& param) {
+    bool ReadNested(napi_value object, const std::string& name, Internals::Param& param) {
         if (depth_ == MAX_DEPTH) {
             return ThrowTypeError(env_, name + " is nested more than " + std::to_string(MAX_DEPTH) +
                                             " objects deep: an object must not contain itself");
         }
-        auto nested = std::make_shared<WantParams>();
         ++depth_;
-        const bool isRead = ReadObject(object, name, *nested);
+        const bool isRead = ReadObject(object, name, param.emplace<WantParams>());
         --depth_;
-        param = std::shared_ptr<const WantParams>(std::move(nested));
         return isRead;
     }
 

@@ -3,6 +3,7 @@
 
 #include "functions.h"
 #include "instance.h"
+#include "internals.h"
 #include "making.h"
 #include "reading.h"
 #include "records.h"
@@ -10,18 +11,24 @@
 namespace StandIn {
 namespace {
 
-using OHOS::HiviewDFX::Event;
-using OHOS::HiviewDFX::EventConfig;
-using OHOS::HiviewDFX::EventType;
-using OHOS::HiviewDFX::ReportConfig;
-using OHOS::HiviewDFX::TriggerCondition;
+using OHOS::HiviewDFX::HiAppEvent::Event;
+using OHOS::HiviewDFX::HiAppEvent::EventConfig;
+using OHOS::HiviewDFX::HiAppEvent::EventType;
+using OHOS::HiviewDFX::HiAppEvent::ReportConfig;
+using OHOS::HiviewDFX::HiAppEvent::TriggerCondition;
 
 struct ParamMaker {
     napi_env env;
 
+    napi_value operator()(bool flag) const { return MakeFlag(env, flag); }
+    napi_value operator()(double number) const { return MakeNumber(env, number); }
     napi_value operator()(int32_t number) const { return MakeNumber(env, number); }
     napi_value operator()(int64_t number) const { return MakeNumber(env, static_cast<double>(number)); }
     napi_value operator()(const std::string& text) const { return MakeText(env, text); }
+    template <typename Value>
+    napi_value operator()(const std::vector<Value>& values) const {
+        return MakeArray(env, values, [this](const Value& value) { return (*this)(value); });
+    }
 };
 
 const char* NameOf(EventType type) {
@@ -44,15 +51,20 @@ napi_value MakePair(napi_env env, const std::string& key, napi_value value) {
 }
 
 napi_value MakeEvent(napi_env env, const Event& event) {
-    napi_value params = MakeArray(env, event.GetParams(), [env](const auto& param) {
+    napi_value params = MakeArray(env, Internals::ParamsOf(event), [env](const auto& param) {
         return MakePair(env, param.first, std::visit(ParamMaker{env}, param.second));
     });
     return ObjectMaker(env)
-        .Text("domain", event.GetDomain())
-        .Text("name", event.GetName())
-        .Text("type", NameOf(event.GetType()))
+        .Text("domain", Internals::DomainOf(event))
+        .Text("name", Internals::NameOf(event))
+        .Text("type", NameOf(Internals::TypeOf(event)))
         .Set("params", params)
         .Object();
+}
+
+template <typename Texts>
+napi_value MakeTexts(napi_env env, const Texts& texts) {
+    return MakeArray(env, texts, [env](const std::string& text) { return MakeText(env, text); });
 }
 
 struct FieldMaker {
@@ -60,9 +72,7 @@ struct FieldMaker {
 
     napi_value operator()(double number) const { return MakeNumber(env, number); }
     napi_value operator()(const std::string& text) const { return MakeText(env, text); }
-    napi_value operator()(const std::vector<std::string>& texts) const {
-        return MakeArray(env, texts, [this](const std::string& text) { return MakeText(env, text); });
-    }
+    napi_value operator()(const std::vector<std::string>& texts) const { return MakeTexts(env, texts); }
     napi_value operator()(const OHOS::AAFwk::WantParams& params) const {
         return MakeParamsObject(env, params);
     }
@@ -72,18 +82,11 @@ struct FieldMaker {
 napi_value MakeTriggerCondition(napi_env env, const TriggerCondition& condition) {
     return ObjectMaker(env)
         .Number("row", condition.row)
+        .Number("size", condition.size)
         .Number("timeout", condition.timeout)
         .Flag("onStartup", condition.onStartup)
         .Flag("onBackground", condition.onBackground)
         .Object();
-}
-
-napi_value MakeTexts(napi_env env, const std::map<std::string, std::string>& texts) {
-    ObjectMaker object(env);
-    for (const auto& [key, text] : texts) {
-        object.Text(key.c_str(), text);
-    }
-    return object.Object();
 }
 
 napi_value MakeEventConfig(napi_env env, const EventConfig& config) {
@@ -99,12 +102,12 @@ napi_value MakeProcessor(napi_env env, const ReportConfig& config) {
         env, config.eventConfigs, [env](const EventConfig& event) { return MakeEventConfig(env, event); });
     return ObjectMaker(env)
         .Text("name", config.name)
-        .Text("debugMode", config.debugMode)
+        .Flag("debugMode", config.debugMode)
         .Text("routeInfo", config.routeInfo)
         .Text("appId", config.appId)
         .Set("triggerCond", MakeTriggerCondition(env, config.triggerCond))
-        .Set("userIds", MakeTexts(env, config.userIds))
-        .Set("userProperties", MakeTexts(env, config.userProperties))
+        .Set("userIdNames", MakeTexts(env, config.userIdNames))
+        .Set("userPropertyNames", MakeTexts(env, config.userPropertyNames))
         .Set("eventConfigs", eventConfigs)
         .Object();
 }

@@ -6,38 +6,46 @@
 #include <variant>
 #include <vector>
 
-namespace OHOS::HiviewDFX {
+namespace StandIn {
+struct Internals;
+}
 
-enum class EventType { FAULT = 1, STATISTIC = 2, SECURITY = 3, BEHAVIOR = 4 };
+namespace OHOS::HiviewDFX::HiAppEvent {
+
+enum EventType { FAULT = 1, STATISTIC = 2, SECURITY = 3, BEHAVIOR = 4 };
 
 /// One application event: its domain, name and type, and parameters in the order they were added.
+///
+/// There is no overload for `const char*`: a literal would be added as the boolean true.
 class Event {
 public:
-    using Value = std::variant<int32_t, int64_t, std::string>;
-    using Params = std::vector<std::pair<std::string, Value>>;
+    Event(const std::string& domain, const std::string& name, EventType type);
 
-    Event(std::string domain, std::string name, EventType type)
-        : domain_(std::move(domain)), name_(std::move(name)), type_(type) {
-        params_.reserve(USUAL_PARAMS);
-    }
-
-    void AddParam(std::string key, Value value) { params_.emplace_back(std::move(key), std::move(value)); }
-
-    const std::string& GetDomain() const { return domain_; }
-    const std::string& GetName() const { return name_; }
-    EventType GetType() const { return type_; }
-    const Params& GetParams() const { return params_; }
+    void AddParam(const std::string& key, bool value);
+    void AddParam(const std::string& key, int32_t value);
+    void AddParam(const std::string& key, int64_t value);
+    void AddParam(const std::string& key, double value);
+    void AddParam(const std::string& key, const std::string& value);
+    void AddParam(const std::string& key, const std::vector<bool>& value);
+    void AddParam(const std::string& key, const std::vector<int32_t>& value);
+    void AddParam(const std::string& key, const std::vector<int64_t>& value);
+    void AddParam(const std::string& key, const std::vector<double>& value);
+    void AddParam(const std::string& key, const std::vector<std::string>& value);
 
 private:
-    static constexpr size_t USUAL_PARAMS = 8;
+    friend struct StandIn::Internals;
+    using Value =
+        std::variant<bool, int32_t, int64_t, double, std::string, std::vector<bool>, std::vector<int32_t>,
+                     std::vector<int64_t>, std::vector<double>, std::vector<std::string>>;
 
     std::string domain_;
     std::string name_;
     EventType type_;
-    Params params_;
+    std::vector<std::pair<std::string, Value>> params_;
 };
 
-/// Writes `event` for the registered processors. Returns 0, or a negative error. Callable from any thread.
-int Write(Event event);
+/// Writes `event` for the registered processors. Returns 0, or another number if it fails. Callable from any
+/// thread.
+int Write(const Event& event);
 
-}  // namespace OHOS::HiviewDFX
+}  // namespace OHOS::HiviewDFX::HiAppEvent

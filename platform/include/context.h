@@ -17,6 +17,10 @@ public:
     /// The context of another module of the same application; empty if there is no such module.
     virtual std::shared_ptr<Context> CreateModuleContext(const std::string& moduleName) = 0;
 
+    /// The same of another application.
+    virtual std::shared_ptr<Context> CreateModuleContext(const std::string& bundleName,
+                                                         const std::string& moduleName) = 0;
+
     /// Empty if this context has no resources.
     virtual std::shared_ptr<Global::Resource::ResourceManager> GetResourceManager() const = 0;
 

@@ -7,7 +7,7 @@
 
 namespace OHOS::Global::Resource {
 
-enum RState { SUCCESS = 0, NOT_FOUND = 9001002 };
+enum RState { SUCCESS = 0, NOT_FOUND = 7, ERROR_CODE_RES_NOT_FOUND_BY_ID = 9001002 };
 
 /// Reads the resources of an application package. Each read sets `length`, in bytes, and `data`, which the
 /// caller then owns. A missing resource gives `NOT_FOUND` and length 0. Callable from any thread.

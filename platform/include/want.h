@@ -1,7 +1,7 @@
 #pragma once
 
 #include <string>
-#include <utility>
+#include <vector>
 
 #include "want_params.h"
 
@@ -10,34 +10,28 @@ namespace OHOS::AAFwk {
 /// A request to start an ability: the element that names it, and its parameters. A plain value type.
 class Want {
 public:
-    /// The ability's address; an empty device ID means the local device.
-    struct ElementName {
-        std::string deviceId;
-        std::string bundleName;
-        std::string abilityName;
-    };
-
     /// Addresses an ability of the local device.
-    Want& SetElementName(std::string bundleName, std::string abilityName) {
-        element_ = {"", std::move(bundleName), std::move(abilityName)};
-        return *this;
-    }
-    const ElementName& GetElement() const { return element_; }
+    Want& SetElementName(const std::string& bundleName, const std::string& abilityName);
 
-    Want& SetParam(std::string key, WantParams::Value value) {
-        params_.SetParam(std::move(key), std::move(value));
-        return *this;
-    }
+    /// Stores a value under `key`, replacing a value of any type. There is no overload for `const char*`: a
+    /// literal would be stored as the boolean true.
+    Want& SetParam(const std::string& key, bool value);
+    Want& SetParam(const std::string& key, int value);
+    Want& SetParam(const std::string& key, double value);
+    Want& SetParam(const std::string& key, const std::string& value);
+    Want& SetParam(const std::string& key, const std::vector<std::string>& value);
+    Want& SetParam(const std::string& key, const WantParams& value);
 
     const WantParams& GetParams() const { return params_; }
     /// Replaces all parameters.
-    Want& SetParams(WantParams params) {
-        params_ = std::move(params);
-        return *this;
-    }
+    Want& SetParams(const WantParams& params);
 
 private:
-    ElementName element_;
+    friend struct StandIn::Internals;
+
+    std::string deviceId_;  // empty: the local device
+    std::string bundleName_;
+    std::string abilityName_;
     WantParams params_;
 };
 

@@ -98,10 +98,10 @@ OHOS::Ace::UIContent* FakeWindow::GetUIContent() {
     return this;
 }
 
-int32_t FakeWindow::CreateModalUIExtension(OHOS::AAFwk::Want /*want*/, Callbacks callbacks,
-                                           OHOS::Ace::ModalUIExtensionConfig /*config*/) {
+int32_t FakeWindow::CreateModalUIExtension(const OHOS::AAFwk::Want& /*want*/, const Callbacks& callbacks,
+                                           const OHOS::Ace::ModalUIExtensionConfig& /*config*/) {
     Enter("CreateModalUIExtension");
-    opened.push_back(std::move(callbacks));
+    opened.push_back(callbacks);
     const auto id = static_cast<int32_t>(opened.size());
     whileOpening();
     return id;

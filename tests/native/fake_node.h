@@ -58,8 +58,8 @@ public:
     using Callbacks = OHOS::Ace::ModalUIExtensionCallbacks;
 
     UIContent* GetUIContent() override;
-    int32_t CreateModalUIExtension(OHOS::AAFwk::Want want, Callbacks callbacks,
-                                   OHOS::Ace::ModalUIExtensionConfig config) override;
+    int32_t CreateModalUIExtension(const OHOS::AAFwk::Want& want, const Callbacks& callbacks,
+                                   const OHOS::Ace::ModalUIExtensionConfig& config) override;
     void CloseModalUIExtension(int32_t sessionId) override;
 
     std::function<void()> whileOpening = [] {};  // run with the modal's callbacks among `opened`
@@ -69,6 +69,9 @@ public:
 
 private:
     std::shared_ptr<Context> CreateModuleContext(const std::string& /*name*/) override { return nullptr; }
+    std::shared_ptr<Context> CreateModuleContext(const std::string&, const std::string&) override {
+        return nullptr;
+    }
     std::shared_ptr<OHOS::Global::Resource::ResourceManager> GetResourceManager() const override {
         return {};
     }

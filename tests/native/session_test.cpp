@@ -61,9 +61,10 @@ protected:
     void Give(const Answer& answer) const {
         const auto callbacks = window.opened.back();
         const int32_t code = answer.code;
-        OHOS::AAFwk::WantParams data;
-        data.SetParam("resultCode", code);
-        data.SetParam("playableTime", answer.playableTime);
+        OHOS::AAFwk::Want answered;
+        answered.SetParam("resultCode", code);
+        answered.SetParam("playableTime", answer.playableTime);
+        const OHOS::AAFwk::WantParams& data = answered.GetParams();
         if (answer.kind == RESULT) callbacks.onResult(code, {});
         if (answer.kind == RECEIVE) callbacks.onReceive(data);
         if (answer.kind == ERROR) callbacks.onError(code, "", "");

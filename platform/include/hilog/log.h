@@ -1,6 +1,16 @@
 #pragma once
 
+#include <cstddef>
+
 /// The system log. Callable from any thread.
+
+/// What a source logs under, unless it redefines these two: its service domain, 20 bits, and its subject.
+#ifndef LOG_DOMAIN
+#define LOG_DOMAIN 0
+#endif
+#ifndef LOG_TAG
+#define LOG_TAG NULL
+#endif
 
 enum LogType { LOG_CORE = 3 };
 
@@ -14,7 +24,7 @@ enum LogLevel { LOG_DEBUG = 3, LOG_INFO = 4, LOG_WARN = 5, LOG_ERROR = 6, LOG_FA
 #endif
 
 /// Writes one line. `format` is a printf format whose conversions may carry a privacy mark after the percent
-/// sign, `%{public}d` or `%{private}s`; `domain` is the 20-bit service domain and `tag` the subject. A line
-/// is cut off at 4095 bytes. Returns 0, or a negative value if the tag is null.
+/// sign, `%{public}d` or `%{private}s`. A line is cut off at 4095 bytes. Returns the number of bytes written,
+/// or -1 if the tag is null.
 extern "C" int HiLogPrint(LogType type, LogLevel level, unsigned int domain, const char* tag,
                           const char* format, ...) HILOG_FORMAT_CHECK;
