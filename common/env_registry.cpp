@@ -23,11 +23,6 @@ struct EnvRegistry {
 // Never destroyed: detached threads may use it while the process exits.
 EnvRegistry& gEnvInfoList = *new EnvRegistry();
 
-struct ReferenceWork : uv_work_t {
-    std::shared_ptr<EnvInfo> envInfo;
-    napi_ref reference;
-};
-
 auto FindEnvInfo(const EnvInfo* info) {
     auto isSame = [info](const std::shared_ptr<EnvInfo>& entry) { return entry.get() == info; };
     return std::find_if(gEnvInfoList.infos.begin(), gEnvInfoList.infos.end(), isSame);
@@ -37,6 +32,25 @@ bool DeleteOwnReference(const EnvInfo* info, napi_ref reference) {
     if (!IsValidEnv(info)) return false;
     (void)napi_delete_reference(info->env, reference);
     return true;
+}
+
+class ReferenceWork final : public LoopWork {
+public:
+    ReferenceWork(std::shared_ptr<EnvInfo> info, napi_ref reference)
+        : envInfo_(std::move(info)), reference_(reference) {}
+    void Run() override { (void)DeleteOwnReference(std::exchange(envInfo_, nullptr).get(), reference_); }
+
+private:
+    std::shared_ptr<EnvInfo> envInfo_;
+    napi_ref reference_;
+};
+
+// The only call of the platform under the lock.
+QueueStatus SubmitToLoop(const EnvInfo& info, LoopWork& work) {
+    std::shared_lock<std::shared_mutex> guard(gEnvInfoList.mutex);
+    uv_loop_t* loop = nullptr;
+    if (!info.isRegistered || napi_get_uv_event_loop(info.env, &loop) != napi_ok) return QueueStatus::NO_LOOP;
+    return LoopQueue::Submit(work, loop) ? QueueStatus::QUEUED : QueueStatus::REFUSED;
 }
 
 }  // namespace
@@ -86,27 +100,24 @@ bool IsValidEnv(const EnvInfo* info) {
     return info->isRegistered;
 }
 
-QueueStatus QueueOnLoop(const std::shared_ptr<EnvInfo>& info, uv_work_t* work, uv_after_work_cb after) {
+QueueStatus QueueOnLoop(const std::shared_ptr<EnvInfo>& info, std::unique_ptr<LoopWork>& work) {
     if (work == nullptr || info == nullptr) return QueueStatus::NO_LOOP;
-    std::shared_lock<std::shared_mutex> guard(gEnvInfoList.mutex);
-    uv_loop_t* loop = nullptr;
-    if (!info->isRegistered || napi_get_uv_event_loop(info->env, &loop) != napi_ok) {
-        return QueueStatus::NO_LOOP;
+    const std::shared_ptr<LoopQueue> queue = info->queue;
+    const uint64_t ticket = queue->Add(*work);
+    const QueueStatus status = SubmitToLoop(*info, *work);
+    if (status != QueueStatus::QUEUED) {
+        queue->Remove(ticket);
+        return status;
     }
-    auto doNothing = [](uv_work_t*) {};
-    return uv_queue_work(loop, work, doNothing, after) == 0 ? QueueStatus::QUEUED : QueueStatus::REFUSED;
+    (void)work.release();  // it may have run, and be gone
+    queue->Accept(ticket);
+    return status;
 }
 
 bool DeleteReference(const std::shared_ptr<EnvInfo>& info, napi_ref reference) {
     if (info == gEnvInfo) return DeleteOwnReference(info.get(), reference);
-    auto deleteThere = [](uv_work_t* work, int /*status*/) {
-        std::unique_ptr<ReferenceWork> owned(static_cast<ReferenceWork*>(work));
-        (void)DeleteOwnReference(owned->envInfo.get(), owned->reference);
-    };
-    std::unique_ptr<ReferenceWork> work(new (std::nothrow) ReferenceWork{{}, info, reference});
-    if (QueueOnLoop(info, work.get(), deleteThere) != QueueStatus::QUEUED) return false;
-    (void)work.release();
-    return true;
+    std::unique_ptr<LoopWork> work(new (std::nothrow) ReferenceWork(info, reference));
+    return QueueOnLoop(info, work) == QueueStatus::QUEUED;
 }
 
 }  // namespace TAVIK::GAME_PLAYER

@@ -1,10 +1,9 @@
 #pragma once
 
-#include <uv.h>
-
 #include <atomic>
 #include <memory>
 
+#include "common/loop_work.h"
 #include "napi/native_api.h"
 
 namespace TAVIK::GAME_PLAYER {
@@ -15,6 +14,7 @@ struct EnvInfo {
     explicit EnvInfo(napi_env jsEnv) : env(jsEnv) {}
     const napi_env env;
     std::atomic<bool> isRegistered{false};  // set by the registry alone
+    const std::shared_ptr<LoopQueue> queue = std::make_shared<LoopQueue>();
 };
 
 /// The environment of this JS thread, set when the module is first loaded; empty on other threads.
@@ -36,10 +36,10 @@ enum class QueueStatus {
     REFUSED,  // the event loop did not accept the work
 };
 
-/// Queues `work`, a zeroed work request or null, so that `after` is called with it on the JS thread of
-/// `info`. If the status is QUEUED, `after` must delete `work`; otherwise the caller still owns it. The
-/// environment cannot end meanwhile. Any thread.
-QueueStatus QueueOnLoop(const std::shared_ptr<EnvInfo>& info, uv_work_t* work, uv_after_work_cb after);
+/// Queues `work`, which may be null, to run on the JS thread of `info`, after all that was queued for it
+/// before. Takes it if the status is QUEUED; otherwise `work` stays the caller's. The environment cannot end
+/// meanwhile. Any thread.
+QueueStatus QueueOnLoop(const std::shared_ptr<EnvInfo>& info, std::unique_ptr<LoopWork>& work);
 
 /// Deletes a reference of an environment: immediately on its JS thread, otherwise later on that thread. False
 /// if it cannot: the environment has ended, or its event loop accepts no work. Any thread.

@@ -16,12 +16,6 @@ struct EventCallbackHook {
     GamePlayerEventCallback* registry;
 };
 
-/// One event on its way to one listener.
-struct EventWork : uv_work_t {
-    std::shared_ptr<const GameEventResult> result;
-    std::weak_ptr<EventCallback> listener;
-};
-
 auto IsOf(const std::shared_ptr<EnvInfo>& envInfo, napi_env env) {
     return [envInfo = envInfo.get(), env](const std::shared_ptr<EventCallback>& listener) {
         return listener->envInfo.get() == envInfo && listener->env == env;
@@ -56,19 +50,22 @@ const EventCallback* FindListener(napi_env env, const std::vector<std::weak_ptr<
     return nullptr;
 }
 
-void QueueEvent(std::unique_ptr<EventWork> eventWork, const std::shared_ptr<EnvInfo>& envInfo,
-                uv_after_work_cb deliver) {
-    const QueueStatus status = QueueOnLoop(envInfo, eventWork.get(), deliver);
-    if (status == QueueStatus::QUEUED) {
-        (void)eventWork.release();
-    } else if (status == QueueStatus::NO_LOOP) {
-        GAME_LOGE("OnEventCallback work is nullptr or get loop failed");
-    } else {
-        GAME_LOGE("OnEventCallback uv_queue_work call failed");
-    }
-}
-
 }  // namespace
+
+/// One event on its way to one listener.
+class GamePlayerEventCallback::EventWork final : public LoopWork {
+public:
+    EventWork(std::shared_ptr<const GameEventResult> result, std::weak_ptr<EventCallback> listener)
+        : result_(std::move(result)), listener_(std::move(listener)) {}
+    void Run() override {
+        const auto result = std::move(result_);
+        DoGameEventWork(std::exchange(listener_, {}).lock(), *result);
+    }
+
+private:
+    std::shared_ptr<const GameEventResult> result_;
+    std::weak_ptr<EventCallback> listener_;
+};
 
 EventCallback::~EventCallback() {
     if (callbackRef != nullptr) {
@@ -206,19 +203,22 @@ void GamePlayerEventCallback::OnEventCallback(GameEventResult event) {
         return;
     }
     for (auto& listener : *listeners) {
-        std::unique_ptr<EventWork> eventWork(new (std::nothrow) EventWork{{}, result, std::move(listener)});
-        QueueEvent(std::move(eventWork), envInfo, DoGameEventWork);
+        std::unique_ptr<LoopWork> work(new (std::nothrow) EventWork(result, std::move(listener)));
+        const QueueStatus status = QueueOnLoop(envInfo, work);
+        if (status == QueueStatus::NO_LOOP) {
+            GAME_LOGE("OnEventCallback work is nullptr or get loop failed");
+        } else if (status == QueueStatus::REFUSED) {
+            GAME_LOGE("OnEventCallback uv_queue_work call failed");
+        }
     }
     GAME_LOGI("OnEventCallback uv_queue_work success");
 }
 
-void GamePlayerEventCallback::DoGameEventWork(uv_work_t* work, int /*status*/) {
+void GamePlayerEventCallback::DoGameEventWork(std::shared_ptr<EventCallback> listener,
+                                              const GameEventResult& result) {
     GAME_LOGI("DoGameEventWork enter");
-    std::unique_ptr<EventWork> eventWork(static_cast<EventWork*>(work));
-    std::shared_ptr<EventCallback> listener = eventWork->listener.lock();
     if (listener == nullptr) return;
-    const std::optional<napi_status> status = CallListener(std::move(listener), *eventWork->result);
-    eventWork.reset();
+    const std::optional<napi_status> status = CallListener(std::move(listener), result);
     if (status) GAME_LOGI("DoGameEventWork exit, callBack status %{public}d", *status == napi_ok ? 1 : 0);
 }
 

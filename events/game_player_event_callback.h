@@ -69,6 +69,7 @@ public:
     void OnEventCallback(GameEventResult event);
 
 private:
+    class EventWork;
     using Listeners = std::vector<std::shared_ptr<EventCallback>>;
     using WeakListeners = std::optional<std::vector<std::weak_ptr<EventCallback>>>;
 
@@ -78,7 +79,7 @@ private:
     void AssembleEventCallback(napi_env env, napi_value callback, napi_value thisArg,
                                EventCallback& eventCallback);
     void RemoveListeners(const std::string& eventType, napi_env env, const EventCallback* only);
-    static void DoGameEventWork(uv_work_t* work, int status);
+    static void DoGameEventWork(std::shared_ptr<EventCallback> listener, const GameEventResult& result);
     static std::optional<napi_status> CallListener(std::shared_ptr<EventCallback> listener,
                                                    const GameEventResult& result);
     static napi_value AssembleEventResult(napi_env env, const GameEventResult& result);

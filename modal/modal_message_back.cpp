@@ -68,7 +68,13 @@ bool SettleRequest(BaseContext& request) {
 }  // namespace
 
 /// Sent to the JS thread: a request whose result is in its context.
-struct ModalUICallback::WorkData : uv_work_t {
+struct ModalUICallback::WorkData final : LoopWork {
+    explicit WorkData(std::shared_ptr<ModalUICallback> session) : modalUICallback(std::move(session)) {}
+    void Run() override {
+        const std::shared_ptr<ModalUICallback> session = std::move(modalUICallback);
+        session->SendMessageBackWork(std::move(context));
+    }
+
     std::shared_ptr<ModalUICallback> modalUICallback;
     std::shared_ptr<BaseContext> context;
 };
@@ -94,14 +100,12 @@ void ModalUICallback::SendMessageBack(Decision decision, int32_t code, const cha
 
 // This thread keeps no reference to what it queues, so the delivery destroys the context, on the JS thread.
 void ModalUICallback::QueueMessageBack(std::shared_ptr<BaseContext> request, bool isLateStart) {
-    std::unique_ptr<WorkData> workData(new (std::nothrow) WorkData{{}, shared_from_this(), nullptr});
+    auto* workData = new (std::nothrow) WorkData(shared_from_this());
     if (workData != nullptr) workData->context.swap(request);
-    const QueueStatus status = QueueOnLoop(envInfo_, workData.get(), SendMessageBackWork);
-    if (status == QueueStatus::QUEUED) {
-        (void)workData.release();
-        return;
-    }
-    if (workData != nullptr) workData->context.swap(request);
+    std::unique_ptr<LoopWork> work(workData);
+    const QueueStatus status = QueueOnLoop(envInfo_, work);
+    if (status == QueueStatus::QUEUED) return;
+    if (work != nullptr) workData->context.swap(request);
     if (status == QueueStatus::REFUSED) {
         GAME_LOGE("%{public}s uv_queue_work call failed",
                   isLateStart ? "DelayStartUIExtensionAbility" : "SendMessageBack");
@@ -113,18 +117,15 @@ void ModalUICallback::QueueMessageBack(std::shared_ptr<BaseContext> request, boo
     DoMessageBackException(std::move(request));
 }
 
-void ModalUICallback::SendMessageBackWork(uv_work_t* work, int /*status*/) {
-    std::unique_ptr<WorkData> workData(static_cast<WorkData*>(work));
-    ModalUICallback& session = *workData->modalUICallback;
-    BaseContext& request = *workData->context;
-    const bool isAlive = IsValidEnv(request.envInfo);
-    if (isAlive && SettleRequest(request)) {
-        session.DoMessageBackSuccess(std::move(workData->context));
+void ModalUICallback::SendMessageBackWork(std::shared_ptr<BaseContext> request) {
+    const bool isAlive = IsValidEnv(envInfo_);
+    if (isAlive && SettleRequest(*request)) {
+        DoMessageBackSuccess(std::move(request));
         return;
     }
     GAME_LOGE("SendMessageBackWork %{public}s",
               isAlive ? "open handle scope failed" : "context is null or invalid env");
-    session.DoMessageBackException(std::move(workData->context));
+    DoMessageBackException(std::move(request));
 }
 
 void ModalUICallback::DoMessageBackSuccess(std::shared_ptr<BaseContext> request) {

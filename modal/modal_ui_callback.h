@@ -101,7 +101,7 @@ private:
 
     // Delivering.
     void QueueMessageBack(std::shared_ptr<BaseContext> request, bool isLateStart);
-    static void SendMessageBackWork(uv_work_t* work, int status);
+    void SendMessageBackWork(std::shared_ptr<BaseContext> request);
     void DoMessageBackSuccess(std::shared_ptr<BaseContext> request);
     void DoMessageBackException(std::shared_ptr<BaseContext> request);
 
