@@ -194,6 +194,13 @@ export function onRecord(handler: ((record: DeviceRecord) => void) | null): void
  */
 export function answerOn(thread: 'ui' | 'caller'): void;
 
+/**
+ * Sets in which order the event loops of all environments complete the module's work: first in, first out ('fifo', the
+ * default), or in an order that is drawn from `seed`, an integer from 0, by default 1. A device promises no order, and
+ * the module delivers results and events in their own order all the same.
+ */
+export function queueOrder(order: 'fifo' | 'any', seed?: number): void;
+
 /** The device's time. The module's clock and all its waits use it. */
 export const clock: {
     /** Follows the real clock from now on, `rate` times as fast: 60 is a minute per second. Default 1. */

@@ -210,6 +210,7 @@ const device = {
     onExit,
     onRecord,
     answerOn: binding.answerOn,
+    queueOrder: binding.queueOrder,
     clock: {
         real: timers.real,
         manual: timers.manual,

@@ -2,6 +2,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <utility>
 
 #include "forever.h"
 
@@ -19,6 +20,14 @@ thread_local napi_env gModuleEnv = nullptr;
 thread_local napi_ref gExports = nullptr;  // freed with the environment
 thread_local Environment* gCurrent = nullptr;
 thread_local napi_env gLastOwn = nullptr;  // known to be alive and to belong to this thread
+
+/// How completions are ordered.
+struct QueueOrder {
+    std::mutex mutex;      // guards what follows
+    uint64_t setting = 0;  // how often it was set
+    bool isAny = false;
+    uint32_t seed = 0;
+};
 
 template <typename Map>
 std::shared_ptr<Environment> Find(Map Registry::*map, typename Map::key_type key) {
@@ -103,6 +112,7 @@ void Environment::End() {
         hasEnded_ = true;
         rest.swap(queue_);
     }
+    Reorder(rest);
     for (const Item& item : rest) {
         item.job(true);
     }
@@ -119,10 +129,12 @@ void Environment::End() {
     });
 }
 
-bool Environment::Post(napi_env env, Job job) {
+bool Environment::Post(napi_env env, Job job) { return Add({env, std::move(job)}); }
+
+bool Environment::Add(Item item) {
     std::lock_guard<std::mutex> guard(mutex_);
     if (hasEnded_) return false;
-    queue_.push_back({env, std::move(job)});
+    queue_.push_back(std::move(item));
     if (queue_.size() == 1) {
         if (IsLoopThread()) UpdateRef();
         (void)uv_async_send(&async_);
@@ -131,9 +143,34 @@ bool Environment::Post(napi_env env, Job job) {
 }
 
 bool Environment::PostTo(const uv_loop_t* loop, Job job) {
-    if (gCurrent != nullptr && gCurrent->loop_ == loop) return gCurrent->Post(nullptr, std::move(job));
+    Item item{nullptr, std::move(job), true};
+    if (gCurrent != nullptr && gCurrent->loop_ == loop) return gCurrent->Add(std::move(item));
     auto environment = OfLoop(loop);
-    return environment != nullptr && environment->Post(nullptr, std::move(job));
+    return environment != nullptr && environment->Add(std::move(item));
+}
+
+void Environment::SetQueueOrder(bool isAny, uint32_t seed) {
+    auto& order = Forever<QueueOrder>();
+    std::lock_guard<std::mutex> guard(order.mutex);
+    ++order.setting;
+    order.isAny = isAny;
+    order.seed = seed;
+}
+
+void Environment::Reorder(std::vector<Item>& items) {
+    {
+        auto& order = Forever<QueueOrder>();
+        std::lock_guard<std::mutex> guard(order.mutex);
+        if (!order.isAny) return;
+        if (std::exchange(randomOf_, order.setting) != order.setting) random_.seed(order.seed);
+    }
+    std::vector<Item*> completions;
+    for (Item& item : items) {
+        if (item.isCompletion) completions.push_back(&item);
+    }
+    for (size_t left = completions.size(); left > 1; --left) {
+        std::swap(*completions[left - 1], *completions[random_() % left]);
+    }
 }
 
 LoopHold Environment::Hold() {
@@ -173,6 +210,7 @@ void Environment::RunQueued() {
         batch.swap(queue_);
         queue_.swap(spare_);
     }
+    Reorder(batch);
     for (const Item& item : batch) {
         RunItem(item);
     }

@@ -7,6 +7,7 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <random>
 #include <thread>
 #include <unordered_map>
 #include <vector>
@@ -39,9 +40,12 @@ public:
     /// module's own) becomes an uncaught exception. The loop stays alive until the job has run. Returns false
     /// and drops the job if the environment has ended.
     bool Post(napi_env env, Job job);
-    /// Any thread. The same for the environment of `loop`, with the module's `napi_env` there. False if there
-    /// is no such environment.
+    /// Any thread. The same for a request of the module that `loop` completes, with the module's `napi_env`
+    /// there. False if there is no such environment.
     static bool PostTo(const uv_loop_t* loop, Job job);
+    /// Any thread. How completions come from now on: in any order, drawn from `seed`, or else first in, first
+    /// out. Each takes the place of another one, so that whatever was queued after them all comes after them.
+    static void SetQueueOrder(bool isAny, uint32_t seed = 0);
 
     /// Any thread.
     LoopHold Hold();
@@ -54,11 +58,14 @@ private:
     struct Item {
         napi_env env;
         Job job;
+        bool isCompletion = false;
     };
 
     explicit Environment(uv_loop_t* loop) : loop_(loop) {}
     void Start(napi_env env);
     void Unhold();
+    bool Add(Item item);
+    void Reorder(std::vector<Item>& items);
     bool IsLoopThread() const { return std::this_thread::get_id() == thread_; }
     void ChangeRef();
     void UpdateRef();
@@ -74,6 +81,8 @@ private:
     napi_env scopeEnv_ = nullptr;
     napi_async_context asyncContext_ = nullptr;
     napi_async_cleanup_hook_handle cleanupHandle_ = nullptr;
+    std::mt19937 random_;    // this and the next: on the JS thread only
+    uint64_t randomOf_ = 0;  // the setting of the order that seeded it
 
     std::mutex mutex_;  // guards what follows
     std::vector<Item> queue_;

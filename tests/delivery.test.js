@@ -3,9 +3,9 @@
 // When and how results reach the game, and what keeps the process alive until then.
 
 const assert = require('node:assert/strict');
-const { device, expectChild, game, test, turn } = require('./support');
+const { device, expectChild, game, inBothOrders, turn } = require('./support');
 
-for (const thread of ['ui', 'caller']) {
+inBothOrders((test) => ['ui', 'caller'].forEach((thread) => {
     test(`answers on the ${thread} thread arrive later, in their order, microtasks running in between`, async () => {
         const seen = [];
         for (let i = 0; i < 8; ++i) {
@@ -23,16 +23,18 @@ for (const thread of ['ui', 'caller']) {
         await turn();
         assert.deepEqual(seen, ['went on', ...order.flatMap((i) => [`${i} undefined`, `after ${i}`])]);
     });
-}
+}));
 
 for (const [what, body, out] of [
-    ['an answer and a delivery on their way keep the process, as an onModal does', async ({ game, device }) => {
+    ['an answer and a delivery on their way keep the process, as an onModal does', async ({ game, device, setQueueOrder }) => {
+        setQueueOrder();
         game.init(device.createAbilityContext(), () => console.log('called'));
         void device.modals()[0].result(0);
         device.onModal((modal) => void modal.receive({ resultCode: 0 }));
         console.log(await game.bindPlayer(device.createAbilityContext(), 'o', 't'));
     }, ['called', 'undefined']],
-    ['a request that waits for its window keeps the process until its modal opens, no longer', ({ game, device }) => {
+    ['a request that waits for its window keeps the process until its modal opens, no longer', ({ game, device, setQueueOrder }) => {
+        setQueueOrder();
         const context = device.createAbilityContext({ window: false });
         device.clock.real(100);
         game.getLocalPlayer(context).then(() => console.log('settled'));
@@ -40,7 +42,8 @@ for (const [what, body, out] of [
         process.on('exit', () => console.log(device.modals().length, device.modals()[0].isOpen));
     }, ['1 true']],
     ['a request without an answer keeps no process, nor do released modals, listeners or limits', async (support) => {
-        const { game, device, start, answer } = support;
+        const { game, device, start, answer, setQueueOrder } = support;
+        setQueueOrder();
         game.on('playerChanged', () => {});
         game.launchAntiAddiction(device.createAbilityContext(), 60, 'text', 6);
         start('prePurchase');
@@ -51,5 +54,5 @@ for (const [what, body, out] of [
         console.log(released.state[0], released.modal.isOpen, answered.state[0], answered.modal.isOpen);
     }, ['pending false resolved true']],
 ]) {
-    test(what, () => expectChild(body, { out }));
+    inBothOrders((test) => test(what, () => expectChild(body, { out })));
 }

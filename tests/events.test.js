@@ -3,7 +3,7 @@
 // Listeners, their events, and the methods that make no request.
 
 const assert = require('node:assert/strict');
-const { SYSTEM_ERROR, attempt, countLogs, device, ends, game, test, turn } = require('./support');
+const { SYSTEM_ERROR, attempt, countLogs, device, ends, game, inBothOrders, test, turn } = require('./support');
 const { assertAgrees, call, callOf } = require('./support/oracle');
 
 const CHANGED = 'playerChanged';
@@ -49,7 +49,7 @@ for (const [what, steps] of [
         raise('y')]],
     ['may call the module while they run', [on({ fn: 'call', as: 'call' }), on(a), raise('x')]],
 ]) {
-    test(`listeners ${what}`, () => assertAgrees(steps));
+    inBothOrders((test) => test(`listeners ${what}`, () => assertAgrees(steps)));
 }
 
 test('a listener gets one argument, on the receiver of "on", and never before the call has returned', async () => {
@@ -97,7 +97,7 @@ for (const [failing, log] of [
     ['napi_open_handle_scope', 'DoGameEventWork scope is nullptr'],
     ['napi_get_reference_value', 'DoGameEventWork enter'],
 ]) {
-    test(`a failing ${failing} costs its listener the event and no other one`, async () => {
+    inBothOrders((test) => test(`a failing ${failing} costs its listener the event and no other one`, async () => {
         const heard = [];
         ['1', '2', '3'].forEach((name) => game.on(CHANGED, ({ resultInfo }) => heard.push(name + resultInfo)));
         device.failNext(failing);
@@ -107,5 +107,5 @@ for (const [failing, log] of [
         }
         assert.deepEqual(heard, ['2x', '3x', '1y', '2y', '3y']);
         assert.ok(countLogs(log) >= 1);
-    });
+    }));
 }

@@ -7,6 +7,8 @@ const assert = require('node:assert/strict');
 const { countLogs, device, expectChild, nextMessage, startWorker, test } = require('./support');
 const { SCENARIOS, leftovers, playInWorker, playNext, prepare, refusals, runOut } = require('./support/scenarios.js');
 
+// Each step is tried with both.
+const ORDERS = ['fifo', 'any'];
 const STATUS = { 'terminate()': 1, 'process.exit()': 7, 'an uncaught exception': 1, 'its own end': 0 };
 
 /** Ends a Worker in one of the ways of ENDS. Resolves to its exit status. */
@@ -38,10 +40,11 @@ async function assertUnharmed() {
 }
 
 for (const [scenario, { length: steps }] of Object.entries(SCENARIOS)) {
-    for (const [end, status] of Object.entries(STATUS)) {
+    for (const [i, [end, status]] of Object.entries(STATUS).entries()) {
         test(`${scenario}: an environment that ends by ${end} at any step`, async () => {
             for (let step = 0; step < steps; ++step) {
                 prepare(['ui', 'caller'][step % 2]);
+                device.queueOrder(ORDERS[(step + i) % 2]);
                 assert.equal(await endOf(playInWorker(scenario, step, end), end), status, `step ${step}`);
                 await assertUnharmed();
             }
@@ -55,7 +58,7 @@ for (const [scenario, { length: steps }] of Object.entries(SCENARIOS)) {
                     const { playUntil, prepare } = require(`${ROOT}/tests/support/scenarios.js`);
                     prepare('caller');
                     return playUntil(() => {}, ...args);
-                }, { args: [scenario, step, end], code: STATUS[end] });
+                }, { args: [scenario, step, end], code: STATUS[end], env: { GAMEAPI_TEST_QUEUE_ORDER: ORDERS[step % 2] } });
             }
         }
     });
@@ -64,6 +67,7 @@ for (const [scenario, { length: steps }] of Object.entries(SCENARIOS)) {
 test('answers that come while their environment ends find it whole or gone', async () => {
     for (let round = 0; round < 20; ++round) {
         prepare('ui');
+        device.queueOrder(ORDERS[round % 2], round);
         const worker = startWorker(({ game, start, parentPort }) => {
             game.on('playerChanged', () => {});
             Array.from({ length: 10 }, () => start('getLocalPlayer'));

@@ -54,6 +54,22 @@ napi_value ChangeSystemApp(napi_env env, napi_callback_info info) {
     return nullptr;
 }
 
+napi_value QueueOrder(napi_env env, napi_callback_info info) {
+    const auto [orderValue, seedValue] = Arguments<2>(env, info);
+    std::string order;
+    uint64_t seed = 1;
+    if (!ReadText(env, orderValue, "order", order) ||
+        (!IsOfType(env, seedValue, napi_undefined) && !ReadCount(env, seedValue, "seed", 0, seed))) {
+        return nullptr;
+    }
+    if (order != "fifo" && order != "any") {
+        (void)ThrowUnexpected(env, "order", "'fifo' or 'any'", orderValue);
+        return nullptr;
+    }
+    Environment::SetQueueOrder(order == "any", static_cast<uint32_t>(seed));
+    return nullptr;
+}
+
 napi_value OnExit(napi_env env, napi_callback_info info) {
     const napi_value handler = Arguments<1>(env, info)[0];
     if (IsOfType(env, handler, napi_null)) {
@@ -80,6 +96,7 @@ napi_value Reset(napi_env env, napi_callback_info /*info*/) {
     Faults::Reset();
     Modals::Get().Reset();
     UiThread::Get().SetBypassed(false);
+    Environment::SetQueueOrder(false);
     Clock::Get().Reset();
     DropWindowWaits();
     GameEnd::Reset();
@@ -96,6 +113,7 @@ bool DefineControlFunctions(napi_env env, napi_value exports) {
                            {{"failNext", FailNext},
                             {"faults", ListFaults},
                             {"setSystemApp", ChangeSystemApp},
+                            {"queueOrder", QueueOrder},
                             {"onExit", OnExit},
                             {"say", SayText},
                             {"moduleExports", GetModuleExports},

@@ -4,7 +4,7 @@
 
 const { isDeepStrictEqual, inspect } = require('node:util');
 const { Worker } = require('node:worker_threads');
-const { game, device, once } = require('../../tests/support');
+const { game, device, once, reset } = require('../../tests/support');
 const { Model } = require('./model');
 const { Player } = require('./player');
 
@@ -67,8 +67,7 @@ class Comparison {
     async begin() {
         main.begin();
         game.syncTraceId('');
-        device.reset();
-        device.clock.manual();
+        reset();
         device.answerOn(this.thread);
         this.gameEnd = null;
         device.onExit(({ reason, code }) => { this.gameEnd = [reason, code]; });

@@ -2,6 +2,7 @@
 
 // One sequence of steps, drawn from a seed while it is played. The last step ends the game if possible.
 
+const { device } = require('../../tests/support');
 const { Comparison } = require('./comparison');
 const { Generator, seeded } = require('./generator');
 
@@ -12,12 +13,13 @@ class Sequence extends Comparison {
         // The order of all log lines is defined only if every answer runs on this thread, without Workers.
         const isStrict = mode < 0.6;
         super({ isStrict, thread: isStrict || random() < 0.3 ? 'caller' : 'ui' });
-        Object.assign(this, { random, isWatched, hasWorkers: mode > 0.9 });
+        Object.assign(this, { seed, random, isWatched, hasWorkers: mode > 0.9 });
         this.steps = steps || 10 + Math.floor(random() * 40);
     }
 
     async begin() {
         await super.begin();
+        device.queueOrder(this.seed % 2 === 0 ? 'fifo' : 'any', this.seed);
         this.generator = new Generator(this.random, this.model, !this.isStrict, this.hasWorkers);
     }
 

@@ -22,7 +22,16 @@ process.env.GAMEAPI_EXIT_STATUS ??= '1';
 const loadGame = () => require(ROOT);
 const loadDevice = () => require(path.join(ROOT, 'device'));
 
-/** Resets the device, with the manual clock and without listeners. */
+const setQueueOrder = () => loadDevice().queueOrder(process.env.GAMEAPI_TEST_QUEUE_ORDER || 'fifo');
+
+/** Resets the device, with the manual clock, and with the order of queues that this process was started with. */
+function reset() {
+    loadDevice().reset();
+    loadDevice().clock.manual();
+    setQueueOrder();
+}
+
+/** The same, without listeners. */
 function fresh() {
     const [game, device] = [loadGame(), loadDevice()];
     device.reset();
@@ -30,8 +39,18 @@ function fresh() {
     game.off('playerChanged');
     game.off('gameAddictionPrevented');
     game.syncTraceId('');
-    device.reset();
-    device.clock.manual();
+    reset();
+}
+
+/** Defines tests twice: with queues that are first in, first out, and with queues in any order. */
+function inBothOrders(define) {
+    for (const order of ['fifo', 'any']) {
+        define((title, body) => test(`${title} (${order})`, () => {
+            process.env.GAMEAPI_TEST_QUEUE_ORDER = order;
+            reset();
+            return body();
+        }));
+    }
 }
 
 /** A test on a fresh device, which is reset afterwards. */
@@ -41,6 +60,7 @@ function test(title, body) {
         try {
             await body();
         } finally {
+            delete process.env.GAMEAPI_TEST_QUEUE_ORDER;
             loadDevice().reset();
         }
     });
@@ -186,6 +206,6 @@ module.exports = {
     get game() { return loadGame(); },
     get device() { return loadDevice(); },
     CALLS, LIMIT_MS, METHODS, PAGES, PARAMETER_ERROR, REQUESTS, ROOT, SYSTEM_ERROR,
-    answer, attempt, countLogs, ends, expectChild, gather, nextMessage, once, parentPort, roundTrip, rulesOf, runInChild, sleepers, start, startWorker, test, timeUp, track, turn,
-    wantOf,
+    answer, attempt, countLogs, ends, expectChild, gather, inBothOrders, nextMessage, once, parentPort, reset, roundTrip,
+    rulesOf, runInChild, setQueueOrder, sleepers, start, startWorker, test, timeUp, track, turn, wantOf,
 };

@@ -189,8 +189,7 @@ function leftovers() {
 
 /** Resets the device to what a scenario needs. */
 function prepare(mode) {
-    device.reset();
-    device.clock.manual();
+    support.reset();
     device.setSystemApp(true);
     device.answerOn(mode);
 }
