@@ -87,7 +87,7 @@ for (const [folder, allowed] of [['service', ['service', 'device/index.js', 'err
 }
 
 test('built for a device, the module needs Node-API, libuv and the platform as listed, and the libraries of C and C++', () => {
-    const imported = symbols('../device/libgame_player_extension_ability.so', '--undefined-only');
+    const imported = symbols('../device/module/core/velmor/libgameplayerextensionability.z.so', '--undefined-only');
     const listed = firstGroups(read('platform/wrap/calls.def').matchAll(/\bWRAPPED(?:_AS)?\((\w+)/g));
     const isListed = /^(napi|node_api|uv|BIO|BUF|EVP)_|^_Zn\w*nothrow_t$/;
     assert.deepEqual(imported.filter((name) => isListed.test(name)), [...listed, ...NEVER_FAILING].sort());
