@@ -21,6 +21,7 @@ test_needs=(
     'clang-format|clang-format|clang-format'
     'clang-tidy|clang-tidy|clang-tidy'
     'node-typescript|tsc|the TypeScript compiler'
+    'generate-ninja|gn|GN'
 )
 coverage_needs=('gcovr|gcovr|gcovr')
 bench_needs=('libbenchmark-dev|/usr/include/benchmark/benchmark.h|Google Benchmark')
