@@ -46,7 +46,7 @@ int64_t HaUtils::AddProcessor() {
 void HaUtils::Init() {
     if (initialised || initialised.exchange(true)) return;
     processorId = AddProcessor();
-    GAME_LOG_AS(PERF_LOG_TAG, __FUNCTION__, LOG_INFO, "ha init success");
+    GAME_LOG(PERF_LOG_TAG, LOG_INFO, __FUNCTION__, "ha init success");
 }
 
 void HaUtils::WriteEndEvent(const std::string& apiName, int64_t beginTime, int32_t errorCode) {

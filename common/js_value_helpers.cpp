@@ -15,14 +15,15 @@ std::string ReadString(napi_env env, napi_value value, int32_t maxLength) {
     return buffer;
 }
 
-napi_status SetCreated(napi_env env, napi_value object, const char* name, napi_status created,
-                       napi_value value) {
+// For `setter`, the function that created the value.
+napi_status SetCreated(const char* setter, napi_env env, napi_value object, const char* name,
+                       napi_status created, napi_value value) {
     if (created != napi_ok) {
-        GAME_LOGE("create %{public}s failed", name);
+        GAME_LOGE_AS(setter, "create %{public}s failed", name);
         return created;
     }
     napi_status status = napi_set_named_property(env, object, name, value);
-    if (status != napi_ok) GAME_LOGE("set %{public}s failed", name);
+    if (status != napi_ok) GAME_LOGE_AS(setter, "set %{public}s failed", name);
     return status;
 }
 
@@ -77,13 +78,13 @@ int32_t ToInt32(napi_env env, napi_value value) {
 napi_status SetIntProperty(napi_env env, napi_value object, const char* name, int32_t value) {
     napi_value number = nullptr;
     napi_status created = napi_create_int32(env, value, &number);
-    return SetCreated(env, object, name, created, number);
+    return SetCreated(__FUNCTION__, env, object, name, created, number);
 }
 
 napi_status SetStringProperty(napi_env env, napi_value object, const char* name, const std::string& value) {
     napi_value string = nullptr;
     napi_status created = napi_create_string_utf8(env, value.c_str(), NAPI_AUTO_LENGTH, &string);
-    return SetCreated(env, object, name, created, string);
+    return SetCreated(__FUNCTION__, env, object, name, created, string);
 }
 
 bool IsExceptionPending(napi_env env) {

@@ -42,6 +42,11 @@ const char* ChooseText(int32_t code, const std::string& message) {
     return fixedText != nullptr ? fixedText : message.c_str();
 }
 
+void ThrowError(napi_env env, napi_value error) {
+    const napi_status status = napi_throw(env, error);
+    GAME_LOGI_AS("ThrowBusinessError", "ThrowBusinessError napi_throw status %{public}d", status);
+}
+
 }  // namespace
 
 const char* FindErrorMessage(int32_t code) {
@@ -80,8 +85,13 @@ napi_value ObtainBusinessError(napi_env env, int32_t code, const std::string& me
 }
 
 void ThrowBusinessError(const napi_env& env, int32_t code, const std::string& message) {
-    napi_status status = napi_throw(env, CreateBusinessError(env, code, message));
-    GAME_LOGI("ThrowBusinessError napi_throw status %{public}d", status);
+    ThrowError(env, CreateBusinessError(env, code, message));
+}
+
+void ThrowBusinessError(const std::shared_ptr<EnvInfo>& envInfo, int32_t code, const std::string& message) {
+    if (!IsValidEnv(envInfo)) return;
+    napi_value error = CreateBusinessError(envInfo->env, code, message);
+    if (IsValidEnv(envInfo)) ThrowError(envInfo->env, error);
 }
 
 }  // namespace TAVIK::GAME_PLAYER

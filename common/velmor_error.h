@@ -1,8 +1,10 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 
+#include "common/env_registry.h"
 #include "napi/native_api.h"
 
 namespace TAVIK::GAME_PLAYER {
@@ -31,5 +33,9 @@ napi_value ObtainBusinessError(napi_env env, int32_t code, const std::string& me
 
 /// Throws a business error into the current JS call. On `env`'s JS thread.
 void ThrowBusinessError(const napi_env& env, int32_t code, const std::string& message);
+
+/// The same for an environment that may end meanwhile, from any thread: checked before the error is created
+/// and again before it is thrown.
+void ThrowBusinessError(const std::shared_ptr<EnvInfo>& envInfo, int32_t code, const std::string& message);
 
 }  // namespace TAVIK::GAME_PLAYER

@@ -34,7 +34,7 @@ using BioChain = std::unique_ptr<BIO, BioDeleter>;
 constexpr size_t PIECE_LENGTH = 12288;
 
 std::string FailToEncode(const char* why) {
-    GAME_LOGE("Base64Encode error: %{public}s", why);
+    GAME_LOGE_AS("Base64Encode", "Base64Encode error: %{public}s", why);
     return {};
 }
 

@@ -32,15 +32,16 @@ List TakeIf(List& list, Predicate predicate) {
 }
 
 // Finds the listener, among an environment's own, whose function is strictly equal to `callback`; null if
-// there is none. Logs `complaint` for each listener whose function cannot be read.
-const EventCallback* FindListener(napi_env env, const std::vector<std::weak_ptr<EventCallback>>& listeners,
+// there is none. For `finder`, which complains of each listener whose function cannot be read.
+const EventCallback* FindListener(const char* finder, napi_env env,
+                                  const std::vector<std::weak_ptr<EventCallback>>& listeners,
                                   napi_value callback, const char* complaint) {
     for (const auto& weak : listeners) {
         const EventCallback* listener = weak.lock().get();  // only this thread destroys it
         napi_value function = nullptr;
         (void)napi_get_reference_value(env, listener->callbackRef, &function);
         if (function == nullptr) {
-            GAME_LOGW("%{public}s", complaint);
+            GAME_LOGW_AS(finder, "%{public}s", complaint);
             continue;
         }
         bool isSame = false;
@@ -121,7 +122,7 @@ void GamePlayerEventCallback::RegisterGameEventCallback(napi_env env, const std:
 bool GamePlayerEventCallback::IsEventCallbackExisted(napi_env env, const std::string& eventType,
                                                      napi_value callback) {
     const WeakListeners own = ListenersOf(gEnvInfo, env, eventType);
-    return own && FindListener(env, *own, callback,
+    return own && FindListener(__FUNCTION__, env, *own, callback,
                                "IsEventCallbackExisted get callback reference failed.") != nullptr;
 }
 
@@ -147,8 +148,8 @@ void GamePlayerEventCallback::UnRegisterGameEventCallback(napi_env env, const st
     }
     const EventCallback* found = nullptr;
     if (callback != nullptr) {
-        found =
-            FindListener(env, *own, callback, "UnRegisterGameEventCallback get callback reference failed");
+        found = FindListener(__FUNCTION__, env, *own, callback,
+                             "UnRegisterGameEventCallback get callback reference failed");
     }
     if (callback != nullptr && found == nullptr) {
         GAME_LOGW("UnRegisterGameEventCallback eventType %{public}s callback not existed", eventType.c_str());
@@ -228,7 +229,7 @@ std::optional<napi_status> GamePlayerEventCallback::CallListener(std::shared_ptr
     const napi_env env = listener->env;
     HandleScope scope(env);
     if (!scope) {
-        GAME_LOGE("DoGameEventWork scope is nullptr");
+        GAME_LOGE_AS("DoGameEventWork", "DoGameEventWork scope is nullptr");
         return std::nullopt;
     }
     napi_value argument = AssembleEventResult(env, result);

@@ -23,19 +23,26 @@ constexpr int64_t MILLISECONDS = 1000;
 constexpr const char* KEY_PLAYABLE_TIME = "playableTime";  // minutes
 constexpr const char* KEY_END_TEXT = "endText";
 constexpr int32_t NO_LIMIT = -1;
+constexpr const char* LAUNCHER = "LaunchAntiAddictionAbility";  // the timer is its second half
 
 // Wraps around like a 32-bit number: the extension's number of minutes is not checked.
 int32_t ToSeconds(int32_t minutes) { return static_cast<int32_t>(static_cast<uint32_t>(minutes) * 60U); }
 
 }  // namespace
 
-void ModalUICallback::DoAntiAddiction(const WantParams& data, bool isTimerRunning) {
-    if (isTimerRunning) {
+// In minutes.
+int32_t ModalUICallback::ReadPlayableTime(const WantParams& data) {
+    return data.GetIntParam(KEY_PLAYABLE_TIME, NO_LIMIT);
+}
+
+// A timer that starts was decided on with the answer, so that the request lives on.
+void ModalUICallback::DoAntiAddiction(const WantParams& data, bool hadTimer) {
+    if (hadTimer) {
         GAME_LOGI("DoAntiAddiction anti-addiction task started and return");
         return;
     }
-    const int32_t minutes = data.GetIntParam(KEY_PLAYABLE_TIME, NO_LIMIT);
-    if (minutes >= 1) LaunchAntiAddictionAbility(data.GetStringParam(KEY_END_TEXT), ToSeconds(minutes));
+    const int32_t minutes = ReadPlayableTime(data);
+    if (minutes >= 1) StartTimer(data.GetStringParam(KEY_END_TEXT), ToSeconds(minutes));
 }
 
 void ModalUICallback::LaunchAntiAddictionAbility(std::string endText, int32_t seconds) {
@@ -43,7 +50,11 @@ void ModalUICallback::LaunchAntiAddictionAbility(std::string endText, int32_t se
         std::lock_guard<std::mutex> guard(mutex_);
         if (context_ == nullptr || std::exchange(context_->antiAddictionRunning, true)) return;
     }
-    GAME_LOGI("LaunchAntiAddictionAbility playable time %{public}d seconds", seconds);
+    StartTimer(std::move(endText), seconds);
+}
+
+void ModalUICallback::StartTimer(std::string endText, int32_t seconds) {
+    GAME_LOGI_AS(LAUNCHER, "LaunchAntiAddictionAbility playable time %{public}d seconds", seconds);
     std::thread(&ModalUICallback::RunAntiAddictionTimer, shared_from_this(), std::move(endText), seconds)
         .detach();
 }
@@ -54,12 +65,12 @@ void ModalUICallback::RunAntiAddictionTimer(const std::string& endText, int32_t 
     do {
         std::this_thread::sleep_for(CHECK_INTERVAL);
     } while (GetCurrentTimestamp() <= deadline);
-    GAME_LOGI("LaunchAntiAddictionAbility playable time %{public}d seconds end", seconds);
+    GAME_LOGI_AS(LAUNCHER, "LaunchAntiAddictionAbility playable time %{public}d seconds end", seconds);
 
     Want want = MakeGameServiceWant(REQUEST_LAUNCH_ANTI_ADDICTION);
     want.SetParam(KEY_END_TEXT, endText);
     StartUIExtensionAbility(std::move(want));
-    GAME_LOGI("launched anti-addiction ability.");
+    GAME_LOGI_AS(LAUNCHER, "launched anti-addiction ability.");
     std::this_thread::sleep_for(PAGE_TIME);
     if (requestType_ != REQUEST_QUICK_GAME_LOGIN) _exit(0);
     PreventQuickGame();

@@ -54,7 +54,7 @@ bool SettleRequest(BaseContext& request) {
     napi_value result[] = {nullptr, nullptr};
     CreateResultMessage(request, result);
     if (request.deferred == nullptr && request.callbackRef == nullptr) {
-        GAME_LOGW("SendMessageBackWork callback and deferred nullptr");
+        GAME_LOGW_AS("SendMessageBackWork", "SendMessageBackWork callback and deferred nullptr");
     }
     const bool isFailure = request.errorCode != ERROR_SUCCESS;
     if (isFailure && result[0] == nullptr) {
@@ -106,13 +106,13 @@ void ModalUICallback::QueueMessageBack(std::shared_ptr<BaseContext> request, boo
     const QueueStatus status = QueueOnLoop(envInfo_, work);
     if (status == QueueStatus::QUEUED) return;
     if (work != nullptr) workData->context.swap(request);
+    const char* sender = isLateStart ? "DelayStartUIExtensionAbility" : "SendMessageBack";
     if (status == QueueStatus::REFUSED) {
-        GAME_LOGE("%{public}s uv_queue_work call failed",
-                  isLateStart ? "DelayStartUIExtensionAbility" : "SendMessageBack");
+        GAME_LOGE_AS(sender, "%{public}s uv_queue_work call failed", sender);
     } else if (isLateStart) {
-        GAME_LOGE("DelayStartUIExtensionAbility invalid work or get loop failed");
+        GAME_LOGE_AS(sender, "%{public}s invalid work or get loop failed", sender);
     } else {
-        GAME_LOGE("isValidEnv[%{public}d] or get loop failed", IsValidEnv(envInfo_));
+        GAME_LOGE_AS(sender, "isValidEnv[%{public}d] or get loop failed", IsValidEnv(envInfo_));
     }
     DoMessageBackException(std::move(request));
 }
@@ -148,7 +148,7 @@ void ModalUICallback::DoMessageBackSuccess(std::shared_ptr<BaseContext> request)
 
 void ModalUICallback::DoMessageBackException(std::shared_ptr<BaseContext> request) {
     CloseModalUIExtension(*request);
-    if (IsValidEnv(envInfo_)) ThrowBusinessError(envInfo_->env, ERROR_SYSTEM_INTERNAL, "");
+    ThrowBusinessError(envInfo_, ERROR_SYSTEM_INTERNAL, "");
     {
         std::lock_guard<std::mutex> guard(mutex_);
         End();

@@ -23,11 +23,11 @@ constexpr const char* TEXT_ICONS_TOO_LARGE = "Total size of icon resource is too
 
 [[noreturn]] void ExitGame(const char* callback, int32_t code) {
     if (code == ERROR_AGREEMENT_NOT_AGREED) {
-        GAME_LOGI("game exit when init not agreed agreement.");
+        GAME_LOGI_AS("IsKillApp", "game exit when init not agreed agreement.");
     } else if (code == ERROR_UNDER_AGE) {
-        GAME_LOGI("game exit when anti-addiction");
+        GAME_LOGI_AS("IsKillApp", "game exit when anti-addiction");
     }
-    GAME_LOGI("%{public}s game exit", callback);
+    GAME_LOGI_AS(callback, "%{public}s game exit", callback);
     _exit(0);
 }
 
@@ -69,7 +69,7 @@ void ModalUICallback::OnError(int32_t code, const std::string& name, const std::
 
 void ModalUICallback::OnRelease(int32_t releaseCode) {
     GAME_LOGI("OnRelease releaseCode=%{public}d", releaseCode);
-    Decision decision = Decide(AnswerKind::RELEASE, releaseCode, true);
+    Decision decision = Decide(AnswerKind::RELEASE, releaseCode, 0, true);
     if (decision.context == nullptr) {
         GAME_LOGE("OnRelease baseContext is null");
         return;
@@ -79,7 +79,7 @@ void ModalUICallback::OnRelease(int32_t releaseCode) {
         return;
     }
     if (!HasFlag(requestType_, CLOSES_ON_RELEASE)) {
-        GAME_LOGW("ModalUIExtension meet exception and close modal");
+        GAME_LOGW_AS("IsCloseModalUIExtension", "ModalUIExtension meet exception and close modal");
     }
     CloseModalUIExtension(std::move(decision));
     GAME_LOGI("OnRelease end, close modal UI extension finished");
@@ -88,18 +88,19 @@ void ModalUICallback::OnRelease(int32_t releaseCode) {
 void ModalUICallback::TakeAnswer(AnswerKind kind, const char* callback, int32_t code,
                                  const WantParams& data) {
     const bool isHeard = kind != AnswerKind::RECEIVE || IsValidEnv(envInfo_);
-    Decision decision = Decide(kind, code, isHeard);
+    const int32_t minutes = kind == AnswerKind::RECEIVE ? ReadPlayableTime(data) : 0;
+    Decision decision = Decide(kind, code, minutes, isHeard);
     if (decision.context == nullptr) {
-        GAME_LOGE("%{public}s baseContext is null", callback);
+        GAME_LOGE_AS(callback, "%{public}s baseContext is null", callback);
         return;
     }
     if (decision.verdict.exits) ExitGame(callback, code);
     if (!isHeard) {
-        GAME_LOGE("%{public}s invalid env", callback);
+        GAME_LOGE_AS(callback, "%{public}s invalid env", callback);
         return;
     }
     if (decision.isRepeatedError) {
-        GAME_LOGE("%{public}s message has been back", callback);
+        GAME_LOGE_AS(callback, "%{public}s message has been back", callback);
         return;
     }
     RaiseEvent(decision.verdict.event, data);
@@ -120,7 +121,9 @@ void ModalUICallback::TakeMessage(AnswerKind kind, Decision decision, int32_t co
     const char* message = "";
     if (decision.verdict.stores && decision.verdict.settles) decision.context->resultParams = data;
     if (decision.verdict.isFailure) {
-        if (kind == AnswerKind::RESULT) GAME_LOGI("OnResultForModal set isResetContext to true");
+        if (kind == AnswerKind::RESULT) {
+            GAME_LOGI_AS("OnResultForModal", "OnResultForModal set isResetContext to true");
+        }
         message = AssembleErrorMessage(requestType_, code);
     } else if (code == ERROR_SUCCESS && kind == AnswerKind::RESULT) {
         DealResponseForModal(decision);
@@ -141,7 +144,7 @@ void ModalUICallback::DealResponseForModal(const Decision& decision) {
 
 void ModalUICallback::DealResponseForReceive(const Decision& decision, const WantParams& data) {
     if (!decision.verdict.stores) GAME_LOGW("DealResponseForReceive API not supported");
-    if (decision.verdict.startsTimer) DoAntiAddiction(data, decision.isTimerRunning);
+    if (decision.verdict.startsTimer) DoAntiAddiction(data, decision.hadTimer);
 }
 
 std::shared_ptr<BaseContext> ModalUICallback::Share() {
@@ -150,16 +153,17 @@ std::shared_ptr<BaseContext> ModalUICallback::Share() {
 }
 
 // An answer whose environment has ended is not heard, but may still end the process.
-ModalUICallback::Decision ModalUICallback::Decide(AnswerKind kind, int32_t code, bool isHeard) {
+ModalUICallback::Decision ModalUICallback::Decide(AnswerKind kind, int32_t code, int32_t minutes,
+                                                  bool isHeard) {
     std::lock_guard<std::mutex> guard(mutex_);
     Decision decision;
     decision.context = context_;
     decision.verdict = Judge(kind, code, requestType_, state_);
-    if (context_ != nullptr && isHeard) Note(kind, decision);
+    if (context_ != nullptr && isHeard) Note(kind, minutes, decision);
     return decision;
 }
 
-void ModalUICallback::Note(AnswerKind kind, Decision& decision) {
+void ModalUICallback::Note(AnswerKind kind, int32_t minutes, Decision& decision) {
     Verdict& verdict = decision.verdict;
     BaseContext& request = *context_;
     if (kind == AnswerKind::ERROR && !std::exchange(request.needMessageBack, false)) {
@@ -174,6 +178,8 @@ void ModalUICallback::Note(AnswerKind kind, Decision& decision) {
     if (verdict.marksEnd && !(kind == AnswerKind::RELEASE && request.antiAddictionRunning)) {
         request.isResetContext = true;
     }
+    decision.hadTimer = request.antiAddictionRunning;
+    if (verdict.startsTimer && minutes >= 1) request.antiAddictionRunning = true;
     if (verdict.settles) state_ = RequestState::ANSWERED;
     decision.isResetContext = request.isResetContext;
     decision.isTimerRunning = request.antiAddictionRunning;
@@ -197,21 +203,23 @@ void ModalUICallback::CloseModalUIExtension(Decision decision) {
 
 // The ID is cleared before the platform call: an answer from within it must not close the modal again.
 void ModalUICallback::CloseModalUIExtension(BaseContext& request) {
-    OHOS::Ace::UIContent* content = request.FindUIContent();
-    int32_t sessionId = 0;
-    {
-        std::lock_guard<std::mutex> guard(mutex_);
-        sessionId = request.sessionId;
-        if (sessionId <= 0) isCloseWanted_ = isOpening_;
-        if (content != nullptr) request.sessionId = 0;
-    }
-    if (sessionId <= 0) {
+    if (ReadSessionId(request, false) <= 0) {
         GAME_LOGI("CloseModalUIExtension need not close modal");
         return;
     }
+    OHOS::Ace::UIContent* content = request.FindUIContent();
     if (content == nullptr) return;
+    const int32_t sessionId = ReadSessionId(request, true);
+    if (sessionId <= 0) return;  // closed in the meantime
     content->CloseModalUIExtension(sessionId);
     GAME_LOGI("CloseModalUIExtension closed");
+}
+
+// The ID of the modal to close; 0 or less if there is none. One that is opening is then closed later.
+int32_t ModalUICallback::ReadSessionId(BaseContext& request, bool isTaken) {
+    std::lock_guard<std::mutex> guard(mutex_);
+    if (request.sessionId <= 0) isCloseWanted_ = isOpening_;
+    return isTaken ? std::exchange(request.sessionId, 0) : request.sessionId;
 }
 
 void ModalUICallback::ResetContext(Decision decision) {

@@ -65,7 +65,7 @@ void ModalUICallback::StartUIExtensionAbility(Want want) {
         GAME_LOGE("asyncContext is nullptr");
         return;
     }
-    GAME_LOGI("constructor ModalUICallback");
+    GAME_LOGI_AS("ModalUICallback", "constructor ModalUICallback");
     want.SetParam(KEY_EXTENSION_TYPE, std::string("sys/commonUI"));  // a literal would be sent as true
     want.SetParam("traceId", GetTraceId());
     UIContent* content = GetUIContent(*request);
@@ -79,8 +79,9 @@ void ModalUICallback::StartUIExtensionAbility(Want want) {
         GAME_LOGE("StartUIExtensionAbility invalid env");
         return;
     }
-    CreateModal(*request, *content, want);
-    GAME_LOGI("StartUIExtensionAbility create modal succeeded");
+    if (CreateModal(*request, *content, want)) {
+        GAME_LOGI("StartUIExtensionAbility create modal succeeded");
+    }
 }
 
 ModalUIExtensionCallbacks ModalUICallback::BindCallbacks() {
@@ -94,11 +95,11 @@ ModalUIExtensionCallbacks ModalUICallback::BindCallbacks() {
 }
 
 // Until the new modal's ID is known, answers close the previous modal. If there is none, the new modal is
-// closed as soon as its ID is known.
-void ModalUICallback::CreateModal(BaseContext& request, UIContent& content, const Want& want) {
+// closed as soon as its ID is known. Returns false if the request has ended, and opens nothing.
+bool ModalUICallback::CreateModal(BaseContext& request, UIContent& content, const Want& want) {
     {
         std::lock_guard<std::mutex> guard(mutex_);
-        if (state_ == RequestState::ENDED) return;
+        if (state_ == RequestState::ENDED) return false;
         isOpening_ = true;
     }
     const int32_t sessionId = content.CreateModalUIExtension(want, BindCallbacks(), MakeModalConfig());
@@ -110,6 +111,7 @@ void ModalUICallback::CreateModal(BaseContext& request, UIContent& content, cons
         isCloseWanted = std::exchange(isCloseWanted_, false) || state_ == RequestState::ENDED;
     }
     if (isCloseWanted) CloseModalUIExtension(request);
+    return true;
 }
 
 void ModalUICallback::DelayStartUIExtensionAbility(Want want) {
@@ -140,7 +142,7 @@ void ModalUICallback::AnswerLateStart() {
         }
     }
     if (request == nullptr) {
-        GAME_LOGI("DelayStartUIExtensionAbility need not message back");
+        GAME_LOGI_AS("DelayStartUIExtensionAbility", "DelayStartUIExtensionAbility need not message back");
         return;
     }
     request->errorCode = HasFlag(requestType_, HIDES_FAILURES) ? ERROR_SUCCESS : ERROR_PARAMETER;

@@ -67,19 +67,20 @@ private:
         bool isRepeatedError = false;
         bool isResetContext = false;
         bool isTimerRunning = false;
+        bool hadTimer = false;  // before this answer
         bool hasEnded = false;  // this answer ends the request
     };
 
     // Starting.
     OHOS::Ace::ModalUIExtensionCallbacks BindCallbacks();
-    void CreateModal(BaseContext& request, OHOS::Ace::UIContent& content, const OHOS::AAFwk::Want& want);
+    bool CreateModal(BaseContext& request, OHOS::Ace::UIContent& content, const OHOS::AAFwk::Want& want);
     void DelayStartUIExtensionAbility(OHOS::AAFwk::Want want);
     void AnswerLateStart();
 
     // Deciding.
     std::shared_ptr<BaseContext> Share();
-    Decision Decide(AnswerKind kind, int32_t code, bool isHeard);
-    void Note(AnswerKind kind, Decision& decision);  // this and the next two: under the lock
+    Decision Decide(AnswerKind kind, int32_t code, int32_t minutes, bool isHeard);
+    void Note(AnswerKind kind, int32_t minutes, Decision& decision);  // this and the next two: under the lock
     bool MayEnd() const;
     void End();
 
@@ -92,10 +93,13 @@ private:
     void SendMessageBack(Decision decision, int32_t code, const char* message);
     void CloseModalUIExtension(Decision decision);
     void CloseModalUIExtension(BaseContext& request);
+    int32_t ReadSessionId(BaseContext& request, bool isTaken);
     static void ResetContext(Decision decision);
 
     // The anti-addiction timer.
-    void DoAntiAddiction(const OHOS::AAFwk::WantParams& data, bool isTimerRunning);
+    static int32_t ReadPlayableTime(const OHOS::AAFwk::WantParams& data);
+    void DoAntiAddiction(const OHOS::AAFwk::WantParams& data, bool hadTimer);
+    void StartTimer(std::string endText, int32_t seconds);
     void RunAntiAddictionTimer(const std::string& endText, int32_t seconds);
     void PreventQuickGame();
 

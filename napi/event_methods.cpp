@@ -29,8 +29,8 @@ bool IsPermitted(const std::string& eventType) {
 int32_t SubscribeListener(napi_env env, const CallArguments& args) {
     if (args.count != 2) return ERROR_PARAMETER;
     const std::string eventType = GetStringUtf8(env, args.values[0]);
-    GAME_LOGI("On params size:%{public}lu, eventType == %{public}s", static_cast<unsigned long>(args.count),
-              eventType.c_str());
+    GAME_LOGI_AS("On", "On params size:%{public}lu, eventType == %{public}s",
+                 static_cast<unsigned long>(args.count), eventType.c_str());
     if (TypeOf(env, args.values[1]) != napi_function || !IsEventType(eventType)) return ERROR_PARAMETER;
     if (!IsPermitted(eventType)) return ERROR_PERMISSION_DENIED;
     const bool isListening = WithListeners([&](GamePlayerEventCallback& listeners) {
@@ -41,13 +41,13 @@ int32_t SubscribeListener(napi_env env, const CallArguments& args) {
 
 int32_t UnsubscribeListener(napi_env env, const CallArguments& args) {
     const std::string eventType = GetStringUtf8(env, args.values[0]);
-    GAME_LOGI("Off params size:%{public}lu, eventType == %{public}s", static_cast<unsigned long>(args.count),
-              eventType.c_str());
+    GAME_LOGI_AS("Off", "Off params size:%{public}lu, eventType == %{public}s",
+                 static_cast<unsigned long>(args.count), eventType.c_str());
     if (args.count > 2 || !IsEventType(eventType)) return ERROR_PARAMETER;
     if (!IsPermitted(eventType)) return ERROR_PERMISSION_DENIED;
     const bool isOfAll = args.count < 2;
     if (!isOfAll && TypeOf(env, args.values[1]) != napi_function) {
-        GAME_LOGE("Off eventType: %{public}s or callback function invalid", eventType.c_str());
+        GAME_LOGE_AS("Off", "Off eventType: %{public}s or callback function invalid", eventType.c_str());
         return ERROR_PARAMETER;
     }
     const bool isRemoved = WithListeners([&](GamePlayerEventCallback& listeners) {
@@ -59,14 +59,14 @@ int32_t UnsubscribeListener(napi_env env, const CallArguments& args) {
 // Reports the call to analytics before it throws an error.
 napi_value RunListenerCall(napi_env env, napi_callback_info info, const char* method, RequestType api,
                            int32_t (*run)(napi_env env, const CallArguments& args)) {
-    GAME_LOGI("begin %{public}s", method);
+    GAME_LOGI_AS(method, "begin %{public}s", method);
     const int64_t startTime = GetCurrentTimestamp();
     CallArguments args;
     if (!args.Read(env, info, 2)) return nullptr;
     const int32_t code = run(env, args);
     HaUtils::ReportEnd(FindApiName(api), startTime, code);
     if (code == ERROR_SUCCESS) {
-        GAME_LOGI("end %{public}s", method);
+        GAME_LOGI_AS(method, "end %{public}s", method);
     } else {
         ThrowBusinessError(env, code, "");
     }

@@ -43,9 +43,17 @@ bool BuildContext(napi_env env, const ArgumentRule& rule, const CallArguments& a
     return Manager::BuildContextForCallback(env, context);
 }
 
+// Builds the context and parses the parameters, in the order of the method.
+bool Prepare(napi_env env, const RequestRule& rule, const CallArguments& args, BaseContext& context,
+             napi_value& promise) {
+    if (rule.parsesFirst && !rule.parse(env, args, context)) return false;
+    if (!BuildContext(env, rule.arguments, args, context, promise)) return false;
+    return (rule.parsesFirst || rule.parse(env, args, context)) && !IsExceptionPending(env);
+}
+
 void FailRequest(napi_env env, const RequestRule& rule, BaseContext& context) {
     if (!rule.isAnswered) {
-        GAME_LOGE("%{public}s build context failed", rule.method);
+        GAME_LOGE_AS(rule.method, "%{public}s build context failed", rule.method);
         return;
     }
     ReportFailure(rule.failureType, context.startTime);
@@ -70,7 +78,7 @@ bool CallArguments::Read(napi_env env, napi_callback_info info, size_t maxArgs) 
 
 bool CallArguments::ReadIfValid(napi_env env, napi_callback_info info, const char* method, size_t maxArgs) {
     if (!IsValidEnv(gEnvInfo)) {
-        GAME_LOGE("%{public}s invalid env", method);
+        GAME_LOGE_AS(method, "%{public}s invalid env", method);
         return false;
     }
     return Read(env, info, maxArgs);
@@ -78,20 +86,21 @@ bool CallArguments::ReadIfValid(napi_env env, napi_callback_info info, const cha
 
 void OpenExtension(const RequestRule& rule, std::shared_ptr<BaseContext> context,
                    void (*addParams)(BaseContext& context, OHOS::AAFwk::Want& want)) {
-    GAME_LOGI("begin Execute%{public}s", rule.method);
+    GAME_LOGI_AS(rule.executeStep, "begin %{public}s", rule.executeStep);
     OHOS::AAFwk::Want want = MakeGameServiceWant(rule.type);
     addParams(*context, want);
     std::make_shared<ModalUICallback>(std::move(context))->StartUIExtensionAbility(std::move(want));
-    GAME_LOGI("end Execute%{public}s", rule.method);
+    GAME_LOGI_AS(rule.executeStep, "end %{public}s", rule.executeStep);
 }
 
 napi_value RunRequest(napi_env env, napi_callback_info info, const RequestRule& rule) {
-    GAME_LOGI("begin %{public}s", rule.method);
+    GAME_LOGI_AS(rule.method, "begin %{public}s", rule.method);
     const int64_t startTime = rule.isAnswered ? GetCurrentTimestamp() : 0;
     CallArguments args;
     if (!args.ReadIfValid(env, info, rule.method, rule.arguments.read)) return nullptr;
     if (rule.arguments.isCountLogged) {
-        GAME_LOGI("%{public}s params size:%{public}lu", rule.method, static_cast<unsigned long>(args.count));
+        GAME_LOGI_AS(rule.method, "%{public}s params size:%{public}lu", rule.method,
+                     static_cast<unsigned long>(args.count));
     }
     if (args.count < rule.arguments.min || args.count > rule.arguments.max) {
         ReportFailure(rule.type, startTime);
@@ -100,13 +109,12 @@ napi_value RunRequest(napi_env env, napi_callback_info info, const RequestRule& 
     }
     std::shared_ptr<BaseContext> context = CreateContext(rule, args, startTime);
     napi_value result = args.undefined;
-    if (!BuildContext(env, rule.arguments, args, *context, result) || !rule.parse(env, args, *context) ||
-        IsExceptionPending(env)) {
+    if (!Prepare(env, rule, args, *context, result)) {
         FailRequest(env, rule, *context);
         return result;
     }
     rule.execute(rule, std::move(context));
-    GAME_LOGI("end %{public}s", rule.method);
+    GAME_LOGI_AS(rule.method, "end %{public}s", rule.method);
     return result;
 }
 

@@ -51,11 +51,13 @@ constexpr ArgumentRule Unchecked(size_t count) { return {0, SIZE_MAX, count, 0, 
 
 /// One asynchronous method: see `Request` and `PageLaunch`.
 struct RequestRule {
-    const char* method;  // its name in log lines
+    const char* method;  // its name in log lines, and that of its execute step
+    const char* executeStep;
     RequestType type;
     ArgumentRule arguments;
     RequestType failureType;  // names a failure in analytics, unless the argument count was wrong
     bool isAnswered;
+    bool parsesFirst;  // before the promise is made
     std::shared_ptr<BaseContext> (*create)();
     bool (*parse)(napi_env env, const CallArguments& args, BaseContext& context);
     void (*execute)(const RequestRule& rule, std::shared_ptr<BaseContext> context);
@@ -85,23 +87,30 @@ void Execute(const RequestRule& rule, std::shared_ptr<BaseContext> context) {
 /// the Want that opens the extension, or processes the context itself. Analytics reports a call that fails
 /// after its arguments were counted under `failureType`, if that is known.
 template <typename Context, auto PARSE, auto EXECUTE>
-constexpr RequestRule Request(const char* method, RequestType type, ArgumentRule arguments,
-                              RequestType failureType = REQUEST_UNKNOWN) {
+constexpr RequestRule Request(const char* method, const char* executeStep, RequestType type,
+                              ArgumentRule arguments, RequestType failureType = REQUEST_UNKNOWN) {
     auto create = []() -> std::shared_ptr<BaseContext> { return std::make_shared<Context>(); };
     auto parse = [](napi_env env, const CallArguments& args, BaseContext& context) {
         return PARSE(env, args, static_cast<Context&>(context));
     };
     const RequestType known = failureType != REQUEST_UNKNOWN ? failureType : type;
-    return {method, type, arguments, known, true, create, parse, Execute<Context, EXECUTE>};
+    return {method, executeStep, type,   arguments, known,
+            true,   false,       create, parse,     Execute<Context, EXECUTE>};
 }
 
 /// A method whose answer and failures reach neither the caller nor analytics. Its promise never settles, and
 /// only shows that the call was accepted. Failures are only logged. It accepts any number of arguments, and
 /// reads `count` of them.
 template <typename Context, auto PARSE, auto EXECUTE>
-constexpr RequestRule PageLaunch(const char* method, RequestType type, size_t count) {
-    RequestRule rule = Request<Context, PARSE, EXECUTE>(method, type, Unchecked(count));
+constexpr RequestRule PageLaunch(const char* method, const char* executeStep, RequestType type,
+                                 size_t count) {
+    RequestRule rule = Request<Context, PARSE, EXECUTE>(method, executeStep, type, Unchecked(count));
     rule.isAnswered = false;
+    return rule;
+}
+
+constexpr RequestRule ParsedFirst(RequestRule rule) {
+    rule.parsesFirst = true;
     return rule;
 }
 

@@ -59,11 +59,12 @@ void ExecuteUnbindPlayer(UnbindPlayerContext& context, Want& want) { ExecuteBind
 // A missing or wrong `thirdOpenId` is sent as an empty string; the extension decides whether to accept it.
 bool ParseVerifyLocalPlayerReq(napi_env env, const CallArguments& args, VerifyLocalPlayerContext& context) {
     GAME_LOGI("begin ParseVerifyLocalPlayerReq");
-    const ThirdUserInfo& info = context.thirdUserInfo;
-    if (!Parse<&VerifyLocalPlayerContext::thirdUserInfo>(env, args, context)) return false;
-    if (info.isRealNameSet) GAME_LOGI("has isRealName field");
-    if (info.isAdultSet) GAME_LOGI("has isAdult field");
-    if (info.ageRangeSet) GAME_LOGI("has ageRange field");
+    if (TypeOf(env, args.values[1]) != napi_object) return false;
+    const FieldReader read(env, args.values[1]);
+    context.thirdUserInfo.VisitFields([&read](const char* name, auto& field, auto&... isSet) {
+        read(name, field, isSet...);
+        if ((isSet || ...)) GAME_LOGI_AS("ParseVerifyLocalPlayerReq", "has %{public}s field", name);
+    });
     GAME_LOGI("end ParseVerifyLocalPlayerReq");
     return true;
 }
@@ -117,33 +118,35 @@ void StartAntiAddiction(const std::shared_ptr<LaunchAntiAddictionContext>& conte
         std::move(context->antiAddictionInfo), context->playableTime);
 }
 
+#define NAMES(method) #method, "Execute" #method
+
 constexpr RequestRule REQUESTS[] = {
-    Request<InitContext, ParseNothing, ExecuteInit>("Init", REQUEST_INIT, WithCallback(1)),
+    Request<InitContext, ParseNothing, ExecuteInit>(NAMES(Init), REQUEST_INIT, WithCallback(1)),
     Request<GetLocalPlayerContext, ParseNothing, ExecuteGetLocalPlayer>(
-        "GetLocalPlayer", REQUEST_GET_LOCAL_PLAYER, WithCallback(1)),
+        NAMES(GetLocalPlayer), REQUEST_GET_LOCAL_PLAYER, WithCallback(1)),
     Request<SavePlayerRoleContext, ParseSavePlayerRoleReq, ExecuteSavePlayerRole>(
-        "SavePlayerRole", REQUEST_SAVE_PLAYER_ROLE, WithCallback(2)),
-    Request<PrePurchaseContext, ParsePrePurchaseReq, ExecutePrePurchase>("PrePurchase", REQUEST_PRE_PURCHASE,
-                                                                         WithCallback(2)),
+        NAMES(SavePlayerRole), REQUEST_SAVE_PLAYER_ROLE, WithCallback(2)),
+    Request<PrePurchaseContext, ParsePrePurchaseReq, ExecutePrePurchase>(
+        NAMES(PrePurchase), REQUEST_PRE_PURCHASE, WithCallback(2)),
     Request<PostPurchaseContext, ParsePostPurchaseReq, ExecutePostPurchase>(
-        "PostPurchase", REQUEST_POST_PURCHASE, WithCallback(2)),
-    Request<BindPlayerContext, ParseBindPlayerReq, ExecuteBindPlayer>("BindPlayer", REQUEST_BIND_PLAYER,
+        NAMES(PostPurchase), REQUEST_POST_PURCHASE, WithCallback(2)),
+    Request<BindPlayerContext, ParseBindPlayerReq, ExecuteBindPlayer>(NAMES(BindPlayer), REQUEST_BIND_PLAYER,
                                                                       WithoutCountLog(PromiseOnly(3))),
     Request<UnbindPlayerContext, ParseBindPlayerReq, ExecuteUnbindPlayer>(
-        "UnbindPlayer", REQUEST_UNBIND_PLAYER, WithoutCountLog(PromiseOnly(3))),
+        NAMES(UnbindPlayer), REQUEST_UNBIND_PLAYER, WithoutCountLog(PromiseOnly(3))),
     Request<VerifyLocalPlayerContext, ParseVerifyLocalPlayerReq, ExecuteVerifyLocalPlayer>(
-        "VerifyLocalPlayer", REQUEST_VERIFY_LOCAL_PLAYER, PromiseOnly(2)),
+        NAMES(VerifyLocalPlayer), REQUEST_VERIFY_LOCAL_PLAYER, PromiseOnly(2)),
     // Statistics rely on failed union logins being counted as calls of unbindPlayer.
-    Request<UnionLoginContext, ParseUnionLoginReq, ExecuteUnionLogin>("UnionLogin", REQUEST_UNION_LOGIN,
+    Request<UnionLoginContext, ParseUnionLoginReq, ExecuteUnionLogin>(NAMES(UnionLogin), REQUEST_UNION_LOGIN,
                                                                       PromiseOnly(2), REQUEST_UNBIND_PLAYER),
     Request<QuickGameLoginContext, ParseQuickGameLoginReq, ExecuteQuickGameLogin>(
-        "QuickGameLogin", REQUEST_QUICK_GAME_LOGIN, PromiseOnly(2)),
+        NAMES(QuickGameLogin), REQUEST_QUICK_GAME_LOGIN, PromiseOnly(2)),
     PageLaunch<LaunchWelcomeBannerContext, ParseLaunchWelcomeBannerReq, ExecuteLaunchWelcomeBanner>(
-        "LaunchWelcomeBanner", REQUEST_LAUNCH_WELCOME_BANNER, 2),
-    PageLaunch<LaunchCommonPageContext, ParseLaunchCommonPageReq, ExecuteLaunchCommonPage>(
-        "LaunchCommonPage", REQUEST_LAUNCH_COMMON_PAGE, 2),
+        NAMES(LaunchWelcomeBanner), REQUEST_LAUNCH_WELCOME_BANNER, 2),
+    ParsedFirst(PageLaunch<LaunchCommonPageContext, ParseLaunchCommonPageReq, ExecuteLaunchCommonPage>(
+        NAMES(LaunchCommonPage), REQUEST_LAUNCH_COMMON_PAGE, 2)),
     PageLaunch<LaunchAntiAddictionContext, ParseLaunchAntiAddictionReq, StartAntiAddiction>(
-        "LaunchAntiAddiction", REQUEST_LAUNCH_ANTI_ADDICTION, 4),
+        NAMES(LaunchAntiAddiction), REQUEST_LAUNCH_ANTI_ADDICTION, 4),
 };
 
 }  // namespace

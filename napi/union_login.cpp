@@ -22,6 +22,10 @@ constexpr int32_t PANEL_WITHOUT_ICONS = 1;
 
 constexpr uint32_t SCREEN_DENSITY = 0;
 
+// The functions whose steps stand here, for the log.
+constexpr const char* LIST_READER = "JsObjectToAccountInfoList";
+constexpr const char* ICON_READER = "GetEncodedAccountIcon";
+
 /// The bytes of a resource. The length is 0 if it was not found.
 struct IconData {
     std::unique_ptr<uint8_t[]> bytes;
@@ -34,7 +38,8 @@ std::shared_ptr<ResourceManager> FindResources(const BaseContext& context, const
         context.abilityContext != nullptr ? context.abilityContext->CreateModuleContext(moduleName) : nullptr;
     auto resources = moduleContext != nullptr ? moduleContext->GetResourceManager() : nullptr;
     if (resources == nullptr) {
-        GAME_LOGE("%{public}s is nullptr", moduleContext == nullptr ? "moduleContext" : "resourceManager");
+        GAME_LOGE_AS(ICON_READER, "%{public}s is nullptr",
+                     moduleContext == nullptr ? "moduleContext" : "resourceManager");
     }
     return resources;
 }
@@ -43,13 +48,13 @@ void ReadByName(ResourceManager& resources, const std::string& name, IconData& i
     const size_t dot = name.rfind('.');
     if (dot != std::string::npos) {
         (void)resources.GetMediaDataByName(name.c_str() + dot + 1, icon.length, icon.bytes, SCREEN_DENSITY);
-        GAME_LOGI("GetEncodedAccountIcon media iconName: %{public}s, len: %{public}zu", name.c_str(),
-                  icon.length);
+        GAME_LOGI_AS(ICON_READER, "GetEncodedAccountIcon media iconName: %{public}s, len: %{public}zu",
+                     name.c_str(), icon.length);
     }
     if (icon.length == 0) {
         (void)resources.GetRawFileFromHap(name, icon.length, icon.bytes);
-        GAME_LOGI("GetEncodedAccountIcon raw iconName: %{public}s, len: %{public}zu", name.c_str(),
-                  icon.length);
+        GAME_LOGI_AS(ICON_READER, "GetEncodedAccountIcon raw iconName: %{public}s, len: %{public}zu",
+                     name.c_str(), icon.length);
     }
 }
 
@@ -95,16 +100,16 @@ std::string GetEncodedAccountIcon(napi_env env, napi_value icon, const BaseConte
 bool ReadIcon(napi_env env, napi_value element, const UnionLoginContext& context, ThirdAccountInfo& account) {
     if (context.unionLoginParam.loginPanelType == PANEL_WITHOUT_ICONS) return true;
     if (!HasProperty(env, element, KEY_ICON)) {
-        GAME_LOGW("JsObjectToAccountInfoList has not accountIcon property");
+        GAME_LOGW_AS(LIST_READER, "JsObjectToAccountInfoList has not accountIcon property");
         return false;
     }
-    GAME_LOGI("JsObjectToAccountInfoList has accountIcon property, accountName=%{public}s",
-              account.accountName.c_str());
+    GAME_LOGI_AS(LIST_READER, "JsObjectToAccountInfoList has accountIcon property, accountName=%{public}s",
+                 account.accountName.c_str());
     napi_value icon = nullptr;
     (void)napi_get_named_property(env, element, KEY_ICON, &icon);
     account.encodedIcon = GetEncodedAccountIcon(env, icon, context);
     if (account.encodedIcon.empty()) {
-        GAME_LOGW("JsObjectToAccountInfoList icon size is 0");
+        GAME_LOGW_AS(LIST_READER, "JsObjectToAccountInfoList icon size is 0");
         return false;
     }
     return true;

@@ -5,12 +5,15 @@
 const assert = require('node:assert/strict');
 const fs = require('node:fs');
 const path = require('node:path');
-const { ROOT, answer, device, game, start, test, turn } = require('./support');
+const { ROOT, answer, countLogs, device, game, start, test, turn } = require('./support');
 
-/** The module's lines since the last reset, each with its level unless that is I. */
+/** The module's lines since the last reset, without line numbers, each with its level unless that is I. */
 function lines() {
     const own = device.logs().filter(({ domain, tag }) => domain === 0xd00470a && tag === 'GAMEAPISDK');
-    return own.map(({ level, message }) => `${level}: ${message.replace(/^\[\(~?\w+:\d+\)\]/, '')}`.replace(/^I: /, ''));
+    return own.map(({ level, message }) => {
+        assert.match(message, /^\[\(~?\w+:\d+\)\]/);
+        return `${level}: ${message.replace(/:\d+\)/, ')')}`.replace(/^I: /, '');
+    });
 }
 
 // The hook is added once per thread, even if that fails, so no test below logs it again.
@@ -19,7 +22,7 @@ game.on('playerChanged', lines);
 const hooked = lines().filter((line) => line.includes('hook'));
 
 test('the hook of an environment\'s listeners counts as added though it was not', () => {
-    assert.deepEqual(hooked, ['AssembleEventCallback add env hook succeeded']);
+    assert.deepEqual(hooked, ['[(AssembleEventCallback)]AssembleEventCallback add env hook succeeded']);
 });
 
 const PLAYS = {
@@ -41,8 +44,10 @@ const PLAYS = {
     'A login whose page stays open': () =>
         answer(start('getLocalPlayer').modal, ['receive', { resultCode: 0 }], ['release', 0]),
     'A time to play that is over': async () => {
-        const received = ['receive', { resultCode: 0, playableTime: 1 }];
-        await answer(start('verifyLocalPlayer').modal, received, received);
+        const info = { thirdOpenId: 'open-1', isRealName: true, isAdult: false, ageRange: 1 };
+        void game.verifyLocalPlayer(device.createAbilityContext(), info);
+        const limited = ['receive', { resultCode: 0, playableTime: 1 }];
+        await answer(device.modals()[0], ['receive', { resultCode: 0 }], limited, limited);
         await device.clock.advance(75000);
     },
     'A window that shows no page yet': async () => {
@@ -52,6 +57,7 @@ const PLAYS = {
         await device.clock.advance(1000);
         await answer(device.modals()[0], ['release', 0]);
     },
+    'A page without its text': () => void game.launchCommonPage(device.createAbilityContext()),
     'Methods without a request': async () => {
         game.syncTraceId('t');
         game.reportEventOperation('name', 1, 0);
@@ -70,3 +76,22 @@ for (const [what, play] of Object.entries(PLAYS)) {
         assert.deepEqual(lines(), Object.fromEntries(written)[what]?.trim().split('\n'));
     });
 }
+
+test('verifyLocalPlayer logs each field that it has read before it reads the next', () => {
+    const read = [];
+    const info = {};
+    for (const name of ['isRealName', 'isAdult', 'ageRange']) {
+        Object.defineProperty(info, name, { get: () => read.push(lines().at(-1)) });
+    }
+    void game.verifyLocalPlayer(device.createAbilityContext(), info);
+    assert.deepEqual(read, ['begin ParseVerifyLocalPlayerReq', 'has isRealName field', 'has isAdult field']
+        .map((text) => `[(ParseVerifyLocalPlayerReq)]${text}`));
+});
+
+test('the window is not looked for when no modal is open', async () => {
+    const { modal } = start('bindPlayer');
+    device.failNext('uv_queue_work');
+    await answer(modal, ['result', 0]);
+    assert.equal(countLogs('CloseModalUIExtension need not close modal'), 1);
+    assert.equal(device.faults().find(({ call }) => call === 'GetUIContent').made, 1);
+});

@@ -36,8 +36,8 @@ std::string ReadIcon(napi_env env, napi_value icon, Pending& pending) {
 Account ReadAccount(napi_env env, napi_value element, Pending& pending) {
     Account account{ReadText(env, Property(env, element, "accountName")), {}};
     const napi_value icon = Property(env, element, "accountIcon");
-    SAY("ReadIcon", "JsObjectToAccountInfoList has accountIcon property, accountName=%{public}s",
-        account.name.c_str());
+    SAY("JsObjectToAccountInfoList",
+        "JsObjectToAccountInfoList has accountIcon property, accountName=%{public}s", account.name.c_str());
     account.icon = ReadIcon(env, icon, pending);
     return account;
 }
@@ -115,7 +115,7 @@ std::string ReadLogin(napi_env env, napi_value login, Pending& pending) {
 }  // namespace
 
 napi_value UnionLogin(napi_env env, napi_callback_info info) {
-    return Request<2, ReadLogin>(env, info, "UnionLogin", 10, "unionLoginParam");
+    return Request<2, ReadLogin>(env, info, "UnionLogin", "ExecuteUnionLogin", 10, "unionLoginParam");
 }
 
 }  // namespace Floors

@@ -33,22 +33,23 @@ void Open(Pending& pending, OHOS::AAFwk::Want want);
 
 /// A request that sends one record under `key`, which READ makes of the second argument. Nobody answers it.
 template <size_t COUNT, std::string (*READ)(napi_env env, napi_value object, Pending& pending)>
-napi_value Request(napi_env env, napi_callback_info info, const char* method, int32_t type, const char* key) {
-    SAY("RunRequest", "begin %{public}s", method);
+napi_value Request(napi_env env, napi_callback_info info, const char* method, const char* executeStep,
+                   int32_t type, const char* key) {
+    SAY(method, "begin %{public}s", method);
     Pending& pending = BeginUnanswered();
     const auto call = ReadCall<COUNT>(env, info);
-    SAY("RunRequest", "%{public}s params size:%{public}lu", method, static_cast<unsigned long>(call.count));
+    SAY(method, "%{public}s params size:%{public}lu", method, static_cast<unsigned long>(call.count));
     const napi_value promise = Promise(env, call.values[0], pending);
     CheckType(env, call.values[1], napi_object);
     std::string record = READ(env, call.values[1], pending);
     CheckNoException(env);
-    SAY("OpenExtension", "begin Execute%{public}s", method);
+    SAY(executeStep, "begin %{public}s", executeStep);
     OHOS::AAFwk::Want want = MakeWant(type);
     want.SetParam(key, record);
     record = std::string();
     Open(pending, std::move(want));
-    SAY("OpenExtension", "end Execute%{public}s", method);
-    SAY("RunRequest", "end %{public}s", method);
+    SAY(executeStep, "end %{public}s", executeStep);
+    SAY(method, "end %{public}s", method);
     return promise;
 }
 

@@ -62,7 +62,7 @@ Want MakeWant(int32_t requestType) {
 }
 
 void Open(Pending& pending, Want want) {
-    SAY("StartUIExtensionAbility", "constructor ModalUICallback");
+    SAY("ModalUICallback", "constructor ModalUICallback");
     want.SetParam("ability.want.params.uiExtensionType", std::string("sys/commonUI"));
     want.SetParam("traceId", std::string());
     SAY("GetUIContent", "GetUIContent abilityContext is not nullptr");
@@ -138,17 +138,17 @@ std::string ReadRole(napi_env env, napi_value role, Pending& /*pending*/) {
 }  // namespace
 
 napi_value Init(napi_env env, napi_callback_info info) {
-    SAY("RunRequest", "begin %{public}s", "Init");
+    SAY("Init", "begin %{public}s", "Init");
     const int64_t begin = Now();
     const auto call = ReadCall<2>(env, info);
-    SAY("RunRequest", "%{public}s params size:%{public}lu", "Init", static_cast<unsigned long>(call.count));
+    SAY("Init", "%{public}s params size:%{public}lu", "Init", static_cast<unsigned long>(call.count));
     ReportEnd("init", begin, 401);
     ThrowError(env, 0, "Success");
     return call.undefined;
 }
 
 napi_value BindPlayer(napi_env env, napi_callback_info info) {
-    SAY("RunRequest", "begin %{public}s", "BindPlayer");
+    SAY("BindPlayer", "begin %{public}s", "BindPlayer");
     const int64_t begin = Now();
     const auto call = ReadCall<3>(env, info);
     if (call.count < 3) {
@@ -164,22 +164,22 @@ napi_value BindPlayer(napi_env env, napi_callback_info info) {
     CheckType(env, call.values[2], napi_string);
     std::string teamId = ReadText(env, call.values[2]);
     CheckNoException(env);
-    SAY("OpenExtension", "begin Execute%{public}s", "BindPlayer");
+    SAY("ExecuteBindPlayer", "begin %{public}s", "ExecuteBindPlayer");
     Want want = MakeWant(7);
     want.SetParam("thirdOpenId", openId);
     want.SetParam("teamPlayerId", teamId);
     Open(*pending, std::move(want));
-    SAY("OpenExtension", "end Execute%{public}s", "BindPlayer");
-    SAY("RunRequest", "end %{public}s", "BindPlayer");
+    SAY("ExecuteBindPlayer", "end %{public}s", "ExecuteBindPlayer");
+    SAY("BindPlayer", "end %{public}s", "BindPlayer");
     return promise;
 }
 
 napi_value PrePurchase(napi_env env, napi_callback_info info) {
-    return Request<3, ReadPurchase>(env, info, "PrePurchase", 4, "tavikExtra");
+    return Request<3, ReadPurchase>(env, info, "PrePurchase", "ExecutePrePurchase", 4, "tavikExtra");
 }
 
 napi_value SavePlayerRole(napi_env env, napi_callback_info info) {
-    return Request<3, ReadRole>(env, info, "SavePlayerRole", 3, "tavikExtra");
+    return Request<3, ReadRole>(env, info, "SavePlayerRole", "ExecuteSavePlayerRole", 3, "tavikExtra");
 }
 
 napi_value Forget(napi_env /*env*/, napi_callback_info /*info*/) {

@@ -16,19 +16,20 @@ class Model extends Sessions {
     }
 
     request(env, id, method, args) {
-        const { type, least = 0, most = Infinity, callbackAt, failsAs = method, page } = METHODS[method];
+        const { type, least = 0, most = Infinity, callbackAt, failsAs = method, page, readsFirst } = METHODS[method];
         const failure = rulesOf(type).hidden ? 0 : 401;
         if (args.length < least || args.length > most) {
             this.end(method, this.now, 401);
             return this.threw(failure);
         }
+        const values = args.slice(1).map((arg) => ('fn' in arg ? () => {} : arg.ctx === undefined ? arg.value : {}));
+        const read = readsFirst ? sent(method, values, (message) => this.log(message)) : undefined;
         const callback = args.length === callbackAt ? args[callbackAt - 1] : null;
         const request = { env, id, type, method, callback, start: this.now, window: this.windowOf(env, args[0]),
             params: {}, hasBack: Boolean(page), isOnItsWay: false, isReset: true, hasNoError: true, isTimed: false,
             isEnded: false };
-        const values = args.slice(1).map((arg) => ('fn' in arg ? () => {} : arg.ctx === undefined ? arg.value : {}));
         try {
-            if (request.window && this.begin(request, values)) {
+            if (request.window && this.begin(request, values, read)) {
                 return ['returned', callback ? undefined : 'promise'];
             }
         } catch (error) {
@@ -54,14 +55,14 @@ class Model extends Sessions {
         return null;
     }
 
-    begin(request, values) {
+    begin(request, values, read) {
         const say = (message) => this.log(message);
         if (request.method === 'launchAntiAddiction') {
             request.type = int(values[2]);
             this.startTimer(request, argument(values[1], say), int(values[0]));
             return true;
         }
-        const more = sent(request.method, values, say, request.window.isOfAbility ? MODULES : {});
+        const more = read ?? sent(request.method, values, say, request.window.isOfAbility ? MODULES : {});
         if (more) {
             this.open(request, { requestType: request.type, ...more });
         }

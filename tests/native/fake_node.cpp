@@ -95,6 +95,7 @@ FakeNodeTest::Deeds FakeNodeTest::Off(napi_env env, size_t function, const char*
 
 OHOS::Ace::UIContent* FakeWindow::GetUIContent() {
     Enter("GetUIContent");
+    whileFinding();
     return this;
 }
 
@@ -185,13 +186,19 @@ napi_status napi_define_properties(napi_env /*env*/, napi_value /*object*/, size
     return Enter("napi_define_properties");
 }
 
+napi_status napi_create_error(napi_env /*env*/, napi_value /*code*/, napi_value /*message*/,
+                              napi_value* value) {
+    gWhileCreatingAnError();
+    *value = AsHandle(1);
+    return Enter("napi_create_error");
+}
+
 // Calls that create a value, and calls that are recorded as a deed or only watched.
 #define MAKES(name, ...)                              \
     napi_status name(napi_env /*env*/, __VA_ARGS__) { \
         *value = AsHandle(1);                         \
         return Enter(#name);                          \
     }
-MAKES(napi_create_error, napi_value /*code*/, napi_value /*message*/, napi_value* value)
 MAKES(napi_create_string_utf8, const char* /*text*/, size_t /*size*/, napi_value* value)
 MAKES(napi_create_int32, int32_t /*number*/, napi_value* value)
 MAKES(napi_create_object, napi_value* value)

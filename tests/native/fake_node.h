@@ -29,7 +29,8 @@ Handle AsHandle(size_t number) {
 
 inline std::deque<std::pair<uv_work_t*, uv_after_work_cb>> gQueue;  // the loop's
 inline bool gIsRefusing = false;                                    // the loop refuses the next work
-inline std::vector<napi_property_descriptor> gMethods;              // defined last by the module
+inline std::function<void()> gWhileCreatingAnError = [] {};
+inline std::vector<napi_property_descriptor> gMethods;  // defined last by the module
 
 /// A test with one JS environment, on its JS thread.
 class FakeNodeTest : public testing::Test {
@@ -62,6 +63,7 @@ public:
                                    const OHOS::Ace::ModalUIExtensionConfig& config) override;
     void CloseModalUIExtension(int32_t sessionId) override;
 
+    std::function<void()> whileFinding = [] {};  // run by GetUIContent
     std::function<void()> whileOpening = [] {};  // run with the modal's callbacks among `opened`
     std::function<void()> whileClosing = [] {};
     std::vector<Callbacks> opened;

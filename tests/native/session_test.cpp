@@ -148,6 +148,32 @@ TEST_P(Session, ClosesWithoutALockWhatItCannotDeliver) {
     EXPECT_TRUE(observed.expired());
 }
 
+TEST_P(Session, ThrowsNothingIntoAnEnvironmentThatEndsWhileTheErrorIsCreated) {
+    Start(REQUEST_VERIFY_LOCAL_PLAYER);
+    gIsRefusing = true;
+    gWhileCreatingAnError = [this] { DeleteEnvInfo(envInfo.get()); };
+    Answering({RECEIVE, 0})();
+    gWhileCreatingAnError = [] {};
+    EXPECT_EQ(RunLoop(), Deeds{});
+    EXPECT_TRUE(observed.expired());
+}
+
+TEST_P(Session, OpensNoPageAndLogsNoneIfItEndsWhileItsWindowIsFound) {
+    Start(REQUEST_VERIFY_LOCAL_PLAYER);
+    Give({RECEIVE, 0, 1});
+    StandIn::LogStore::Get().Clear();
+    window.whileFinding = [this, isFirst = true]() mutable {
+        if (!std::exchange(isFirst, false)) return;
+        DeleteEnvInfo(envInfo.get());
+        EXPECT_EQ(RunLoop(), Deeds{}) << "the result is dropped";
+        SaveEnvInfo(envInfo);
+    };
+    ASSERT_TRUE(StandIn::Clock::Get().Advance(75s));
+    EXPECT_EQ(window.opened.size(), 1U);
+    EXPECT_TRUE(HasLogged("launched anti-addiction ability."));
+    EXPECT_FALSE(HasLogged("create modal succeeded"));
+}
+
 TEST_P(Session, HandsItsCallbackOverToTheThreadThatOwnsItUnlessThatHasEnded) {
     for (const Deeds& last : {Deeds{"delete"}, Deeds{}}) {
         Start(REQUEST_VERIFY_LOCAL_PLAYER);

@@ -9,7 +9,8 @@ const IDS = { thirdOpenId: 'string', teamPlayerId: 'string' };
  * type: its request type. least, most: how many arguments it takes. callbackAt: the count whose last one is a callback.
  * rest: valid arguments after the context. record: the key under which an object is sent as JSON, and its fields. sent:
  * the arguments that are sent unchanged. A kind with "?" is sent only if the game gave the field.
- * page: for launches without a result, the name in the log. failsAs: the name in analytics of a failed call.
+ * page: for launches without a result, the name in the log. readsFirst: it reads its arguments before the context.
+ * failsAs: the name in analytics of a failed call.
  *
  * How it handles answers: hidden: a failure is reported as a success. data: a success carries the result message.
  * stays: a received success leaves the page open. timed: it may start the anti-addiction timer. stores: the answers
@@ -59,7 +60,9 @@ const METHODS = {
     launchWelcomeBanner: {
         type: 13, rest: ['hello'], sent: { greetingInfo: 'string' }, page: 'LaunchWelcomeBanner', closes: true
     },
-    launchCommonPage: { type: 15, rest: ['page'], sent: { pageInfo: 'string' }, page: 'LaunchCommonPage', closes: true },
+    launchCommonPage: {
+        type: 15, rest: ['page'], sent: { pageInfo: 'string' }, page: 'LaunchCommonPage', readsFirst: true, closes: true
+    },
     // The timer opens its page. The caller chooses the request type for the page's answers.
     launchAntiAddiction: { type: 6, rest: [60, 'text', 14], page: 'LaunchAntiAddiction' },
 };
