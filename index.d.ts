@@ -42,6 +42,15 @@ declare namespace gamePlayer {
     /** Called once. There is no error if the request succeeded. */
     type DoneCallback = (error: BusinessError | null | undefined, data: null | undefined) => void;
 
+    /**
+     * The same as the platform's type of this name, whose callbacks are accepted as well. Called once. As usual on the
+     * platform, there is no error if the request succeeded, and no data if it failed.
+     */
+    interface AsyncCallback<T> {
+        /** The error's `data` is undefined. It is declared because the platform's `BusinessError` has it. */
+        (error: BusinessError & { readonly data: void }, data: T): void;
+    }
+
     /** What the game knows about its own account. An optional field that is left out is not sent. */
     interface ThirdUserInfo {
         /** The account's ID in the game; at most 4096 bytes. */
@@ -148,6 +157,7 @@ declare namespace gamePlayer {
      * called without an error. A missing context throws a `BusinessError` with code 0.
      */
     function init(context: Context, callback: DoneCallback): void;
+    function init(context: Context, callback: AsyncCallback<void>): void;
     function init(context: Context): Promise<void>;
 
     /**
@@ -158,6 +168,7 @@ declare namespace gamePlayer {
      * ends the game process 15 seconds later.
      */
     function getLocalPlayer<T = string | undefined>(context: Context, callback: ResultCallback<Given<T>>): void;
+    function getLocalPlayer<T = string>(context: Context, callback: AsyncCallback<Given<T>>): void;
     function getLocalPlayer<T = string | undefined>(context: Context): Promise<Given<T>>;
 
     /**
@@ -168,6 +179,7 @@ declare namespace gamePlayer {
      * throws code 0.
      */
     function savePlayerRole(context: Context, playerRole: PlayerRole, callback: DoneCallback): void;
+    function savePlayerRole(context: Context, playerRole: PlayerRole, callback: AsyncCallback<void>): void;
     function savePlayerRole(context: Context, playerRole: PlayerRole): Promise<void>;
 
     /**
@@ -177,10 +189,14 @@ declare namespace gamePlayer {
     function prePurchase<T = string | undefined>(
         context: Context, purchaseParameter: PurchaseParameter, callback: ResultCallback<Given<T>>
     ): void;
+    function prePurchase<T = string>(
+        context: Context, purchaseParameter: PurchaseParameter, callback: AsyncCallback<Given<T>>
+    ): void;
     function prePurchase<T = string | undefined>(context: Context, purchaseParameter: PurchaseParameter): Promise<Given<T>>;
 
     /** Completes a purchase with the data that the game received for it. */
     function postPurchase(context: Context, purchaseResult: PurchaseResult, callback: DoneCallback): void;
+    function postPurchase(context: Context, purchaseResult: PurchaseResult, callback: AsyncCallback<void>): void;
     function postPurchase(context: Context, purchaseResult: PurchaseResult): Promise<void>;
 
     /**

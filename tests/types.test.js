@@ -29,6 +29,8 @@ function callsOf([name, { callbackAt, data, page, record, rest }]) {
     const call = (...args) => `gamePlayer.${name}(${args.join(', ')})`;
     const good = ['context', ...rest.map((value) => JSON.stringify(value))];
     const promised = call(...good);
+    const [platforms, other] = data ? ['onText', 'onDone'] : ['onDone', 'onText'];
+    const annotated = (type) => call(...good, `(failure: PlatformError, value: ${type}) => [failure.code, value]`);
     const calledBack = (body) => call(...good, `(error, data) => { ${body}; }`);
     const withOther = (i, other) => call(...good.slice(0, i), other, ...good.slice(i + 1));
     const fields = Object.entries(record?.[1] || {}).map(([field, kind]) => [field, ...VALUES[kind.replace('?', '')]]);
@@ -40,6 +42,7 @@ function callsOf([name, { callbackAt, data, page, record, rest }]) {
         data && `is<Promise<number>>(${promised.replace(name, `${name}<number>`)})`,
         callbackAt && `is<void>(${calledBack('error?.code.toFixed()')})`,
         callbackAt && data && calledBack('error ? error.message : data?.trim()'),
+        ...(callbackAt ? [`is<void>(${call(...good, platforms)})`, annotated(data ? 'string' : 'void')] : []),
     ];
     const wrong = [
         call(), call(...good.slice(0, -1)), withOther(0, 'null'), withOther(0, "'text'"),
@@ -49,7 +52,7 @@ function callsOf([name, { callbackAt, data, page, record, rest }]) {
         `${promised}.then((value) => value.length)`, data && `is<Promise<number>>(${promised})`,
         call(...good, '() => undefined', ...(callbackAt ? ['0'] : [])),
         ...(callbackAt ? [calledBack('error.code'), `${calledBack('error')}.then()`, call(...good, "'callback'"),
-            call(...good, '(error: string) => error')] : []),
+            call(...good, '(error: string) => error'), call(...good, other), annotated('number')] : []),
         ...(callbackAt && data ? [calledBack('data.length'), calledBack('if (!error) data.length')] : []),
     ];
     return [...right, ...wrong.map((line) => line && `${line} // wrong`)].filter(Boolean);

@@ -1,6 +1,7 @@
 // What a game may write against the types. Lines that are marked as wrong must not compile; all others must. The test
 // adds lines that are generated for every method. Nothing here runs.
 
+import type { AsyncCallback, BusinessError as PlatformError } from '@kit.BasicServicesKit';
 import gamePlayer, { bindPlayer, on } from 'game-player-extension-module';
 import * as all from 'game-player-extension-module';
 import type { BusinessError, Context, ThirdAccountInfo } from 'game-player-extension-module';
@@ -11,6 +12,7 @@ import service, { createService, play } from 'game-player-extension-module/servi
 import type { Answer, Scenario, State } from 'game-player-extension-module/service';
 
 declare const context: Context, modal: Modal, caught: unknown, error: BusinessError;
+declare const onText: AsyncCallback<string>, onDone: AsyncCallback<void>;
 declare function is<T>(value: T): void;
 // The names of an object, with its numbers.
 type Shown<T> = { [K in keyof T]: T[K] extends number ? T[K] : unknown };
@@ -27,6 +29,8 @@ is<gamePlayer.QuickGameLoginParam>({ gameAppId: 'app-1' });
 is<gamePlayer.ResultCallback<string>>((failure, data) => (failure ? failure.message : data.trim()));
 is<gamePlayer.ResultCallback<string>>((failure, data) => data.trim()); // wrong: a failure has none
 is<gamePlayer.DoneCallback>((failure) => failure?.message);
+is<gamePlayer.AsyncCallback<string>[]>([onText, (failure, data) => [failure.code.toFixed(), data.trim()]]);
+is<gamePlayer.AsyncCallback<string>>(onDone); // wrong: of no text
 bindPlayer(context, 'open-1', 'team-1').catch(() => all.init === gamePlayer.init);
 
 // Calls without a request, and events
