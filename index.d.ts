@@ -3,13 +3,13 @@
  *
  * A request opens the game service over the game's window. It is settled when the player or the service has finished
  * there: by a promise, or by the callback if the method accepts one and gets one. Errors are `BusinessError`s. A wrong
- * number of arguments throws one. Every other failure rejects the promise or is passed to the callback. Page launches
- * do not report failures.
+ * number of arguments throws one, and so do arguments that the platform cannot read. Every other failure rejects the
+ * promise or is passed to the callback. Page launches do not report it.
  *
  * All other requests can fail with
  *  - 401, if its context or parameters are unsuitable, or if the window shows no page within five seconds;
  *  - 1002000001, if the platform fails or the game service answers with an unknown code;
- *  - any code of the game service, 1002000002 to 1002000017.
+ *  - any code of the game service, 1002000002 to 1002000017; `@throws` lists those that belong to one method.
  *
  * Three answers of the game service end the game process, with status 0 and without notice: its order to end,
  * 1002000006 (which is an error for quickGameLogin), and 1002000011 as the answer to init.
@@ -24,6 +24,13 @@
 
 import * as errors from './errors';
 
+/**
+ * The module. Its types have the same tags. `@since` is the API level of the platform. `@throws` lists what a method
+ * throws or its promise rejects with. A callback gets the same errors.
+ *
+ * @syscap SystemCapability.GamePlayer.Extension
+ * @since 12
+ */
 declare namespace gamePlayer {
     type BusinessError = errors.BusinessError;
     type ErrorCode = errors.ErrorCode;
@@ -155,9 +162,20 @@ declare namespace gamePlayer {
      * 1002000015 is the only failure of the game service that it reports. It succeeds even if the window never shows
      * a page. With an unsuitable context, the promise form throws a plain `Error` without a code, and the callback is
      * called without an error. A missing context throws a `BusinessError` with code 0.
+     *
+     * @syscap SystemCapability.GamePlayer.Extension
+     * @since 12
      */
     function init(context: Context, callback: DoneCallback): void;
     function init(context: Context, callback: AsyncCallback<void>): void;
+    /**
+     * @throws { BusinessError } 0 - Success
+     * @throws { BusinessError } 1002000001 - System internal error.
+     * @throws { BusinessError } 1002000015 - The current player information is invalid. Execute the
+     *     login process again to obtain the player information.
+     * @syscap SystemCapability.GamePlayer.Extension
+     * @since 12
+     */
     function init(context: Context): Promise<void>;
 
     /**
@@ -166,9 +184,18 @@ declare namespace gamePlayer {
      *
      * The answer may limit the time to play. When that time is over, the module shows the game service's page, and
      * ends the game process 15 seconds later.
+     *
+     * @syscap SystemCapability.GamePlayer.Extension
+     * @since 12
      */
     function getLocalPlayer<T = string | undefined>(context: Context, callback: ResultCallback<Given<T>>): void;
     function getLocalPlayer<T = string>(context: Context, callback: AsyncCallback<Given<T>>): void;
+    /**
+     * @throws { BusinessError } 401 - Parameter error.
+     * @throws { BusinessError } 1002000001 - System internal error.
+     * @syscap SystemCapability.GamePlayer.Extension
+     * @since 12
+     */
     function getLocalPlayer<T = string | undefined>(context: Context): Promise<Given<T>>;
 
     /**
@@ -177,14 +204,28 @@ declare namespace gamePlayer {
      * As with init, 1002000015 is the only failure of the game service that it reports. With an unsuitable context or
      * role, the promise form throws a plain `Error`, and the callback is called without an error. A missing argument
      * throws code 0.
+     *
+     * @syscap SystemCapability.GamePlayer.Extension
+     * @since 12
      */
     function savePlayerRole(context: Context, playerRole: PlayerRole, callback: DoneCallback): void;
     function savePlayerRole(context: Context, playerRole: PlayerRole, callback: AsyncCallback<void>): void;
+    /**
+     * @throws { BusinessError } 0 - Success
+     * @throws { BusinessError } 1002000001 - System internal error.
+     * @throws { BusinessError } 1002000015 - The current player information is invalid. Execute the
+     *     login process again to obtain the player information.
+     * @syscap SystemCapability.GamePlayer.Extension
+     * @since 12
+     */
     function savePlayerRole(context: Context, playerRole: PlayerRole): Promise<void>;
 
     /**
      * Lets the player buy a product. The result is what the game service sends as the purchase, a JSON string unless
      * agreed otherwise; undefined if it sends nothing.
+     *
+     * @syscap SystemCapability.GamePlayer.Extension
+     * @since 12
      */
     function prePurchase<T = string | undefined>(
         context: Context, purchaseParameter: PurchaseParameter, callback: ResultCallback<Given<T>>
@@ -192,25 +233,66 @@ declare namespace gamePlayer {
     function prePurchase<T = string>(
         context: Context, purchaseParameter: PurchaseParameter, callback: AsyncCallback<Given<T>>
     ): void;
-    function prePurchase<T = string | undefined>(context: Context, purchaseParameter: PurchaseParameter): Promise<Given<T>>;
+    /**
+     * @throws { BusinessError } 401 - Parameter error.
+     * @throws { BusinessError } 1002000001 - System internal error.
+     * @syscap SystemCapability.GamePlayer.Extension
+     * @since 12
+     */
+    function prePurchase<T = string | undefined>(
+        context: Context, purchaseParameter: PurchaseParameter
+    ): Promise<Given<T>>;
 
-    /** Completes a purchase with the data that the game received for it. */
+    /**
+     * Completes a purchase with the data that the game received for it.
+     *
+     * @syscap SystemCapability.GamePlayer.Extension
+     * @since 12
+     */
     function postPurchase(context: Context, purchaseResult: PurchaseResult, callback: DoneCallback): void;
     function postPurchase(context: Context, purchaseResult: PurchaseResult, callback: AsyncCallback<void>): void;
+    /**
+     * @throws { BusinessError } 401 - Parameter error.
+     * @throws { BusinessError } 1002000001 - System internal error.
+     * @syscap SystemCapability.GamePlayer.Extension
+     * @since 12
+     */
     function postPurchase(context: Context, purchaseResult: PurchaseResult): Promise<void>;
 
     /**
-     * Binds the game's own account to the player. Each string is at most 4096 bytes. Fails with 1002000012 if either
-     * of the two is bound already.
+     * Binds the game's own account to the player. Fails with 1002000012 if either of the two is bound already.
+     *
+     * @param { string } thirdOpenId - the account's ID in the game; at most 4096 bytes.
+     * @param { string } teamPlayerId - the player; at most 4096 bytes.
+     * @throws { BusinessError } 401 - Parameter error.
+     * @throws { BusinessError } 1002000001 - System internal error.
+     * @throws { BusinessError } 1002000012 - The thirdOpenId or teamPlayerId has been bound.
+     * @syscap SystemCapability.GamePlayer.Extension
+     * @since 12
      */
     function bindPlayer(context: Context, thirdOpenId: string, teamPlayerId: string): Promise<void>;
 
-    /** Removes a binding. Fails with 1002000013 if the two are not bound. */
+    /**
+     * Removes a binding. Fails with 1002000013 if the two are not bound.
+     *
+     * @param { string } thirdOpenId - the account's ID in the game; at most 4096 bytes.
+     * @param { string } teamPlayerId - the player; at most 4096 bytes.
+     * @throws { BusinessError } 401 - Parameter error.
+     * @throws { BusinessError } 1002000001 - System internal error.
+     * @throws { BusinessError } 1002000013 - The thirdOpenId and teamPlayerId are not bound.
+     * @syscap SystemCapability.GamePlayer.Extension
+     * @since 12
+     */
     function unbindPlayer(context: Context, thirdOpenId: string, teamPlayerId: string): Promise<void>;
 
     /**
      * Asks the game service to check what the game knows about its own account. The answer may limit the time to
      * play, as with `getLocalPlayer`.
+     *
+     * @throws { BusinessError } 401 - Parameter error.
+     * @throws { BusinessError } 1002000001 - System internal error.
+     * @syscap SystemCapability.GamePlayer.Extension
+     * @since 12
      */
     function verifyLocalPlayer(context: Context, thirdUserInfo: ThirdUserInfo): Promise<void>;
 
@@ -221,17 +303,34 @@ declare namespace gamePlayer {
      *
      * Fails with 1002000016 if the player cancels, and with 401, "Total size of icon resource is too large", if the
      * game service says so. A UI extension cannot read icons.
+     *
+     * @throws { BusinessError } 401 - Parameter error.
+     * @throws { BusinessError } 1002000001 - System internal error.
+     * @throws { BusinessError } 1002000016 - Union login canceled by user.
+     * @syscap SystemCapability.GamePlayer.Extension
+     * @since 12
      */
     function unionLogin<T = string | undefined>(context: Context, unionLoginParam: UnionLoginParam): Promise<Given<T>>;
 
-    /** Shows the welcome banner. The promise never settles. `greetingInfo` is at most 4096 bytes. */
+    /**
+     * Shows the welcome banner. The promise never settles.
+     *
+     * @param { string } greetingInfo - at most 4096 bytes.
+     * @syscap SystemCapability.GamePlayer.Extension
+     * @since 12
+     */
     function launchWelcomeBanner(context: Context, greetingInfo: string): Promise<never>;
 
     /**
-     * Limits the time to play. After `playableTime` seconds, and up to 15 more, the module shows the game service's
-     * page with the text `antiAddictionInfo`, at most 4096 bytes. 15 seconds later it ends the game process. With
-     * `requestType` 14, for quick games, it closes the page and raises "gameAddictionPrevented" instead. The limit
-     * cannot be removed. The promise never settles.
+     * Limits the time to play. After `playableTime`, and up to 15 seconds more, the module shows the game service's
+     * page. 15 seconds later it ends the game process. The limit cannot be removed. The promise never settles.
+     *
+     * @param { number } playableTime - in seconds.
+     * @param { string } antiAddictionInfo - the text on the page; at most 4096 bytes.
+     * @param { number } requestType - with 14, for quick games, the module closes the page and raises
+     *     "gameAddictionPrevented" instead of ending the game process.
+     * @syscap SystemCapability.GamePlayer.Extension
+     * @since 12
      */
     function launchAntiAddiction(
         context: Context, playableTime: number, antiAddictionInfo: string, requestType: number
@@ -243,13 +342,33 @@ declare namespace gamePlayer {
      *
      * Fails with 1002000006 if the player is under age. The answer may limit the time to play, as with
      * `getLocalPlayer`. When that time is over, "gameAddictionPrevented" is raised and the game continues.
+     *
+     * @throws { BusinessError } 401 - Parameter error.
+     * @throws { BusinessError } 1002000001 - System internal error.
+     * @throws { BusinessError } 1002000006 - The user is under age or not real-name.
+     * @syscap SystemCapability.GamePlayer.Extension
+     * @since 12
      */
-    function quickGameLogin<T = string | undefined>(context: Context, quickGameLoginParam: QuickGameLoginParam): Promise<Given<T>>;
+    function quickGameLogin<T = string | undefined>(
+        context: Context, quickGameLoginParam: QuickGameLoginParam
+    ): Promise<Given<T>>;
 
-    /** Shows the page that `pageInfo` describes. `pageInfo` is at most 4096 bytes. The promise never settles. */
+    /**
+     * Shows a page of the game service. The promise never settles.
+     *
+     * @param { string } pageInfo - describes the page; at most 4096 bytes.
+     * @syscap SystemCapability.GamePlayer.Extension
+     * @since 12
+     */
     function launchCommonPage(context: Context, pageInfo: string): Promise<never>;
 
-    /** Sets the trace ID for all later requests of the whole process; at most 4096 bytes. */
+    /**
+     * Sets the trace ID for all later requests of the whole process.
+     *
+     * @param { string } traceId - at most 4096 bytes.
+     * @syscap SystemCapability.GamePlayer.Extension
+     * @since 12
+     */
     function syncTraceId(traceId: string): void;
 
     /**
@@ -258,18 +377,53 @@ declare namespace gamePlayer {
      *
      * Throws 401 for an unknown event, and 202 for "gameAddictionPrevented" unless the game is a system
      * application.
+     *
+     * @throws { BusinessError } 202 - Permission denied, non-system app called system api.
+     * @throws { BusinessError } 401 - Parameter error.
+     * @throws { BusinessError } 1002000001 - System internal error.
+     * @syscap SystemCapability.GamePlayer.Extension
+     * @since 12
      */
     function on<K extends keyof GameEvents>(type: K, callback: (event: GameEvents[K]) => void): void;
 
-    /** Removes all listeners of this environment for the event. Throws as `on` does. */
+    /**
+     * Removes all listeners of this environment for the event. Throws as `on` does.
+     *
+     * @throws { BusinessError } 202 - Permission denied, non-system app called system api.
+     * @throws { BusinessError } 401 - Parameter error.
+     * @throws { BusinessError } 1002000001 - System internal error.
+     * @syscap SystemCapability.GamePlayer.Extension
+     * @since 12
+     */
     function off(type: keyof GameEvents): void;
-    /** Removes one listener. Removing an unregistered listener is not an error. Throws as `on` does. */
+    /**
+     * Removes one listener. Removing an unregistered listener is not an error. Throws as `on` does.
+     *
+     * @throws { BusinessError } 202 - Permission denied, non-system app called system api.
+     * @throws { BusinessError } 401 - Parameter error.
+     * @throws { BusinessError } 1002000001 - System internal error.
+     * @syscap SystemCapability.GamePlayer.Extension
+     * @since 12
+     */
     function off<K extends keyof GameEvents>(type: K, callback: (event: GameEvents[K]) => void): void;
 
-    /** Reports to analytics that one of the game's operations took `costTime` ms and ended with `errorCode`. */
+    /**
+     * Reports one of the game's own operations to analytics.
+     *
+     * @param { string } apiName - the operation.
+     * @param { number } costTime - how long it took, in milliseconds.
+     * @param { number } errorCode - how it ended.
+     * @syscap SystemCapability.GamePlayer.Extension
+     * @since 12
+     */
     function reportEventOperation(apiName: string, costTime: number, errorCode: number): void;
 
-    /** Passes on an outcome that the game got by other means. */
+    /**
+     * Passes on an outcome that the game got by other means.
+     *
+     * @syscap SystemCapability.GamePlayer.Extension
+     * @since 12
+     */
     function onEventCallback(result: EventCallbackResult): void;
 }
 

@@ -72,6 +72,12 @@ test('every method has a section with an example, every code its row and its tex
         assert.ok(api.includes(`\n| ${code} | \`${name}\` | ${MESSAGES[code]} |\n`), name);
         assert.match(types, new RegExp(`"${MESSAGES[code]}"[^/]*\\*/\\s+readonly ${name}: ${code};`));
     }
+    const declared = read('index.d.ts').replace(/\n +\*? */g, ' ');
+    const tagged = firstGroups(declared.matchAll(/@syscap [\w.]+ @since 12 \/ function (\w+)/g));
+    assert.deepEqual([...new Set(tagged)].sort(), Object.getOwnPropertyNames(game).sort());
+    const thrown = firstGroups(declared.matchAll(/@throws (.*?)(?= @)/g));
+    const known = Object.entries(MESSAGES).map(([code, text]) => `{ BusinessError } ${code} - ${text}`);
+    assert.deepEqual([thrown.length > 20, thrown.filter((text) => !known.includes(text))], [true, []]);
 });
 
 test('every key of a scenario is in the types, those of rules, steps and expectations on the page of the emulator too', () => {

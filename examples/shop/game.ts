@@ -26,8 +26,8 @@ export class Game {
 
     /** Returns the player, or null if the player may not play. */
     async logIn(): Promise<Player | null> {
-        await gamePlayer.init(this.context);
         try {
+            await gamePlayer.init(this.context);
             const data = await gamePlayer.getLocalPlayer(this.context);
             this.player = data === undefined ? null : (JSON.parse(data) as Player);
         } catch (error) {
