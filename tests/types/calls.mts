@@ -1,6 +1,7 @@
 // What a game may write against the types. Lines that are marked as wrong must not compile; all others must. The test
 // adds lines that are generated for every method. Nothing here runs.
 
+import type {} from 'game-player-extension-module/emulation';
 import type { AsyncCallback, BusinessError as PlatformError } from '@kit.BasicServicesKit';
 import gamePlayer, { bindPlayer, on } from 'game-player-extension-module';
 import * as all from 'game-player-extension-module';
@@ -31,6 +32,8 @@ is<gamePlayer.ResultCallback<string>>((failure, data) => data.trim()); // wrong:
 is<gamePlayer.DoneCallback>((failure) => failure?.message);
 is<gamePlayer.AsyncCallback<string>[]>([onText, (failure, data) => [failure.code.toFixed(), data.trim()]]);
 is<gamePlayer.AsyncCallback<string>>(onDone); // wrong: of no text
+is<Context[]>([getContext(context), globalThis.getContext()]);
+getContext('window'); // wrong
 bindPlayer(context, 'open-1', 'team-1').catch(() => all.init === gamePlayer.init);
 
 // Calls without a request, and events
