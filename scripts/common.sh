@@ -205,7 +205,7 @@ provide_packages() {
     if [[ node_modules/.package-lock.json -nt package-lock.json || ! -f package-lock.json ]]; then
         return
     fi
-    say 'Installing the npm packages of the emulator'
+    say 'Installing the npm packages'
     quietly npm-ci 'npm could not install its packages; is the network there?' \
         npm ci --ignore-scripts --no-audit --no-fund
     touch node_modules/.package-lock.json

@@ -21,6 +21,8 @@ const VALUES = {
 const MAY_BE_EMPTY = ['savePlayerRole', 'unionLogin'];
 
 const PROGRAM = 'out/types/calls.mts';
+const ETS_PROGRAMS = ['tests/types/game.ets', 'tests/types/wrong.ets'];
+const ETS_DECLARATIONS = ['emulation/index.d.ts', 'tests/types/kits.d.ts', 'tests/types/globals.d.ts'];
 const read = (file) => fs.readFileSync(path.join(ROOT, file), 'utf8');
 const isWrong = (line) => line.includes('// wrong');
 
@@ -76,6 +78,31 @@ async function complaints(program) {
     return stdout.split('\n').filter((text) => /^\S/.test(text)).map((text) => {
         const line = text.startsWith(PROGRAM) ? program[/\((\d+),/.exec(text)[1] - 1] : '';
         return isWrong(line) ? line : text;
+    });
+}
+
+/** What the compiler of ArkTS and one of its sets of rules complain about, in the same form. */
+function complaintsOfArkTs(ruleSet) {
+    const ts = require('ohos-typescript');
+    const program = ts.createIncrementalProgramForArkTs({
+        rootNames: [...ETS_PROGRAMS, ...ETS_DECLARATIONS].map((file) => path.join(ROOT, file)),
+        options: {
+            target: ts.ScriptTarget.ES2021, lib: ['lib.es2021.d.ts'], types: [], esModuleInterop: true, noEmit: true,
+            moduleResolution: ts.ModuleResolutionKind.NodeJs, baseUrl: ROOT,
+            paths: { 'game-player-extension-module': ['index'], 'game-player-extension-module/*': ['*'] },
+        },
+    });
+    const found = [...ts.getPreEmitDiagnostics(program.getProgram()), ...ts[ruleSet].runArkTSLinter(program)];
+    return found.map(({ file, start, messageText }) => {
+        const line = file?.text.split('\n')[file.getLineAndCharacterOfPosition(start).line] || '';
+        return isWrong(line) ? line : `${file?.fileName}: ${line} ${ts.flattenDiagnosticMessageText(messageText, ' ')}`;
+    });
+}
+
+for (const ruleSet of ['ArkTSLinter_1_0', 'ArkTSLinter_1_1']) {
+    test(`a game in ArkTS passes the checks of ${ruleSet}, which find what is wrong`, () => {
+        const wrong = ETS_PROGRAMS.flatMap((file) => read(file).split('\n')).filter(isWrong);
+        assert.deepEqual(new Set(complaintsOfArkTs(ruleSet)), new Set(wrong));
     });
 }
 
