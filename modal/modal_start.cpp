@@ -114,7 +114,7 @@ bool ModalUICallback::CreateModal(BaseContext& request, UIContent& content, cons
     return true;
 }
 
-void ModalUICallback::DelayStartUIExtensionAbility(Want want) {
+void ModalUICallback::DelayStartUIExtensionAbility(const Want& want) {
     for (int round = 0; round < RETRY_COUNT; ++round) {
         std::this_thread::sleep_for(RETRY_INTERVAL);
         const std::shared_ptr<BaseContext> request = Share();

@@ -74,7 +74,7 @@ private:
     // Starting.
     OHOS::Ace::ModalUIExtensionCallbacks BindCallbacks();
     bool CreateModal(BaseContext& request, OHOS::Ace::UIContent& content, const OHOS::AAFwk::Want& want);
-    void DelayStartUIExtensionAbility(OHOS::AAFwk::Want want);
+    void DelayStartUIExtensionAbility(const OHOS::AAFwk::Want& want);
     void AnswerLateStart();
 
     // Deciding.

@@ -7,13 +7,12 @@
 #include "ability_context.h"
 #include "faults.h"
 #include "forever.h"
-#include "game_end.h"
 #include "ipc_skeleton.h"
 #include "modals.h"
 #include "napi_base_context.h"
+#include "served_call.h"
 #include "tokenid_kit.h"
 #include "ui_extension_context.h"
-#include "wrap/wrap.h"
 
 namespace StandIn {
 namespace {
@@ -124,8 +123,6 @@ struct WindowWaits {
     std::map<uint64_t, LoopHold> holds;  // by the thread's birth number
 };
 
-thread_local uint64_t gMissingIn = 0;  // the number of the method call that found no window
-
 }  // namespace
 
 Window::Window(const std::shared_ptr<Environment>& environment, bool isShown)
@@ -133,7 +130,7 @@ Window::Window(const std::shared_ptr<Environment>& environment, bool isShown)
 
 OHOS::Ace::UIContent* Window::FindContent() {
     if (Faults::Trip(Call::GetUIContent) || !isShown_) {
-        gMissingIn = CurrentCall();
+        if (Served() != nullptr) Served()->isWindowMissing = true;
         return nullptr;
     }
     return this;
@@ -143,18 +140,20 @@ int32_t Window::CreateModalUIExtension(const OHOS::AAFwk::Want& want,
                                        const OHOS::Ace::ModalUIExtensionCallbacks& callbacks,
                                        const OHOS::Ace::ModalUIExtensionConfig& config) {
     if (Faults::Trip(Call::CreateModalUIExtension)) return 0;
-    NoteEffect();
-    return Modals::Get().Open({want, config, callbacks, environment_.lock(), ServedCall()});
+    MarkEffect();
+    const uint64_t call = Served() != nullptr ? Served()->number : 0;
+    return Modals::Get().Open({want, config, callbacks, environment_.lock(), call});
 }
 
 void Window::CloseModalUIExtension(int32_t sessionId) {
-    NoteEffect();
+    MarkEffect();
     if (!Faults::Trip(Call::CloseModalUIExtension)) Modals::Get().Close(sessionId);
 }
 
 void BeginWindowWait(uint64_t thread) {
     Environment* current = Environment::Current();
-    if (current == nullptr || std::exchange(gMissingIn, 0) != CurrentCall() || CurrentCall() == 0) return;
+    ServedCall* served = Served();
+    if (current == nullptr || served == nullptr || !std::exchange(served->isWindowMissing, false)) return;
     auto& waits = Forever<WindowWaits>();
     std::lock_guard<std::mutex> guard(waits.mutex);
     waits.holds.emplace(thread, current->Hold());

@@ -52,7 +52,7 @@ private:
 };
 
 /// Call when this thread starts the module's thread `thread` (its birth number). If this is a JS thread and
-/// the method running on it found no window, the new thread waits for one: this holds the JS thread's loop.
+/// the call that it serves found no window, the new thread waits for one: this holds the JS thread's loop.
 void BeginWindowWait(uint64_t thread);
 /// Call when that thread ends, or if it did not start.
 void EndWindowWait(uint64_t thread);

@@ -15,7 +15,6 @@
 #include "modals.h"
 #include "records.h"
 #include "ui_thread.h"
-#include "wrap/wrap.h"
 
 namespace StandIn {
 namespace {
@@ -30,10 +29,9 @@ struct Ending {
     std::atomic<bool> hasArrived{false};
 };
 
-thread_local Occasion* gOccasion = nullptr;
-
-std::string Describe(const Occasion& why) {
-    const std::string request = NameOfRequest(why.requestType);
+std::string Describe(const ServedCall& call) {
+    const Occasion& why = call.occasion;
+    const std::string request = *call.method != '\0' ? call.method : NameOfRequest(why.requestType);
     if (why.isTimer) return "the time to play that " + request + " began is over";
     return "modal " + std::to_string(why.modal) + " (" + request + ") answered " + std::to_string(why.code);
 }
@@ -48,27 +46,12 @@ int ChooseStatus(int status) {
     return status;
 }
 
-[[noreturn]] void EndProcess(int status, const Occasion& why, const char* remark) {
+[[noreturn]] void EndProcess(int status, const ServedCall& why, const char* remark) {
     Say("the module ends the process with status " + std::to_string(status) + remark + ": " + Describe(why));
     _exit(status);
 }
 
 }  // namespace
-
-OccasionScope::OccasionScope(Occasion occasion)
-    : occasion_(std::move(occasion)), outer_(std::exchange(gOccasion, &occasion_)) {}
-
-OccasionScope::~OccasionScope() { gOccasion = outer_; }
-
-Occasion InheritOccasion() {
-    Occasion inherited;
-    inherited.isTimer = true;
-    inherited.requestType = gOccasion != nullptr ? gOccasion->requestType : TypeOfRequest(LastMethod());
-    inherited.call = ServedCall();
-    return inherited;
-}
-
-uint64_t ServedCall() { return gOccasion != nullptr ? gOccasion->call : CurrentCall(); }
 
 void GameEnd::Handle(const void* owner, Handler handler) {
     auto& ending = Forever<Ending>();
@@ -93,7 +76,7 @@ void GameEnd::Reset() {
 
 // A second end, such as a timer's, only stops its own thread.
 void GameEnd::Arrive(int status) {
-    const Occasion why = gOccasion != nullptr ? *gOccasion : Occasion{};
+    const ServedCall why = Served() != nullptr ? *Served() : ServedCall{};
     auto& ending = Forever<Ending>();
     std::unique_lock<std::mutex> lock(ending.mutex);
     const bool isFirst = !ending.hasArrived;
@@ -103,10 +86,10 @@ void GameEnd::Arrive(int status) {
     }
     ending.hasArrived = true;
     for (const auto& [owner, handler] : ending.handlers) {
-        if (isFirst) handler(why);
+        if (isFirst) handler(why.occasion);
     }
     lock.unlock();
-    if (why.giveUp) why.giveUp();
+    if (why.occasion.giveUp) why.occasion.giveUp();
     UiThread::Get().Abandon();
     Clock::Get().Leave();
     for (;;) {

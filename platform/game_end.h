@@ -1,38 +1,10 @@
 #pragma once
 
-#include <cstdint>
 #include <functional>
 
+#include "served_call.h"
+
 namespace StandIn {
-
-/// Why the module is running on a thread: an extension's answer, or a timer.
-struct Occasion {
-    bool isTimer = false;
-    int32_t requestType = 0;
-    int32_t code = 0;              // of the answer
-    int32_t modal = 0;             // the ID of the modal that answers
-    std::function<void()> giveUp;  // called on that thread if the answer ends the game: it never returns
-    uint64_t call = 0;             // the number of the call whose request this serves
-};
-
-/// Sets the occasion of this thread for the lifetime of the scope.
-class OccasionScope {
-public:
-    explicit OccasionScope(Occasion occasion);
-    OccasionScope(const OccasionScope&) = delete;
-    OccasionScope& operator=(const OccasionScope&) = delete;
-    ~OccasionScope();
-
-private:
-    Occasion occasion_;
-    Occasion* const outer_;
-};
-
-/// The occasion of a thread that the module starts from this one.
-Occasion InheritOccasion();
-
-/// The number of the call that this thread serves.
-uint64_t ServedCall();
 
 /// The end of the game: the module exits its process. Thread-safe.
 class GameEnd {

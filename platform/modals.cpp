@@ -66,8 +66,6 @@ void TellOpening(const Modal& modal) {
     Watching::Tell(std::move(opened));
 }
 
-thread_local uint64_t gEffects = 0;
-
 }  // namespace
 
 std::string NameOfRequest(int32_t requestType) {
@@ -81,8 +79,6 @@ int32_t TypeOfRequest(const char* method) {
     }
     return 0;
 }
-
-void NoteEffect() { ++gEffects; }
 
 bool Modal::Answer::Settles() const {
     return kind != Kind::RELEASE && (kind == Kind::ERROR || code != CODE_EVENT_ONLY);
@@ -132,13 +128,14 @@ std::string Modal::Give(const Answer& answer, std::function<void()> giveUp) cons
     if (GameEnd::HasArrived())
         return Name() + " cannot answer: the game has ended, until reset() begins anew.";
     const bool isLate = !IsOpen() && answer.kind != Answer::Kind::RELEASE;
-    const uint64_t before = gEffects;
-    {
-        if (Watching::IsOn()) TellAnswer(*this, answer);
-        const OccasionScope scope({false, RequestType(), answer.code, id_, std::move(giveUp), call_});
-        answer.call(callbacks_, answer);
-    }
-    if (isLate && gEffects == before) {
+    if (Watching::IsOn()) TellAnswer(*this, answer);
+    ServedCall call;
+    call.number = call_;
+    call.requestType = RequestType();
+    call.occasion = {false, call.requestType, answer.code, id_, std::move(giveUp)};
+    const ServedCallScope scope(std::move(call));
+    answer.call(callbacks_, answer);
+    if (isLate && !scope.Get().hasEffect) {
         Say(Name() + " is closed and its request has ended: the answer " + std::to_string(answer.code) +
             " reaches nobody");
     }

@@ -21,9 +21,6 @@ std::string NameOfRequest(int32_t requestType);
 /// The request type of a method; 0 if it has none or `method` is null.
 int32_t TypeOfRequest(const char* method);
 
-/// Notes that the module does something observable on this thread.
-void NoteEffect();
-
 /// One modal UI extension. Kept after it is closed, because it may still answer. Thread-safe.
 class Modal {
 public:

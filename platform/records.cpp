@@ -11,7 +11,7 @@
 #include "clock.h"
 #include "faults.h"
 #include "forever.h"
-#include "modals.h"
+#include "served_call.h"
 #include "watching.h"
 
 namespace StandIn {
@@ -131,7 +131,7 @@ ADD_PARAM(const std::vector<std::string>&)
 
 int Write(const Event& event) {
     if (StandIn::Faults::Trip(StandIn::Call::Write)) return -1;
-    StandIn::NoteEffect();
+    StandIn::MarkEffect();
     if (StandIn::Watching::IsOn()) StandIn::Watching::Tell({"reported", {{"event", event}}});
     (void)StandIn::EventStore::Get().Append(event);
     return 0;

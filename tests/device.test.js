@@ -72,6 +72,14 @@ for (const [what, call] of [
     });
 }
 
+test('what is optional in Node-API is optional in calls that go through the device', () => {
+    const addon = require('../addon.js').loadAddon('test_addon.node');
+    const counts = [];
+    const status = addon.call((...args) => counts.push(args.length));
+    assert.deepEqual([addon.sum10(1, 2, 3), addon.sum20(), addon.data, status, counts], [13, 20, 20, 0, [0]]);
+    assert.equal(addon.define(), 1);  // napi_ok for no properties, napi_invalid_arg for one that is not there
+});
+
 test('manual time stands still but for advance, which stops at every deadline on its way', async () => {
     const begin = clock.now();
     const first = waiting();

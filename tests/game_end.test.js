@@ -69,12 +69,12 @@ test('a handled end by a timer is told on the thread of each handler, and the cl
         parentPort.postMessage('ready');
     });
     await nextMessage(worker);
-    game.launchAntiAddiction(device.createAbilityContext(), 20, 'text', 6);
+    game.launchAntiAddiction(device.createAbilityContext(), 20, 'text', 12);
     game.launchAntiAddiction(device.createAbilityContext(), 30, 'text', 6);
     const told = nextMessage(worker);
     await timeUp();
     await device.clock.advance(100000);
-    const end = { reason: 'timer', requestType: 6, code: undefined };
+    const end = { reason: 'timer', requestType: 12, code: undefined };
     assert.deepEqual([ends, await told, device.clock.sleepers()], [[end], end, 0]);
     await worker.terminate();
 });

@@ -90,6 +90,19 @@ test('the stack of a rejection shows where its request was made', async () => {
     }, { env: { GAMEAPI_STACKS: 'off' }, out: ['false 401'] });
 });
 
+test('of the requests that never settle, only the latest places are kept', async () => {
+    const context = device.createAbilityContext();
+    const bind = () => game.bindPlayer(context, 'open', 'team').catch(({ stack }) => stack.includes('at bindPlayer'));
+    const bound = [bind()];
+    for (let i = 0; i < 4096; ++i) {
+        void game.launchCommonPage(context, 'page');
+    }
+    bound.push(bind());
+    await answer(device.modals()[0], ['result', ErrorCode.ALREADY_BOUND]);
+    await answer(device.modals().at(-1), ['result', ErrorCode.ALREADY_BOUND]);
+    assert.deepEqual(await Promise.all(bound), [false, true]);
+});
+
 test('reset ends the listeners of the environment that resets, and keeps contexts', async () => {
     const heard = [];
     const context = device.createAbilityContext();

@@ -71,6 +71,30 @@ test('a watcher sees what throws, what listeners hear, and which call opened a l
     ]);
 });
 
+test('a call from within a getter leaves the records, the modal and the place of the outer call to it', async () => {
+    const seen = watch('call', 'method', 'code');
+    function inner() {
+        attempt(() => game.bindPlayer());
+        game.syncTraceId('inner');
+        return 'product-1';
+    }
+    async function outer() {
+        await game.prePurchase(device.createAbilityContext(), { get productId() { return inner(); } });
+    }
+    const bought = outer();
+    await Promise.all([device.modals()[0].result(1002000002), assert.rejects(bought, ({ stack }) => {
+        assert.match(stack, /^\s+at prePurchase \(.*watching\.test\.js/m);
+        return /at outer /.test(stack) && !/at inner /.test(stack);
+    })]);
+    await turn();
+    const [[, first], ...others] = without(seen, 'log', 'reported');
+    assert.deepEqual(others.map(([kind, call, ...rest]) => [kind, call - first, ...rest]), [
+        ['call', 1, 'bindPlayer'], ['settled', 1, 'bindPlayer', 401],
+        ['call', 2, 'syncTraceId'], ['opened', 0, 'prePurchase'], ['answered', 0, 'prePurchase', 1002000002],
+        ['closed', 0, 'prePurchase'], ['settled', 0, 'prePurchase', 1002000002],
+    ]);
+});
+
 test('a watcher sees the calls of a Worker, and nothing once it looks away', async () => {
     const seen = watch('call', 'method');
     const worker = startWorker((support) => {

@@ -1,13 +1,16 @@
 #include "wrap/call_records.h"
 
+#include <array>
+#include <deque>
 #include <string>
 #include <string_view>
 #include <unordered_map>
 #include <utility>
 #include <vector>
 
+#include "served_call.h"
 #include "watching.h"
-#include "wrap/wrap.h"
+#include "wrap/call_site.h"
 
 namespace StandIn {
 namespace {
@@ -15,33 +18,34 @@ namespace {
 constexpr size_t MAX_TEXT = 4096;     // bytes of a result that are told
 constexpr size_t MAX_ARGUMENT = 256;  // and of an argument
 constexpr double NO_CODE = -1;
+constexpr size_t MAX_PROMISES = 4096;  // that are kept: those of launches never settle
+constexpr int32_t LAUNCH_ANTI_ADDICTION = 6;
 
+/// A call that made a promise or passed a function.
 struct Made {
     uint64_t call = 0;
     const char* method = "";
-    std::string about;  // what `on` listens for; else empty
+    bool isRecorded = false;
+    napi_ref site = nullptr;  // of a promise
+    std::string about;        // what `on` listens for; else empty
 };
 
-/// What a thread remembers of the calls that were watched.
-struct Notes {
-    Made now;  // the method called last; its call is 0 if nobody watched
+/// What this JS thread keeps of the calls whose outcome is still to come.
+struct Kept {
     std::unordered_map<napi_deferred, Made> promises;
+    std::deque<std::pair<napi_deferred, uint64_t>> order;  // with their calls; some are settled
     std::unordered_map<napi_ref, Made> functions;
-    napi_ref used = nullptr;
+    std::array<std::pair<napi_value, napi_ref>, 4> handles{};  // the latest, in turn
+    size_t nextHandle = 0;
+    std::string about;  // what the served call of `on` listens for
 };
 
-thread_local Notes* gNotes = nullptr;  // null until somebody watches, and once the thread ends
+thread_local Kept gKept;
 
-/// Frees the notes when the thread ends.
-struct NotesOwner {
-    ~NotesOwner() { delete std::exchange(gNotes, nullptr); }
-};
-
-thread_local NotesOwner gOwner;
-
-Notes* MakeNotes() {
-    (void)&gOwner;  // its first use has it destroyed when the thread ends
-    return new Notes();
+Made MadeByServed() {
+    const ServedCall* served = Served();
+    if (served == nullptr) return {};
+    return {served->number, served->method, served->isRecorded, nullptr, {}};
 }
 
 bool IsOf(napi_env env, napi_value value, napi_valuetype type) {
@@ -98,8 +102,8 @@ double CodeOf(napi_env env, napi_value error) {
     return napi_get_value_double(env, Property(env, error, "code"), &code) == napi_ok ? code : NO_CODE;
 }
 
-/// Tells that a call came to `error`, or to `data` if that is not an object.
-void TellSettled(napi_env env, const Made& made, const char* how, napi_value error, napi_value data) {
+/// A call came to `error`, or to `data` if that is not an object.
+void RecordOutcome(napi_env env, const Made& made, const char* how, napi_value error, napi_value data) {
     const bool isFailed = IsOf(env, error, napi_object);
     const double code = isFailed ? CodeOf(env, error) : 0;
     Happening settled = About("settled", made);
@@ -110,7 +114,7 @@ void TellSettled(napi_env env, const Made& made, const char* how, napi_value err
     Watching::Tell(std::move(settled));
 }
 
-void TellHeard(napi_env env, const Made& made, napi_value data) {
+void RecordHeard(napi_env env, const Made& made, napi_value data) {
     Happening heard = About("heard", made);
     heard.fields.emplace_back("type", made.about);
     AddText(env, "data", IsOf(env, data, napi_object) ? Property(env, data, "resultInfo") : data, heard);
@@ -118,70 +122,120 @@ void TellHeard(napi_env env, const Made& made, napi_value data) {
 }
 
 Made TakePromise(napi_deferred deferred) {
-    if (gNotes == nullptr) return {};
-    auto found = gNotes->promises.extract(deferred);
+    auto found = gKept.promises.extract(deferred);
     return found.empty() ? Made() : found.mapped();
+}
+
+void DropSite(napi_env env, const Made& made) {
+    if (made.site != nullptr) (void)napi_delete_reference(env, made.site);
+}
+
+/// Drops the oldest promises. The handle of a settled one may be that of a newer one.
+void LimitPromises(napi_env env) {
+    for (; gKept.order.size() > MAX_PROMISES; gKept.order.pop_front()) {
+        const auto [deferred, call] = gKept.order.front();
+        auto found = gKept.promises.find(deferred);
+        if (found != gKept.promises.end() && found->second.call == call) DropSite(env, TakePromise(deferred));
+    }
+}
+
+/// Whose function a handle belongs to; null if nobody's.
+const Made* FindFunction(napi_value function) {
+    const size_t count = gKept.handles.size();
+    for (size_t age = 1; age <= count; ++age) {
+        const auto [handle, reference] = gKept.handles[(gKept.nextHandle + count - age) % count];
+        if (handle != function) continue;
+        auto found = gKept.functions.find(reference);
+        return found == gKept.functions.end() ? nullptr : &found->second;
+    }
+    return nullptr;
+}
+
+/// The caller of this method chooses the type of its request.
+void ReadRequestType(napi_env env, ServedCall& call, size_t count, const napi_value* arguments) {
+    if (call.requestType != LAUNCH_ANTI_ADDICTION || count < 4) return;
+    call.requestType = 0;
+    (void)napi_get_value_int32(env, arguments[3], &call.requestType);
 }
 
 }  // namespace
 
-void TellCall(napi_env env, const char* method, size_t count, const napi_value* arguments) {
-    if (gNotes != nullptr) gNotes->now = Made();
+void RecordCall(napi_env env, size_t count, const napi_value* arguments) {
+    ServedCall& served = *Served();
+    ReadRequestType(env, served, count, arguments);
+    gKept.about.clear();
     if (!Watching::IsOn()) return;
-    if (gNotes == nullptr) gNotes = MakeNotes();
-    Made& now = gNotes->now;
-    now = {CurrentCall(), method, {}};
+    served.isRecorded = true;
     std::vector<std::string> shown;
     for (size_t i = 0; i < count; ++i) {
         shown.push_back(Show(env, arguments[i]));
     }
-    if (std::string_view(method) == "on" && count > 0) now.about = TextOf(env, arguments[0], MAX_ARGUMENT);
-    Happening call = About("call", now);
+    if (std::string_view(served.method) == "on" && count > 0) {
+        gKept.about = TextOf(env, arguments[0], MAX_ARGUMENT);
+    }
+    Happening call = About("call", MadeByServed());
     call.fields.emplace_back("arguments", std::move(shown));
     Watching::Tell(std::move(call));
 }
 
-void NotePromise(napi_deferred deferred) {
-    if (gNotes != nullptr && gNotes->now.call != 0) gNotes->promises[deferred] = gNotes->now;
+// A getter of the game may have thrown: then the method ends with that exception.
+void RecordEndOfCall(napi_env env) {
+    bool isThrowing = false;
+    if (Served()->isRecorded && napi_is_exception_pending(env, &isThrowing) == napi_ok && isThrowing) {
+        RecordThrown(env, nullptr);
+    }
 }
 
-void NoteFunction(napi_ref reference) {
-    if (gNotes != nullptr && gNotes->now.call != 0) gNotes->functions[reference] = gNotes->now;
+void KeepPromise(napi_env env, napi_deferred deferred) {
+    Made made = MadeByServed();
+    made.site = MakeCallSite(env);
+    if (made.site == nullptr && !made.isRecorded) return;
+    gKept.order.emplace_back(deferred, made.call);
+    gKept.promises[deferred] = std::move(made);
+    LimitPromises(env);
 }
 
-void NoteUse(napi_ref reference) {
-    if (gNotes != nullptr) gNotes->used = reference;
+void KeepFunction(napi_ref reference) {
+    Made made = MadeByServed();
+    made.about = gKept.about;
+    if (made.isRecorded) gKept.functions[reference] = std::move(made);
 }
 
-void DropFunction(napi_ref reference) {
-    if (gNotes != nullptr) (void)gNotes->functions.erase(reference);
+void DropFunction(napi_ref reference) { (void)gKept.functions.erase(reference); }
+
+void KeepHandle(napi_ref reference, napi_value function) {
+    if (gKept.functions.empty()) return;
+    gKept.handles[gKept.nextHandle] = {function, reference};
+    gKept.nextHandle = (gKept.nextHandle + 1) % gKept.handles.size();
 }
 
-void TellResolved(napi_env env, napi_deferred deferred, napi_value value) {
+void AddCallSite(napi_env env, napi_deferred deferred, napi_value error) {
+    auto found = gKept.promises.find(deferred);
+    if (found == gKept.promises.end() || found->second.site == nullptr) return;
+    AddStack(env, found->second.site, found->second.method, error);
+}
+
+void RecordSettled(napi_env env, napi_deferred deferred, napi_value error, napi_value data) {
     const Made made = TakePromise(deferred);
-    if (made.call != 0) TellSettled(env, made, "resolved", nullptr, value);
+    DropSite(env, made);
+    if (!made.isRecorded) return;
+    RecordOutcome(env, made, error != nullptr ? "rejected" : "resolved", error, data);
 }
 
-void TellRejected(napi_env env, napi_deferred deferred, napi_value error) {
-    const Made made = TakePromise(deferred);
-    if (made.call != 0) TellSettled(env, made, "rejected", error, nullptr);
-}
-
-void TellThrown(napi_env env, napi_value error) {
-    if (gNotes == nullptr || gNotes->now.call == 0) return;
-    const Made made = std::exchange(gNotes->now, Made());
+void RecordThrown(napi_env env, napi_value error) {
+    ServedCall* served = Served();
+    if (served == nullptr || !served->isRecorded || std::exchange(served->hasThrown, true)) return;
     if (error == nullptr) error = MakeObject(env);
-    TellSettled(env, made, "thrown", error, nullptr);
+    RecordOutcome(env, MadeByServed(), "thrown", error, nullptr);
 }
 
-void TellCalledBack(napi_env env, size_t count, const napi_value* arguments) {
-    if (gNotes == nullptr || count == 0) return;
-    const auto found = gNotes->functions.find(gNotes->used);
-    if (found == gNotes->functions.end()) return;
-    if (!found->second.about.empty()) {
-        TellHeard(env, found->second, arguments[0]);
+void RecordCalledBack(napi_env env, napi_value function, size_t count, const napi_value* arguments) {
+    const Made* made = count > 0 && arguments != nullptr ? FindFunction(function) : nullptr;
+    if (made == nullptr) return;
+    if (!made->about.empty()) {
+        RecordHeard(env, *made, arguments[0]);
     } else {
-        TellSettled(env, found->second, "called back", arguments[0], count > 1 ? arguments[1] : nullptr);
+        RecordOutcome(env, *made, "called back", arguments[0], count > 1 ? arguments[1] : nullptr);
     }
 }
 

@@ -6,25 +6,30 @@
 
 namespace StandIn {
 
-// Tells watchers which methods JS calls and what each call comes to. All on the JS thread of `env`, and
-// without running code of the game. Nothing is recorded unless somebody watches when the method is called.
+// Records which methods JS calls and what becomes of each call, for those who watch, and where a request was
+// made, for the error that rejects it. All on the JS thread of `env`, without running code of the game.
+// Nothing but the place is recorded unless somebody watches when the method is called.
 
-/// Call when JS calls the method whose number is `CurrentCall()`.
-void TellCall(napi_env env, const char* method, size_t count, const napi_value* arguments);
+/// Call when the method that this thread serves has read its arguments.
+void RecordCall(napi_env env, size_t count, const napi_value* arguments);
+/// Call when that method returns.
+void RecordEndOfCall(napi_env env);
 
-/// The promise belongs to the method that was called last.
-void NotePromise(napi_deferred deferred);
-/// The function behind the reference was passed to the method that was called last.
-void NoteFunction(napi_ref reference);
-/// The module is about to use the reference.
-void NoteUse(napi_ref reference);
+/// The promise is that of the served call.
+void KeepPromise(napi_env env, napi_deferred deferred);
+/// The function behind the reference was passed to the served call.
+void KeepFunction(napi_ref reference);
 void DropFunction(napi_ref reference);
+/// `function` is a handle to what is behind the reference.
+void KeepHandle(napi_ref reference, napi_value function);
 
-void TellResolved(napi_env env, napi_deferred deferred, napi_value value);
-void TellRejected(napi_env env, napi_deferred deferred, napi_value error);
-/// The method that was called last ends with an exception; null if it is not the module's own.
-void TellThrown(napi_env env, napi_value error);
-/// The module calls the function of the reference that it used last.
-void TellCalledBack(napi_env env, size_t count, const napi_value* arguments);
+/// Call before a promise is rejected: adds the place of its request to `error`, if that is an Error.
+void AddCallSite(napi_env env, napi_deferred deferred, napi_value error);
+/// The promise is settled. `error` is null if it is resolved with `data`.
+void RecordSettled(napi_env env, napi_deferred deferred, napi_value error, napi_value data);
+/// The served method throws; null if the error is not the module's own.
+void RecordThrown(napi_env env, napi_value error);
+/// The module calls a function of the game.
+void RecordCalledBack(napi_env env, napi_value function, size_t count, const napi_value* arguments);
 
 }  // namespace StandIn

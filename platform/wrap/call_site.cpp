@@ -1,25 +1,11 @@
-#include <atomic>
-#include <cstdint>
+#include "wrap/call_site.h"
+
 #include <cstdlib>
 #include <string>
 #include <string_view>
-#include <unordered_map>
-
-#include "wrap/wrap.h"
 
 namespace StandIn {
 namespace {
-
-struct CallSite {
-    const char* method;
-    napi_ref error;  // created at the call; its stack is formatted when it is read
-};
-
-thread_local const char* gMethod = nullptr;
-std::atomic<uint64_t> gThreads{0};
-thread_local uint64_t gCalls = 0;   // on this thread
-thread_local uint64_t gThread = 0;  // counted from 1; 0: no number was asked for yet
-thread_local std::unordered_map<napi_deferred, CallSite> gSites;
 
 bool IsOff() {
     const char* wanted = std::getenv("GAMEAPI_STACKS");  // NOLINT(concurrency-mt-unsafe): once, while loading
@@ -63,50 +49,30 @@ std::string PlaceOf(const std::string& frames) {
 
 }  // namespace
 
-void BeginMethod(const char* name) {
-    gMethod = name;
-    ++gCalls;
+// The stack of an Error is formatted when it is read.
+napi_ref MakeCallSite(napi_env env) {
+    napi_ref site = nullptr;
+    if (!IS_OFF) (void)napi_create_reference(env, MakeError(env), 1, &site);
+    return site;
 }
 
-uint64_t CurrentCall() {
-    if (gThread == 0) gThread = ++gThreads;
-    return ((gThread - 1) << 32) + gCalls;
-}
-
-const char* LastMethod() { return gMethod; }
-
-void NoteCallSite(napi_env env, napi_deferred deferred) {
-    napi_ref reference = nullptr;
-    if (IS_OFF || gMethod == nullptr ||
-        napi_create_reference(env, MakeError(env), 1, &reference) != napi_ok) {
+void AddStack(napi_env env, napi_ref site, const char* method, napi_value error) {
+    bool isError = false;
+    napi_value made = nullptr;
+    if (napi_is_error(env, error, &isError) != napi_ok || !isError ||
+        napi_get_reference_value(env, site, &made) != napi_ok) {
         return;
     }
-    gSites[deferred] = {gMethod, reference};
-}
-
-void GiveCallSite(napi_env env, napi_deferred deferred, napi_value error) {
-    auto site = gSites.find(deferred);
-    bool isError = false;
-    if (site == gSites.end() || napi_is_error(env, error, &isError) != napi_ok || !isError) return;
-    napi_value made = nullptr;
-    (void)napi_get_reference_value(env, site->second.error, &made);
     const std::string stack = ReadStack(env, made);
     const std::string own = ReadStack(env, error);
     const size_t first = stack.find(FRAME);
+    if (first == std::string::npos) return;
+    const std::string frames = stack.substr(first);
+    const std::string whole =
+        own.substr(0, own.find(FRAME)) + std::string(FRAME) + method + " (" + PlaceOf(frames) + ")" + frames;
     napi_value text = nullptr;
-    if (first != std::string::npos) {
-        const std::string frames = stack.substr(first);
-        const std::string told = own.substr(0, own.find(FRAME)) + std::string(FRAME) + site->second.method +
-                                 " (" + PlaceOf(frames) + ")" + frames;
-        (void)napi_create_string_utf8(env, told.data(), told.size(), &text);
-        (void)napi_set_named_property(env, error, "stack", text);
-    }
-    DropCallSite(env, deferred);
-}
-
-void DropCallSite(napi_env env, napi_deferred deferred) {
-    auto site = gSites.extract(deferred);
-    if (!site.empty()) (void)napi_delete_reference(env, site.mapped().error);
+    (void)napi_create_string_utf8(env, whole.data(), whole.size(), &text);
+    (void)napi_set_named_property(env, error, "stack", text);
 }
 
 }  // namespace StandIn

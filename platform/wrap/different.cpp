@@ -1,7 +1,7 @@
 #include <uv.h>
 
 #include "hilog/log.h"
-#include "modals.h"
+#include "served_call.h"
 #include "wrap/wrap.h"
 
 // The module's calls that behave differently on Node and on the device. The linker redirects them here.
@@ -91,7 +91,7 @@ napi_status __wrap_napi_get_uv_event_loop(napi_env env, uv_loop_t** loop) {
 // Callable from any thread. The work runs in FIFO order on the loop's own thread, never on the thread pool.
 int __wrap_uv_queue_work(uv_loop_t* loop, uv_work_t* work, uv_work_cb run, uv_after_work_cb after) {
     if (run == nullptr || Faults::Trip(Call::uv_queue_work)) return run == nullptr ? UV_EINVAL : UV_ENOMEM;
-    StandIn::NoteEffect();
+    StandIn::MarkEffect();
     work->loop = loop;
     work->work_cb = run;
     work->after_work_cb = after;

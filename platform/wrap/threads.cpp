@@ -3,29 +3,29 @@
 
 #include <list>
 #include <memory>
+#include <utility>
 
 #include "clock.h"
 #include "device_context.h"
-#include "game_end.h"
-#include "modals.h"
+#include "served_call.h"
 
 // The linker redirects the module's thread creation and sleeps here.
 
 namespace StandIn {
 namespace {
 
-/// A thread that the module starts: what it runs and why, and its birth number on the clock.
+/// A thread that the module starts: what it runs and what it serves, and its birth number on the clock.
 struct Birth {
     void* (*run)(void*);
     void* argument;
-    Occasion occasion;
+    ServedCall call;
     uint64_t number;
 };
 
 void* RunBorn(void* data) {
     const std::unique_ptr<Birth> birth(static_cast<Birth*>(data));
     Clock::Began(birth->number);
-    const OccasionScope scope(birth->occasion);
+    const ServedCallScope scope(std::move(birth->call));
     void* result = birth->run(birth->argument);
     EndWindowWait(birth->number);
     Clock::Get().Leave();
@@ -38,8 +38,8 @@ void* RunBorn(void* data) {
 extern "C" int __wrap_pthread_create(pthread_t* thread, const pthread_attr_t* attributes, void* (*run)(void*),
                                      void* argument) {
     using namespace StandIn;
-    NoteEffect();
-    auto birth = std::make_unique<Birth>(Birth{run, argument, InheritOccasion(), Clock::Get().Born()});
+    MarkEffect();
+    auto birth = std::make_unique<Birth>(Birth{run, argument, ServedByNewThread(), Clock::Get().Born()});
     BeginWindowWait(birth->number);
     const int error = pthread_create(thread, attributes, RunBorn, birth.get());
     if (error == 0) {

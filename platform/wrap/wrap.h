@@ -31,20 +31,4 @@ napi_status Guarded(Call call, napi_status (*real)(napi_env, Params...), napi_en
     return real(env, args...);
 }
 
-// The functions below record where JS made a request, and add that to the error that rejects it. All on the
-// JS thread of `env`. Nothing is recorded if the environment variable GAMEAPI_STACKS is "off".
-
-/// Call when JS calls the module's method of this name.
-void BeginMethod(const char* name);
-/// The method that this JS thread called last; null on other threads.
-const char* LastMethod();
-/// The number of that call, which no other call of the process has.
-uint64_t CurrentCall();
-
-/// Records that the method called last makes the request of this promise.
-void NoteCallSite(napi_env env, napi_deferred deferred);
-/// If `error` is an Error, adds the stack of the request to it and drops the record.
-void GiveCallSite(napi_env env, napi_deferred deferred, napi_value error);
-void DropCallSite(napi_env env, napi_deferred deferred);
-
 }  // namespace StandIn
