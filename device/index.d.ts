@@ -201,6 +201,15 @@ export function answerOn(thread: 'ui' | 'caller'): void;
  */
 export function queueOrder(order: 'fifo' | 'any', seed?: number): void;
 
+/**
+ * Sets how the module gets the game's strings. As on a device ('platform', the default): a lone surrogate becomes three
+ * bytes that are no valid UTF-8, with which the module ends the process if it writes them as JSON. Of a string that is
+ * too long, the character that does not fit is left out, and what follows. A warning on stderr names a string with a
+ * lone surrogate, and one that is cut off or contains a NUL. As in Node ('node'): a lone surrogate is replaced, without
+ * warnings.
+ */
+export function strings(like: 'platform' | 'node'): void;
+
 /** The device's time. The module's clock and all its waits use it. */
 export const clock: {
     /** Follows the real clock from now on, `rate` times as fast: 60 is a minute per second. Default 1. */

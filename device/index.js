@@ -211,6 +211,7 @@ const device = {
     onRecord,
     answerOn: binding.answerOn,
     queueOrder: binding.queueOrder,
+    strings: binding.strings,
     clock: {
         real: timers.real,
         manual: timers.manual,

@@ -2,8 +2,10 @@
 
 #include <node_api.h>
 
+#include <array>
 #include <cstdint>
 #include <functional>
+#include <string>
 #include <vector>
 
 namespace StandIn {
@@ -27,6 +29,13 @@ struct ServedCall {
 
     napi_callback_info info = nullptr;  // while the method runs; this and the next
     void* data = nullptr;               // of the method's property
+
+    std::array<napi_value, 4> arguments{};  // those that the method has read
+    const char* property = "";              // the one that it has read last, its value,
+    napi_value propertyValue = nullptr;
+    napi_value element = nullptr;  // and the element of that value that it has read last
+    uint32_t index = 0;
+    std::string invalidString;  // the one read last that is no valid UTF-8 on a device
 
     bool isRecorded = false;       // somebody watches
     bool hasThrown = false;        // and knows what the method has thrown

@@ -3,7 +3,8 @@
 // How JS values are read: strings, numbers, flags and records.
 
 const assert = require('node:assert/strict');
-const { REQUESTS, attempt, device, ends, game, test } = require('./support');
+const { seeded } = require('../soak/hostile/generator');
+const { REQUESTS, attempt, device, ends, game, runInChild, test } = require('./support');
 const { assertAgrees, call } = require('./support/oracle');
 
 const CTX = { ctx: 0 };
@@ -12,7 +13,8 @@ const OTHERS = [5, true, null, undefined, {}, [], () => {}, 10n, Symbol('s'), ne
 // A string is cut at 4096 bytes, before the character that would exceed them, and ends at a NUL.
 const STRINGS = ['', 'abc', '\u00e9\u6f22\u{1f600}', 'a\0b', '\0', 'a'.repeat(4096), 'a'.repeat(5000), '\u00e9'.repeat(3000),
     '\u6f22'.repeat(5000), `${'a'.repeat(4095)}\u00e9`, `${'a'.repeat(4094)}\u6f22z`, `${'a'.repeat(4093)}\u6f22z`,
-    'a\ud800b', '\udc00'];
+    `${'a'.repeat(4093)}\u{1f600}z`, `${'a'.repeat(4092)}\u{1f600}z`];
+const LONE = ['a\ud800b', '\udc00', `${'a'.repeat(4094)}\ud800z`, `\ud800${'\u6f22'.repeat(1365)}`];
 const NUMBERS = [18, -1, 18.9, -1.9, -0, 2147483647, 2147483648, 4294967301, 1e300, NaN, Infinity, '18'];
 const RECORDS = Object.entries(REQUESTS).filter(([, { record }]) => record);
 
@@ -33,13 +35,65 @@ test('a value is read as a string, a number or a flag in the same way wherever i
     assert.deepEqual([lastWant().thirdOpenId, lastWant().teamPlayerId], ['a'.repeat(4095), 'a']);
 });
 
-test('a string whose last character is cut within its surrogate pair stays valid UTF-8', () => {
-    for (const length of [4093, 4094, 4095]) {
-        game.launchCommonPage(device.createAbilityContext(), `${'a'.repeat(length)}\u{1f600}z`);
-        const { pageInfo } = lastWant();
-        assert.equal(pageInfo.slice(0, length), 'a'.repeat(length));
-        assert.ok(['', '\ufffd'].includes(pageInfo.slice(length)) && Buffer.byteLength(pageInfo) <= 4096);
+/** The steps of calls that read a string without writing it as JSON. */
+const readings = (value) => [
+    call('syncTraceId', [value]), call('bindPlayer', [CTX, value, value]), call('launchCommonPage', [CTX, value]),
+    call('launchWelcomeBanner', [CTX, value]), call('launchAntiAddiction', [CTX, 0, value, 14]), ['advance', 15000],
+    call('reportEventOperation', [value, 5, 0]), call('on', [value, { fn: 'plain', as: 'listener' }]),
+    call('onEventCallback', [{ resultCode: 1002000015, resultInfo: value }]),
+    ...[{ moduleName: value }, { moduleName: 'entry', params: [value] }].map((accountIcon) =>
+        call('unionLogin', [CTX, { thirdAccountInfos: [{ accountName: 'name', accountIcon }] }])),
+];
+
+test('strings of every kind about the limit are read as a device gives them', async () => {
+    const random = seeded(7);
+    const pick = (list) => list[Math.floor(random() * list.length)];
+    for (let round = 0; round < 60; ++round) {
+        const isWellFormed = round % 2 === 0;
+        const units = ['a', '\u00e9', '\u6f22', '\u{1f600}', ...(isWellFormed ? [] : ['\ud800', '\udfff'])];
+        const unit = pick(units);
+        const long = unit.repeat(Math.floor(4090 / Buffer.byteLength(unit)));
+        const value = long + Array.from({ length: 12 }, () => pick(random() < 0.05 ? ['\0'] : units)).join('');
+        const json = RECORDS.filter(() => isWellFormed).map(([name, { record: [, fields] }]) =>
+            call(name, [CTX, Object.fromEntries(Object.keys(fields).map((field) => [field, value]))]));
+        await assertAgrees([listen, ...readings(value), ...json]);
     }
+});
+
+test('a lone surrogate is read as on a device, or as in Node, and ends the process as JSON', async () => {
+    for (const value of LONE) {
+        await assertAgrees([listen, ...readings(value)]);
+    }
+    device.strings('node');
+    game.savePlayerRole(device.createAbilityContext(), { roleName: 'a\ud800b' });
+    assert.equal(JSON.parse(lastWant().tavikExtra).roleName, 'a\ufffdb');
+    device.reset();
+    const strings = RECORDS.flatMap(([name, { record: [, fields] }]) => Object.entries(fields)
+        .filter(([, kind]) => kind === 'string').map(([field]) => ({ name, field, object: { [field]: '\udbff' } })));
+    const account = { accountName: '\udbff', accountIcon: {} };
+    strings.push({ name: 'unionLogin', field: 'accountName', object: { loginPanelType: 1, thirdAccountInfos: [account] } });
+    await Promise.all(strings.map(async ({ name, field, object }) => {
+        const { signal, stderr } = await runInChild(({ game, device }, method, parameter) =>
+            game[method](device.createAbilityContext(), parameter), [name, object], { GAMEAPI_LOG: '' });
+        assert.equal(signal, 'SIGABRT');
+        assert.match(stderr, new RegExp(`^game device: ${name}: ${field} has the lone surrogate U\\+DBFF\\. .*toWellFormed.*\n` +
+            `game device: the module aborts the process: ${field} of ${name} .* JSON\n`));
+    }));
+});
+
+test('a string that is cut off, or ends at a NUL, is named', async () => {
+    const { stderr } = await runInChild(({ game, device }) => {
+        game.bindPlayer(device.createAbilityContext(), 'x'.repeat(5000), 'x'.repeat(4096));
+        game.savePlayerRole(device.createAbilityContext(), { roleName: 'a\0b', roleId: '\u{1f600}'.repeat(1025) });
+        device.strings('node');
+        game.syncTraceId('a\0\ud800');
+    }, [], { GAMEAPI_LOG: '' });
+    assert.deepEqual(stderr.split('\n').filter((line) => !line.endsWith('has no answer')), [
+        'game device: bindPlayer: argument 2 is cut off: only 4096 of its 5000 bytes of UTF-8 are sent, on a device too',
+        'game device: savePlayerRole: roleId is cut off: only 4096 of its 4100 bytes of UTF-8 are sent, on a device too',
+        'game device: savePlayerRole: roleName ends at its first NUL character, on a device too: what follows is not sent',
+        '',
+    ]);
 });
 
 test('a record is any object, whatever it is and shows, and nothing else', async () => {

@@ -8,6 +8,7 @@
 #include "reading.h"
 #include "records.h"
 #include "ui_thread.h"
+#include "wrap/strings.h"
 
 namespace StandIn {
 namespace {
@@ -54,19 +55,33 @@ napi_value ChangeSystemApp(napi_env env, napi_callback_info info) {
     return nullptr;
 }
 
+/// Reads one of two words; `isFirst` tells which.
+bool ReadChoice(napi_env env, napi_value value, const char* name, const char* first, const char* second,
+                bool& isFirst) {
+    std::string word;
+    if (!ReadText(env, value, name, word)) return false;
+    isFirst = word == first;
+    if (isFirst || word == second) return true;
+    const std::string expected = "'" + std::string(first) + "' or '" + second + "'";
+    return ThrowUnexpected(env, name, expected.c_str(), value);
+}
+
+napi_value Strings(napi_env env, napi_callback_info info) {
+    bool isLikePlatform = true;
+    if (ReadChoice(env, Arguments<1>(env, info)[0], "like", "platform", "node", isLikePlatform)) {
+        SetPlatformStrings(isLikePlatform);
+    }
+    return nullptr;
+}
+
 napi_value QueueOrder(napi_env env, napi_callback_info info) {
-    const auto [orderValue, seedValue] = Arguments<2>(env, info);
-    std::string order;
+    const auto [order, seedValue] = Arguments<2>(env, info);
+    bool isAny = false;
     uint64_t seed = 1;
-    if (!ReadText(env, orderValue, "order", order) ||
-        (!IsOfType(env, seedValue, napi_undefined) && !ReadCount(env, seedValue, "seed", 0, seed))) {
-        return nullptr;
+    if (ReadChoice(env, order, "order", "any", "fifo", isAny) &&
+        (IsOfType(env, seedValue, napi_undefined) || ReadCount(env, seedValue, "seed", 0, seed))) {
+        Environment::SetQueueOrder(isAny, static_cast<uint32_t>(seed));
     }
-    if (order != "fifo" && order != "any") {
-        (void)ThrowUnexpected(env, "order", "'fifo' or 'any'", orderValue);
-        return nullptr;
-    }
-    Environment::SetQueueOrder(order == "any", static_cast<uint32_t>(seed));
     return nullptr;
 }
 
@@ -97,6 +112,7 @@ napi_value Reset(napi_env env, napi_callback_info /*info*/) {
     Modals::Get().Reset();
     UiThread::Get().SetBypassed(false);
     Environment::SetQueueOrder(false);
+    SetPlatformStrings(true);
     Clock::Get().Reset();
     DropWindowWaits();
     GameEnd::Reset();
@@ -114,6 +130,7 @@ bool DefineControlFunctions(napi_env env, napi_value exports) {
                             {"faults", ListFaults},
                             {"setSystemApp", ChangeSystemApp},
                             {"queueOrder", QueueOrder},
+                            {"strings", Strings},
                             {"onExit", OnExit},
                             {"say", SayText},
                             {"moduleExports", GetModuleExports},

@@ -1,5 +1,6 @@
 #include "wrap/call_records.h"
 
+#include <algorithm>
 #include <array>
 #include <deque>
 #include <string>
@@ -162,6 +163,7 @@ void ReadRequestType(napi_env env, ServedCall& call, size_t count, const napi_va
 
 void RecordCall(napi_env env, size_t count, const napi_value* arguments) {
     ServedCall& served = *Served();
+    std::copy_n(arguments, std::min(count, served.arguments.size()), served.arguments.begin());
     ReadRequestType(env, served, count, arguments);
     gKept.about.clear();
     if (!Watching::IsOn()) return;

@@ -15,14 +15,10 @@ GUARD(napi_create_string_utf8, (napi_env env, const char* text, size_t length, n
       length, value)
 GUARD(napi_get_and_clear_last_exception, (napi_env env, napi_value* error), env, error)
 GUARD(napi_get_array_length, (napi_env env, napi_value array, uint32_t* length), env, array, length)
-GUARD(napi_get_element, (napi_env env, napi_value array, uint32_t index, napi_value* element), env, array,
-      index, element)
 GUARD(napi_get_null, (napi_env env, napi_value* value), env, value)
 GUARD(napi_get_undefined, (napi_env env, napi_value* value), env, value)
 GUARD(napi_get_value_bool, (napi_env env, napi_value value, bool* flag), env, value, flag)
 GUARD(napi_get_value_int32, (napi_env env, napi_value value, int32_t* number), env, value, number)
-GUARD(napi_get_value_string_utf8, (napi_env env, napi_value value, char* buffer, size_t size, size_t* length),
-      env, value, buffer, size, length)
 GUARD(napi_is_array, (napi_env env, napi_value value, bool* answer), env, value, answer)
 GUARD(napi_is_exception_pending, (napi_env env, bool* answer), env, answer)
 GUARD(napi_open_handle_scope, (napi_env env, napi_handle_scope* scope), env, scope)

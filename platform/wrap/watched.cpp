@@ -3,6 +3,7 @@
 
 #include "served_call.h"
 #include "wrap/call_records.h"
+#include "wrap/strings.h"
 #include "wrap/wrap.h"
 
 // The module's Node-API calls that show what the game asks for and what it gets. The linker redirects them
@@ -139,8 +140,16 @@ napi_status __wrap_napi_has_named_property(napi_env env, napi_value object, cons
 
 napi_status __wrap_napi_get_named_property(napi_env env, napi_value object, const char* name,
                                            napi_value* value) {
-    return StandIn::DropTypeError(
-        env, Guarded(Call::napi_get_named_property, napi_get_named_property, env, object, name, value));
+    napi_status status =
+        Guarded(Call::napi_get_named_property, napi_get_named_property, env, object, name, value);
+    if (status == napi_ok) StandIn::KeepProperty(*value, name);
+    return StandIn::DropTypeError(env, status);
+}
+
+napi_status __wrap_napi_get_element(napi_env env, napi_value array, uint32_t index, napi_value* element) {
+    napi_status status = Guarded(Call::napi_get_element, napi_get_element, env, array, index, element);
+    if (status == napi_ok) StandIn::KeepElement(*element, index);
+    return status;
 }
 
 napi_status __wrap_napi_throw(napi_env env, napi_value error) {

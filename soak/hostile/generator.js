@@ -105,6 +105,13 @@ class Generator extends Values {
 
     /** An object with some of the fields of a record, or something else. */
     object(env, fields) {
+        this.isForJson = true;
+        const made = this.makeObject(env, fields);
+        this.isForJson = false;
+        return made;
+    }
+
+    makeObject(env, fields) {
         const isWild = this.isWild(env);
         const member = (key) => (fields[key] === 'accounts' ? this.accounts(isWild) :
             isWild ? this.any() : this.pick([...TEXTS, ...NO_TEXTS, ...NUMBERS, 1, 1]));

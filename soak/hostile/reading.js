@@ -15,12 +15,24 @@ const isArray = (value) => !isProxy(value) && Array.isArray(value);
 const has = (value, key) => value !== undefined && value !== null && key in Object(value);
 const get = (value, key) => (has(value, key) ? Object(value)[key] : undefined);
 
+/** The bytes of a string in UTF-8. A lone surrogate counts as a character of three bytes. */
+function encode(value) {
+    if (!/\p{Surrogate}/u.test(value)) {
+        return Buffer.from(value);
+    }
+    return Buffer.concat(Array.from(value, (character) => {
+        const code = character.codePointAt(0);
+        return code >= 0xd800 && code < 0xe000 ?
+            Buffer.from([0xe0 | (code >> 12), 0x80 | ((code >> 6) & 0x3f), 0x80 | (code & 0x3f)]) : Buffer.from(character);
+    }));
+}
+
 /** Up to the first NUL, and cut to whole characters within the limit. Empty if the value is not a string. */
 function text(value) {
     if (typeof value !== 'string') {
         return '';
     }
-    let bytes = Buffer.from(value);
+    let bytes = encode(value);
     if (bytes.length > MAX_BYTES) {
         let end = MAX_BYTES;
         while ((bytes[end] & 0xc0) === 0x80) {

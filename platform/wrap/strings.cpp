@@ -1,0 +1,180 @@
+#include "wrap/strings.h"
+
+#include <atomic>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+#include <string_view>
+
+#include "records.h"
+#include "served_call.h"
+#include "wrap/wrap.h"
+
+// The module's reads of strings. Node replaces a lone surrogate; a device encodes it like any other character
+// of its size, in three bytes that are no valid UTF-8. And where Node cuts a character that does not fit is
+// up to Node; a device leaves it out, and what follows.
+
+namespace StandIn {
+namespace {
+
+constexpr size_t LONGEST_CHARACTER = 4;                   // in bytes
+constexpr std::string_view REPLACEMENT = "\xEF\xBF\xBD";  // what Node writes for a lone surrogate
+
+std::atomic<bool> gIsLikePlatform{true};
+
+constexpr bool IsLead(char16_t unit) { return (unit & 0xFC00) == 0xD800; }
+constexpr bool IsTrail(char16_t unit) { return (unit & 0xFC00) == 0xDC00; }
+
+/// The first `count` units of a string in UTF-16, or all.
+std::u16string ReadUnits(napi_env env, napi_value value, size_t count) {
+    std::u16string units(count + 1, u'\0');
+    size_t length = 0;
+    (void)napi_get_value_string_utf16(env, value, units.data(), units.size(), &length);
+    units.resize(length);
+    return units;
+}
+
+/// Appends a character. A surrogate counts as one.
+void Append(std::string& bytes, uint32_t character) {
+    const auto add = [&bytes](uint32_t byte) { bytes.push_back(static_cast<char>(byte)); };
+    const auto addRest = [&](int shift) { add(0x80 | ((character >> shift) & 0x3F)); };
+    if (character < 0x80) return add(character);
+    if (character < 0x800) {
+        add(0xC0 | (character >> 6));
+    } else if (character < 0x10000) {
+        add(0xE0 | (character >> 12));
+        addRest(6);
+    } else {
+        add(0xF0 | (character >> 18));
+        addRest(12);
+        addRest(6);
+    }
+    addRest(0);
+}
+
+struct Encoded {
+    std::string bytes;
+    char16_t loneSurrogate = 0;  // the first one
+};
+
+/// Encodes the characters that fit into `room` bytes, up to the first that does not.
+Encoded Encode(const std::u16string& units, size_t room) {
+    Encoded encoded;
+    for (size_t i = 0; i < units.size(); ++i) {
+        uint32_t character = units[i];
+        const bool isPair = IsLead(units[i]) && i + 1 < units.size() && IsTrail(units[i + 1]);
+        if (isPair) character = 0x10000 + ((character & 0x3FF) << 10) + (units[++i] & 0x3FF);
+        const size_t before = encoded.bytes.size();
+        Append(encoded.bytes, character);
+        if (encoded.bytes.size() > room) {
+            encoded.bytes.resize(before);
+            break;
+        }
+        const bool isLone = !isPair && (IsLead(units[i]) || IsTrail(units[i]));
+        if (isLone && encoded.loneSurrogate == 0) encoded.loneSurrogate = units[i];
+    }
+    return encoded;
+}
+
+/// The property or argument that `value` is.
+std::string NameOf(const ServedCall& call, napi_value value) {
+    if (value == call.element) return std::string(call.property) + "[" + std::to_string(call.index) + "]";
+    if (value == call.propertyValue) return call.property;
+    for (size_t i = 0; i < call.arguments.size(); ++i) {
+        if (value == call.arguments[i]) return "argument " + std::to_string(i + 1);
+    }
+    return "a string";
+}
+
+void Warn(napi_value value, const std::string& what) {
+    const ServedCall* call = Served();
+    if (call != nullptr) Say(std::string(call->method) + ": " + NameOf(*call, value) + " " + what);
+}
+
+void WarnOfSurrogate(napi_value value, char16_t surrogate) {
+    char text[8];
+    (void)std::snprintf(text, sizeof(text), "U+%04X", static_cast<unsigned>(surrogate));
+    if (Served() != nullptr) Served()->invalidString = NameOf(*Served(), value);
+    Warn(value, std::string("has the lone surrogate ") + text +
+                    ". A device reads it as bytes that are no valid UTF-8, and ends the game if they are "
+                    "sent as JSON. Pass the string's toWellFormed()");
+}
+
+void WarnOfCut(napi_env env, napi_value value, size_t read) {
+    size_t all = 0;
+    (void)napi_get_value_string_utf8(env, value, nullptr, 0, &all);
+    if (all > read) {
+        Warn(value, "is cut off: only " + std::to_string(read) + " of its " + std::to_string(all) +
+                        " bytes of UTF-8 are sent, on a device too");
+    }
+}
+
+/// Whether Node's result may differ from the device's, or the string may be cut.
+bool MayDiffer(std::string_view bytes, size_t room) {
+    return bytes.size() + LONGEST_CHARACTER > room || bytes.find(REPLACEMENT) != std::string_view::npos;
+}
+
+napi_status ReadString(napi_env env, napi_value value, char* buffer, size_t size, size_t* length) {
+    size_t count = 0;
+    if (buffer == nullptr || size == 0 || !gIsLikePlatform) {
+        return napi_get_value_string_utf8(env, value, buffer, size, length);
+    }
+    const napi_status status = napi_get_value_string_utf8(env, value, buffer, size, &count);
+    if (status != napi_ok) return status;
+    const size_t room = size - 1;
+    if (MayDiffer({buffer, count}, room)) {
+        const Encoded encoded = Encode(ReadUnits(env, value, size), room);
+        count = encoded.bytes.copy(buffer, room);
+        buffer[count] = '\0';
+        if (encoded.loneSurrogate != 0) WarnOfSurrogate(value, encoded.loneSurrogate);
+        WarnOfCut(env, value, count);
+    }
+    if (std::string_view(buffer, count).find('\0') != std::string_view::npos) {
+        Warn(value, "ends at its first NUL character, on a device too: what follows is not sent");
+    }
+    if (length != nullptr) *length = count;
+    return napi_ok;
+}
+
+}  // namespace
+
+void SetPlatformStrings(bool isLikePlatform) { gIsLikePlatform = isLikePlatform; }
+
+void KeepProperty(napi_value value, const char* name) {
+    ServedCall* call = Served();
+    if (call == nullptr) return;
+    call->propertyValue = value;
+    call->property = name;
+    call->element = nullptr;
+}
+
+void KeepElement(napi_value value, uint32_t index) {
+    ServedCall* call = Served();
+    if (call == nullptr) return;
+    call->element = value;
+    call->index = index;
+}
+
+}  // namespace StandIn
+
+extern "C" {
+
+napi_status __wrap_napi_get_value_string_utf8(napi_env env, napi_value value, char* buffer, size_t size,
+                                              size_t* length) {
+    return StandIn::Guarded(StandIn::Call::napi_get_value_string_utf8, StandIn::ReadString, env, value,
+                            buffer, size, length);
+}
+
+// The JSON library aborts, as it cannot throw in the module.
+[[noreturn]] void __wrap_abort() {
+    const StandIn::ServedCall* call = StandIn::Served();
+    if (call != nullptr && !call->invalidString.empty()) {
+        StandIn::Say("the module aborts the process: " + call->invalidString + " of " + call->method +
+                     " is no valid UTF-8, and cannot be written as JSON");
+    } else {
+        StandIn::Say("the module aborts the process");
+    }
+    std::abort();
+}
+
+}  // extern "C"
