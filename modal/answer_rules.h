@@ -9,31 +9,56 @@ namespace TAVIK::GAME_PLAYER {
 /// The callback that an answer came through.
 enum class AnswerKind { RESULT, RECEIVE, ERROR, RELEASE };
 
-/// The state of a request. `ModalUICallback` describes the transitions.
+struct Answer {
+    AnswerKind kind;
+    int32_t code;              // of the result, the received data, the error or the release
+    int32_t playableTime = 0;  // of received data, in minutes; below 1: no limit
+    bool isEnvironmentAlive = true;
+};
+
+/// `ModalUICallback` describes the states and their transitions.
 enum class RequestState { WAITING, ANSWERED, OPEN, ENDED };
+
+/// How far a request is. The session's lock guards it.
+struct RequestStatus {
+    RequestState state = RequestState::WAITING;
+    bool isResetContext = true;         // the request ends after JS has its result
+    bool needMessageBack = true;        // the extension has not reported an error yet
+    bool antiAddictionRunning = false;  // a timer keeps the request from ending
+};
+
+enum class Action {
+    NOTHING,
+    EXIT,    // ends the game process; nothing else of the verdict happens
+    SETTLE,  // this is the request's result: JS does not get a later one
+    CLOSE,   // closes the modal, and ends the request if its state says so
+};
 
 enum class GameEvent { NONE, PLAYER_CHANGED, GAME_ADDICTION_PREVENTED };
 
-/// The effects of one answer. If all are false, it has none.
+/// What a success means for the anti-addiction timer.
+enum class TimerStep { NONE, STARTS, RUNS_ALREADY };
+
+/// What an answer has for effects.
 struct Verdict {
-    bool exits = false;  // the game process ends, and nothing else happens
+    Action action = Action::NOTHING;
     GameEvent event = GameEvent::NONE;
-    bool settles = false;      // this is the request's result; JS does not get later answers
-    bool closes = false;       // closes the modal, and ends the request if it may end
-    bool isFailure = false;    // its code needs an error message
-    bool marksEnd = false;     // sets `isResetContext`
-    bool marksStay = false;    // clears `isResetContext`
-    bool stores = false;       // its parameters are kept for JS
-    bool startsTimer = false;  // if it contains a playable time
+    TimerStep timer = TimerStep::NONE;
+    bool isFailure = false;  // its code needs an error message
+    bool stores = false;     // its parameters are kept for JS, if it settles the request
+    RequestStatus status;    // the request's from now on
 };
 
-/// The effects of one answer to a request. `code` is a release code, a result code or the extension's error.
-Verdict Judge(AnswerKind kind, int32_t code, int32_t requestType, RequestState state);
+/// Judges an answer to a request that has not ended.
+Verdict Judge(const Answer& answer, int32_t requestType, const RequestStatus& status);
 
-/// Whether a result or a received answer with this code ends the game process.
-bool IsKillApp(int32_t code, int32_t requestType);
+/// The state of a request whose result JS has got.
+RequestState AfterDelivery(const RequestStatus& status);
 
-/// Whether a release closes the modal.
-bool IsCloseModalUIExtension(int32_t requestType, int32_t releaseCode);
+/// A start has found no window in time. Returns whether that settles the request.
+bool GiveUp(RequestStatus& status);
+
+/// The page at the end of a quick game's time has been shown for long enough.
+void EndTimer(RequestStatus& status);
 
 }  // namespace TAVIK::GAME_PLAYER

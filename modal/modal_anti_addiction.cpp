@@ -35,20 +35,18 @@ int32_t ModalUICallback::ReadPlayableTime(const WantParams& data) {
     return data.GetIntParam(KEY_PLAYABLE_TIME, NO_LIMIT);
 }
 
-// A timer that starts was decided on with the answer, so that the request lives on.
-void ModalUICallback::DoAntiAddiction(const WantParams& data, bool hadTimer) {
-    if (hadTimer) {
+void ModalUICallback::DoAntiAddiction(TimerStep step, const WantParams& data) {
+    if (step == TimerStep::RUNS_ALREADY) {
         GAME_LOGI("DoAntiAddiction anti-addiction task started and return");
-        return;
+    } else if (step == TimerStep::STARTS) {
+        StartTimer(data.GetStringParam(KEY_END_TEXT), ToSeconds(ReadPlayableTime(data)));
     }
-    const int32_t minutes = ReadPlayableTime(data);
-    if (minutes >= 1) StartTimer(data.GetStringParam(KEY_END_TEXT), ToSeconds(minutes));
 }
 
 void ModalUICallback::LaunchAntiAddictionAbility(std::string endText, int32_t seconds) {
     {
         std::lock_guard<std::mutex> guard(mutex_);
-        if (context_ == nullptr || std::exchange(context_->antiAddictionRunning, true)) return;
+        if (context_ == nullptr || std::exchange(context_->status.antiAddictionRunning, true)) return;
     }
     StartTimer(std::move(endText), seconds);
 }
@@ -76,14 +74,12 @@ void ModalUICallback::RunAntiAddictionTimer(const std::string& endText, int32_t 
     PreventQuickGame();
 }
 
-// The next release of the page ends the request.
 void ModalUICallback::PreventQuickGame() {
     std::shared_ptr<BaseContext> request;
     {
         std::lock_guard<std::mutex> guard(mutex_);
         if (context_ == nullptr) return;
-        context_->antiAddictionRunning = false;
-        context_->isResetContext = true;
+        EndTimer(context_->status);
         request = context_;
     }
     RaiseEvent(GameEvent::GAME_ADDICTION_PREVENTED, WantParams());

@@ -79,23 +79,12 @@ struct ModalUICallback::WorkData final : LoopWork {
     std::shared_ptr<BaseContext> context;
 };
 
-void ModalUICallback::SendMessageBack(Decision decision, int32_t code, const char* message) {
-    BaseContext& request = *decision.context;
-    const char* apiName = FindApiName(requestType_);
-    GAME_LOGI("SendMessageBack %{public}s", apiName);
-    if (!decision.verdict.settles) {
-        GAME_LOGI("SendMessageBack hasMsgBack is true and close modal");
-        CloseModalUIExtension(std::move(decision));
-        return;
-    }
-    request.errorCode = code;
-    request.errorMessage = message;
-    if (decision.isResetContext) {
-        GAME_LOGI("SendMessageBack isResetContext is true and close modal");
-        CloseModalUIExtension(request);
-    }
-    OHOS::Velmor::HaUtils::ReportEnd(apiName, request.startTime, code);
-    QueueMessageBack(std::move(decision.context), false);
+void ModalUICallback::SendMessageBack(std::shared_ptr<BaseContext> request, int32_t code,
+                                      const char* message) {
+    request->errorCode = code;
+    request->errorMessage = message;
+    OHOS::Velmor::HaUtils::ReportEnd(FindApiName(requestType_), request->startTime, code);
+    QueueMessageBack(std::move(request), false);
 }
 
 // This thread keeps no reference to what it queues, so the delivery destroys the context, on the JS thread.
@@ -129,16 +118,13 @@ void ModalUICallback::SendMessageBackWork(std::shared_ptr<BaseContext> request) 
 }
 
 void ModalUICallback::DoMessageBackSuccess(std::shared_ptr<BaseContext> request) {
+    RequestState state = RequestState::ENDED;
     {
         std::lock_guard<std::mutex> guard(mutex_);
-        request->hasMsgBack = !MayEnd();
-        if (request->hasMsgBack) {
-            state_ = RequestState::OPEN;
-        } else {
-            End();
-        }
+        state = request->status.state = AfterDelivery(request->status);
+        if (state == RequestState::ENDED) context_.reset();  // `request` is another reference
     }
-    if (request->hasMsgBack) {
+    if (state == RequestState::OPEN) {
         GAME_LOGI("DoMessageBackSuccess set hasMsgBack to true");
         return;
     }
@@ -151,7 +137,7 @@ void ModalUICallback::DoMessageBackException(std::shared_ptr<BaseContext> reques
     ThrowBusinessError(envInfo_, ERROR_SYSTEM_INTERNAL, "");
     {
         std::lock_guard<std::mutex> guard(mutex_);
-        End();
+        context_.reset();
     }
     request.reset();
     GAME_LOGI("DoMessageBackException release context");

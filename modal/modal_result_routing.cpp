@@ -17,6 +17,7 @@ namespace {
 
 constexpr const char* KEY_RESULT_CODE = "resultCode";
 constexpr const char* KEY_RESULT_INFO = "resultInfo";
+constexpr const char* SENDER = "SendMessageBack";  // for the log
 
 constexpr int32_t CODE_ICONS_TOO_LARGE = 100015;
 constexpr const char* TEXT_ICONS_TOO_LARGE = "Total size of icon resource is too large";
@@ -48,65 +49,71 @@ const char* AssembleErrorMessage(int32_t requestType, int32_t& code) {
     return FindErrorMessage(ERROR_SYSTEM_INTERNAL);
 }
 
+void DealResponseForModal(int32_t requestType) {
+    const char* apiName = FindApiName(requestType);
+    if (HasFlag(requestType, ENDS_ON_SUCCESS)) {
+        GAME_LOGI("DealResponseForModal %{public}s close modal and reset context.", apiName);
+    } else if (!HasFlag(requestType, STORES_RESULT)) {
+        GAME_LOGI("DealResponseForModal %{public}s succeed.", apiName);
+    }
+}
+
 }  // namespace
 
 void ModalUICallback::OnResultForModal(int32_t resultCode, const Want& result) {
     GAME_LOGI("OnResultForModal resultCode=%{public}d", resultCode);
-    TakeAnswer(AnswerKind::RESULT, "OnResultForModal", resultCode, result.GetParams());
+    HandleAnswer("OnResultForModal", {AnswerKind::RESULT, resultCode}, result.GetParams());
 }
 
 void ModalUICallback::OnReceive(const WantParams& data) {
     GAME_LOGI("OnReceive enter");
-    TakeAnswer(AnswerKind::RECEIVE, "OnReceive", data.GetIntParam(KEY_RESULT_CODE, ERROR_SYSTEM_INTERNAL),
-               data);
+    const int32_t code = data.GetIntParam(KEY_RESULT_CODE, ERROR_SYSTEM_INTERNAL);
+    HandleAnswer("OnReceive", {AnswerKind::RECEIVE, code, ReadPlayableTime(data), IsValidEnv(envInfo_)},
+                 data);
 }
 
 void ModalUICallback::OnError(int32_t code, const std::string& name, const std::string& message) {
     GAME_LOGE("OnError code=%{public}d, name=%{public}s, message=%{public}s", code, name.c_str(),
               message.c_str());
-    TakeAnswer(AnswerKind::ERROR, "OnError", code, WantParams());
+    HandleAnswer("OnError", {AnswerKind::ERROR, code}, WantParams());
 }
 
 void ModalUICallback::OnRelease(int32_t releaseCode) {
     GAME_LOGI("OnRelease releaseCode=%{public}d", releaseCode);
-    Decision decision = Decide(AnswerKind::RELEASE, releaseCode, 0, true);
-    if (decision.context == nullptr) {
-        GAME_LOGE("OnRelease baseContext is null");
-        return;
-    }
-    if (!decision.verdict.closes) {
-        GAME_LOGI("OnRelease end, not need close modal UI extension");
-        return;
-    }
-    if (!HasFlag(requestType_, CLOSES_ON_RELEASE)) {
-        GAME_LOGW_AS("IsCloseModalUIExtension", "ModalUIExtension meet exception and close modal");
-    }
-    CloseModalUIExtension(std::move(decision));
-    GAME_LOGI("OnRelease end, close modal UI extension finished");
+    HandleAnswer("OnRelease", {AnswerKind::RELEASE, releaseCode}, WantParams());
 }
 
-void ModalUICallback::TakeAnswer(AnswerKind kind, const char* callback, int32_t code,
-                                 const WantParams& data) {
-    const bool isHeard = kind != AnswerKind::RECEIVE || IsValidEnv(envInfo_);
-    const int32_t minutes = kind == AnswerKind::RECEIVE ? ReadPlayableTime(data) : 0;
-    Decision decision = Decide(kind, code, minutes, isHeard);
-    if (decision.context == nullptr) {
+// Decides under the lock, and acts afterwards.
+void ModalUICallback::HandleAnswer(const char* callback, const Answer& answer, const WantParams& data) {
+    Decision decision = Decide(answer);
+    const Verdict& verdict = decision.verdict;
+    if (decision.request == nullptr) {
         GAME_LOGE_AS(callback, "%{public}s baseContext is null", callback);
         return;
     }
-    if (decision.verdict.exits) ExitGame(callback, code);
-    if (!isHeard) {
+    if (verdict.action == Action::EXIT) ExitGame(callback, answer.code);
+    if (!answer.isEnvironmentAlive) {
         GAME_LOGE_AS(callback, "%{public}s invalid env", callback);
         return;
     }
-    if (decision.isRepeatedError) {
+    RaiseEvent(verdict.event, data);
+    if (answer.kind == AnswerKind::RELEASE) {
+        HandleRelease(std::move(decision));
+    } else if (verdict.action != Action::NOTHING) {
+        HandleMessage(answer, std::move(decision), data);
+    } else if (answer.kind == AnswerKind::ERROR) {
         GAME_LOGE_AS(callback, "%{public}s message has been back", callback);
-        return;
     }
-    RaiseEvent(decision.verdict.event, data);
-    if (decision.verdict.settles || decision.verdict.closes) {
-        TakeMessage(kind, std::move(decision), code, data);
-    }
+}
+
+ModalUICallback::Decision ModalUICallback::Decide(const Answer& answer) {
+    std::lock_guard<std::mutex> guard(mutex_);
+    if (context_ == nullptr) return {};
+    Decision decision{context_, Judge(answer, requestType_, context_->status)};
+    context_->status = decision.verdict.status;
+    if (context_->status.state == RequestState::ENDED)
+        context_.reset();  // the decision has another reference
+    return decision;
 }
 
 void ModalUICallback::RaiseEvent(GameEvent event, const WantParams& data) const {
@@ -117,34 +124,47 @@ void ModalUICallback::RaiseEvent(GameEvent event, const WantParams& data) const 
     }
 }
 
-void ModalUICallback::TakeMessage(AnswerKind kind, Decision decision, int32_t code, const WantParams& data) {
+void ModalUICallback::HandleRelease(Decision decision) {
+    if (decision.verdict.action == Action::NOTHING) {
+        GAME_LOGI_AS("OnRelease", "OnRelease end, not need close modal UI extension");
+        return;
+    }
+    if (!HasFlag(requestType_, CLOSES_ON_RELEASE)) {
+        GAME_LOGW_AS("IsCloseModalUIExtension", "ModalUIExtension meet exception and close modal");
+    }
+    CloseModalUIExtension(std::move(decision));
+    GAME_LOGI_AS("OnRelease", "OnRelease end, close modal UI extension finished");
+}
+
+// A later answer than the first one is read like it, and then only closes.
+void ModalUICallback::HandleMessage(const Answer& answer, Decision decision, const WantParams& data) {
+    const Verdict& verdict = decision.verdict;
+    int32_t code = answer.code;
     const char* message = "";
-    if (decision.verdict.stores && decision.verdict.settles) decision.context->resultParams = data;
-    if (decision.verdict.isFailure) {
-        if (kind == AnswerKind::RESULT) {
+    if (verdict.stores && verdict.action == Action::SETTLE) decision.request->resultParams = data;
+    if (verdict.isFailure) {
+        if (answer.kind == AnswerKind::RESULT) {
             GAME_LOGI_AS("OnResultForModal", "OnResultForModal set isResetContext to true");
         }
         message = AssembleErrorMessage(requestType_, code);
-    } else if (code == ERROR_SUCCESS && kind == AnswerKind::RESULT) {
-        DealResponseForModal(decision);
+    } else if (code == ERROR_SUCCESS && answer.kind == AnswerKind::RESULT) {
+        DealResponseForModal(requestType_);
     } else if (code == ERROR_SUCCESS) {
-        DealResponseForReceive(decision, data);
+        if (!verdict.stores)
+            GAME_LOGW_AS("DealResponseForReceive", "DealResponseForReceive API not supported");
+        DoAntiAddiction(verdict.timer, data);
     }
-    SendMessageBack(std::move(decision), code, message);
-}
-
-void ModalUICallback::DealResponseForModal(const Decision& decision) {
-    const char* apiName = FindApiName(decision.context->requestType);
-    if (decision.verdict.marksEnd) {
-        GAME_LOGI("DealResponseForModal %{public}s close modal and reset context.", apiName);
-    } else if (!decision.verdict.stores) {
-        GAME_LOGI("DealResponseForModal %{public}s succeed.", apiName);
+    GAME_LOGI_AS(SENDER, "SendMessageBack %{public}s", FindApiName(requestType_));
+    if (verdict.action == Action::CLOSE) {
+        GAME_LOGI_AS(SENDER, "SendMessageBack hasMsgBack is true and close modal");
+        CloseModalUIExtension(std::move(decision));
+        return;
     }
-}
-
-void ModalUICallback::DealResponseForReceive(const Decision& decision, const WantParams& data) {
-    if (!decision.verdict.stores) GAME_LOGW("DealResponseForReceive API not supported");
-    if (decision.verdict.startsTimer) DoAntiAddiction(data, decision.hadTimer);
+    if (verdict.status.isResetContext) {
+        GAME_LOGI_AS(SENDER, "SendMessageBack isResetContext is true and close modal");
+        CloseModalUIExtension(*decision.request);
+    }
+    SendMessageBack(std::move(decision.request), code, message);
 }
 
 std::shared_ptr<BaseContext> ModalUICallback::Share() {
@@ -152,52 +172,9 @@ std::shared_ptr<BaseContext> ModalUICallback::Share() {
     return context_;
 }
 
-// An answer whose environment has ended is not heard, but may still end the process.
-ModalUICallback::Decision ModalUICallback::Decide(AnswerKind kind, int32_t code, int32_t minutes,
-                                                  bool isHeard) {
-    std::lock_guard<std::mutex> guard(mutex_);
-    Decision decision;
-    decision.context = context_;
-    decision.verdict = Judge(kind, code, requestType_, state_);
-    if (context_ != nullptr && isHeard) Note(kind, minutes, decision);
-    return decision;
-}
-
-void ModalUICallback::Note(AnswerKind kind, int32_t minutes, Decision& decision) {
-    Verdict& verdict = decision.verdict;
-    BaseContext& request = *context_;
-    if (kind == AnswerKind::ERROR && !std::exchange(request.needMessageBack, false)) {
-        decision.isRepeatedError = true;
-        return;
-    }
-    if (state_ == RequestState::ANSWERED && MayEnd()) {
-        verdict.marksStay = verdict.startsTimer = false;  // its delivery ends it, whatever comes now
-    }
-    if (verdict.event == GameEvent::GAME_ADDICTION_PREVENTED) request.antiAddictionRunning = false;
-    if (verdict.marksStay) request.isResetContext = false;
-    if (verdict.marksEnd && !(kind == AnswerKind::RELEASE && request.antiAddictionRunning)) {
-        request.isResetContext = true;
-    }
-    decision.hadTimer = request.antiAddictionRunning;
-    if (verdict.startsTimer && minutes >= 1) request.antiAddictionRunning = true;
-    if (verdict.settles) state_ = RequestState::ANSWERED;
-    decision.isResetContext = request.isResetContext;
-    decision.isTimerRunning = request.antiAddictionRunning;
-    decision.hasEnded = verdict.closes && state_ == RequestState::OPEN && MayEnd();
-    if (decision.hasEnded) End();
-}
-
-bool ModalUICallback::MayEnd() const { return context_->isResetContext && !context_->antiAddictionRunning; }
-
-// The caller holds another reference, so nothing is destroyed under the lock.
-void ModalUICallback::End() {
-    state_ = RequestState::ENDED;
-    context_.reset();
-}
-
 void ModalUICallback::CloseModalUIExtension(Decision decision) {
     GAME_LOGI("CloseModalUIExtension %{public}s", FindApiName(requestType_));
-    CloseModalUIExtension(*decision.context);
+    CloseModalUIExtension(*decision.request);
     ResetContext(std::move(decision));
 }
 
@@ -223,16 +200,15 @@ int32_t ModalUICallback::ReadSessionId(BaseContext& request, bool isTaken) {
 }
 
 void ModalUICallback::ResetContext(Decision decision) {
-    if (decision.isTimerRunning) {
+    const RequestStatus& status = decision.verdict.status;
+    if (status.antiAddictionRunning) {
         GAME_LOGI("ResetContext anti-addiction keep context");
-        return;
-    }
-    if (!decision.hasEnded) {
+    } else if (status.state != RequestState::ENDED) {
         GAME_LOGI("ResetContext isResetContext or hasMsgBack is false and keep context");
-        return;
+    } else {
+        decision.request.reset();
+        GAME_LOGI("ResetContext delete context");
     }
-    decision.context.reset();
-    GAME_LOGI("ResetContext delete context");
 }
 
 }  // namespace TAVIK::GAME_PLAYER

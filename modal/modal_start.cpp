@@ -54,10 +54,7 @@ Want MakeGameServiceWant(int32_t requestType) {
 }
 
 ModalUICallback::ModalUICallback(std::shared_ptr<BaseContext> request)
-    : envInfo_(request->envInfo),
-      requestType_(request->requestType),
-      context_(std::move(request)),
-      state_(context_->hasMsgBack ? RequestState::OPEN : RequestState::WAITING) {}
+    : envInfo_(request->envInfo), requestType_(request->requestType), context_(std::move(request)) {}
 
 void ModalUICallback::StartUIExtensionAbility(Want want) {
     const std::shared_ptr<BaseContext> request = Share();
@@ -99,7 +96,7 @@ ModalUIExtensionCallbacks ModalUICallback::BindCallbacks() {
 bool ModalUICallback::CreateModal(BaseContext& request, UIContent& content, const Want& want) {
     {
         std::lock_guard<std::mutex> guard(mutex_);
-        if (state_ == RequestState::ENDED) return false;
+        if (context_ == nullptr) return false;
         isOpening_ = true;
     }
     const int32_t sessionId = content.CreateModalUIExtension(want, BindCallbacks(), MakeModalConfig());
@@ -108,7 +105,7 @@ bool ModalUICallback::CreateModal(BaseContext& request, UIContent& content, cons
         std::lock_guard<std::mutex> guard(mutex_);
         request.sessionId = sessionId;
         isOpening_ = false;
-        isCloseWanted = std::exchange(isCloseWanted_, false) || state_ == RequestState::ENDED;
+        isCloseWanted = std::exchange(isCloseWanted_, false) || context_ == nullptr;
     }
     if (isCloseWanted) CloseModalUIExtension(request);
     return true;
@@ -136,10 +133,7 @@ void ModalUICallback::AnswerLateStart() {
     std::shared_ptr<BaseContext> request;
     {
         std::lock_guard<std::mutex> guard(mutex_);
-        if (state_ == RequestState::WAITING) {
-            state_ = RequestState::ANSWERED;
-            request = context_;
-        }
+        if (context_ != nullptr && GiveUp(context_->status)) request = context_;
     }
     if (request == nullptr) {
         GAME_LOGI_AS("DelayStartUIExtensionAbility", "DelayStartUIExtensionAbility need not message back");

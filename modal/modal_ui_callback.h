@@ -34,7 +34,7 @@ OHOS::AAFwk::Want MakeGameServiceWant(int32_t requestType);
 /// platform, on any thread, even one that the platform waits for. Any thread may call any public member.
 class ModalUICallback : public std::enable_shared_from_this<ModalUICallback> {
 public:
-    /// Takes ownership of `request`, which must not be null. If `hasMsgBack` is set, JS expects no result.
+    /// Takes ownership of `request`, which must not be null. If its state is OPEN, JS expects no result.
     explicit ModalUICallback(std::shared_ptr<BaseContext> request);
 
     /// Opens the extension over the caller's window, or waits up to five seconds for it. Adds the parameters
@@ -60,15 +60,10 @@ public:
 private:
     struct WorkData;
 
-    /// The meaning of an answer, and the request's state after it.
+    /// An answer's meaning for a request.
     struct Decision {
-        std::shared_ptr<BaseContext> context;  // null: the request has already ended
+        std::shared_ptr<BaseContext> request;  // null: it has already ended
         Verdict verdict;
-        bool isRepeatedError = false;
-        bool isResetContext = false;
-        bool isTimerRunning = false;
-        bool hadTimer = false;  // before this answer
-        bool hasEnded = false;  // this answer ends the request
     };
 
     // Starting.
@@ -77,20 +72,13 @@ private:
     void DelayStartUIExtensionAbility(const OHOS::AAFwk::Want& want);
     void AnswerLateStart();
 
-    // Deciding.
-    std::shared_ptr<BaseContext> Share();
-    Decision Decide(AnswerKind kind, int32_t code, int32_t minutes, bool isHeard);
-    void Note(AnswerKind kind, int32_t minutes, Decision& decision);  // this and the next two: under the lock
-    bool MayEnd() const;
-    void End();
-
-    // Acting.
-    void TakeAnswer(AnswerKind kind, const char* callback, int32_t code, const OHOS::AAFwk::WantParams& data);
-    void TakeMessage(AnswerKind kind, Decision decision, int32_t code, const OHOS::AAFwk::WantParams& data);
+    // Answering.
+    void HandleAnswer(const char* callback, const Answer& answer, const OHOS::AAFwk::WantParams& data);
+    Decision Decide(const Answer& answer);
     void RaiseEvent(GameEvent event, const OHOS::AAFwk::WantParams& data) const;
-    static void DealResponseForModal(const Decision& decision);
-    void DealResponseForReceive(const Decision& decision, const OHOS::AAFwk::WantParams& data);
-    void SendMessageBack(Decision decision, int32_t code, const char* message);
+    void HandleRelease(Decision decision);
+    void HandleMessage(const Answer& answer, Decision decision, const OHOS::AAFwk::WantParams& data);
+    std::shared_ptr<BaseContext> Share();
     void CloseModalUIExtension(Decision decision);
     void CloseModalUIExtension(BaseContext& request);
     int32_t ReadSessionId(BaseContext& request, bool isTaken);
@@ -98,12 +86,13 @@ private:
 
     // The anti-addiction timer.
     static int32_t ReadPlayableTime(const OHOS::AAFwk::WantParams& data);
-    void DoAntiAddiction(const OHOS::AAFwk::WantParams& data, bool hadTimer);
+    void DoAntiAddiction(TimerStep step, const OHOS::AAFwk::WantParams& data);
     void StartTimer(std::string endText, int32_t seconds);
     void RunAntiAddictionTimer(const std::string& endText, int32_t seconds);
     void PreventQuickGame();
 
     // Delivering.
+    void SendMessageBack(std::shared_ptr<BaseContext> request, int32_t code, const char* message);
     void QueueMessageBack(std::shared_ptr<BaseContext> request, bool isLateStart);
     void SendMessageBackWork(std::shared_ptr<BaseContext> request);
     void DoMessageBackSuccess(std::shared_ptr<BaseContext> request);
@@ -112,12 +101,11 @@ private:
     const std::shared_ptr<EnvInfo> envInfo_;  // of the context; outlives it
     const int32_t requestType_;
 
-    // Guards the members below, and the context's third group of members. Nothing is called under it.
+    // Guards the members below, and those of BaseContext itself. Nothing is called under it.
     std::mutex mutex_;
     std::shared_ptr<BaseContext> context_;  // null once the request has ended
-    RequestState state_;
-    bool isOpening_ = false;      // the platform is opening a modal; its ID is not known yet
-    bool isCloseWanted_ = false;  // it must be closed when its ID is known
+    bool isOpening_ = false;                // the platform is opening a modal; its ID is not known yet
+    bool isCloseWanted_ = false;            // it must be closed when its ID is known
 };
 
 }  // namespace TAVIK::GAME_PLAYER

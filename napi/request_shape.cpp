@@ -30,7 +30,7 @@ std::shared_ptr<BaseContext> CreateContext(const RequestRule& rule, const CallAr
     context->startTime = startTime;
     context->contextValue = args.values[0];
     context->requestType = rule.type;
-    context->hasMsgBack = !rule.isAnswered;
+    if (!rule.isAnswered) context->status.state = RequestState::OPEN;
     return context;
 }
 

@@ -25,12 +25,6 @@ bool HasLogged(const std::string& text) {
                        [&](const auto& line) { return line.message.find(text) != std::string::npos; });
 }
 
-struct Answer {
-    AnswerKind kind;
-    int32_t code;
-    int32_t playableTime = 0;
-};
-
 }  // namespace
 
 /// The parameter: whether the platform answers on another thread, for which it waits.
@@ -46,7 +40,7 @@ protected:
         StandIn::Clock::Get().SetManual();
         auto request = std::make_shared<BaseContext>();
         request->requestType = requestType;
-        request->hasMsgBack = !isAnswered;
+        if (!isAnswered) request->status.state = RequestState::OPEN;
         request->abilityContext = {std::shared_ptr<void>(), &window};  // not owned
         request->deferred = AsHandle<napi_deferred>(2);
         observed = request;
