@@ -39,12 +39,14 @@ function differences(what, listed, wanted) {
 /** What is wrong in the lists of BUILD.gn and bundle.json. Takes what GN says of the target. */
 function check({ sources, outputs, metadata }) {
     const { version, segment, component } = readJson('bundle.json');
+    const [, syscap] = /@syscap (\S+)/.exec(fs.readFileSync(path.join(ROOT, 'index.d.ts'), 'utf8'));
     const parts = new Set(metadata.external_deps.map((name) => name.split(':')[0]));
     return [
         ...differences('BUILD.gn, sources', sources, FOLDERS.flatMap(sourcesIn)),
         ...differences('BUILD.gn, the library', outputs,
             [`//${OUT}/module/core/velmor/libgameplayerextensionability.z.so`]),
         ...differences('bundle.json, components', component.deps.components, [...parts]),
+        ...differences('bundle.json, syscap', component.syscap, [syscap]),
         ...differences('bundle.json, part and subsystem', [component.name, component.subsystem], metadata.part),
         ...differences('bundle.json, sub_component', component.build.sub_component, [`//${segment.destPath}${TARGET}`]),
         ...differences('bundle.json, version', [version], [readJson('package.json').version]),
