@@ -10,8 +10,8 @@ namespace TAVIK::GAME_PLAYER {
 enum class AnswerKind { RESULT, RECEIVE, ERROR, RELEASE };
 
 struct Answer {
-    AnswerKind kind;
-    int32_t code;              // of the result, the received data, the error or the release
+    AnswerKind kind = AnswerKind::RESULT;
+    int32_t code = 0;          // of the result, the received data, the error or the release
     int32_t playableTime = 0;  // of received data, in minutes; below 1: no limit
     bool isEnvironmentAlive = true;
 };
