@@ -22,7 +22,7 @@ bool LoopQueue::Submit(LoopWork& work, uv_loop_t* loop) {
 void LoopQueue::Accept(uint64_t ticket) {
     std::lock_guard<std::mutex> guard(mutex_);
     auto found = Find(ticket);
-    if (found != works_.end()) (*found)->isAccepted_ = true;
+    if (found != works_.end() && (*found)->ticket_ == ticket) (*found)->isAccepted_ = true;
 }
 
 // A refused request never completes, and no other completion runs work that is not accepted. So it is there.
@@ -31,9 +31,10 @@ void LoopQueue::Remove(uint64_t ticket) {
     works_.erase(Find(ticket));
 }
 
+// The first work with this ticket or a later one: tickets rise from front to back.
 std::deque<LoopWork*>::iterator LoopQueue::Find(uint64_t ticket) {
-    return std::find_if(works_.begin(), works_.end(),
-                        [ticket](const LoopWork* work) { return work->ticket_ == ticket; });
+    return std::lower_bound(works_.begin(), works_.end(), ticket,
+                            [](const LoopWork* work, uint64_t wanted) { return work->ticket_ < wanted; });
 }
 
 // There is one: completions never outnumber the requests that were accepted, and the completed one was.
