@@ -1,6 +1,7 @@
 #include "common/loop_work.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace TAVIK::GAME_PLAYER {
 
@@ -33,6 +34,7 @@ void LoopQueue::Remove(uint64_t ticket) {
 
 // The first work with this ticket or a later one: tickets rise from front to back.
 std::deque<LoopWork*>::iterator LoopQueue::Find(uint64_t ticket) {
+    if (!works_.empty() && works_.back()->ticket_ == ticket) return std::prev(works_.end());
     return std::lower_bound(works_.begin(), works_.end(), ticket,
                             [](const LoopWork* work, uint64_t wanted) { return work->ticket_ < wanted; });
 }
