@@ -9,7 +9,7 @@ const path = require('path');
 
 const ROOT = path.dirname(__dirname);
 const REPORT = path.join(ROOT, 'docs', 'coverage.md');
-const FOLDERS = ['napi', 'modal', 'events', 'analytics', 'common'];
+const FOLDERS = ['napi', 'modal', 'events', 'analytics', 'common'].map((name) => `module/${name}`);
 
 // One record per source: { file, lines: [{ line_number, count, branches: [{ count }] }] }. Excludes the branches that
 // the compiler adds for exceptions and for code that it knows is unreachable: they are not in the source.

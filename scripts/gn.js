@@ -10,7 +10,8 @@ const path = require('path');
 const ROOT = path.dirname(__dirname);
 const FOLDERS = ['napi', 'modal', 'events', 'common', 'analytics'];
 const OUT = 'out/gn';
-const TARGET = ':gameplayerextensionability';
+const TARGET = 'gameplayerextensionability';
+const LABEL = `//module:${TARGET}`;
 const GN = ['--root=.', '--dotfile=tests/gn/.gn'];
 
 const readJson = (name) => JSON.parse(fs.readFileSync(path.join(ROOT, name), 'utf8'));
@@ -26,8 +27,8 @@ function run(command, ...args) {
 }
 
 function sourcesIn(folder) {
-    return fs.readdirSync(path.join(ROOT, folder), { recursive: true, encoding: 'utf8' })
-        .filter((name) => name.endsWith('.cpp')).map((name) => `//${folder}/${name}`);
+    return fs.readdirSync(path.join(ROOT, 'module', folder), { recursive: true, encoding: 'utf8' })
+        .filter((name) => name.endsWith('.cpp')).map((name) => `//module/${folder}/${name}`);
 }
 
 /** What differs between a list and what belongs there. */
@@ -38,7 +39,7 @@ function differences(what, listed, wanted) {
 
 /** What is wrong in the lists of BUILD.gn and bundle.json. Takes what GN says of the target. */
 function check({ sources, outputs, metadata }) {
-    const { version, segment, component } = readJson('bundle.json');
+    const { version, segment, component } = readJson('module/bundle.json');
     const [, syscap] = /@syscap (\S+)/.exec(fs.readFileSync(path.join(ROOT, 'index.d.ts'), 'utf8'));
     const parts = new Set(metadata.external_deps.map((name) => name.split(':')[0]));
     return [
@@ -48,7 +49,7 @@ function check({ sources, outputs, metadata }) {
         ...differences('bundle.json, components', component.deps.components, [...parts]),
         ...differences('bundle.json, syscap', component.syscap, [syscap]),
         ...differences('bundle.json, part and subsystem', [component.name, component.subsystem], metadata.part),
-        ...differences('bundle.json, sub_component', component.build.sub_component, [`//${segment.destPath}${TARGET}`]),
+        ...differences('bundle.json, sub_component', component.build.sub_component, [`//${segment.destPath}:${TARGET}`]),
         ...differences('bundle.json, version', [version], [readJson('package.json').version]),
     ];
 }
@@ -56,7 +57,7 @@ function check({ sources, outputs, metadata }) {
 const headers = run('scripts/node-headers').trim();
 const uv = fs.existsSync(`${headers}/uv.h`) ? headers : '/usr/include';
 run('gn', 'gen', OUT, ...GN, '--fail-on-unused-args', `--args=node_include_dir="${headers}" uv_include_dir="${uv}"`);
-const target = JSON.parse(run('gn', 'desc', OUT, `//${TARGET}`, ...GN, '--format=json'))[`//${TARGET}`];
+const target = JSON.parse(run('gn', 'desc', OUT, LABEL, ...GN, '--format=json'))[LABEL];
 const wrong = check(target);
 wrong.forEach((line) => console.log(line));
 if (wrong.length > 0) {

@@ -11,7 +11,7 @@ const { test } = require('node:test');
 const ROOT = path.dirname(__dirname);
 const BUILD = path.join(ROOT, 'out', process.env.GAMEAPI_BUILD || 'release');
 // The layers of the module. Each may include itself, the layers before it, and the platform's headers.
-const MODULE = ['common', 'analytics', 'events', 'modal', 'napi'];
+const MODULE = ['common', 'analytics', 'events', 'modal', 'napi'].map((layer) => `module/${layer}`);
 const ALLOWED = {
     ...Object.fromEntries(MODULE.map((layer, i) => [layer, [...MODULE.slice(0, i + 1), 'platform/include']])),
     'platform/include': ['platform/include'],
@@ -19,7 +19,7 @@ const ALLOWED = {
     device: ['device', 'platform'],
 };
 // Where the compiler looks for quoted includes, after the folder of the including file.
-const SEARCH_PATH = ['.', 'platform/include', 'platform'];
+const SEARCH_PATH = ['module', 'platform/include', 'platform'];
 // The C++ library, and the other system headers that the device also has.
 const SYSTEM_HEADERS = /^([a-z_0-9]+|unistd\.h|uv\.h|nlohmann\/json\.hpp|openssl\/\w+\.h)$/;
 const NEVER_FAILING = ['BIO_f_base64', 'BIO_free_all', 'BIO_push', 'BIO_s_mem', 'BIO_set_flags', 'napi_module_register'];
