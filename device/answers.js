@@ -2,7 +2,7 @@
 
 // Knows which keys the module reads in an answer, to warn about the others: a typo would look like a success.
 
-const { RequestType } = require('../errors.js');
+const { RequestType } = require('../lib/errors.js');
 
 const INT = 'a 32-bit integer';
 const STRING = 'a string';

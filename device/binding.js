@@ -1,3 +1,3 @@
 'use strict';
 
-module.exports = require('../addon.js').loadAddon('device.node');
+module.exports = require('../lib/addon.js').loadAddon('device.node');

@@ -1,7 +1,7 @@
 'use strict';
 
 const { inspect } = require('util');
-const { RequestType } = require('../errors.js');
+const { RequestType } = require('../lib/errors.js');
 const binding = require('./binding.js');
 const { complaints } = require('./answers.js');
 

@@ -40,7 +40,7 @@ function differences(what, listed, wanted) {
 /** What is wrong in the lists of BUILD.gn and bundle.json. Takes what GN says of the target. */
 function check({ sources, outputs, metadata }) {
     const { version, segment, component } = readJson('module/bundle.json');
-    const [, syscap] = /@syscap (\S+)/.exec(fs.readFileSync(path.join(ROOT, 'index.d.ts'), 'utf8'));
+    const [, syscap] = /@syscap (\S+)/.exec(fs.readFileSync(path.join(ROOT, 'lib/index.d.ts'), 'utf8'));
     const parts = new Set(metadata.external_deps.map((name) => name.split(':')[0]));
     return [
         ...differences('BUILD.gn, sources', sources, FOLDERS.flatMap(sourcesIn)),

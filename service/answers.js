@@ -2,7 +2,7 @@
 
 // What the service answers on its own, by request type. An answer is plain JSON, as in a rule: { result: 0 }.
 
-const { ErrorCode, RequestType } = require('../errors.js');
+const { ErrorCode, RequestType } = require('../lib/errors.js');
 const { parse } = require('./rules.js');
 
 const PLAYER_CHANGED = 9;

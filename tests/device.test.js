@@ -73,7 +73,7 @@ for (const [what, call] of [
 }
 
 test('what is optional in Node-API is optional in calls that go through the device', () => {
-    const addon = require('../addon.js').loadAddon('test_addon.node');
+    const addon = require('../lib/addon.js').loadAddon('test_addon.node');
     const counts = [];
     const status = addon.call((...args) => counts.push(args.length));
     assert.deepEqual([addon.sum10(1, 2, 3), addon.sum20(), addon.data, status, counts], [13, 20, 20, 0, [0]]);

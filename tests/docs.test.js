@@ -62,7 +62,7 @@ for (const [page, source] of PAGES.map((page) => [page, programOf(page)]).filter
 }
 
 test('every method has a section with an example, every code its row and its text', () => {
-    const [api, types] = [read('docs/api.md'), read('errors.d.ts').replace(/\n +\* /g, ' ')];
+    const [api, types] = [read('docs/api.md'), read('lib/errors.d.ts').replace(/\n +\* /g, ' ')];
     for (const name of Object.getOwnPropertyNames(game)) {
         const section = api.split(/^## /m).find((text) => text.startsWith(`${name}\n`));
         const [, example] = /^```js\n([^]*?)^```$/m.exec(section) || [];
@@ -72,7 +72,7 @@ test('every method has a section with an example, every code its row and its tex
         assert.ok(api.includes(`\n| ${code} | \`${name}\` | ${MESSAGES[code]} |\n`), name);
         assert.match(types, new RegExp(`"${MESSAGES[code]}"[^/]*\\*/\\s+readonly ${name}: ${code};`));
     }
-    const declared = read('index.d.ts').replace(/\n +\*? */g, ' ');
+    const declared = read('lib/index.d.ts').replace(/\n +\*? */g, ' ');
     const tagged = firstGroups(declared.matchAll(/@syscap [\w.]+ @since 12 \/ function (\w+)/g));
     assert.deepEqual([...new Set(tagged)].sort(), Object.getOwnPropertyNames(game).sort());
     const thrown = firstGroups(declared.matchAll(/@throws (.*?)(?= @)/g));

@@ -42,10 +42,10 @@ for (const [what, files, outcome, build = ''] of [
     ['nothing that the system cannot load', BROKEN,
         `The package's build for ${MACHINE} does not load here; it needs glibc 2.34 or newer: ${HINT}`],
 ]) {
-    test(`the package loads ${what}`, () => withFolder(files, ['addon.js'], (folder) => {
+    test(`the package loads ${what}`, () => withFolder(files, ['lib/addon.js'], (folder) => {
         const before = process.env.GAMEAPI_BUILD || '';
         process.env.GAMEAPI_BUILD = build;
-        const load = () => require(`${folder}/addon.js`).loadAddon('x.js');
+        const load = () => require(`${folder}/lib/addon.js`).loadAddon('x.js');
         if (outcome.endsWith(HINT)) {
             assert.throws(load, { message: outcome.replace('HERE', folder) });
         } else {

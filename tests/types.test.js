@@ -112,7 +112,7 @@ test('what is right compiles against the types, what is wrong does not, and they
         ...Object.entries({ device, 'device.clock': device.clock, ErrorCode, RequestType, service }).map(shownAs),
     ];
     assert.deepEqual(new Set(await complaints(program)), new Set(program.filter(isWrong)));
-    const declared = read('index.d.ts').matchAll(/^ {4}function (\w+)/gm);
+    const declared = read('lib/index.d.ts').matchAll(/^ {4}function (\w+)/gm);
     assert.deepEqual([...new Set(Array.from(declared, ([, name]) => name))], Object.getOwnPropertyNames(game));
 });
 

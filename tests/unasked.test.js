@@ -4,7 +4,7 @@
 
 const assert = require('node:assert/strict');
 const { inspect } = require('node:util');
-const { ErrorCode, RequestType, isBusinessError } = require('../errors.js');
+const { ErrorCode, RequestType, isBusinessError } = require('../lib/errors.js');
 const { answer, device, expectChild, game, nextMessage, start, startWorker, test, turn } = require('./support');
 
 /** What the device says in a child process that runs `body`. */

@@ -1,7 +1,7 @@
 'use strict';
 
 const device = require('../../device/index.js');
-const { ErrorCode } = require('../../errors.js');
+const { ErrorCode } = require('../../lib/errors.js');
 const { Player, begin } = require('../../service/player.js');
 const { checkPart } = require('../../service/scenario.js');
 const { Channel } = require('./channel.js');

@@ -5,17 +5,18 @@
 const fs = require('node:fs');
 const path = require('node:path');
 
-const PREBUILT = path.join(__dirname, 'prebuilt');
+const ROOT = path.dirname(__dirname);
+const PREBUILT = path.join(ROOT, 'prebuilt');
 const MACHINE = `${process.platform}-${process.arch}`;
 
 function fail(problem, options) {
-    throw new Error(`${problem}: run ./build in ${__dirname}, which makes one from source.`, options);
+    throw new Error(`${problem}: run ./build in ${ROOT}, which makes one from source.`, options);
 }
 
 /** Loads the addon with this file name. GAMEAPI_BUILD selects another build than the default. */
 function loadAddon(name) {
     const build = process.env.GAMEAPI_BUILD || 'release';
-    const built = path.join(__dirname, 'out', build, name);
+    const built = path.join(ROOT, 'out', build, name);
     if (fs.existsSync(built)) {
         return require(built);
     }
