@@ -22,7 +22,7 @@ const MAY_BE_EMPTY = ['savePlayerRole', 'unionLogin'];
 
 const PROGRAM = 'out/types/calls.mts';
 const ETS_PROGRAMS = ['tests/types/game.ets', 'tests/types/wrong.ets'];
-const ETS_DECLARATIONS = ['emulation/index.d.ts', 'tests/types/kits.d.ts', 'tests/types/globals.d.ts'];
+const ETS_DECLARATIONS = ['emulator/index.d.ts', 'tests/types/kits.d.ts', 'tests/types/globals.d.ts'];
 const read = (file) => fs.readFileSync(path.join(ROOT, file), 'utf8');
 const isWrong = (line) => line.includes('// wrong');
 

@@ -9,7 +9,7 @@ const os = require('node:os');
 const path = require('node:path');
 const { LIMIT_MS, ROOT } = require('.');
 
-const COMMAND = path.join(ROOT, 'emulation', 'main.js');
+const COMMAND = path.join(ROOT, 'emulator', 'index.js');
 
 /** A temporary folder with these files, by name. It is removed when the process of the tests ends. */
 function folderWith(files) {

@@ -1,7 +1,7 @@
 // What a game may write against the types. Lines that are marked as wrong must not compile; all others must. The test
 // adds lines that are generated for every method. Nothing here runs.
 
-import type {} from 'game-player-extension-module/emulation';
+import type {} from 'game-player-extension-module/emulator';
 import type { AsyncCallback, BusinessError as PlatformError } from '@kit.BasicServicesKit';
 import gamePlayer, { bindPlayer, on } from 'game-player-extension-module';
 import * as all from 'game-player-extension-module';
