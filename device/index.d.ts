@@ -1,4 +1,4 @@
-import type { RequestType } from '../errors';
+import type { RequestType } from '../lib/errors';
 
 /**
  * The stand-in device takes the place of a real device on a PC. This is its interface to drive and observe it.

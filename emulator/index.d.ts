@@ -1,4 +1,4 @@
-import type { Context } from '../index';
+import type { Context } from '../lib/index';
 
 // Where the platform's globals are declared, its own `getContext` is among them: there this one accepts no call.
 type Component = typeof globalThis extends { vp2px: unknown } ? [never] : [component?: object];

@@ -15,7 +15,7 @@ const skip = INSTRUMENTED.test(process.env.GAMEAPI_BUILD) && 'only a plain build
 async function measure(...options) {
     const json = path.join(ROOT, 'out', 'bench.json');
     fs.rmSync(json, { force: true });
-    const args = [path.join(ROOT, 'benchmarks', 'run.js'), '--quick', '--json', json, ...options];
+    const args = [path.join(ROOT, 'bench', 'measure.js'), '--quick', '--json', json, ...options];
     const { stdout } = await promisify(execFile)(process.execPath, args, { timeout: 120000 });
     return { rows: JSON.parse(fs.readFileSync(json, 'utf8')), lines: stdout.trim().split('\n') };
 }

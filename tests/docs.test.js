@@ -10,7 +10,7 @@ const fs = require('node:fs');
 const path = require('node:path');
 const { test } = require('node:test');
 const { ErrorCode } = require('game-player-extension-module/errors');
-const { MESSAGES } = require('../soak/hostile/tables');
+const { MESSAGES } = require('./model/tables');
 const { ROOT, expectChild, game } = require('./support');
 
 const FENCE_OR_LINE = /^```(\w*)\n([^]*?)^```$|^.+$/gm;
@@ -91,16 +91,14 @@ test('every key of a scenario is in the types, those of rules, steps and expecta
     assert.deepEqual(told.filter((key) => key !== 'note' && !new RegExp(`[\`.]${key}\\b`).test(page)), []);
 });
 
-// In the README's picture, two spaces end the names.
-test('the README\'s picture matches the folders, and the package contains them', () => {
-    const [, picture] = /^## The house\n+```\n([^]*?)^```/m.exec(read('README.md'));
-    const shown = picture.split('\n').flatMap((line) => line.split('  ', 1)[0].split(' ')).filter(Boolean);
-    const there = namesIn('.').filter((name) => !/^\.|^(out|node_modules)\/$|\.tgz$/.test(name)).sort();
-    assert.deepEqual(shown.sort(), there.filter((name) => !/\.md$|^CMake/.test(name)));
+test('the house in CONTRIBUTING has every folder and command at the root, and what is packed exists', () => {
+    const [, house] = /^## The house\n+```\n([^]*?)^```/m.exec(read('CONTRIBUTING.md'));
+    const shown = house.split('\n').flatMap((line) => line.split('  ', 1)[0].split(' ')).filter(Boolean);
+    const there = namesIn('.').filter((name) => !/^\.|^(out|node_modules)\/$|\.(tgz|md|json)$|^CMake|^LICENSE$/.test(name));
+    assert.deepEqual(shown.sort(), there.sort());
     const { files, scripts } = require('game-player-extension-module/package.json');
-    const made = ['prebuilt/'];  // by ./pack
-    const held = [...files.filter((name) => !/^\./.test(name) && !made.includes(name)), 'README.md', 'package.json'];
-    assert.deepEqual(held.sort(), there);
+    const made = ['prebuilt/'];  // by scripts/pack
+    assert.deepEqual(files.filter((name) => !made.includes(name) && !isThere(name)), []);
     Object.values(scripts).forEach((command) => fs.accessSync(path.join(ROOT, command), fs.constants.X_OK));
 });
 

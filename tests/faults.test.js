@@ -4,7 +4,7 @@
 // all calls there are. Afterwards nothing is left over, and the next request works normally.
 
 const assert = require('node:assert/strict');
-const { MESSAGES } = require('../soak/hostile/tables');
+const { MESSAGES } = require('./model/tables');
 const { SYSTEM_ERROR, answer, device, ends, game, runInChild, start, test } = require('./support');
 const { FOR_EVER, SCENARIOS } = require('./support/scenarios.js');
 

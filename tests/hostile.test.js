@@ -5,9 +5,9 @@ const { spawnSync } = require('node:child_process');
 const path = require('node:path');
 const { test } = require('node:test');
 const { ROOT, runInChild } = require('./support');
-const { playBatches } = require('../soak/hostile/batches');
+const { playBatches } = require('./model/batches');
 
-const RUN = path.join(ROOT, 'soak', 'hostile', 'run.js');
+const RUN = path.join(ROOT, 'tests', 'model', 'run.js');
 const FIRST_SEED = 1;
 const BATCHES = 10;
 
@@ -22,7 +22,7 @@ test('a module that does otherwise is noticed, and the seed shows it again', asy
     const { stdout } = await runInChild(async ({ game, ROOT }) => {
         const bindPlayer = (context, openId, ...rest) => game.bindPlayer(context, `${openId}`, ...rest);
         require.cache[require.resolve(ROOT)].exports = Object.create(game, { bindPlayer: { value: bindPlayer } });
-        const { Sequence } = require(`${ROOT}/soak/hostile/sequence`);
+        const { Sequence } = require(`${ROOT}/tests/model/sequence`);
         const find = async (seed) => await new Sequence(seed).run() || (seed < 300 ? find(seed + 1) : null);
         const { what } = await find(1);
         console.log(what);

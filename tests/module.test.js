@@ -2,7 +2,7 @@
 
 const assert = require('node:assert/strict');
 const { ErrorCode } = require('game-player-extension-module/errors');
-const { MESSAGES } = require('../soak/hostile/tables');
+const { MESSAGES } = require('./model/tables');
 const { METHODS, PARAMETER_ERROR, attempt, countLogs, device, ends, expectChild, game, test } = require('./support');
 const { assertAnswersAgree } = require('./support/oracle');
 

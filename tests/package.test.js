@@ -1,6 +1,6 @@
 'use strict';
 
-// The package: which native libraries it loads, and what ./pack refuses.
+// The package: which native libraries it loads, and what scripts/pack refuses.
 
 const assert = require('node:assert/strict');
 const { execFileSync, spawnSync } = require('node:child_process');
@@ -65,11 +65,11 @@ for (const [what, version, changes, added, complaint] of [
     ['changes without a version', '1.0.0', UNTOLD, [], 'CHANGELOG.md has changes under [Unreleased]'],
 ]) {
     const files = { 'CHANGELOG.md': changes, 'package.json': `{\n    "version": "${version}",\n}\n` };
-    test(`./pack refuses ${what}`, () => withFolder(files, ['pack', 'scripts/common.sh'], (folder) => {
+    test(`scripts/pack refuses ${what}`, () => withFolder(files, ['scripts/pack', 'scripts/common.sh'], (folder) => {
         const options = { cwd: folder, encoding: 'utf8', env: { ...process.env, LD_PRELOAD: '' } };  // no sanitizer for the tools
         execFileSync('git init -q && git add . && git -c user.name=n -c user.email=e commit -qm all', { ...options, shell: true });
         added.forEach((name) => fs.writeFileSync(path.join(folder, name), ''));
-        const { status, stderr } = spawnSync('./pack', options);
+        const { status, stderr } = spawnSync('scripts/pack', options);
         assert.deepEqual([status, stderr.slice(0, complaint.length + 6)], [1, `pack: ${complaint}`]);
     }));
 }

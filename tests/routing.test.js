@@ -3,7 +3,7 @@
 // What each answer does to each request: predicted by the model, and checked by some literals.
 
 const assert = require('node:assert/strict');
-const { MESSAGES } = require('../soak/hostile/tables');
+const { MESSAGES } = require('./model/tables');
 const { CALLS, answer, countLogs, device, ends, expectChild, start, test } = require('./support');
 const { assertAgrees, assertAnswersAgree, callOf, stepOf } = require('./support/oracle');
 

@@ -89,7 +89,7 @@ function complaintsOfArkTs(ruleSet) {
         options: {
             target: ts.ScriptTarget.ES2021, lib: ['lib.es2021.d.ts'], types: [], esModuleInterop: true, noEmit: true,
             moduleResolution: ts.ModuleResolutionKind.NodeJs, baseUrl: ROOT,
-            paths: { 'game-player-extension-module': ['index'], 'game-player-extension-module/*': ['*'] },
+            paths: { 'game-player-extension-module': ['lib/index'], 'game-player-extension-module/*': ['*', 'lib/*'] },
         },
     });
     const found = [...ts.getPreEmitDiagnostics(program.getProgram()), ...ts[ruleSet].runArkTSLinter(program)];
@@ -130,11 +130,12 @@ test('require and import give one module by folder and by name, in a Worker as w
     async ({ startWorker, once }) => {
         const check = async ({ ROOT }) => {
             const { isDeepStrictEqual } = require('node:util');
-            for (const [entry, file] of [['', 'index.js'], ['/device', 'device/index.js'], ['/errors', 'errors.js'], ['/service', 'service/index.js']]) {
+            const files = { '': 'lib/index', '/device': 'device/index', '/errors': 'lib/errors', '/service': 'service/index' };
+            for (const [entry, file] of Object.entries(files)) {
                 const required = require(`game-player-extension-module${entry}`);
                 const { default: imported, ...named } = await import(`game-player-extension-module${entry}`);
                 const names = Object.getOwnPropertyNames(required).map((name) => [name, required[name]]);
-                console.log(required === imported, required === require(`${ROOT}/${file}`),
+                console.log(required === imported, required === require(`${ROOT}/${file}.js`),
                     isDeepStrictEqual(named, Object.fromEntries(names)));
             }
         };

@@ -3,8 +3,8 @@
 // Accounts and icons of a union login: the model predicts what is sent and logged, and some literals check the model.
 
 const assert = require('node:assert/strict');
-const { sent } = require('../soak/hostile/reading');
-const { MODULES } = require('../soak/hostile/tables');
+const { sent } = require('./model/reading');
+const { MODULES } = require('./model/tables');
 const { countLogs, device, game, test } = require('./support');
 const { assertAgrees, call } = require('./support/oracle');
 

@@ -3,7 +3,7 @@
 // How JS values are read: strings, numbers, flags and records.
 
 const assert = require('node:assert/strict');
-const { seeded } = require('../soak/hostile/generator');
+const { seeded } = require('./model/generator');
 const { REQUESTS, attempt, device, ends, game, runInChild, test } = require('./support');
 const { assertAgrees, call } = require('./support/oracle');
 

@@ -4,8 +4,8 @@
 
 const assert = require('node:assert/strict');
 const { inspect } = require('node:util');
-const { Comparison } = require('../../soak/hostile/comparison');
-const { codeOf, isDeadly } = require('../../soak/hostile/tables');
+const { Comparison } = require('../model/comparison');
+const { codeOf, isDeadly } = require('../model/tables');
 const { CALLS } = require('./requests');
 
 /** The step of a valid call, with a callback of this name if there is one. */

@@ -4,7 +4,7 @@
 
 const { isDeepStrictEqual, inspect } = require('node:util');
 const { Worker } = require('node:worker_threads');
-const { game, device, once, reset } = require('../../tests/support');
+const { game, device, once, reset } = require('../support');
 const { Model } = require('./model');
 const { Player } = require('./player');
 

@@ -1,7 +1,7 @@
 'use strict';
 
 // Measures one benchmark at one size, in its own process, and prints the medians of each side.
-// usage: node --expose-gc benchmarks/child.js WORK SIZE MS SIDE CORES
+// usage: node --expose-gc bench/child.js WORK SIZE MS SIDE CORES
 // WORK is the index of the benchmark in works.js. SIDE is 'module', 'floor', 'bare', or 'all', which take turns; 'calls'
 // compares the calls of module and floor instead. MS is the time to spend; 0 runs one brief round. CORES lists the one or
 // two cores that this process is bound to.

@@ -4,7 +4,7 @@
 
 const { inspect, parseArgs } = require('node:util');
 
-const USAGE = `usage: node --expose-gc soak/hostile/run.js WHAT
+const USAGE = `usage: node --expose-gc tests/model/run.js WHAT
   --seed N                     play one sequence, step by step
   --seed N --count K           play K sequences, from that of seed N on
   --soak SECONDS [--seed N]    play as many as there is time for`;
@@ -44,7 +44,7 @@ async function play(seed, watch) {
         const { index, step, what, expected, actual } = difference;
         console.log(`The first difference, in ${what} after step ${index}, ${show(step)}:`);
         console.log(`expected ${show(expected)}\nactual   ${show(actual)}`);
-        console.log(`again, step by step: node --expose-gc soak/hostile/run.js --seed ${seed}`);
+        console.log(`again, step by step: node --expose-gc tests/model/run.js --seed ${seed}`);
         return false;
     }
     console.log(`seed ${seed}: ${sequence.steps} steps`);

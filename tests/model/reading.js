@@ -4,7 +4,7 @@
 // request sends. `say` gets the warnings and errors that reading logs.
 
 const { isProxy } = require('node:util').types;
-const { METHODS } = require('../../tests/support/requests');
+const { METHODS } = require('../support/requests');
 
 const MAX_BYTES = 4096;
 const PANEL_WITHOUT_ICONS = 1;

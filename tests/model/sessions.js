@@ -7,7 +7,7 @@ const {
     CALLBACK_NAMES, ICONS_TOO_LARGE, MESSAGES, PLAYER_INVALID, QUICK_GAME, SYSTEM_ERROR, UNDER_AGE, codeOf, intParam,
     isDeadly, textParam,
 } = require('./tables');
-const { rulesOf } = require('../../tests/support/requests');
+const { rulesOf } = require('../support/requests');
 const { World } = require('./world');
 
 const mayEnd = ({ isReset, isTimed }) => isReset && !isTimed;

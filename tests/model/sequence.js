@@ -2,7 +2,7 @@
 
 // One sequence of steps, drawn from a seed while it is played. The last step ends the game if possible.
 
-const { device } = require('../../tests/support');
+const { device } = require('../support');
 const { Comparison } = require('./comparison');
 const { Generator, seeded } = require('./generator');
 

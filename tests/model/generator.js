@@ -2,7 +2,7 @@
 
 // Draws steps from a seed. It looks at the model, so that answers find modals and nothing ends the game too early.
 
-const { METHODS } = require('../../tests/support/requests');
+const { METHODS } = require('../support/requests');
 const { UNDER_AGE, codeOf, isDeadly } = require('./tables');
 const { Values } = require('./values');
 

@@ -6,7 +6,7 @@
 
 const { argument, get, int, sent, text } = require('./reading');
 const { Sessions } = require('./sessions');
-const { METHODS, rulesOf } = require('../../tests/support/requests');
+const { METHODS, rulesOf } = require('../support/requests');
 const { BAD_CONTEXTS, EVENT_TYPES, MESSAGES, MODULES, PLAYER_INVALID } = require('./tables');
 
 class Model extends Sessions {

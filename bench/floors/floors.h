@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <cstdlib>
 
-#include "benchmarks/napi_values.h"
+#include "bench/napi_values.h"
 #include "hilog/log.h"
 #include "napi/native_api.h"
 

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "bare.h"
-#include "benchmarks/floors/base64.h"
+#include "bench/floors/base64.h"
 
 namespace Bare {
 namespace {

@@ -2,7 +2,7 @@
 
 // Compares the module with its floors, checks that both make the same calls, prints a table, and updates
 // docs/performance.md and docs/performance.svg.
-// usage: node benchmarks/run.js [--json FILE] [--only WORD] [--quick]   (after a build; ./bench does both)
+// usage: node bench/measure.js [--json FILE] [--only WORD] [--quick]   (after a build; ./bench does both)
 // --only leaves out rows, and --quick measures too briefly: with either, the documents stay as they are.
 
 const { execFileSync } = require('child_process');
@@ -68,7 +68,7 @@ function takeSample(work, size, ms, cores) {
 function checkCalls(work, size, cores) {
     const difference = work.isMemory ? null : runChild(work, size, 0, 'calls', cores);
     if (difference) {
-        throw new Error(`${work.work}: module and floor differ in their ${difference}; change benchmarks/floors`);
+        throw new Error(`${work.work}: module and floor differ in their ${difference}; change bench/floors`);
     }
 }
 

@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-#include "benchmarks/floors/base64.h"
+#include "bench/floors/base64.h"
 #include "common/env_registry.h"
 #include "common/velmor_log.h"
 #include "common/velmor_util.h"

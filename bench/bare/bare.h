@@ -4,7 +4,7 @@
 
 #include <array>
 
-#include "benchmarks/napi_values.h"
+#include "bench/napi_values.h"
 
 // Minimal implementations of the module's work without the device: they have no modals, Wants, log lines or
 // analytics.

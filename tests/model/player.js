@@ -4,7 +4,7 @@
 // which its owner controls by messages.
 
 const { parentPort, workerData } = require('node:worker_threads');
-const { turn } = require('../../tests/support');
+const { turn } = require('../support');
 const { MODULES } = require('./tables');
 
 const describe = (value) => (value instanceof Error ? ['error', value.code, value.message] : value);
@@ -93,7 +93,7 @@ class Player {
 }
 
 if (workerData?.isPlayer) {
-    const { game, device } = require('../../tests/support');
+    const { game, device } = require('../support');
     const player = new Player(game, device);
     parentPort.on('message', async ([method, ...args]) => parentPort.postMessage(await player[method](...args)));
 }
