@@ -102,15 +102,13 @@ bool IsValidEnv(const EnvInfo* info) {
 
 QueueStatus QueueOnLoop(const std::shared_ptr<EnvInfo>& info, std::unique_ptr<LoopWork>& work) {
     if (work == nullptr || info == nullptr) return QueueStatus::NO_LOOP;
-    const std::shared_ptr<LoopQueue> queue = info->queue;
-    const uint64_t ticket = queue->Add(*work);
+    LoopQueue::Add(info->queue, *work);
     const QueueStatus status = SubmitToLoop(*info, *work);
     if (status != QueueStatus::QUEUED) {
-        queue->Remove(ticket);
+        info->queue->Remove(*work);
         return status;
     }
-    (void)work.release();  // it may have run, and be gone
-    queue->Accept(ticket);
+    LoopQueue::Accept(work.release());
     return status;
 }
 

@@ -1,17 +1,14 @@
 #include "common/loop_work.h"
 
-#include <algorithm>
-#include <iterator>
-
 namespace TAVIK::GAME_PLAYER {
 
-uint64_t LoopQueue::Add(LoopWork& work) {
-    work.queue_ = shared_from_this();
+void LoopQueue::Add(const std::shared_ptr<LoopQueue>& queue, LoopWork& work) {
+    work.queue_ = queue;
     work.request_.data = &work;
-    std::lock_guard<std::mutex> guard(mutex_);
-    works_.push_back(&work);
-    work.ticket_ = ++tickets_;
-    return work.ticket_;
+    std::lock_guard<std::mutex> guard(queue->mutex_);
+    LoopWork*& link = queue->latest_ != nullptr ? queue->latest_->next_ : queue->oldest_;
+    link = &work;
+    queue->latest_ = &work;
 }
 
 bool LoopQueue::Submit(LoopWork& work, uv_loop_t* loop) {
@@ -19,49 +16,53 @@ bool LoopQueue::Submit(LoopWork& work, uv_loop_t* loop) {
                loop, &work.request_, [](uv_work_t*) {}, Complete) == 0;
 }
 
-// Work that is no longer there has run already.
-void LoopQueue::Accept(uint64_t ticket) {
-    std::lock_guard<std::mutex> guard(mutex_);
-    auto found = Find(ticket);
-    if (found != works_.end() && (*found)->ticket_ == ticket) (*found)->isAccepted_ = true;
+void LoopQueue::Accept(LoopWork* work) {
+    work->isAccepted_.store(true, std::memory_order_release);
+    FinishSteps(work, 1);
 }
 
 // A refused request never completes, and no other completion runs work that is not accepted. So it is there.
-void LoopQueue::Remove(uint64_t ticket) {
+void LoopQueue::Remove(const LoopWork& work) {
     std::lock_guard<std::mutex> guard(mutex_);
-    works_.erase(Find(ticket));
+    LoopWork* previous = nullptr;
+    LoopWork* current = oldest_;
+    while (current != &work) {
+        previous = current;
+        current = current->next_;
+    }
+    Unlink(previous, current);
 }
 
-// The first work with this ticket or a later one: tickets rise from front to back.
-std::deque<LoopWork*>::iterator LoopQueue::Find(uint64_t ticket) {
-    if (!works_.empty() && works_.back()->ticket_ == ticket) return std::prev(works_.end());
-    return std::lower_bound(works_.begin(), works_.end(), ticket,
-                            [](const LoopWork* work, uint64_t wanted) { return work->ticket_ < wanted; });
+LoopWork* LoopQueue::Unlink(LoopWork* previous, LoopWork* work) {
+    (previous != nullptr ? previous->next_ : oldest_) = work->next_;
+    if (latest_ == work) latest_ = previous;
+    return work;
 }
 
 // There is one: completions never outnumber the requests that were accepted, and the completed one was.
 LoopWork* LoopQueue::TakeOldest(LoopWork& completed) {
+    completed.isAccepted_.store(true, std::memory_order_release);
     std::lock_guard<std::mutex> guard(mutex_);
-    completed.isAccepted_ = true;
-    auto oldest =
-        std::find_if(works_.begin(), works_.end(), [](const LoopWork* work) { return work->isAccepted_; });
-    LoopWork* work = *oldest;
-    works_.erase(oldest);
-    return work;
+    LoopWork* previous = nullptr;
+    LoopWork* work = oldest_;
+    while (!work->isAccepted_.load(std::memory_order_acquire)) {
+        previous = work;
+        work = work->next_;
+    }
+    return Unlink(previous, work);
 }
 
 void LoopQueue::Complete(uv_work_t* request, int /*status*/) {
     auto* completed = static_cast<LoopWork*>(request->data);
-    completed->hasCompleted_ = true;
     LoopWork* oldest = completed->queue_->TakeOldest(*completed);
     oldest->Run();
-    oldest->hasRun_ = true;
-    if (oldest != completed) DestroyIfDone(completed);
-    DestroyIfDone(oldest);
+    if (oldest == completed) return FinishSteps(completed, 2);
+    FinishSteps(oldest, 1);
+    FinishSteps(completed, 1);
 }
 
-void LoopQueue::DestroyIfDone(LoopWork* work) {
-    if (work->hasRun_ && work->hasCompleted_) delete work;
+void LoopQueue::FinishSteps(LoopWork* work, int count) {
+    if (work->steps_.fetch_sub(count, std::memory_order_acq_rel) == count) delete work;
 }
 
 }  // namespace TAVIK::GAME_PLAYER

@@ -2,8 +2,7 @@
 
 #include <uv.h>
 
-#include <cstdint>
-#include <deque>
+#include <atomic>
 #include <memory>
 #include <mutex>
 
@@ -27,37 +26,41 @@ private:
 
     uv_work_t request_{};
     std::shared_ptr<LoopQueue> queue_;
-    uint64_t ticket_ = 0;
-    bool isAccepted_ = false;    // by the loop; guarded by the queue's mutex
-    bool hasRun_ = false;        // this and the next are the JS thread's
-    bool hasCompleted_ = false;  // the loop has returned the request
+    LoopWork* next_ = nullptr;  // guarded by the queue's mutex
+    std::atomic<bool> isAccepted_{false};
+    std::atomic<int> steps_{3};  // to go, in any order: it is accepted, it has run, its request completed
 };
 
 /// The work on its way to one environment, oldest first. A platform may complete requests in any order. So
 /// whichever completes, the oldest work that the loop has accepted is run. Thread-safe.
-class LoopQueue : public std::enable_shared_from_this<LoopQueue> {
+class LoopQueue {
 public:
-    /// Adds `work`, which stays the caller's. It must then be submitted to the loop, and accepted or removed
-    /// by the returned ticket.
-    uint64_t Add(LoopWork& work);
+    LoopQueue() = default;
+    LoopQueue(const LoopQueue&) = delete;
+    LoopQueue& operator=(const LoopQueue&) = delete;
+
+    /// Adds `work`, which stays the caller's, to `queue`. It must then be submitted, and accepted or removed.
+    static void Add(const std::shared_ptr<LoopQueue>& queue, LoopWork& work);
 
     /// Submits the request of `work` to `loop`. Returns whether the loop takes it. Its completion may run, on
     /// the JS thread, before this returns.
     static bool Submit(LoopWork& work, uv_loop_t* loop);
 
-    /// From now on, the queue owns the work.
-    void Accept(uint64_t ticket);
-    void Remove(uint64_t ticket);
+    /// From now on, the queue owns the work, which may be gone when this returns.
+    static void Accept(LoopWork* work);
+
+    /// Only for work that the loop has refused.
+    void Remove(const LoopWork& work);
 
 private:
-    std::deque<LoopWork*>::iterator Find(uint64_t ticket);
     LoopWork* TakeOldest(LoopWork& completed);
+    LoopWork* Unlink(LoopWork* previous, LoopWork* work);
     static void Complete(uv_work_t* request, int status);
-    static void DestroyIfDone(LoopWork* work);
+    static void FinishSteps(LoopWork* work, int count);
 
-    std::mutex mutex_;  // guards what follows; nothing is called under it
-    std::deque<LoopWork*> works_;
-    uint64_t tickets_ = 0;
+    std::mutex mutex_;  // guards the list; nothing is called under it
+    LoopWork* oldest_ = nullptr;
+    LoopWork* latest_ = nullptr;
 };
 
 }  // namespace TAVIK::GAME_PLAYER
