@@ -6,22 +6,9 @@ namespace TAVIK::GAME_PLAYER {
 
 /// The API of a request, with the numbers of the game-service extension.
 enum RequestType : int32_t {
-    REQUEST_UNKNOWN = 0,
-    REQUEST_INIT = 1,
-    REQUEST_GET_LOCAL_PLAYER = 2,
-    REQUEST_SAVE_PLAYER_ROLE = 3,
-    REQUEST_PRE_PURCHASE = 4,
-    REQUEST_POST_PURCHASE = 5,
-    REQUEST_LAUNCH_ANTI_ADDICTION = 6,
-    REQUEST_BIND_PLAYER = 7,
-    REQUEST_UNBIND_PLAYER = 8,
-    REQUEST_VERIFY_LOCAL_PLAYER = 9,
-    REQUEST_UNION_LOGIN = 10,
-    REQUEST_ON = 11,
-    REQUEST_OFF = 12,
-    REQUEST_LAUNCH_WELCOME_BANNER = 13,
-    REQUEST_QUICK_GAME_LOGIN = 14,
-    REQUEST_LAUNCH_COMMON_PAGE = 15,
+#define REQUEST(type, number, Method, name, flags) type = (number),
+#define RESERVED(type, number, name) type = (number),
+#include "common/requests.def"
 };
 
 /// How a request type treats answers. `OnReceive` gets received ones, `OnResultForModal` gets results.

@@ -17,29 +17,19 @@ using OHOS::AbilityRuntime::UIExtensionContext;
 
 namespace {
 
-constexpr napi_property_descriptor Method(const char* name, napi_callback method) {
+constexpr napi_property_descriptor AsProperty(const char* name, napi_callback method) {
     return {name, nullptr, method, nullptr, nullptr, nullptr, napi_default, nullptr};
 }
 
 constexpr napi_property_descriptor METHODS[] = {
-    Method("init", Manager::Init),
-    Method("getLocalPlayer", Manager::GetLocalPlayer),
-    Method("savePlayerRole", Manager::SavePlayerRole),
-    Method("prePurchase", Manager::PrePurchase),
-    Method("postPurchase", Manager::PostPurchase),
-    Method("bindPlayer", Manager::BindPlayer),
-    Method("unbindPlayer", Manager::UnbindPlayer),
-    Method("verifyLocalPlayer", Manager::VerifyLocalPlayer),
-    Method("unionLogin", Manager::UnionLogin),
-    Method("launchWelcomeBanner", Manager::LaunchWelcomeBanner),
-    Method("launchAntiAddiction", Manager::LaunchAntiAddiction),
-    Method("quickGameLogin", Manager::QuickGameLogin),
-    Method("launchCommonPage", Manager::LaunchCommonPage),
-    Method("syncTraceId", Manager::SyncTraceId),
-    Method("on", Manager::On),
-    Method("off", Manager::Off),
-    Method("reportEventOperation", Manager::ReportEventOperation),
-    Method("onEventCallback", Manager::OnEventCallback),
+#define REQUEST(type, number, Method, name, flags) AsProperty(name, Manager::Method),
+#define RESERVED(type, number, name)
+#include "common/requests.def"
+    AsProperty("syncTraceId", Manager::SyncTraceId),
+    AsProperty("on", Manager::On),
+    AsProperty("off", Manager::Off),
+    AsProperty("reportEventOperation", Manager::ReportEventOperation),
+    AsProperty("onEventCallback", Manager::OnEventCallback),
 };
 
 // One environment per thread is expected: a later one on the same thread is not registered. An environment

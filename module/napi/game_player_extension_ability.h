@@ -20,19 +20,9 @@ public:
     /// `exports`, or throws a business error and returns null if they could not be defined.
     static napi_value Entry(napi_env env, napi_value exports);
 
-    static constexpr napi_callback Init = Run<REQUEST_INIT>;
-    static constexpr napi_callback GetLocalPlayer = Run<REQUEST_GET_LOCAL_PLAYER>;
-    static constexpr napi_callback SavePlayerRole = Run<REQUEST_SAVE_PLAYER_ROLE>;
-    static constexpr napi_callback PrePurchase = Run<REQUEST_PRE_PURCHASE>;
-    static constexpr napi_callback PostPurchase = Run<REQUEST_POST_PURCHASE>;
-    static constexpr napi_callback BindPlayer = Run<REQUEST_BIND_PLAYER>;
-    static constexpr napi_callback UnbindPlayer = Run<REQUEST_UNBIND_PLAYER>;
-    static constexpr napi_callback VerifyLocalPlayer = Run<REQUEST_VERIFY_LOCAL_PLAYER>;
-    static constexpr napi_callback UnionLogin = Run<REQUEST_UNION_LOGIN>;
-    static constexpr napi_callback LaunchWelcomeBanner = Run<REQUEST_LAUNCH_WELCOME_BANNER>;
-    static constexpr napi_callback LaunchAntiAddiction = Run<REQUEST_LAUNCH_ANTI_ADDICTION>;
-    static constexpr napi_callback QuickGameLogin = Run<REQUEST_QUICK_GAME_LOGIN>;
-    static constexpr napi_callback LaunchCommonPage = Run<REQUEST_LAUNCH_COMMON_PAGE>;
+#define REQUEST(type, number, Method, name, flags) static constexpr napi_callback Method = Run<type>;
+#define RESERVED(type, number, name)
+#include "common/requests.def"
     static napi_value SyncTraceId(napi_env env, napi_callback_info info);
     static napi_value On(napi_env env, napi_callback_info info);
     static napi_value Off(napi_env env, napi_callback_info info);

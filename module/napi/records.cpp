@@ -5,11 +5,45 @@
 #include <streambuf>
 #include <utility>
 
+#include "common/js_value_helpers.h"
+#include "common/velmor_log.h"
+
 namespace TAVIK::GAME_PLAYER {
 
 using nlohmann::json;
 
 namespace {
+
+// Reads the fields of a record from a JS object.
+class FieldReader {
+public:
+    FieldReader(napi_env env, napi_value object) : env_(env), object_(object) {}
+
+    void operator()(const char* name, std::string& field) const {
+        JsObjectToString(env_, object_, name, MAX_STRING_LENGTH, field);
+    }
+    void operator()(const char* name, int32_t& field) const { JsObjectToInt(env_, object_, name, field); }
+    void operator()(const char* name, bool& field) const { JsObjectToBool(env_, object_, name, field); }
+
+    // An optional field is set if it was given, even with the wrong type.
+    template <typename Field>
+    void operator()(const char* name, Field& field, bool& isSet) const {
+        if (!HasProperty(env_, object_, name)) return;
+        (*this)(name, field);
+        isSet = true;
+    }
+
+private:
+    napi_env env_;
+    napi_value object_;
+};
+
+template <typename Record>
+bool ReadFields(napi_env env, napi_value object, Record& record) {
+    if (TypeOf(env, object) != napi_object) return false;
+    record.VisitFields(FieldReader(env, object));
+    return true;
+}
 
 /// A stream buffer that appends to a string.
 class StringSink final : public std::streambuf {
@@ -42,15 +76,30 @@ json ToJson(Record& record) {
 
 }  // namespace
 
-template <typename Record>
-std::string WriteJson(Record& record) {
-    return ToJson(record).dump();
+bool ThirdUserInfo::Read(napi_env env, napi_value object) {
+    if (TypeOf(env, object) != napi_object) return false;
+    const FieldReader read(env, object);
+    VisitFields([&read](const char* name, auto& field, auto&... isSet) {
+        read(name, field, isSet...);
+        if ((isSet || ...)) GAME_LOGI_AS("ParseVerifyLocalPlayerReq", "has %{public}s field", name);
+    });
+    return true;
 }
-template std::string WriteJson(ThirdUserInfo& record);
-template std::string WriteJson(RVQPlayerRole& record);
-template std::string WriteJson(PurchaseParameter& record);
-template std::string WriteJson(CreatePurchaseResult& record);
-template std::string WriteJson(QuickGameLoginParam& record);
+std::string ThirdUserInfo::ToString() && { return ToJson(*this).dump(); }
+
+bool RVQPlayerRole::Read(napi_env env, napi_value object) { return ReadFields(env, object, *this); }
+std::string RVQPlayerRole::ToString() && { return ToJson(*this).dump(); }
+
+bool PurchaseParameter::Read(napi_env env, napi_value object) { return ReadFields(env, object, *this); }
+std::string PurchaseParameter::ToString() && { return ToJson(*this).dump(); }
+
+bool CreatePurchaseResult::Read(napi_env env, napi_value object) { return ReadFields(env, object, *this); }
+std::string CreatePurchaseResult::ToString() && { return ToJson(*this).dump(); }
+
+bool QuickGameLoginParam::Read(napi_env env, napi_value object) { return ReadFields(env, object, *this); }
+std::string QuickGameLoginParam::ToString() && { return ToJson(*this).dump(); }
+
+bool UnionLoginParam::Read(napi_env env, napi_value object) { return ReadFields(env, object, *this); }
 
 // Writes account by account, so that each icon is freed before the next one is written.
 std::string UnionLoginParam::ToString() && {

@@ -4,14 +4,16 @@
 #include <string>
 #include <vector>
 
+#include "napi/native_api.h"
+
 namespace TAVIK::GAME_PLAYER {
 
 // What a game passes to the extension. `VisitFields` visits a record's fields with their keys, in the order
 // in which they are read from a JS object. A field with a third argument is sent only if the game gave it.
-
-/// A record as compact JSON (RFC 8259) in UTF-8, with sorted keys. Moves the record's strings.
-template <typename Record>
-std::string WriteJson(Record& record);
+//
+// `Read` reads them on `env`'s JS thread; false if the value is not an object. Arrays and dates are objects,
+// functions and `null` are not. A field that is missing keeps its value; with the wrong type, it keeps it or
+// becomes empty. `ToString` gives compact JSON (RFC 8259) in UTF-8, with sorted keys, and moves the strings.
 
 /// What a game knows about its own account.
 struct ThirdUserInfo {
@@ -30,7 +32,8 @@ struct ThirdUserInfo {
         visit("isAdult", isAdult, isAdultSet);
         visit("ageRange", ageRange, ageRangeSet);
     }
-    std::string ToString() && { return WriteJson(*this); }
+    bool Read(napi_env env, napi_value object);
+    std::string ToString() &&;
 };
 
 /// The role that a player plays, and the IDs that it belongs to.
@@ -53,7 +56,8 @@ struct RVQPlayerRole {
         visit("teamPlayerId", teamPlayerId);
         visit("thirdOpenId", thirdOpenId);
     }
-    std::string ToString() && { return WriteJson(*this); }
+    bool Read(napi_env env, napi_value object);
+    std::string ToString() &&;
 };
 
 /// A product to buy.
@@ -70,7 +74,8 @@ struct PurchaseParameter {
         visit("developerPayload", developerPayload);
         visit("reservedInfo", reservedInfo);
     }
-    std::string ToString() && { return WriteJson(*this); }
+    bool Read(napi_env env, napi_value object);
+    std::string ToString() &&;
 };
 
 /// The data of a purchase, as the game received it.
@@ -81,7 +86,8 @@ struct CreatePurchaseResult {
     void VisitFields(Visitor visit) {
         visit("purchaseData", purchaseData);
     }
-    std::string ToString() && { return WriteJson(*this); }
+    bool Read(napi_env env, napi_value object);
+    std::string ToString() &&;
 };
 
 /// The mini-game to log in to.
@@ -92,7 +98,8 @@ struct QuickGameLoginParam {
     void VisitFields(Visitor visit) {
         visit("gameAppId", gameAppId);
     }
-    std::string ToString() && { return WriteJson(*this); }
+    bool Read(napi_env env, napi_value object);
+    std::string ToString() &&;
 };
 
 /// One of the game's own accounts, for the login panel.
@@ -118,7 +125,8 @@ struct UnionLoginParam {
         visit("showLoginDialog", showLoginDialog);
         visit("loginPanelType", loginPanelType, hasLoginPanelType);
     }
-    std::string ToString() &&;  // efficient even for icons of many megabytes
+    bool Read(napi_env env, napi_value object);  // without the accounts
+    std::string ToString() &&;                   // efficient even for icons of many megabytes
 };
 
 }  // namespace TAVIK::GAME_PLAYER

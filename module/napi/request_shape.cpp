@@ -63,6 +63,15 @@ void FailRequest(napi_env env, const RequestRule& rule, BaseContext& context) {
     Manager::ReturnCallbackOrPromise(env, context, error, nullptr);
 }
 
+// Opens the game-service extension with a Want of the request's type and parameters.
+void OpenExtension(const RequestRule& rule, std::shared_ptr<BaseContext> context) {
+    GAME_LOGI_AS(rule.executeStep, "begin %{public}s", rule.executeStep);
+    OHOS::AAFwk::Want want = MakeGameServiceWant(rule.type);
+    rule.addParams(*context, want);
+    std::make_shared<ModalUICallback>(std::move(context))->StartUIExtensionAbility(std::move(want));
+    GAME_LOGI_AS(rule.executeStep, "end %{public}s", rule.executeStep);
+}
+
 }  // namespace
 
 bool CallArguments::Read(napi_env env, napi_callback_info info, size_t maxArgs) {
@@ -82,15 +91,6 @@ bool CallArguments::ReadIfValid(napi_env env, napi_callback_info info, const cha
         return false;
     }
     return Read(env, info, maxArgs);
-}
-
-void OpenExtension(const RequestRule& rule, std::shared_ptr<BaseContext> context,
-                   void (*addParams)(BaseContext& context, OHOS::AAFwk::Want& want)) {
-    GAME_LOGI_AS(rule.executeStep, "begin %{public}s", rule.executeStep);
-    OHOS::AAFwk::Want want = MakeGameServiceWant(rule.type);
-    addParams(*context, want);
-    std::make_shared<ModalUICallback>(std::move(context))->StartUIExtensionAbility(std::move(want));
-    GAME_LOGI_AS(rule.executeStep, "end %{public}s", rule.executeStep);
 }
 
 napi_value RunRequest(napi_env env, napi_callback_info info, const RequestRule& rule) {
@@ -113,7 +113,7 @@ napi_value RunRequest(napi_env env, napi_callback_info info, const RequestRule& 
         FailRequest(env, rule, *context);
         return result;
     }
-    rule.execute(rule, std::move(context));
+    rule.start != nullptr ? rule.start(context) : OpenExtension(rule, std::move(context));
     GAME_LOGI_AS(rule.method, "end %{public}s", rule.method);
     return result;
 }

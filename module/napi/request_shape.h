@@ -3,8 +3,6 @@
 #include <array>
 #include <cstdint>
 #include <memory>
-#include <type_traits>
-#include <utility>
 
 #include "common/request_types.h"
 #include "modal/base_context.h"
@@ -51,66 +49,57 @@ constexpr ArgumentRule Unchecked(size_t count) { return {0, SIZE_MAX, count, 0, 
 
 /// One asynchronous method: see `Request` and `PageLaunch`.
 struct RequestRule {
-    const char* method;  // its name in log lines, and that of its execute step
-    const char* executeStep;
-    RequestType type;
     ArgumentRule arguments;
     RequestType failureType;  // names a failure in analytics, unless the argument count was wrong
-    bool isAnswered;
-    bool parsesFirst;  // before the promise is made
     std::shared_ptr<BaseContext> (*create)();
     bool (*parse)(napi_env env, const CallArguments& args, BaseContext& context);
-    void (*execute)(const RequestRule& rule, std::shared_ptr<BaseContext> context);
+    void (*addParams)(BaseContext& context, OHOS::AAFwk::Want& want);
+    void (*start)(const std::shared_ptr<BaseContext>& context) = nullptr;  // instead of opening the extension
+    bool isAnswered = true;
+    bool parsesFirst = false;  // before the promise is made
+    RequestType type = REQUEST_UNKNOWN;
+    const char* method = nullptr;  // its name in log lines, and that of its execute step
+    const char* executeStep = nullptr;
 };
-
-/// Opens the game-service extension with a Want of the request's type and the parameters of `addParams`.
-void OpenExtension(const RequestRule& rule, std::shared_ptr<BaseContext> context,
-                   void (*addParams)(BaseContext& context, OHOS::AAFwk::Want& want));
 
 inline bool ParseNothing(napi_env /*env*/, const CallArguments& /*args*/, BaseContext& /*context*/) {
     return true;
 }
+inline void SendNothing(BaseContext& /*context*/, OHOS::AAFwk::Want& /*want*/) {}
 
-template <typename Context, auto EXECUTE>
-void Execute(const RequestRule& rule, std::shared_ptr<BaseContext> context) {
-    if constexpr (std::is_invocable_v<decltype(EXECUTE), std::shared_ptr<Context>>) {
-        EXECUTE(std::static_pointer_cast<Context>(std::move(context)));
-    } else {
-        OpenExtension(rule, std::move(context), [](BaseContext& base, OHOS::AAFwk::Want& want) {
-            EXECUTE(static_cast<Context&>(base), want);
-        });
-    }
-}
-
-/// A method that passes the extension's answer to JS: its name, type and arguments, and the class of its
-/// context. PARSE reads the parameters into the context, and returns whether they are valid. EXECUTE adds to
-/// the Want that opens the extension, or processes the context itself. Analytics reports a call that fails
-/// after its arguments were counted under `failureType`, if that is known.
+/// A method that passes the extension's answer to JS: the class of its context, and its arguments. PARSE
+/// reads the parameters into the context, and returns whether they are valid. EXECUTE adds to the Want that
+/// opens the extension. Analytics reports a call that fails after its arguments were counted under
+/// `failureType`, if that is known, otherwise under the method's own type.
 template <typename Context, auto PARSE, auto EXECUTE>
-constexpr RequestRule Request(const char* method, const char* executeStep, RequestType type,
-                              ArgumentRule arguments, RequestType failureType = REQUEST_UNKNOWN) {
+constexpr RequestRule Request(ArgumentRule arguments, RequestType failureType = REQUEST_UNKNOWN) {
     auto create = []() -> std::shared_ptr<BaseContext> { return std::make_shared<Context>(); };
     auto parse = [](napi_env env, const CallArguments& args, BaseContext& context) {
         return PARSE(env, args, static_cast<Context&>(context));
     };
-    const RequestType known = failureType != REQUEST_UNKNOWN ? failureType : type;
-    return {method, executeStep, type,   arguments, known,
-            true,   false,       create, parse,     Execute<Context, EXECUTE>};
+    auto addParams = [](BaseContext& context, OHOS::AAFwk::Want& want) {
+        EXECUTE(static_cast<Context&>(context), want);
+    };
+    return {arguments, failureType, create, parse, addParams};
 }
 
 /// A method whose answer and failures reach neither the caller nor analytics. Its promise never settles, and
 /// only shows that the call was accepted. Failures are only logged. It accepts any number of arguments, and
 /// reads `count` of them.
 template <typename Context, auto PARSE, auto EXECUTE>
-constexpr RequestRule PageLaunch(const char* method, const char* executeStep, RequestType type,
-                                 size_t count) {
-    RequestRule rule = Request<Context, PARSE, EXECUTE>(method, executeStep, type, Unchecked(count));
+constexpr RequestRule PageLaunch(size_t count) {
+    RequestRule rule = Request<Context, PARSE, EXECUTE>(Unchecked(count));
     rule.isAnswered = false;
     return rule;
 }
 
 constexpr RequestRule ParsedFirst(RequestRule rule) {
     rule.parsesFirst = true;
+    return rule;
+}
+
+constexpr RequestRule Starting(void (*start)(const std::shared_ptr<BaseContext>&), RequestRule rule) {
+    rule.start = start;
     return rule;
 }
 

@@ -1,12 +1,14 @@
 #include <algorithm>
 #include <iterator>
+#include <string>
 #include <utility>
 
 #include "common/js_value_helpers.h"
 #include "common/velmor_log.h"
 #include "modal/modal_ui_callback.h"
-#include "napi/request_contexts.h"
+#include "napi/records.h"
 #include "napi/request_shape.h"
+#include "napi/union_login.h"
 
 namespace TAVIK::GAME_PLAYER {
 
@@ -14,139 +16,183 @@ using OHOS::AAFwk::Want;
 
 namespace {
 
-constexpr const char KEY_EXTRA[] = "tavikExtra";
-constexpr const char KEY_THIRD_USER_INFO[] = "thirdUserInfo";
-constexpr const char KEY_UNION_LOGIN[] = "unionLoginParam";
-constexpr const char KEY_QUICK_GAME_LOGIN[] = "quickGameLoginParam";
-constexpr const char KEY_GREETING_INFO[] = "greetingInfo";
-constexpr const char KEY_PAGE_INFO[] = "pageInfo";
+constexpr const char* KEY_EXTRA = "tavikExtra";
 
-std::string TakeString(std::string& string) { return std::move(string); }
-template <typename Record>
-std::string TakeString(Record& record) {
-    return std::move(record).ToString();
-}
+// The methods, each with its parameters, the steps that read and send them, and its rule.
 
-template <typename Context, typename Parameter>
-Context OwnerOf(Parameter Context::*member);
-
-// The two steps of a method with one parameter, which is its second argument and one entry of the Want.
-template <auto PARAMETER, typename Context = decltype(OwnerOf(PARAMETER))>
-bool Parse(napi_env env, const CallArguments& args, Context& context) {
-    return ReadParameter(env, args.values[1], context.*PARAMETER);
-}
-template <auto PARAMETER, const char* KEY, typename Context = decltype(OwnerOf(PARAMETER))>
-void Send(Context& context, Want& want) {
-    want.SetParam(KEY, TakeString(context.*PARAMETER));
-}
-
-// The request type is enough.
+struct InitContext : BaseContext {};
 void ExecuteInit(InitContext& /*context*/, Want& /*want*/) {}
+constexpr RequestRule InitRule = Request<InitContext, ParseNothing, ExecuteInit>(WithCallback(1));
+
+struct GetLocalPlayerContext : BaseContext {};
 void ExecuteGetLocalPlayer(GetLocalPlayerContext& /*context*/, Want& /*want*/) {}
+constexpr RequestRule GetLocalPlayerRule =
+    Request<GetLocalPlayerContext, ParseNothing, ExecuteGetLocalPlayer>(WithCallback(1));
 
-bool ParseBindPlayerReq(napi_env env, const CallArguments& args, BindPlayerContext& context) {
-    return ReadParameter(env, args.values[1], context.thirdOpenId) &&
-           ReadParameter(env, args.values[2], context.teamPlayerId);
+struct SavePlayerRoleContext : BaseContext {
+    RVQPlayerRole playerRole;
+};
+// No field is required: an empty object is a role of seven empty strings.
+bool ParseSavePlayerRoleReq(napi_env env, const CallArguments& args, SavePlayerRoleContext& context) {
+    GAME_LOGI("begin ParseSavePlayerRoleReq");
+    if (!context.playerRole.Read(env, args.values[1])) return false;
+    GAME_LOGI("end ParseSavePlayerRoleReq");
+    return true;
 }
+void ExecuteSavePlayerRole(SavePlayerRoleContext& context, Want& want) {
+    want.SetParam(KEY_EXTRA, std::move(context.playerRole).ToString());
+}
+constexpr RequestRule SavePlayerRoleRule =
+    Request<SavePlayerRoleContext, ParseSavePlayerRoleReq, ExecuteSavePlayerRole>(WithCallback(2));
 
+struct PrePurchaseContext : BaseContext {
+    PurchaseParameter purchaseParameter;
+};
+bool ParsePrePurchaseReq(napi_env env, const CallArguments& args, PrePurchaseContext& context) {
+    return context.purchaseParameter.Read(env, args.values[1]);
+}
+void ExecutePrePurchase(PrePurchaseContext& context, Want& want) {
+    want.SetParam(KEY_EXTRA, std::move(context.purchaseParameter).ToString());
+}
+constexpr RequestRule PrePurchaseRule =
+    Request<PrePurchaseContext, ParsePrePurchaseReq, ExecutePrePurchase>(WithCallback(2));
+
+struct PostPurchaseContext : BaseContext {
+    CreatePurchaseResult purchaseResult;
+};
+bool ParsePostPurchaseReq(napi_env env, const CallArguments& args, PostPurchaseContext& context) {
+    return context.purchaseResult.Read(env, args.values[1]);
+}
+void ExecutePostPurchase(PostPurchaseContext& context, Want& want) {
+    want.SetParam(KEY_EXTRA, std::move(context.purchaseResult).ToString());
+}
+constexpr RequestRule PostPurchaseRule =
+    Request<PostPurchaseContext, ParsePostPurchaseReq, ExecutePostPurchase>(WithCallback(2));
+
+struct BindPlayerContext : BaseContext {
+    std::string thirdOpenId;
+    std::string teamPlayerId;
+};
+bool ParseBindPlayerReq(napi_env env, const CallArguments& args, BindPlayerContext& context) {
+    context.thirdOpenId = GetStringUtf8(env, args.values[1]);
+    context.teamPlayerId = GetStringUtf8(env, args.values[2]);
+    return true;
+}
 void ExecuteBindPlayer(BindPlayerContext& context, Want& want) {
     want.SetParam("thirdOpenId", context.thirdOpenId);
     want.SetParam("teamPlayerId", context.teamPlayerId);
 }
+constexpr RequestRule BindPlayerRule =
+    Request<BindPlayerContext, ParseBindPlayerReq, ExecuteBindPlayer>(WithoutCountLog(PromiseOnly(3)));
 
-void ExecuteUnbindPlayer(UnbindPlayerContext& context, Want& want) { ExecuteBindPlayer(context, want); }
+struct UnbindPlayerContext : BindPlayerContext {};
+constexpr RequestRule UnbindPlayerRule =
+    Request<UnbindPlayerContext, ParseBindPlayerReq, ExecuteBindPlayer>(WithoutCountLog(PromiseOnly(3)));
 
+struct VerifyLocalPlayerContext : BaseContext {
+    ThirdUserInfo thirdUserInfo;
+};
 // A missing or wrong `thirdOpenId` is sent as an empty string; the extension decides whether to accept it.
 bool ParseVerifyLocalPlayerReq(napi_env env, const CallArguments& args, VerifyLocalPlayerContext& context) {
     GAME_LOGI("begin ParseVerifyLocalPlayerReq");
-    if (TypeOf(env, args.values[1]) != napi_object) return false;
-    const FieldReader read(env, args.values[1]);
-    context.thirdUserInfo.VisitFields([&read](const char* name, auto& field, auto&... isSet) {
-        read(name, field, isSet...);
-        if ((isSet || ...)) GAME_LOGI_AS("ParseVerifyLocalPlayerReq", "has %{public}s field", name);
-    });
+    if (!context.thirdUserInfo.Read(env, args.values[1])) return false;
     GAME_LOGI("end ParseVerifyLocalPlayerReq");
     return true;
 }
-constexpr auto ExecuteVerifyLocalPlayer = Send<&VerifyLocalPlayerContext::thirdUserInfo, KEY_THIRD_USER_INFO>;
-
-// No field is required: an empty object is a role of seven empty strings.
-bool ParseSavePlayerRoleReq(napi_env env, const CallArguments& args, SavePlayerRoleContext& context) {
-    GAME_LOGI("begin ParseSavePlayerRoleReq");
-    if (!Parse<&SavePlayerRoleContext::playerRole>(env, args, context)) return false;
-    GAME_LOGI("end ParseSavePlayerRoleReq");
-    return true;
+void ExecuteVerifyLocalPlayer(VerifyLocalPlayerContext& context, Want& want) {
+    want.SetParam("thirdUserInfo", std::move(context.thirdUserInfo).ToString());
 }
-constexpr auto ExecuteSavePlayerRole = Send<&SavePlayerRoleContext::playerRole, KEY_EXTRA>;
+constexpr RequestRule VerifyLocalPlayerRule =
+    Request<VerifyLocalPlayerContext, ParseVerifyLocalPlayerReq, ExecuteVerifyLocalPlayer>(PromiseOnly(2));
 
-constexpr auto ParsePrePurchaseReq = Parse<&PrePurchaseContext::purchaseParameter>;
-constexpr auto ExecutePrePurchase = Send<&PrePurchaseContext::purchaseParameter, KEY_EXTRA>;
-
-constexpr auto ParsePostPurchaseReq = Parse<&PostPurchaseContext::purchaseResult>;
-constexpr auto ExecutePostPurchase = Send<&PostPurchaseContext::purchaseResult, KEY_EXTRA>;
-
+struct UnionLoginContext : BaseContext {
+    UnionLoginParam unionLoginParam;
+};
 bool ParseUnionLoginReq(napi_env env, const CallArguments& args, UnionLoginContext& context) {
-    if (!Parse<&UnionLoginContext::unionLoginParam>(env, args, context)) return false;
+    if (!context.unionLoginParam.Read(env, args.values[1])) return false;
     if (context.unionLoginParam.hasLoginPanelType) GAME_LOGI("ParseUnionLoginReq hasLoginPanelType");
-    JsObjectToAccountInfoList(env, args.values[1], context);
+    JsObjectToAccountInfoList(env, args.values[1], context, context.unionLoginParam);
     return true;
 }
-constexpr auto ExecuteUnionLogin = Send<&UnionLoginContext::unionLoginParam, KEY_UNION_LOGIN>;
+void ExecuteUnionLogin(UnionLoginContext& context, Want& want) {
+    want.SetParam("unionLoginParam", std::move(context.unionLoginParam).ToString());
+}
+// Statistics rely on failed union logins being counted as calls of unbindPlayer.
+constexpr RequestRule UnionLoginRule =
+    Request<UnionLoginContext, ParseUnionLoginReq, ExecuteUnionLogin>(PromiseOnly(2), REQUEST_UNBIND_PLAYER);
 
-constexpr auto ParseQuickGameLoginReq = Parse<&QuickGameLoginContext::quickGameLoginParam>;
-constexpr auto ExecuteQuickGameLogin =
-    Send<&QuickGameLoginContext::quickGameLoginParam, KEY_QUICK_GAME_LOGIN>;
+struct QuickGameLoginContext : BaseContext {
+    QuickGameLoginParam quickGameLoginParam;
+};
+bool ParseQuickGameLoginReq(napi_env env, const CallArguments& args, QuickGameLoginContext& context) {
+    return context.quickGameLoginParam.Read(env, args.values[1]);
+}
+void ExecuteQuickGameLogin(QuickGameLoginContext& context, Want& want) {
+    want.SetParam("quickGameLoginParam", std::move(context.quickGameLoginParam).ToString());
+}
+constexpr RequestRule QuickGameLoginRule =
+    Request<QuickGameLoginContext, ParseQuickGameLoginReq, ExecuteQuickGameLogin>(PromiseOnly(2));
 
-constexpr auto ParseLaunchWelcomeBannerReq = Parse<&LaunchWelcomeBannerContext::greetingInfo>;
-constexpr auto ExecuteLaunchWelcomeBanner =
-    Send<&LaunchWelcomeBannerContext::greetingInfo, KEY_GREETING_INFO>;
+struct LaunchWelcomeBannerContext : BaseContext {
+    std::string greetingInfo;
+};
+bool ParseLaunchWelcomeBannerReq(napi_env env, const CallArguments& args,
+                                 LaunchWelcomeBannerContext& context) {
+    context.greetingInfo = GetStringUtf8(env, args.values[1]);
+    return true;
+}
+void ExecuteLaunchWelcomeBanner(LaunchWelcomeBannerContext& context, Want& want) {
+    want.SetParam("greetingInfo", context.greetingInfo);
+}
+constexpr RequestRule LaunchWelcomeBannerRule =
+    PageLaunch<LaunchWelcomeBannerContext, ParseLaunchWelcomeBannerReq, ExecuteLaunchWelcomeBanner>(2);
 
-constexpr auto ParseLaunchCommonPageReq = Parse<&LaunchCommonPageContext::pageInfo>;
-constexpr auto ExecuteLaunchCommonPage = Send<&LaunchCommonPageContext::pageInfo, KEY_PAGE_INFO>;
+struct LaunchCommonPageContext : BaseContext {
+    std::string pageInfo;
+};
+bool ParseLaunchCommonPageReq(napi_env env, const CallArguments& args, LaunchCommonPageContext& context) {
+    context.pageInfo = GetStringUtf8(env, args.values[1]);
+    return true;
+}
+void ExecuteLaunchCommonPage(LaunchCommonPageContext& context, Want& want) {
+    want.SetParam("pageInfo", context.pageInfo);
+}
+constexpr RequestRule LaunchCommonPageRule =
+    ParsedFirst(PageLaunch<LaunchCommonPageContext, ParseLaunchCommonPageReq, ExecuteLaunchCommonPage>(2));
 
+struct LaunchAntiAddictionContext : BaseContext {
+    std::string antiAddictionInfo;  // the text of the page
+    int32_t playableTime = 0;       // in seconds
+};
 // The caller chooses the request type under which the page's answers are handled.
 bool ParseLaunchAntiAddictionReq(napi_env env, const CallArguments& args,
                                  LaunchAntiAddictionContext& context) {
     context.requestType = ToInt32(env, args.values[3]);
     context.playableTime = ToInt32(env, args.values[1]);
-    return ReadParameter(env, args.values[2], context.antiAddictionInfo);
+    context.antiAddictionInfo = GetStringUtf8(env, args.values[2]);
+    return true;
 }
-
 // No page opens yet: the timer opens it.
-void StartAntiAddiction(const std::shared_ptr<LaunchAntiAddictionContext>& context) {
-    std::make_shared<ModalUICallback>(context)->LaunchAntiAddictionAbility(
-        std::move(context->antiAddictionInfo), context->playableTime);
+void StartAntiAddiction(const std::shared_ptr<BaseContext>& base) {
+    auto& context = static_cast<LaunchAntiAddictionContext&>(*base);
+    std::make_shared<ModalUICallback>(base)->LaunchAntiAddictionAbility(std::move(context.antiAddictionInfo),
+                                                                        context.playableTime);
 }
+constexpr RequestRule LaunchAntiAddictionRule = Starting(
+    StartAntiAddiction, PageLaunch<LaunchAntiAddictionContext, ParseLaunchAntiAddictionReq, SendNothing>(4));
 
-#define NAMES(method) #method, "Execute" #method
+constexpr RequestRule Named(RequestType type, const char* method, const char* executeStep, RequestRule rule) {
+    rule.type = type;
+    rule.method = method;
+    rule.executeStep = executeStep;
+    if (rule.failureType == REQUEST_UNKNOWN) rule.failureType = type;
+    return rule;
+}
 
 constexpr RequestRule REQUESTS[] = {
-    Request<InitContext, ParseNothing, ExecuteInit>(NAMES(Init), REQUEST_INIT, WithCallback(1)),
-    Request<GetLocalPlayerContext, ParseNothing, ExecuteGetLocalPlayer>(
-        NAMES(GetLocalPlayer), REQUEST_GET_LOCAL_PLAYER, WithCallback(1)),
-    Request<SavePlayerRoleContext, ParseSavePlayerRoleReq, ExecuteSavePlayerRole>(
-        NAMES(SavePlayerRole), REQUEST_SAVE_PLAYER_ROLE, WithCallback(2)),
-    Request<PrePurchaseContext, ParsePrePurchaseReq, ExecutePrePurchase>(
-        NAMES(PrePurchase), REQUEST_PRE_PURCHASE, WithCallback(2)),
-    Request<PostPurchaseContext, ParsePostPurchaseReq, ExecutePostPurchase>(
-        NAMES(PostPurchase), REQUEST_POST_PURCHASE, WithCallback(2)),
-    Request<BindPlayerContext, ParseBindPlayerReq, ExecuteBindPlayer>(NAMES(BindPlayer), REQUEST_BIND_PLAYER,
-                                                                      WithoutCountLog(PromiseOnly(3))),
-    Request<UnbindPlayerContext, ParseBindPlayerReq, ExecuteUnbindPlayer>(
-        NAMES(UnbindPlayer), REQUEST_UNBIND_PLAYER, WithoutCountLog(PromiseOnly(3))),
-    Request<VerifyLocalPlayerContext, ParseVerifyLocalPlayerReq, ExecuteVerifyLocalPlayer>(
-        NAMES(VerifyLocalPlayer), REQUEST_VERIFY_LOCAL_PLAYER, PromiseOnly(2)),
-    // Statistics rely on failed union logins being counted as calls of unbindPlayer.
-    Request<UnionLoginContext, ParseUnionLoginReq, ExecuteUnionLogin>(NAMES(UnionLogin), REQUEST_UNION_LOGIN,
-                                                                      PromiseOnly(2), REQUEST_UNBIND_PLAYER),
-    Request<QuickGameLoginContext, ParseQuickGameLoginReq, ExecuteQuickGameLogin>(
-        NAMES(QuickGameLogin), REQUEST_QUICK_GAME_LOGIN, PromiseOnly(2)),
-    PageLaunch<LaunchWelcomeBannerContext, ParseLaunchWelcomeBannerReq, ExecuteLaunchWelcomeBanner>(
-        NAMES(LaunchWelcomeBanner), REQUEST_LAUNCH_WELCOME_BANNER, 2),
-    ParsedFirst(PageLaunch<LaunchCommonPageContext, ParseLaunchCommonPageReq, ExecuteLaunchCommonPage>(
-        NAMES(LaunchCommonPage), REQUEST_LAUNCH_COMMON_PAGE, 2)),
-    PageLaunch<LaunchAntiAddictionContext, ParseLaunchAntiAddictionReq, StartAntiAddiction>(
-        NAMES(LaunchAntiAddiction), REQUEST_LAUNCH_ANTI_ADDICTION, 4),
+#define REQUEST(type, number, Method, name, flags) Named(type, #Method, "Execute" #Method, Method##Rule),
+#define RESERVED(type, number, name)
+#include "common/requests.def"
 };
 
 }  // namespace

@@ -1,3 +1,5 @@
+#include "napi/union_login.h"
+
 #include <cstddef>
 #include <memory>
 #include <utility>
@@ -5,7 +7,6 @@
 #include "common/js_value_helpers.h"
 #include "common/velmor_log.h"
 #include "common/velmor_util.h"
-#include "napi/request_contexts.h"
 #include "resource_manager.h"
 
 namespace TAVIK::GAME_PLAYER {
@@ -15,6 +16,7 @@ using OHOS::Global::Resource::ResourceManager;
 namespace {
 
 constexpr const char* KEY_ACCOUNTS = "thirdAccountInfos";
+constexpr const char* KEY_NAME = "accountName";
 constexpr const char* KEY_ICON = "accountIcon";
 
 // The only panel that shows accounts without icons.
@@ -32,10 +34,10 @@ struct IconData {
     size_t length = 0;
 };
 
-std::shared_ptr<ResourceManager> FindResources(const BaseContext& context, const std::string& moduleName) {
+std::shared_ptr<ResourceManager> FindResources(const RequestOrigin& origin, const std::string& moduleName) {
     // A UI extension has no ability context, and therefore no module context.
     auto moduleContext =
-        context.abilityContext != nullptr ? context.abilityContext->CreateModuleContext(moduleName) : nullptr;
+        origin.abilityContext != nullptr ? origin.abilityContext->CreateModuleContext(moduleName) : nullptr;
     auto resources = moduleContext != nullptr ? moduleContext->GetResourceManager() : nullptr;
     if (resources == nullptr) {
         GAME_LOGE_AS(ICON_READER, "%{public}s is nullptr",
@@ -77,14 +79,14 @@ bool ReadByNames(napi_env env, napi_value descriptor, ResourceManager& resources
 // The icon of one of the game's resource descriptors, in base64; empty if it is not found. It is looked up by
 // the descriptor's `id`, then by each name in `params`: as media by the part after the last dot, or as a raw
 // file by the whole name.
-std::string GetEncodedAccountIcon(napi_env env, napi_value icon, const BaseContext& context) {
+std::string GetEncodedAccountIcon(napi_env env, napi_value icon, const RequestOrigin& origin) {
     std::string moduleName;
     JsObjectToString(env, icon, "moduleName", MAX_STRING_LENGTH, moduleName);
     if (moduleName.empty()) {
         GAME_LOGE("GetEncodedAccountIcon moduleName is empty");
         return {};
     }
-    auto resources = FindResources(context, moduleName);
+    auto resources = FindResources(origin, moduleName);
     if (resources == nullptr) return {};
     int32_t id = 0;
     JsObjectToInt(env, icon, "id", id);
@@ -96,9 +98,8 @@ std::string GetEncodedAccountIcon(napi_env env, napi_value icon, const BaseConte
     return Base64Encode(data.bytes.get(), data.length);
 }
 
-// False if the account must be left out because it has no icon. The panel without icons needs none.
-bool ReadIcon(napi_env env, napi_value element, const UnionLoginContext& context, ThirdAccountInfo& account) {
-    if (context.unionLoginParam.loginPanelType == PANEL_WITHOUT_ICONS) return true;
+// False if the account must be left out because it has no icon.
+bool ReadIcon(napi_env env, napi_value element, const RequestOrigin& origin, ThirdAccountInfo& account) {
     if (!HasProperty(env, element, KEY_ICON)) {
         GAME_LOGW_AS(LIST_READER, "JsObjectToAccountInfoList has not accountIcon property");
         return false;
@@ -107,7 +108,7 @@ bool ReadIcon(napi_env env, napi_value element, const UnionLoginContext& context
                  account.accountName.c_str());
     napi_value icon = nullptr;
     (void)napi_get_named_property(env, element, KEY_ICON, &icon);
-    account.encodedIcon = GetEncodedAccountIcon(env, icon, context);
+    account.encodedIcon = GetEncodedAccountIcon(env, icon, origin);
     if (account.encodedIcon.empty()) {
         GAME_LOGW_AS(LIST_READER, "JsObjectToAccountInfoList icon size is 0");
         return false;
@@ -115,17 +116,18 @@ bool ReadIcon(napi_env env, napi_value element, const UnionLoginContext& context
     return true;
 }
 
-void ReadAccount(napi_env env, napi_value element, UnionLoginContext& context) {
+void ReadAccount(napi_env env, napi_value element, const RequestOrigin& origin, UnionLoginParam& login) {
     ThirdAccountInfo account;
-    account.VisitFields(FieldReader(env, element));
-    if (ReadIcon(env, element, context, account)) {
-        context.unionLoginParam.thirdAccountInfos.push_back(std::move(account));
+    JsObjectToString(env, element, KEY_NAME, MAX_STRING_LENGTH, account.accountName);
+    if (login.loginPanelType == PANEL_WITHOUT_ICONS || ReadIcon(env, element, origin, account)) {
+        login.thirdAccountInfos.push_back(std::move(account));
     }
 }
 
 }  // namespace
 
-void JsObjectToAccountInfoList(napi_env env, napi_value object, UnionLoginContext& context) {
+void JsObjectToAccountInfoList(napi_env env, napi_value object, const RequestOrigin& origin,
+                               UnionLoginParam& login) {
     if (!HasProperty(env, object, KEY_ACCOUNTS)) {
         GAME_LOGE("JsObjectToAccountInfoList %{public}s not existed", KEY_ACCOUNTS);
         return;
@@ -144,7 +146,7 @@ void JsObjectToAccountInfoList(napi_env env, napi_value object, UnionLoginContex
         for (uint32_t i = 0; i < length; ++i) {
             napi_value element = nullptr;
             (void)napi_get_element(env, accounts, i, &element);
-            ReadAccount(env, element, context);
+            ReadAccount(env, element, origin, login);
         }
     }
     GAME_LOGI("JsObjectToAccountInfoList end, length=%{public}d", static_cast<int>(length));
