@@ -2,25 +2,19 @@
 
 // Knows which keys the module reads in an answer, to warn about the others: a typo would look like a success.
 
-const { RequestType } = require('../lib/errors.js');
+const { REQUESTS } = require('../lib/methods.js');
 
 const INT = 'a 32-bit integer';
 const STRING = 'a string';
 const KEYS = { resultCode: INT, resultInfo: STRING, resultMessage: STRING, playableTime: INT, endText: STRING };
 
-const { GET_LOCAL_PLAYER, PRE_PURCHASE, UNION_LOGIN, VERIFY_LOCAL_PLAYER, QUICK_GAME_LOGIN } = RequestType;
-const TIMED = [GET_LOCAL_PLAYER, VERIFY_LOCAL_PLAYER, QUICK_GAME_LOGIN];
-const TOLD_BY_RECEIVE = [GET_LOCAL_PLAYER, PRE_PURCHASE, UNION_LOGIN, QUICK_GAME_LOGIN];
-
-/** The keys that the module reads in an answer with this code to a request of this type. */
-function keysRead(kind, type, code) {
+/** The keys that the module reads in an answer with this code to a request of this method. */
+function keysRead(kind, method, code) {
     const isReceived = kind === 'receive';
-    const tells = isReceived ? TOLD_BY_RECEIVE : [PRE_PURCHASE];
     return [
         ...(isReceived ? ['resultCode'] : []),
         ...(code === 9 || (isReceived && code === 1002000015) ? ['resultInfo'] : []),
-        ...(code === 0 && tells.includes(type) ? ['resultMessage'] : []),
-        ...(code === 0 && isReceived && TIMED.includes(type) ? ['playableTime', 'endText'] : [])
+        ...(code === 0 && REQUESTS[method]?.[kind] || []),
     ];
 }
 
@@ -43,7 +37,8 @@ function nearest(name, names) {
     return names.find(isNear);
 }
 
-const isOfType = (value, type) => type === STRING ? typeof value === 'string' : Number.isInteger(value) && value === (value | 0);
+const isInt32 = (value) => Number.isInteger(value) && value === (value | 0);
+const isOfType = (value, type) => (type === STRING ? typeof value === 'string' : isInt32(value));
 
 function describe(value) {
     return typeof value === 'object' ? (Array.isArray(value) ? 'an array' : 'an object') : JSON.stringify(value);
@@ -67,8 +62,8 @@ function complaintOf(key, value, kind, read, code) {
 }
 
 /** Warnings about the parameters that the module will not use as expected, one line each. Calls no getter. */
-function complaints(kind, type, code, parameters) {
-    const read = keysRead(kind, type, code);
+function complaints(kind, method, code, parameters) {
+    const read = keysRead(kind, method, code);
     return Object.entries(Object.getOwnPropertyDescriptors(parameters))
         .filter(([, { enumerable, value }]) => enumerable && value !== undefined)
         .map(([key, { value }]) => complaintOf(key, value, kind, read, code))

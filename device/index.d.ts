@@ -109,11 +109,12 @@ export interface Modal {
 /** All modals opened since the last reset, oldest first. */
 export function modals(): Modal[];
 
+/** GET_LOCAL_PLAYER is the type of the requests of getLocalPlayer. */
+type MethodOf<Name extends string> = Name extends `${infer First}_${infer Rest}`
+    ? `${Lowercase<First>}${Capitalize<MethodOf<Rest>>}` : Lowercase<Name>;
+
 /** A method that opens a modal, or the type of its requests. */
-export type ModalFilter =
-    | 'init' | 'getLocalPlayer' | 'savePlayerRole' | 'prePurchase' | 'postPurchase' | 'launchAntiAddiction'
-    | 'bindPlayer' | 'unbindPlayer' | 'verifyLocalPlayer' | 'unionLogin' | 'launchWelcomeBanner' | 'quickGameLogin'
-    | 'launchCommonPage' | { requestType?: RequestType };
+export type ModalFilter = MethodOf<keyof typeof RequestType> | { requestType?: RequestType };
 
 /**
  * Returns the oldest modal that is open, has no answer that settles its request, and was not yet returned by

@@ -4,7 +4,8 @@ const { inspect } = require('util');
 const { nearest } = require('./answers.js');
 const binding = require('./binding.js');
 const timers = require('./timers.js');
-const { METHODS, forgetModals, modalOf, modals, nameOf } = require('./modal.js');
+const { REQUESTS, methodOf } = require('../lib/methods.js');
+const { forgetModals, modalOf, modals } = require('./modal.js');
 
 // Captured now, so that fake timers that a test installs later do not stop what runs in real time.
 const { clearTimeout, setInterval, setTimeout } = require('timers');
@@ -14,9 +15,10 @@ const MAX_TIMEOUT_MS = 0x7fffffff;  // the limit of setTimeout
 const SILENCE_MS = 5000;  // after this time, an open modal without an answer is reported
 const LISTENED = ['playerChanged', 'gameAddictionPrevented'];
 
-setInterval(() => { binding.tellSilentModals(SILENCE_MS); }, 1000).unref();
-
-const typesOf = new Map(Array.from(METHODS, ([type, method]) => [method, type]));
+binding.nameRequests(Object.entries(REQUESTS).map(([method, { type, isPage = false }]) => ({ type, method, isPage })));
+setInterval(() => {
+    binding.tellSilentModals(SILENCE_MS);
+}, 1000).unref();
 
 function readKeys(name, object, possible) {
     for (const key of Object.keys(object)) {
@@ -33,12 +35,12 @@ function readFilter(filter) {
         return 0;
     }
     if (typeof filter === 'string') {
-        if (!typesOf.has(filter)) {
-            const near = nearest(filter, [...typesOf.keys()]);
+        if (!Object.hasOwn(REQUESTS, filter)) {
+            const near = nearest(filter, Object.keys(REQUESTS));
             throw new TypeError(`filter must be a method that opens a modal, not '${filter}'` +
                 (near ? `: do you mean '${near}'?` : ''));
         }
-        return typesOf.get(filter);
+        return REQUESTS[filter].type;
     }
     if (typeof filter !== 'object') {
         throw new TypeError('filter must be the name of a method, { requestType } or a number of milliseconds');
@@ -95,7 +97,7 @@ async function nextModal(filter, options = {}) {
     const isLimit = typeof filter === 'number';
     const requestType = isLimit ? 0 : readFilter(filter);
     const timeoutMs = readTimeout(isLimit ? { timeoutMs: filter } : readKeys('options', options, ['timeoutMs']));
-    const of = requestType === 0 ? '' : ` of ${nameOf(requestType)}`;
+    const of = requestType === 0 ? '' : ` of ${methodOf(requestType)}`;
     const late = new Error(`no modal${of} was opened within ${timeoutMs} ms`);  // created here for its stack
     return new Promise((resolve, reject) => {
         const timer = setTimeout(() => {

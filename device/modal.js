@@ -1,15 +1,9 @@
 'use strict';
 
 const { inspect } = require('util');
-const { RequestType } = require('../lib/errors.js');
+const { methodOf } = require('../lib/methods.js');
 const binding = require('./binding.js');
 const { complaints } = require('./answers.js');
-
-// Method names by request type: GET_LOCAL_PLAYER becomes getLocalPlayer.
-const METHODS = new Map(Object.entries(RequestType).map(([name, type]) =>
-    [type, name.toLowerCase().replace(/_(.)/g, (match, letter) => letter.toUpperCase())]));
-
-const nameOf = (requestType) => METHODS.get(requestType) || `request ${requestType}`;
 
 function deepFreeze(value) {
     if (typeof value === 'object' && value !== null) {
@@ -23,7 +17,7 @@ function deepFreeze(value) {
 class Modal {
     constructor({ id, want, config }) {
         this.id = id;
-        this.method = nameOf(want.parameters.requestType);
+        this.method = methodOf(want.parameters.requestType);
         this.want = want;
         this.config = config;
         deepFreeze(this);
@@ -64,8 +58,7 @@ class Modal {
 }
 
 function warn(modal, kind, code, parameters) {
-    const type = modal.want.parameters.requestType;
-    for (const complaint of complaints(kind, type, code, parameters)) {
+    for (const complaint of complaints(kind, modal.method, code, parameters)) {
         binding.say(`modal ${modal.id} (${modal.method}), ${kind}: ${complaint}`);
     }
 }
@@ -92,4 +85,4 @@ const modals = () => binding.modalIds().map(findModal).filter(Boolean);
 
 const forgetModals = () => known.modals.clear();
 
-module.exports = { METHODS, forgetModals, modalOf, modals, nameOf };
+module.exports = { forgetModals, modalOf, modals };

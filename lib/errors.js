@@ -1,5 +1,7 @@
 'use strict';
 
+const { REQUESTS } = require('./methods.js');
+
 const ErrorCode = Object.freeze({
     SUCCESS: 0,
     PERMISSION_DENIED: 202,
@@ -23,21 +25,11 @@ const ErrorCode = Object.freeze({
     ILLEGAL_IDENTITY: 1002000017
 });
 
-const RequestType = Object.freeze({
-    INIT: 1,
-    GET_LOCAL_PLAYER: 2,
-    SAVE_PLAYER_ROLE: 3,
-    PRE_PURCHASE: 4,
-    POST_PURCHASE: 5,
-    LAUNCH_ANTI_ADDICTION: 6,
-    BIND_PLAYER: 7,
-    UNBIND_PLAYER: 8,
-    VERIFY_LOCAL_PLAYER: 9,
-    UNION_LOGIN: 10,
-    LAUNCH_WELCOME_BANNER: 13,
-    QUICK_GAME_LOGIN: 14,
-    LAUNCH_COMMON_PAGE: 15
-});
+// getLocalPlayer becomes GET_LOCAL_PLAYER.
+const constantOf = (method) => method.replace(/[A-Z]/g, (letter) => `_${letter}`).toUpperCase();
+
+const RequestType = Object.freeze(Object.fromEntries(
+    Object.entries(REQUESTS).map(([method, { type }]) => [constantOf(method), type])));
 
 const codes = new Set(Object.values(ErrorCode));
 

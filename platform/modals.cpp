@@ -1,7 +1,6 @@
 #include "modals.h"
 
 #include <algorithm>
-#include <cstring>
 #include <utility>
 
 #include "forever.h"
@@ -14,33 +13,19 @@ namespace {
 
 constexpr int32_t CODE_EVENT_ONLY = 9;  // raises an event and leaves the request waiting
 
-struct RequestRow {
-    int32_t type;
-    const char* method;
-    bool isPage;  // a page expects no answer
-};
+/// Set once, so that it is read without a lock.
+std::atomic<const std::vector<RequestMethod>*> gRequests{nullptr};
 
-constexpr RequestRow REQUESTS[] = {
-    {1, "init", false},
-    {2, "getLocalPlayer", false},
-    {3, "savePlayerRole", false},
-    {4, "prePurchase", false},
-    {5, "postPurchase", false},
-    {6, "launchAntiAddiction", true},
-    {7, "bindPlayer", false},
-    {8, "unbindPlayer", false},
-    {9, "verifyLocalPlayer", false},
-    {10, "unionLogin", false},
-    {13, "launchWelcomeBanner", true},
-    {14, "quickGameLogin", false},
-    {15, "launchCommonPage", true},
-};
+template <typename Predicate>
+const RequestMethod* FindRequest(const Predicate& isWanted) {
+    const auto* requests = gRequests.load();
+    if (requests == nullptr) return nullptr;
+    auto found = std::find_if(requests->begin(), requests->end(), isWanted);
+    return found == requests->end() ? nullptr : &*found;
+}
 
-const RequestRow* FindRequest(int32_t type) {
-    for (const RequestRow& row : REQUESTS) {
-        if (row.type == type) return &row;
-    }
-    return nullptr;
+const RequestMethod* FindRequestOfType(int32_t type) {
+    return FindRequest([type](const RequestMethod& request) { return request.type == type; });
 }
 
 constexpr const char* ANSWER_NAMES[] = {"result", "receive", "release", "error"};
@@ -68,16 +53,21 @@ void TellOpening(const Modal& modal) {
 
 }  // namespace
 
+void SetRequestMethods(std::vector<RequestMethod> requests) {
+    auto made = std::make_unique<std::vector<RequestMethod>>(std::move(requests));
+    const std::vector<RequestMethod>* none = nullptr;
+    if (gRequests.compare_exchange_strong(none, made.get())) (void)made.release();
+}
+
 std::string NameOfRequest(int32_t requestType) {
-    const RequestRow* row = FindRequest(requestType);
-    return row != nullptr ? row->method : "request " + std::to_string(requestType);
+    const RequestMethod* request = FindRequestOfType(requestType);
+    return request != nullptr ? request->name : "request " + std::to_string(requestType);
 }
 
 int32_t TypeOfRequest(const char* method) {
-    for (const RequestRow& row : REQUESTS) {
-        if (method != nullptr && std::strcmp(row.method, method) == 0) return row.type;
-    }
-    return 0;
+    const RequestMethod* request =
+        FindRequest([method](const RequestMethod& candidate) { return candidate.name == method; });
+    return request != nullptr ? request->type : 0;
 }
 
 bool Modal::Answer::Settles() const {
@@ -106,8 +96,8 @@ void Modal::NoteAnswer(const Answer& answer) {
 }
 
 bool Modal::IsSilent() const {
-    const RequestRow* row = FindRequest(RequestType());
-    return isOpen_ && !isAnswered_ && (row == nullptr || !row->isPage);
+    const RequestMethod* request = FindRequestOfType(RequestType());
+    return isOpen_ && !isAnswered_ && (request == nullptr || !request->isPage);
 }
 
 bool Modal::IsOlderThan(std::chrono::milliseconds age) const {
@@ -132,7 +122,7 @@ std::string Modal::Give(const Answer& answer, std::function<void()> giveUp) cons
     ServedCall call;
     call.number = call_;
     call.requestType = RequestType();
-    call.occasion = {false, call.requestType, answer.code, id_, std::move(giveUp)};
+    call.occasion = {false, RequestType(), answer.code, id_, std::move(giveUp)};
     const ServedCallScope scope(std::move(call));
     answer.call(callbacks_, answer);
     if (isLate && !scope.Get().hasEffect) {

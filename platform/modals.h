@@ -16,9 +16,18 @@
 
 namespace StandIn {
 
-/// The method whose requests have this type; "request N" if there is none.
+/// A method whose requests open modals.
+struct RequestMethod {
+    int32_t type = 0;
+    std::string name;
+    bool isPage = false;  // nobody waits for its answer
+};
+
+/// All of them. Only the first call counts. Any thread.
+void SetRequestMethods(std::vector<RequestMethod> requests);
+/// The method whose requests have this type; "request N" if there is none. Any thread.
 std::string NameOfRequest(int32_t requestType);
-/// The request type of a method; 0 if it has none or `method` is null.
+/// The request type of a method; 0 if it has none. Any thread.
 int32_t TypeOfRequest(const char* method);
 
 /// One modal UI extension. Kept after it is closed, because it may still answer. Thread-safe.

@@ -20,7 +20,6 @@ struct Method {
     napi_callback callback;
     const char* name;
     void* data;
-    int32_t requestType;
 };
 
 /// All methods that were ever defined. Every environment defines the same ones.
@@ -47,7 +46,6 @@ napi_value CallMethod(napi_env env, napi_callback_info info) {
     ServedCall call;
     call.number = ++gCalls;
     call.method = method.name;
-    call.requestType = method.requestType;
     call.info = info;
     call.data = method.data;
     const ServedCallScope scope(std::move(call));
@@ -73,7 +71,7 @@ ServedCall ServedByNewThread() {
         call.requestType = gServed->requestType;
     }
     call.occasion.isTimer = true;
-    call.occasion.requestType = call.requestType;
+    call.occasion.requestType = call.requestType.value_or(TypeOfRequest(call.method));
     return call;
 }
 
@@ -85,8 +83,7 @@ void ServeMethods(std::vector<napi_property_descriptor>& properties) {
     for (napi_property_descriptor& property : properties) {
         if (property.method == nullptr) continue;
         const char* name = property.utf8name != nullptr ? property.utf8name : "";
-        property.data =
-            const_cast<Method*>(&Intern({property.method, name, property.data, TypeOfRequest(name)}));
+        property.data = const_cast<Method*>(&Intern({property.method, name, property.data}));
         property.method = CallMethod;
     }
 }

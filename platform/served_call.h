@@ -5,6 +5,7 @@
 #include <array>
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -22,9 +23,9 @@ struct Occasion {
 /// A call of the game that the module's code serves on a thread: while the method runs, while an extension
 /// answers the modal that the call opened, and on the threads that are started meanwhile.
 struct ServedCall {
-    uint64_t number = 0;      // no other call of the process has it
-    const char* method = "";  // its name in JS
-    int32_t requestType = 0;
+    uint64_t number = 0;                 // no other call of the process has it
+    const char* method = "";             // its name in JS
+    std::optional<int32_t> requestType;  // if it is not that of the method
     Occasion occasion;
 
     napi_callback_info info = nullptr;  // while the method runs; this and the next

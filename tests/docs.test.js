@@ -10,6 +10,7 @@ const fs = require('node:fs');
 const path = require('node:path');
 const { test } = require('node:test');
 const { ErrorCode } = require('game-player-extension-module/errors');
+const { REQUESTS } = require('../lib/methods.js');
 const { MESSAGES } = require('./model/tables');
 const { ROOT, expectChild, game } = require('./support');
 
@@ -86,6 +87,7 @@ test('every key of a scenario is in the types, those of rules, steps and expecta
     const keysOf = (part) => Object.keys(part.properties ?? {});
     const all = [...Object.keys(properties), ...Object.values(definitions).flatMap(keysOf)];
     assert.ok(all.length > 50);
+    assert.deepEqual([...definitions.method.enum].sort(), Object.keys(REQUESTS).sort());
     assert.deepEqual(all.filter((key) => !new RegExp(`[ ({]\\${key[0] === '$' ? '' : 'b'}${key}\\??:`).test(types)), []);
     const told = ['rule', 'answer', 'step', 'expect'].flatMap((name) => keysOf(definitions[name]));
     assert.deepEqual(told.filter((key) => key !== 'note' && !new RegExp(`[\`.]${key}\\b`).test(page)), []);

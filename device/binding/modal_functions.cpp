@@ -73,6 +73,25 @@ napi_value TakeModal(napi_env env, napi_callback_info info) {
     return modal == nullptr ? nullptr : MakeModalRecord(env, *modal);
 }
 
+bool ReadRequest(napi_env env, napi_value value, const std::string& name, RequestMethod& request) {
+    return ForEachProperty(env, value, name, [&](const std::string& key, napi_value field) {
+        if (key == "type") return ReadInt32(env, field, key, request.type);
+        return key == "isPage" ? ReadFlag(env, field, key, request.isPage)
+                               : ReadText(env, field, key, request.name);
+    });
+}
+
+// What the device's JS knows of the methods: an array of { type, method, isPage }.
+napi_value NameRequests(napi_env env, napi_callback_info info) {
+    std::vector<RequestMethod> requests;
+    auto add = [&](const std::string& name, napi_value value) {
+        return ReadRequest(env, value, name, requests.emplace_back());
+    };
+    if (ForEachElement(env, Arguments<1>(env, info)[0], "requests", add))
+        SetRequestMethods(std::move(requests));
+    return nullptr;
+}
+
 napi_value WatchModals(napi_env env, napi_callback_info info) {
     const napi_value handler = Arguments<1>(env, info)[0];
     if (IsOfType(env, handler, napi_function)) {
@@ -102,6 +121,7 @@ bool DefineModalFunctions(napi_env env, napi_value exports) {
                             {"isModalAnswered", IsModalAnswered},
                             {"tellSilentModals", TellSilentModals},
                             {"takeModal", TakeModal},
+                            {"nameRequests", NameRequests},
                             {"watchModals", WatchModals}});
 }
 

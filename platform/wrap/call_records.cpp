@@ -20,7 +20,6 @@ constexpr size_t MAX_TEXT = 4096;     // bytes of a result that are told
 constexpr size_t MAX_ARGUMENT = 256;  // and of an argument
 constexpr double NO_CODE = -1;
 constexpr size_t MAX_PROMISES = 4096;  // that are kept: those of launches never settle
-constexpr int32_t LAUNCH_ANTI_ADDICTION = 6;
 
 /// A call that made a promise or passed a function.
 struct Made {
@@ -154,9 +153,10 @@ const Made* FindFunction(napi_value function) {
 
 /// The caller of this method chooses the type of its request.
 void ReadRequestType(napi_env env, ServedCall& call, size_t count, const napi_value* arguments) {
-    if (call.requestType != LAUNCH_ANTI_ADDICTION || count < 4) return;
-    call.requestType = 0;
-    (void)napi_get_value_int32(env, arguments[3], &call.requestType);
+    if (std::string_view(call.method) != "launchAntiAddiction" || count < 4) return;
+    int32_t type = 0;
+    (void)napi_get_value_int32(env, arguments[3], &type);
+    call.requestType = type;
 }
 
 }  // namespace
