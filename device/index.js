@@ -17,7 +17,7 @@ const LISTENED = ['playerChanged', 'gameAddictionPrevented'];
 
 binding.nameRequests(Object.entries(REQUESTS).map(([method, { type, isPage = false }]) => ({ type, method, isPage })));
 setInterval(() => {
-    binding.tellSilentModals(SILENCE_MS);
+    binding.reportSilentModals(SILENCE_MS);
 }, 1000).unref();
 
 function readKeys(name, object, possible) {
@@ -62,35 +62,18 @@ function describeWaiting() {
     return waiting.length > 0 ? `; waiting for an answer: ${waiting.join(', ')}` : '';
 }
 
-// Receives modals in this environment. The device reports every modal while there is a handler or a waiter. A handler
-// gets the modals opened after it was set and before the next reset, whichever environment resets.
-const watch = { handler: null, since: null, waiters: new Set() };
-
-function hear(record) {
-    const { generation, next } = watch.since || {};
-    try {
-        if (watch.handler && record.generation === generation && record.id >= next) {
-            watch.handler(modalOf(record));
-        }
-    } finally {
-        serveWaiters();
-    }
-}
+// Who waits in this environment for a modal. The device reports every opening while there is one.
+const waiters = new Set();
 
 function serveWaiters() {
-    for (const waiter of watch.waiters) {
-        const record = binding.takeModal(waiter.requestType);
-        if (record) {
-            watch.waiters.delete(waiter);
-            waiter.take(modalOf(record));
+    for (const waiter of waiters) {
+        const snapshot = binding.takeModal(waiter.requestType);
+        if (snapshot) {
+            waiters.delete(waiter);
+            waiter.take(modalOf(snapshot));
         }
     }
-    listen();
-}
-
-/** Watches modals if there is a handler or a waiter, and then returns the generation and the ID of the next modal. */
-function listen() {
-    return binding.watchModals(watch.handler || watch.waiters.size > 0 ? hear : null);
+    binding.onOpening(waiters.size > 0 ? serveWaiters : null);
 }
 
 async function nextModal(filter, options = {}) {
@@ -101,8 +84,8 @@ async function nextModal(filter, options = {}) {
     const late = new Error(`no modal${of} was opened within ${timeoutMs} ms`);  // created here for its stack
     return new Promise((resolve, reject) => {
         const timer = setTimeout(() => {
-            watch.waiters.delete(waiter);
-            listen();
+            waiters.delete(waiter);
+            serveWaiters();
             late.message += describeWaiting();
             reject(late);
         }, timeoutMs);
@@ -111,34 +94,34 @@ async function nextModal(filter, options = {}) {
             resolve(modal);
         };
         const waiter = { requestType, take };
-        watch.waiters.add(waiter);
-        listen();  // first: another thread may open a modal right after serveWaiters found none
+        waiters.add(waiter);
+        binding.onOpening(serveWaiters);  // first: a modal may open right after serveWaiters has found none
         serveWaiters();
     });
 }
 
-const isFunction = (value) => typeof value === 'function';
-
 function readHandler(handler) {
-    if (handler !== null && !isFunction(handler)) {
+    if (handler !== null && typeof handler !== 'function') {
         throw new TypeError('handler must be a function or null');
     }
     return handler;
 }
 
+let isAnswering = false;  // there is a handler for modals
+
 function onModal(handler) {
-    watch.handler = readHandler(handler);
-    watch.since = listen();
+    isAnswering = readHandler(handler) !== null;
+    binding.onModal(handler && ((snapshot) => handler(modalOf(snapshot))));
 }
 
 function onRecord(handler) {
-    binding.watchRecords(readHandler(handler));
+    binding.onRecord(readHandler(handler));
 }
 
 function onExit(handler) {
-    binding.onExit(isFunction(handler) ? (isTimer, requestType, code) => {
+    binding.onExit(readHandler(handler) && (({ isTimer, requestType, code }) => {
         handler({ reason: isTimer ? 'timer' : 'answer', requestType, code: isTimer ? undefined : code });
-    } : handler);
+    }));
 }
 
 let follower = null;
@@ -174,7 +157,7 @@ async function advanceInSteps(ms) {
 }
 
 async function advance(ms) {
-    const isStepped = follower || watch.handler || timers.areAny();
+    const isStepped = follower || isAnswering || timers.areAny();
     if (!isStepped || !(ms > 0)) {
         return binding.clockAdvance(ms);
     }
@@ -193,11 +176,9 @@ function reset() {
         binding.reset();
     }
     follower = null;
-    watch.handler = null;
-    binding.watchRecords(null);
+    isAnswering = false;
     timers.clear();
     forgetModals();
-    listen();
 }
 
 const device = {

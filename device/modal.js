@@ -66,19 +66,19 @@ function warn(modal, kind, code, parameters) {
 // One object per modal. A reset begins a new generation, and may come from another environment.
 const known = { generation: 0, modals: new Map() };
 
-function modalOf(record) {
-    if (known.generation < record.generation) {
-        known.generation = record.generation;
+function modalOf(snapshot) {
+    if (known.generation < snapshot.generation) {
+        known.generation = snapshot.generation;
         known.modals.clear();
     }
-    const modal = known.modals.get(record.id) || new Modal(record);
-    known.modals.set(record.id, modal);
+    const modal = known.modals.get(snapshot.id) || new Modal(snapshot);
+    known.modals.set(snapshot.id, modal);
     return modal;
 }
 
 function findModal(id) {
-    const record = known.modals.has(id) ? null : binding.modalRecord(id);
-    return record ? modalOf(record) : known.modals.get(id);
+    const snapshot = known.modals.has(id) ? null : binding.modalSnapshot(id);
+    return snapshot ? modalOf(snapshot) : known.modals.get(id);
 }
 
 const modals = () => binding.modalIds().map(findModal).filter(Boolean);

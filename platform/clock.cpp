@@ -11,8 +11,8 @@
 namespace StandIn {
 namespace {
 
-// Births count from 1; 0 means that this thread is not one of the module's.
-thread_local uint64_t gBirth = 0;
+// Threads count from 1; 0 means that this thread is not one of the module's.
+thread_local uint64_t gThread = 0;
 
 Clock::Nanoseconds BootTime() {
     timespec now{};
@@ -105,8 +105,8 @@ void Clock::Reset() {
 void Clock::Sleep(Nanoseconds span) {
     std::unique_lock<std::mutex> lock(mutex_);
     Sleeper self;
-    self.isCounted = gBirth != 0;
-    const Order order{Now() + span, self.isCounted ? gBirth : ++births_};
+    self.isCounted = gThread != 0;
+    const Order order{Now() + span, self.isCounted ? gThread : ++threads_};
     sleepers_.emplace(order, &self);
     if (self.isCounted && --running_ == 0) settled_.notify_all();
     while (!self.isAwake) {
@@ -136,21 +136,21 @@ void Clock::Wake(std::map<Order, Sleeper*>::iterator which) {
     sleeper.changed.notify_one();
 }
 
-uint64_t Clock::Born() {
+uint64_t Clock::CountThread() {
     std::lock_guard<std::mutex> guard(mutex_);
     ++running_;
-    return ++births_;
+    return ++threads_;
 }
 
-void Clock::Began(uint64_t birth) { gBirth = birth; }
+void Clock::BeginThread(uint64_t thread) { gThread = thread; }
 
-void Clock::Ended() {
+void Clock::EndThread() {
     std::lock_guard<std::mutex> guard(mutex_);
     if (--running_ == 0) settled_.notify_all();
 }
 
 void Clock::Leave() {
-    if (std::exchange(gBirth, 0) != 0) Ended();
+    if (std::exchange(gThread, 0) != 0) EndThread();
 }
 
 }  // namespace StandIn

@@ -12,8 +12,8 @@ namespace StandIn {
 /// The device's only clock. Its boot time and every sleep of the module's threads follow it.
 ///
 /// In real mode it follows the machine's monotonic clock at a rate. In manual mode only `Advance` moves time:
-/// it wakes one sleeper at a time, in order of (deadline, birth), and lets each thread it woke run until that
-/// thread sleeps again or ends. The same calls therefore give the same trace every time. Thread-safe.
+/// it wakes one sleeper at a time, in order of (deadline, thread), and lets each thread it woke run until
+/// that thread sleeps again or ends. The same calls therefore give the same trace every time. Thread-safe.
 class Clock {
 public:
     using Nanoseconds = std::chrono::nanoseconds;
@@ -42,13 +42,13 @@ public:
     /// Sleeps for `span` of device time.
     void Sleep(Nanoseconds span);
 
-    /// Call before starting a thread of the module, on its parent thread, so that births have one order.
-    /// Returns the new thread's birth number.
-    uint64_t Born();
+    /// Call before starting a thread of the module, on its parent thread, so that the numbers have one order.
+    /// Returns the new thread's number.
+    uint64_t CountThread();
     /// Call on the new thread, before it does anything else.
-    static void Began(uint64_t birth);
-    /// Call if the thread announced with `Born` did not start, or has ended.
-    void Ended();
+    static void BeginThread(uint64_t thread);
+    /// Call if the thread announced with `CountThread` did not start, or has ended.
+    void EndThread();
     /// If this is a thread of the module, counts it as ended.
     void Leave();
 
@@ -60,7 +60,7 @@ private:
         bool isForgotten = false;  // removed from `sleepers_`, never wakes
         bool isCounted = false;    // counts in `running_` while awake
     };
-    using Order = std::pair<Nanoseconds, uint64_t>;  // deadline, birth
+    using Order = std::pair<Nanoseconds, uint64_t>;  // deadline, thread
 
     Nanoseconds Now() const;
     void SetOrigin(Nanoseconds now, double rate);
@@ -71,7 +71,7 @@ private:
     std::mutex mutex_;                 // guards what follows
     std::condition_variable settled_;  // `running_` fell to 0
     std::map<Order, Sleeper*> sleepers_;
-    uint64_t births_ = 0;
+    uint64_t threads_ = 0;
     size_t running_ = 0;  // threads of the module that are neither asleep nor ended
     double rate_ = 1;     // 0: manual
     Steady::time_point originReal_;

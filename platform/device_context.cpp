@@ -120,7 +120,7 @@ std::atomic<uint64_t> gCallingToken{APPLICATION_TOKEN};
 /// The loop holds of the threads that wait for a window.
 struct WindowWaits {
     std::mutex mutex;                    // guards the holds
-    std::map<uint64_t, LoopHold> holds;  // by the thread's birth number
+    std::map<uint64_t, LoopHold> holds;  // by the thread's thread number
 };
 
 }  // namespace

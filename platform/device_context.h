@@ -51,7 +51,7 @@ private:
     std::atomic<bool> isShown_;
 };
 
-/// Call when this thread starts the module's thread `thread` (its birth number). If this is a JS thread and
+/// Call when this thread starts the module's thread `thread` (its thread number). If this is a JS thread and
 /// the call that it serves found no window, the new thread waits for one: this holds the JS thread's loop.
 void BeginWindowWait(uint64_t thread);
 /// Call when that thread ends, or if it did not start.

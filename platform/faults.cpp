@@ -6,15 +6,15 @@ namespace StandIn {
 namespace {
 
 /// Which of the next calls of one function fail, and its counts so far.
-struct Watched {
-    Faults::Record record;
+struct ArmedCall {
+    Faults::Armed counts;
     uint64_t skip = 0;
     uint64_t times = 0;
 };
 
 std::mutex gMutex;  // guards the table
 
-Watched gWatched[] = {
+ArmedCall gCalls[] = {
 #define OWN(name) {{#name}},
 #define WRAPPED(name) OWN(name)
 #define WRAPPED_AS(symbol, name, text) {{text}},
@@ -23,17 +23,17 @@ Watched gWatched[] = {
 
 }  // namespace
 
-std::atomic<bool> Faults::isWatching_{false};
+std::atomic<bool> Faults::areArmed_{false};
 
-const char* Faults::NameOf(Call call) { return gWatched[static_cast<size_t>(call)].record.name; }
+const char* Faults::NameOf(Call call) { return gCalls[static_cast<size_t>(call)].counts.name; }
 
 bool Faults::Arm(const std::string& name, uint64_t skip, uint64_t times) {
     std::lock_guard<std::mutex> guard(gMutex);
-    for (Watched& watched : gWatched) {
-        if (name != watched.record.name) continue;
-        watched.skip = skip;
-        watched.times = times;
-        isWatching_ = true;
+    for (ArmedCall& call : gCalls) {
+        if (name != call.counts.name) continue;
+        call.skip = skip;
+        call.times = times;
+        areArmed_ = true;
         return true;
     }
     return false;
@@ -41,32 +41,32 @@ bool Faults::Arm(const std::string& name, uint64_t skip, uint64_t times) {
 
 void Faults::Reset() {
     std::lock_guard<std::mutex> guard(gMutex);
-    isWatching_ = false;
-    for (Watched& watched : gWatched) {
-        watched = {{watched.record.name}};
+    areArmed_ = false;
+    for (ArmedCall& call : gCalls) {
+        call = {{call.counts.name}};
     }
 }
 
-std::vector<Faults::Record> Faults::Records() {
+std::vector<Faults::Armed> Faults::All() {
     std::lock_guard<std::mutex> guard(gMutex);
-    std::vector<Record> records;
-    for (const Watched& watched : gWatched) {
-        records.push_back(watched.record);
+    std::vector<Armed> all;
+    for (const ArmedCall& call : gCalls) {
+        all.push_back(call.counts);
     }
-    return records;
+    return all;
 }
 
-bool Faults::TripWatched(Call call) {
+bool Faults::TripArmed(Call call) {
     std::lock_guard<std::mutex> guard(gMutex);
-    Watched& watched = gWatched[static_cast<size_t>(call)];
-    ++watched.record.made;
-    if (watched.times == 0) return false;
-    if (watched.skip > 0) {
-        --watched.skip;
+    ArmedCall& armed = gCalls[static_cast<size_t>(call)];
+    ++armed.counts.made;
+    if (armed.times == 0) return false;
+    if (armed.skip > 0) {
+        --armed.skip;
         return false;
     }
-    --watched.times;
-    ++watched.record.failed;
+    --armed.times;
+    ++armed.counts.failed;
     return true;
 }
 

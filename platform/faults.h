@@ -19,7 +19,7 @@ enum class Call : size_t {
 class Faults {
 public:
     /// Counts the calls of one function since the first `Arm` after the last reset.
-    struct Record {
+    struct Armed {
         const char* name = "";
         uint64_t made = 0;
         uint64_t failed = 0;  // of those, the injected failures
@@ -30,19 +30,19 @@ public:
     static bool Arm(const std::string& name, uint64_t skip, uint64_t times);
     static void Reset();
     /// All functions that can be made to fail, in the order of calls.def.
-    static std::vector<Record> Records();
+    static std::vector<Armed> All();
 
     /// Whether this call is to fail. Every function that can be made to fail checks this.
-    static bool Trip(Call call) { return IsWatching() && TripWatched(call); }
+    static bool Trip(Call call) { return AreArmed() && TripArmed(call); }
 
     /// Whether `Arm` armed any function since the last reset.
-    static bool IsWatching() { return isWatching_.load(std::memory_order_relaxed); }
+    static bool AreArmed() { return areArmed_.load(std::memory_order_relaxed); }
     static const char* NameOf(Call call);
 
 private:
-    static bool TripWatched(Call call);
+    static bool TripArmed(Call call);
 
-    static std::atomic<bool> isWatching_;  // set by the first `Arm` after a reset
+    static std::atomic<bool> areArmed_;  // set by the first `Arm` after a reset
 };
 
 }  // namespace StandIn

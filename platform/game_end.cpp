@@ -13,7 +13,7 @@
 #include "environment.h"
 #include "forever.h"
 #include "modals.h"
-#include "records.h"
+#include "say.h"
 #include "ui_thread.h"
 
 namespace StandIn {

@@ -5,8 +5,8 @@
 
 #include "forever.h"
 #include "game_end.h"
-#include "records.h"
-#include "watching.h"
+#include "record_stream.h"
+#include "say.h"
 
 namespace StandIn {
 namespace {
@@ -30,25 +30,25 @@ const RequestMethod* FindRequestOfType(int32_t type) {
 
 constexpr const char* ANSWER_NAMES[] = {"result", "receive", "release", "error"};
 
-Happening About(const char* kind, const Modal& modal) {
+DeviceRecord About(const char* kind, const Modal& modal) {
     return {kind,
             {{"modal", static_cast<double>(modal.Id())},
              {"call", static_cast<double>(modal.CallNumber())},
              {"method", NameOfRequest(modal.RequestType())}}};
 }
 
-void TellAnswer(const Modal& modal, const Modal::Answer& answer) {
-    Happening answered = About("answered", modal);
+void PublishAnswer(const Modal& modal, const Modal::Answer& answer) {
+    DeviceRecord answered = About("answered", modal);
     answered.fields.emplace_back("how", std::string(ANSWER_NAMES[static_cast<size_t>(answer.kind)]));
     answered.fields.emplace_back("code", static_cast<double>(answer.code));
     answered.fields.emplace_back("parameters", answer.params);
-    Watching::Tell(std::move(answered));
+    RecordStream::Publish(std::move(answered));
 }
 
-void TellOpening(const Modal& modal) {
-    Happening opened = About("opened", modal);
+void PublishOpening(const Modal& modal) {
+    DeviceRecord opened = About("opened", modal);
     opened.fields.emplace_back("parameters", modal.GetWant().GetParams());
-    Watching::Tell(std::move(opened));
+    RecordStream::Publish(std::move(opened));
 }
 
 }  // namespace
@@ -91,7 +91,7 @@ std::string Modal::Name() const {
 
 bool Modal::IsOpen() const { return isOpen_ && environment_ != nullptr && !environment_->HasEnded(); }
 
-void Modal::NoteAnswer(const Answer& answer) {
+void Modal::MarkAnswered(const Answer& answer) {
     if (answer.Settles()) isAnswered_ = true;
 }
 
@@ -105,7 +105,8 @@ bool Modal::IsOlderThan(std::chrono::milliseconds age) const {
 }
 
 void Modal::Close() {
-    if (isOpen_.exchange(false) && Watching::IsOn()) Watching::Tell(About("closed", *this));
+    if (isOpen_.exchange(false) && RecordStream::HasSubscribers())
+        RecordStream::Publish(About("closed", *this));
 }
 
 void Modal::Forget() {
@@ -118,18 +119,35 @@ std::string Modal::Give(const Answer& answer, std::function<void()> giveUp) cons
     if (GameEnd::HasArrived())
         return Name() + " cannot answer: the game has ended, until reset() begins anew.";
     const bool isLate = !IsOpen() && answer.kind != Answer::Kind::RELEASE;
-    if (Watching::IsOn()) TellAnswer(*this, answer);
+    if (RecordStream::HasSubscribers()) PublishAnswer(*this, answer);
     ServedCall call;
     call.number = call_;
     call.requestType = RequestType();
     call.occasion = {false, RequestType(), answer.code, id_, std::move(giveUp)};
     const ServedCallScope scope(std::move(call));
-    answer.call(callbacks_, answer);
+    CallModule(answer);
     if (isLate && !scope.Get().hasEffect) {
         Say(Name() + " is closed and its request has ended: the answer " + std::to_string(answer.code) +
             " reaches nobody");
     }
     return {};
+}
+
+void Modal::CallModule(const Answer& answer) const {
+    switch (answer.kind) {
+        case Answer::Kind::RESULT: {
+            Want want;
+            want.SetParams(answer.params);
+            return callbacks_.onResult(answer.code, want);
+        }
+        case Answer::Kind::RECEIVE:
+            return callbacks_.onReceive(answer.params);
+        case Answer::Kind::RELEASE:
+            return callbacks_.onRelease(answer.code);
+        case Answer::Kind::ERROR:
+            return callbacks_.onError(answer.code, answer.params.GetStringParam("name"),
+                                      answer.params.GetStringParam("message"));
+    }
 }
 
 Modals& Modals::Get() { return Forever<Modals>(); }
@@ -138,11 +156,11 @@ int32_t Modals::Open(Modal::Opening opening) {
     std::lock_guard<std::mutex> guard(mutex_);
     const int32_t id = firstId_ + static_cast<int32_t>(modals_.size());
     const auto modal = modals_.emplace_back(std::make_shared<Modal>(id, generation_, std::move(opening)));
-    if (modal->IsSilent()) untold_.push_back(modal);
+    if (modal->IsSilent()) unreported_.push_back(modal);
     free_.push_back(modal);
-    if (Watching::IsOn()) TellOpening(*modal);
+    if (RecordStream::HasSubscribers()) PublishOpening(*modal);
     // Under the lock, so that every receiver gets the modals in the order of their IDs.
-    for (const auto& [owner, receiver] : watchers_) {
+    for (const auto& [owner, receiver] : receivers_) {
         receiver(modal);
     }
     return id;
@@ -175,7 +193,7 @@ void Modals::Reset() {
         firstId_ += static_cast<int32_t>(modals_.size());
         forgotten.swap(modals_);
         free_.clear();
-        untold_.clear();
+        unreported_.clear();
         ++generation_;
     }
     for (const auto& modal : forgotten) {
@@ -183,15 +201,14 @@ void Modals::Reset() {
     }
 }
 
-std::pair<int32_t, int32_t> Modals::Watch(const void* owner, Receiver receiver) {
+void Modals::Subscribe(const void* owner, Receiver receiver) {
     std::lock_guard<std::mutex> guard(mutex_);
-    watchers_[owner] = std::move(receiver);
-    return {generation_, firstId_ + static_cast<int32_t>(modals_.size())};
+    receivers_[owner] = std::move(receiver);
 }
 
-void Modals::Unwatch(const void* owner) {
+void Modals::Unsubscribe(const void* owner) {
     std::lock_guard<std::mutex> guard(mutex_);
-    watchers_.erase(owner);
+    receivers_.erase(owner);
 }
 
 std::shared_ptr<Modal> Modals::Take(int32_t requestType) {
@@ -207,23 +224,23 @@ std::shared_ptr<Modal> Modals::Take(int32_t requestType) {
     return taken;
 }
 
-void Modals::TellSilent(std::chrono::milliseconds age) {
+void Modals::ReportSilent(std::chrono::milliseconds age) {
     std::lock_guard<std::mutex> guard(mutex_);
-    for (; !untold_.empty() && untold_.front()->IsOlderThan(age); untold_.pop_front()) {
-        if (untold_.front()->IsSilent()) Say(untold_.front()->Name() + " has no answer");
+    for (; !unreported_.empty() && unreported_.front()->IsOlderThan(age); unreported_.pop_front()) {
+        if (unreported_.front()->IsSilent()) Say(unreported_.front()->Name() + " has no answer");
     }
 }
 
-void Modals::TellSilent(const Environment& environment) {
+void Modals::ReportSilent(const Environment& environment) {
     std::lock_guard<std::mutex> guard(mutex_);
     auto isOfThis = [&environment](const auto& modal) {
         return modal->GetEnvironment().get() == &environment;
     };
-    auto first = std::stable_partition(untold_.begin(), untold_.end(), std::not_fn(isOfThis));
-    for (auto modal = first; modal != untold_.end(); ++modal) {
+    auto first = std::stable_partition(unreported_.begin(), unreported_.end(), std::not_fn(isOfThis));
+    for (auto modal = first; modal != unreported_.end(); ++modal) {
         if ((*modal)->IsSilent()) Say((*modal)->Name() + " has no answer");
     }
-    untold_.erase(first, untold_.end());
+    unreported_.erase(first, unreported_.end());
 }
 
 }  // namespace StandIn

@@ -50,8 +50,7 @@ public:
         enum class Kind { RESULT, RECEIVE, RELEASE, ERROR };
         Kind kind = Kind::RESULT;
         int32_t code = 0;
-        OHOS::AAFwk::WantParams params;
-        std::function<void(const Callbacks& callbacks, const Answer& answer)> call;
+        OHOS::AAFwk::WantParams params;  // of an error: its name and message
 
         /// Whether the module takes it as the result of its request, if the request has none yet.
         bool Settles() const;
@@ -77,7 +76,7 @@ public:
     bool IsOpen() const;
     /// Whether an answer was given that settles its request.
     bool IsAnswered() const { return isAnswered_; }
-    void NoteAnswer(const Answer& answer);
+    void MarkAnswered(const Answer& answer);
     /// Whether the module has not closed it and the answer that its request expects is missing.
     bool IsSilent() const;
     bool IsOlderThan(std::chrono::milliseconds age) const;
@@ -91,6 +90,8 @@ public:
     std::string Give(const Answer& answer, std::function<void()> giveUp) const;
 
 private:
+    void CallModule(const Answer& answer) const;
+
     const int32_t id_;
     const int32_t generation_;
     const Want want_;
@@ -104,7 +105,7 @@ private:
     std::atomic<bool> isForgotten_{false};
 };
 
-/// All modals opened since the last reset, and the watchers of new ones. Thread-safe.
+/// All modals opened since the last reset, and those who get the new ones. Thread-safe.
 class Modals {
 public:
     /// Called on the thread that opens the modal, one call at a time. Must not call back into this class.
@@ -123,28 +124,27 @@ public:
     /// Forgets all modals and begins a new generation.
     void Reset();
 
-    /// From now on `receiver` gets every modal opened, also after a reset. Returns the generation and the ID
-    /// of the next modal.
-    std::pair<int32_t, int32_t> Watch(const void* owner, Receiver receiver);
-    void Unwatch(const void* owner);
+    /// From now on `receiver` gets every modal opened, also after a reset.
+    void Subscribe(const void* owner, Receiver receiver);
+    void Unsubscribe(const void* owner);
 
     /// The oldest modal of `requestType` (0: of any) that is open, unanswered and not yet taken; empty if
     /// there is none.
     std::shared_ptr<Modal> Take(int32_t requestType);
 
     /// Reports the silent modals that are older than `age`, each only once.
-    void TellSilent(std::chrono::milliseconds age);
+    void ReportSilent(std::chrono::milliseconds age);
     /// Reports the silent modals of an environment that ends, each only once.
-    void TellSilent(const Environment& environment);
+    void ReportSilent(const Environment& environment);
 
 private:
     std::mutex mutex_;     // guards what follows; receivers are called under it
     int32_t firstId_ = 1;  // the ID of the first of `modals_`; the IDs are consecutive
     int32_t generation_ = 1;
     std::vector<std::shared_ptr<Modal>> modals_;
-    std::deque<std::shared_ptr<Modal>> free_;    // not taken yet; some may be closed or answered
-    std::deque<std::shared_ptr<Modal>> untold_;  // not reported yet; some may be closed or answered
-    std::map<const void*, Receiver> watchers_;
+    std::deque<std::shared_ptr<Modal>> free_;        // not taken yet; some may be closed or answered
+    std::deque<std::shared_ptr<Modal>> unreported_;  // not reported yet; some may be closed or answered
+    std::map<const void*, Receiver> receivers_;
 };
 
 }  // namespace StandIn

@@ -19,8 +19,8 @@ test('a modal without an answer is reported once, when it stays silent or its en
         await answer(start('getLocalPlayer').modal, ['receive', { resultCode: 0 }]);
         await answer(start('bindPlayer').modal, ['release', 1]);
         start('prePurchase');
-        require('./device/binding.js').tellSilentModals(-1);
-        require('./device/binding.js').tellSilentModals(-1);
+        require('./device/binding.js').reportSilentModals(-1);
+        require('./device/binding.js').reportSilentModals(-1);
         console.log('told');
         game.init(device.createAbilityContext());
     }, { out: ['told'] });

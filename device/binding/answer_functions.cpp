@@ -1,4 +1,3 @@
-#include <functional>
 #include <utility>
 
 #include "functions.h"
@@ -14,7 +13,6 @@ namespace {
 
 constexpr int32_t CODE_MISSING = 1002000001;  // received data without a code counts as this
 
-using OHOS::AAFwk::Want;
 using OHOS::AAFwk::WantParams;
 using Answer = Modal::Answer;
 using Kind = Answer::Kind;
@@ -44,7 +42,7 @@ napi_value Give(napi_env env, napi_value id, Answer answer) {
         PendingPromise::Settle(std::move(promise));
         return result;
     }
-    modal->NoteAnswer(answer);
+    modal->MarkAnswered(answer);
     LoopHold hold = modal->HoldLoop();
     UiThread& ui = UiThread::Get();
     if (ui.IsBypassed()) {
@@ -67,20 +65,12 @@ napi_value AnswerResult(napi_env env, napi_callback_info info) {
     int32_t resultCode = 0;
     WantParams params;
     if (!ReadInt32(env, code, "code", resultCode) || !ReadParams(env, parameters, params)) return nullptr;
-    return Give(env, id,
-                {Kind::RESULT, resultCode, std::move(params),
-                 [](const Modal::Callbacks& callbacks, const Answer& answer) {
-                     Want want;
-                     want.SetParams(answer.params);
-                     callbacks.onResult(answer.code, want);
-                 }});
+    return Give(env, id, {Kind::RESULT, resultCode, std::move(params)});
 }
 
 Answer MakeReceive(WantParams params) {
     const int32_t code = params.GetIntParam("resultCode", CODE_MISSING);
-    return {
-        Kind::RECEIVE, code, std::move(params),
-        [](const Modal::Callbacks& callbacks, const Answer& answer) { callbacks.onReceive(answer.params); }};
+    return {Kind::RECEIVE, code, std::move(params)};
 }
 
 napi_value AnswerReceive(napi_env env, napi_callback_info info) {
@@ -93,10 +83,7 @@ napi_value AnswerRelease(napi_env env, napi_callback_info info) {
     const auto [id, code] = Arguments<2>(env, info);
     int32_t releaseCode = 0;
     if (!ReadInt32(env, code, "code", releaseCode)) return nullptr;
-    return Give(env, id,
-                {Kind::RELEASE, releaseCode, {}, [](const Modal::Callbacks& callbacks, const Answer& answer) {
-                     callbacks.onRelease(answer.code);
-                 }});
+    return Give(env, id, {Kind::RELEASE, releaseCode, {}});
 }
 
 napi_value AnswerError(napi_env env, napi_callback_info info) {
@@ -111,12 +98,7 @@ napi_value AnswerError(napi_env env, napi_callback_info info) {
     WantParams params;
     Internals::SetParam(params, "name", std::move(nameText));
     Internals::SetParam(params, "message", std::move(messageText));
-    return Give(env, id,
-                {Kind::ERROR, errorCode, std::move(params),
-                 [](const Modal::Callbacks& callbacks, const Answer& answer) {
-                     callbacks.onError(answer.code, answer.params.GetStringParam("name"),
-                                       answer.params.GetStringParam("message"));
-                 }});
+    return Give(env, id, {Kind::ERROR, errorCode, std::move(params)});
 }
 
 // For benchmarks: no JS runs between the opening of a modal and its answer. Cannot be turned off.
@@ -125,8 +107,8 @@ napi_value AnswerAll(napi_env env, napi_callback_info info) {
     if (!ReadParams(env, Arguments<1>(env, info)[0], params)) return nullptr;
     static const char OWNER = 0;
     const auto answer = std::make_shared<const Answer>(MakeReceive(std::move(params)));
-    (void)Modals::Get().Watch(&OWNER, [answer](const std::shared_ptr<Modal>& modal) {
-        modal->NoteAnswer(*answer);
+    (void)Modals::Get().Subscribe(&OWNER, [answer](const std::shared_ptr<Modal>& modal) {
+        modal->MarkAnswered(*answer);
         UiThread::Get().Post([modal, answer, hold = modal->HoldLoop()] { (void)modal->Give(*answer, {}); });
     });
     return nullptr;

@@ -1,12 +1,14 @@
+#include "analytics.h"
 #include "clock.h"
 #include "device_context.h"
 #include "faults.h"
 #include "functions.h"
 #include "game_end.h"
 #include "instance.h"
+#include "log.h"
 #include "making.h"
 #include "reading.h"
-#include "records.h"
+#include "say.h"
 #include "ui_thread.h"
 #include "wrap/strings.h"
 
@@ -40,7 +42,7 @@ napi_value FailNext(napi_env env, napi_callback_info info) {
 }
 
 napi_value ListFaults(napi_env env, napi_callback_info /*info*/) {
-    return MakeArray(env, Faults::Records(), [env](const Faults::Record& record) {
+    return MakeArray(env, Faults::All(), [env](const Faults::Armed& record) {
         return ObjectMaker(env)
             .Text("call", record.name)
             .Number("made", static_cast<double>(record.made))
@@ -85,18 +87,6 @@ napi_value QueueOrder(napi_env env, napi_callback_info info) {
     return nullptr;
 }
 
-napi_value OnExit(napi_env env, napi_callback_info info) {
-    const napi_value handler = Arguments<1>(env, info)[0];
-    if (IsOfType(env, handler, napi_null)) {
-        Instance::Of(env).RemoveExitHandler();
-    } else if (IsOfType(env, handler, napi_function)) {
-        Instance::Of(env).SetExitHandler(handler);
-    } else {
-        (void)ThrowUnexpected(env, "handler", "a function or null", handler);
-    }
-    return nullptr;
-}
-
 napi_value SayText(napi_env env, napi_callback_info info) {
     std::string text;
     if (ReadText(env, Arguments<1>(env, info)[0], "text", text)) Say(text);
@@ -106,8 +96,9 @@ napi_value SayText(napi_env env, napi_callback_info info) {
 napi_value GetModuleExports(napi_env /*env*/, napi_callback_info /*info*/) { return ModuleExports(); }
 
 // The logs are cleared last, because forgetting the modals may write some.
-napi_value Reset(napi_env env, napi_callback_info /*info*/) {
-    Instance::Of(env).RemoveExitHandler();
+napi_value Reset(napi_env /*env*/, napi_callback_info /*info*/) {
+    Subscription::EndAll();
+    RecordStream::Reset();
     Faults::Reset();
     Modals::Get().Reset();
     UiThread::Get().SetBypassed(false);
@@ -131,7 +122,7 @@ bool DefineControlFunctions(napi_env env, napi_value exports) {
                             {"setSystemApp", ChangeSystemApp},
                             {"queueOrder", QueueOrder},
                             {"strings", Strings},
-                            {"onExit", OnExit},
+                            {"onExit", On<&Instance::OnExit>},
                             {"say", SayText},
                             {"moduleExports", GetModuleExports},
                             {"reset", Reset}});

@@ -2,16 +2,13 @@
 
 #include <node_api.h>
 
-#include <cstdint>
-#include <initializer_list>
 #include <memory>
-#include <utility>
 
 #include "environment.h"
-#include "game_end.h"
 #include "modals.h"
-#include "reference.h"
-#include "watching.h"
+#include "reading.h"
+#include "record_stream.h"
+#include "subscription.h"
 
 namespace StandIn {
 
@@ -26,39 +23,40 @@ public:
 
     const std::shared_ptr<Environment>& GetEnvironment() const { return environment_; }
 
-    /// From now on the JS function `handler` is called with the record of every modal opened, also after a
-    /// reset. Returns the generation and the ID of the next modal.
-    std::pair<int32_t, int32_t> SetModalHandler(napi_value handler);
-    void RemoveModalHandler();
+    // Each has a JS function called from now on; null: no longer.
 
-    /// From now on the JS function `handler` is called when the game ends. Its arguments are whether a timer
-    /// ended the game, the request type, and the code of the answer.
-    void SetExitHandler(napi_value handler);
-    void RemoveExitHandler();
-
-    /// From now on the JS function `handler` is called with a record of everything that happens.
-    void SetRecordHandler(napi_value handler);
-    void RemoveRecordHandler();
+    /// With the snapshot of every modal opened.
+    void OnModal(napi_value handler);
+    /// Whenever a modal was opened, also after a reset.
+    void OnOpening(napi_value handler);
+    /// With { isTimer, requestType, code } when the game ends: whether a timer ended it, and the code of the
+    /// answer.
+    void OnExit(napi_value handler);
+    /// With a record of everything that happens.
+    void OnRecord(napi_value handler);
 
 private:
-    explicit Instance(napi_env env) : env_(env), environment_(Environment::Attach(env)) {}
-    void CallModalHandler(const Modal& modal) const;
-    void CallExitHandler(const Occasion& why) const;
-    void CallRecordHandler(const Happening& happening, uint64_t number) const;
-    void Call(const Reference& function, std::initializer_list<napi_value> arguments) const;
+    explicit Instance(napi_env env);
 
-    napi_env const env_;
     const std::shared_ptr<Environment> environment_;
-    Reference modalHandler_;
-    Reference exitHandler_;
-    Reference recordHandler_;
-    uint64_t recordHandlers_ = 0;  // how many were set so far
+    Subscription modals_;
+    Subscription openings_;
+    Subscription exit_;
+    Subscription records_;
 };
 
-/// A record for JS: { kind, time } and the fields of its kind. Null if a Node-API call fails.
-napi_value MakeRecord(napi_env env, const Happening& happening);
+/// The binding's function that passes a JS function, or null, to one of the above.
+template <void (Instance::*SUBSCRIBE)(napi_value handler)>
+napi_value On(napi_env env, napi_callback_info info) {
+    const napi_value handler = Arguments<1>(env, info)[0];
+    (Instance::Of(env).*SUBSCRIBE)(IsOfType(env, handler, napi_function) ? handler : nullptr);
+    return nullptr;
+}
 
-/// The record of a modal for JS: { id, generation, want, config }. Null if a Node-API call fails.
-napi_value MakeModalRecord(napi_env env, const Modal& modal);
+/// A record for JS: { kind, time } and the fields of its kind. Null if a Node-API call fails.
+napi_value MakeRecord(napi_env env, const DeviceRecord& record);
+
+/// A modal for JS: { id, generation, want, config }. Null if a Node-API call fails.
+napi_value MakeModalSnapshot(napi_env env, const Modal& modal);
 
 }  // namespace StandIn

@@ -41,9 +41,9 @@ napi_value ModalIds(napi_env env, napi_callback_info /*info*/) {
 }
 
 // Undefined for a modal that was forgotten in the meantime.
-napi_value ModalRecord(napi_env env, napi_callback_info info) {
+napi_value ModalSnapshot(napi_env env, napi_callback_info info) {
     const auto modal = FindModal(env, info);
-    return modal == nullptr ? nullptr : MakeModalRecord(env, *modal);
+    return modal == nullptr ? nullptr : MakeModalSnapshot(env, *modal);
 }
 
 napi_value IsModalOpen(napi_env env, napi_callback_info info) {
@@ -57,10 +57,10 @@ napi_value IsModalAnswered(napi_env env, napi_callback_info info) {
 }
 
 // Reports the modals that have had no answer for this many milliseconds.
-napi_value TellSilentModals(napi_env env, napi_callback_info info) {
+napi_value ReportSilentModals(napi_env env, napi_callback_info info) {
     int32_t age = 0;
     if (ReadInt32(env, Arguments<1>(env, info)[0], "age", age)) {
-        Modals::Get().TellSilent(std::chrono::milliseconds(age));
+        Modals::Get().ReportSilent(std::chrono::milliseconds(age));
     }
     return nullptr;
 }
@@ -70,7 +70,7 @@ napi_value TakeModal(napi_env env, napi_callback_info info) {
     int32_t requestType = 0;
     if (!ReadInt32(env, Arguments<1>(env, info)[0], "requestType", requestType)) return nullptr;
     const auto modal = Modals::Get().Take(requestType);
-    return modal == nullptr ? nullptr : MakeModalRecord(env, *modal);
+    return modal == nullptr ? nullptr : MakeModalSnapshot(env, *modal);
 }
 
 bool ReadRequest(napi_env env, napi_value value, const std::string& name, RequestMethod& request) {
@@ -92,19 +92,9 @@ napi_value NameRequests(napi_env env, napi_callback_info info) {
     return nullptr;
 }
 
-napi_value WatchModals(napi_env env, napi_callback_info info) {
-    const napi_value handler = Arguments<1>(env, info)[0];
-    if (IsOfType(env, handler, napi_function)) {
-        const auto [generation, next] = Instance::Of(env).SetModalHandler(handler);
-        return ObjectMaker(env).Number("generation", generation).Number("next", next).Object();
-    }
-    Instance::Of(env).RemoveModalHandler();
-    return nullptr;
-}
-
 }  // namespace
 
-napi_value MakeModalRecord(napi_env env, const Modal& modal) {
+napi_value MakeModalSnapshot(napi_env env, const Modal& modal) {
     return ObjectMaker(env)
         .Number("id", modal.Id())
         .Number("generation", modal.Generation())
@@ -116,13 +106,14 @@ napi_value MakeModalRecord(napi_env env, const Modal& modal) {
 bool DefineModalFunctions(napi_env env, napi_value exports) {
     return DefineFunctions(env, exports,
                            {{"modalIds", ModalIds},
-                            {"modalRecord", ModalRecord},
+                            {"modalSnapshot", ModalSnapshot},
                             {"isModalOpen", IsModalOpen},
                             {"isModalAnswered", IsModalAnswered},
-                            {"tellSilentModals", TellSilentModals},
+                            {"reportSilentModals", ReportSilentModals},
                             {"takeModal", TakeModal},
                             {"nameRequests", NameRequests},
-                            {"watchModals", WatchModals}});
+                            {"onModal", On<&Instance::OnModal>},
+                            {"onOpening", On<&Instance::OnOpening>}});
 }
 
 }  // namespace StandIn

@@ -1,12 +1,13 @@
 #include <string>
 #include <variant>
 
+#include "analytics.h"
 #include "functions.h"
 #include "instance.h"
 #include "internals.h"
+#include "log.h"
 #include "making.h"
 #include "reading.h"
-#include "records.h"
 
 namespace StandIn {
 namespace {
@@ -136,25 +137,15 @@ napi_value AnalyticsProcessors(napi_env env, napi_callback_info /*info*/) {
                      [env](const ReportConfig& config) { return MakeProcessor(env, config); });
 }
 
-napi_value WatchRecords(napi_env env, napi_callback_info info) {
-    const napi_value handler = Arguments<1>(env, info)[0];
-    if (IsOfType(env, handler, napi_function)) {
-        Instance::Of(env).SetRecordHandler(handler);
-    } else {
-        Instance::Of(env).RemoveRecordHandler();
-    }
-    return nullptr;
-}
-
 }  // namespace
 
-napi_value MakeRecord(napi_env env, const Happening& happening) {
-    ObjectMaker record(env);
-    record.Text("kind", happening.kind).Number("time", static_cast<double>(happening.time));
-    for (const auto& [name, value] : happening.fields) {
-        record.Set(name, std::visit(FieldMaker{env}, value));
+napi_value MakeRecord(napi_env env, const DeviceRecord& record) {
+    ObjectMaker object(env);
+    object.Text("kind", record.kind).Number("time", static_cast<double>(record.time));
+    for (const auto& [name, value] : record.fields) {
+        object.Set(name, std::visit(FieldMaker{env}, value));
     }
-    return record.Object();
+    return object.Object();
 }
 
 bool DefineRecordFunctions(napi_env env, napi_value exports) {
@@ -162,7 +153,7 @@ bool DefineRecordFunctions(napi_env env, napi_value exports) {
                            {{"logs", Logs},
                             {"analyticsEvents", AnalyticsEvents},
                             {"analyticsProcessors", AnalyticsProcessors},
-                            {"watchRecords", WatchRecords}});
+                            {"onRecord", On<&Instance::OnRecord>}});
 }
 
 }  // namespace StandIn

@@ -9,8 +9,8 @@
 #include <utility>
 #include <vector>
 
+#include "record_stream.h"
 #include "served_call.h"
-#include "watching.h"
 #include "wrap/call_site.h"
 
 namespace StandIn {
@@ -86,13 +86,13 @@ napi_value MakeObject(napi_env env) {
     return object;
 }
 
-Happening About(const char* kind, const Made& made) {
+DeviceRecord About(const char* kind, const Made& made) {
     return {kind, {{"call", static_cast<double>(made.call)}, {"method", std::string(made.method)}}};
 }
 
-void AddText(napi_env env, const char* name, napi_value value, Happening& happening) {
+void AddText(napi_env env, const char* name, napi_value value, DeviceRecord& record) {
     if (IsOf(env, value, napi_string)) {
-        happening.fields.emplace_back(name, TextOf(env, value, MAX_TEXT));
+        record.fields.emplace_back(name, TextOf(env, value, MAX_TEXT));
     }
 }
 
@@ -106,19 +106,19 @@ double CodeOf(napi_env env, napi_value error) {
 void RecordOutcome(napi_env env, const Made& made, const char* how, napi_value error, napi_value data) {
     const bool isFailed = IsOf(env, error, napi_object);
     const double code = isFailed ? CodeOf(env, error) : 0;
-    Happening settled = About("settled", made);
+    DeviceRecord settled = About("settled", made);
     settled.fields.emplace_back("how", std::string(how));
     if (code != NO_CODE) settled.fields.emplace_back("code", code);
     if (isFailed) AddText(env, "message", Property(env, error, "message"), settled);
     AddText(env, "data", data, settled);
-    Watching::Tell(std::move(settled));
+    RecordStream::Publish(std::move(settled));
 }
 
 void RecordHeard(napi_env env, const Made& made, napi_value data) {
-    Happening heard = About("heard", made);
+    DeviceRecord heard = About("heard", made);
     heard.fields.emplace_back("type", made.about);
     AddText(env, "data", IsOf(env, data, napi_object) ? Property(env, data, "resultInfo") : data, heard);
-    Watching::Tell(std::move(heard));
+    RecordStream::Publish(std::move(heard));
 }
 
 Made TakePromise(napi_deferred deferred) {
@@ -166,7 +166,7 @@ void RecordCall(napi_env env, size_t count, const napi_value* arguments) {
     std::copy_n(arguments, std::min(count, served.arguments.size()), served.arguments.begin());
     ReadRequestType(env, served, count, arguments);
     gKept.about.clear();
-    if (!Watching::IsOn()) return;
+    if (!RecordStream::HasSubscribers()) return;
     served.isRecorded = true;
     std::vector<std::string> shown;
     for (size_t i = 0; i < count; ++i) {
@@ -175,9 +175,9 @@ void RecordCall(napi_env env, size_t count, const napi_value* arguments) {
     if (std::string_view(served.method) == "on" && count > 0) {
         gKept.about = TextOf(env, arguments[0], MAX_ARGUMENT);
     }
-    Happening call = About("call", MadeByServed());
+    DeviceRecord call = About("call", MadeByServed());
     call.fields.emplace_back("arguments", std::move(shown));
-    Watching::Tell(std::move(call));
+    RecordStream::Publish(std::move(call));
 }
 
 // A getter of the game may have thrown: then the method ends with that exception.

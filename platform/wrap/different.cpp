@@ -28,7 +28,7 @@ napi_status CreateErrorWithNumber(napi_env env, napi_value code, napi_value mess
 
 }  // namespace
 
-bool HasFailedOnPurpose() { return Faults::IsWatching() && gHasFailedOnPurpose; }
+bool HasFailedOnPurpose() { return Faults::AreArmed() && gHasFailedOnPurpose; }
 
 void ForgetPurpose() { gHasFailedOnPurpose = false; }
 

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "records.h"
+#include "say.h"
 #include "served_call.h"
 #include "wrap/wrap.h"
 

@@ -14,20 +14,20 @@
 namespace StandIn {
 namespace {
 
-/// A thread that the module starts: what it runs and what it serves, and its birth number on the clock.
-struct Birth {
+/// A thread that the module starts: what it runs and what it serves, and its thread number on the clock.
+struct StartedThread {
     void* (*run)(void*);
     void* argument;
     ServedCall call;
     uint64_t number;
 };
 
-void* RunBorn(void* data) {
-    const std::unique_ptr<Birth> birth(static_cast<Birth*>(data));
-    Clock::Began(birth->number);
-    const ServedCallScope scope(std::move(birth->call));
-    void* result = birth->run(birth->argument);
-    EndWindowWait(birth->number);
+void* RunThread(void* data) {
+    const std::unique_ptr<StartedThread> started(static_cast<StartedThread*>(data));
+    Clock::BeginThread(started->number);
+    const ServedCallScope scope(std::move(started->call));
+    void* result = started->run(started->argument);
+    EndWindowWait(started->number);
     Clock::Get().Leave();
     return result;
 }
@@ -39,14 +39,15 @@ extern "C" int __wrap_pthread_create(pthread_t* thread, const pthread_attr_t* at
                                      void* argument) {
     using namespace StandIn;
     MarkEffect();
-    auto birth = std::make_unique<Birth>(Birth{run, argument, ServedByNewThread(), Clock::Get().Born()});
-    BeginWindowWait(birth->number);
-    const int error = pthread_create(thread, attributes, RunBorn, birth.get());
+    auto started = std::make_unique<StartedThread>(
+        StartedThread{run, argument, ServedByNewThread(), Clock::Get().CountThread()});
+    BeginWindowWait(started->number);
+    const int error = pthread_create(thread, attributes, RunThread, started.get());
     if (error == 0) {
-        (void)birth.release();
+        (void)started.release();
     } else {
-        EndWindowWait(birth->number);
-        Clock::Get().Ended();
+        EndWindowWait(started->number);
+        Clock::Get().EndThread();
     }
     return error;
 }

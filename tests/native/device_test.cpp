@@ -5,7 +5,7 @@
 #include <string>
 
 #include "hilog/log.h"
-#include "records.h"
+#include "log.h"
 
 // Logs a line, with a tag, a format and its arguments. Its value is the latest one. A macro, so that clang
 // checks formats.

@@ -3,8 +3,9 @@
 #include <atomic>
 #include <thread>
 
+#include "analytics.h"
 #include "analytics/ha_utils.h"
-#include "records.h"
+#include "log.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include "common/velmor_error.h"
 #include "common/velmor_util.h"
 #include "fake_node.h"
-#include "records.h"
+#include "log.h"
 
 namespace {
 

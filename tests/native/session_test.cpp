@@ -4,11 +4,12 @@
 #include <algorithm>
 #include <thread>
 
+#include "analytics.h"
 #include "clock.h"
 #include "common/request_types.h"
 #include "fake_node.h"
+#include "log.h"
 #include "modal/modal_ui_callback.h"
-#include "records.h"
 
 using namespace std::chrono_literals;
 
