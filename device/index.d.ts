@@ -243,6 +243,8 @@ export const clock: {
     onAdvance(handler: ((ms: number) => unknown) | null): void;
     /** The number of threads of the module that wait until a certain time. */
     sleepers(): number;
+    /** How many times as fast as real time the clock moves; 0 if it is manual. */
+    rate(): number;
 };
 
 /** Sets whether the game counts as a system application. Default false. */

@@ -198,6 +198,7 @@ const device = {
     clock: {
         real: timers.real,
         manual: timers.manual,
+        rate: binding.clockRate,
         now: binding.clockNow,
         next: () => Math.min(binding.clockNext(), timers.next()),
         after: timers.after,

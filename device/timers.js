@@ -7,9 +7,8 @@ const binding = require('./binding.js');
 // Captured now, so that fake timers that a test installs later do not stop what runs in real time.
 const { clearImmediate, clearTimeout, setImmediate, setTimeout } = require('timers');
 
-const MAX_TIMEOUT_MS = 0x7fffffff;  // the limit of setTimeout
+const CHECK_MS = 1000;  // of real time: another environment may have changed the rate of the clock
 
-let rate = 1;  // of the clock; 0 if it is manual
 let alarm = null;  // what runs the due timers in real time
 let line = Promise.resolve();  // settled when no handler runs
 let count = 0;  // of the handlers that have begun
@@ -48,12 +47,12 @@ function run() {
 function arm() {
     alarm?.();
     alarm = null;
-    const left = next();
+    const [left, rate] = [next(), binding.clockRate()];
     if (left <= 0) {
         const soon = setImmediate(runAndArm);
         alarm = () => clearImmediate(soon);
     } else if (rate > 0 && left < Infinity) {
-        const later = setTimeout(runAndArm, Math.min(Math.ceil(left / rate), MAX_TIMEOUT_MS));
+        const later = setTimeout(runAndArm, Math.min(Math.ceil(left / rate), CHECK_MS));
         alarm = () => clearTimeout(later);
     }
 }
@@ -79,21 +78,18 @@ function after(ms, handler) {
     };
 }
 
-function real(newRate) {
-    binding.clockReal(newRate);
-    rate = newRate ?? 1;
+function real(rate) {
+    binding.clockReal(rate);
     arm();
 }
 
 function manual() {
     binding.clockManual();
-    rate = 0;
     arm();
 }
 
 function clear() {
     waiting.clear();
-    rate = 1;
     arm();
 }
 

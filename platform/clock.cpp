@@ -47,9 +47,9 @@ void Clock::SetReal(double rate) {
     SetOrigin(Now(), rate);
 }
 
-bool Clock::IsManual() {
+double Clock::Rate() {
     std::lock_guard<std::mutex> guard(mutex_);
-    return rate_ == 0;
+    return rate_;
 }
 
 int64_t Clock::NowMs() {

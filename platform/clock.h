@@ -25,7 +25,8 @@ public:
     /// Follows the machine's clock from now on, `rate` times as fast. A rate of 0 makes the clock manual.
     void SetReal(double rate);
     void SetManual() { SetReal(0); }
-    bool IsManual();
+    /// How many times as fast as the machine's clock; 0: manual.
+    double Rate();
 
     /// Milliseconds since boot.
     int64_t NowMs();

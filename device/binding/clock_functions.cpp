@@ -38,6 +38,10 @@ napi_value ClockManual(napi_env /*env*/, napi_callback_info /*info*/) {
     return nullptr;
 }
 
+napi_value ClockRate(napi_env env, napi_callback_info /*info*/) {
+    return MakeNumber(env, Clock::Get().Rate());
+}
+
 napi_value ClockNow(napi_env env, napi_callback_info /*info*/) {
     return MakeNumber(env, static_cast<double>(Clock::Get().NowMs()));
 }
@@ -56,7 +60,7 @@ napi_value ClockAdvance(napi_env env, napi_callback_info info) {
     if (!ReadNumber(env, Arguments<1>(env, info)[0], "ms", 0, LONGEST_ADVANCE_MS, milliseconds)) {
         return nullptr;
     }
-    if (!Clock::Get().IsManual()) {
+    if (Clock::Get().Rate() != 0) {
         (void)napi_throw_error(env, nullptr, NEEDS_MANUAL);
         return nullptr;
     }
@@ -75,6 +79,7 @@ bool DefineClockFunctions(napi_env env, napi_value exports) {
     return DefineFunctions(env, exports,
                            {{"clockReal", ClockReal},
                             {"clockManual", ClockManual},
+                            {"clockRate", ClockRate},
                             {"clockNow", ClockNow},
                             {"clockSleepers", ClockSleepers},
                             {"clockNext", ClockNext},

@@ -1,7 +1,6 @@
 #include "wrap/call_records.h"
 
 #include <algorithm>
-#include <array>
 #include <deque>
 #include <string>
 #include <string_view>
@@ -35,8 +34,6 @@ struct Kept {
     std::unordered_map<napi_deferred, Made> promises;
     std::deque<std::pair<napi_deferred, uint64_t>> order;  // with their calls; some are settled
     std::unordered_map<napi_ref, Made> functions;
-    std::array<std::pair<napi_value, napi_ref>, 4> handles{};  // the latest, in turn
-    size_t nextHandle = 0;
     std::string about;  // what the served call of `on` listens for
 };
 
@@ -139,16 +136,15 @@ void LimitPromises(napi_env env) {
     }
 }
 
-/// Whose function a handle belongs to; null if nobody's.
+/// Whose function a handle belongs to that the served code has read; null if nobody's.
 const Made* FindFunction(napi_value function) {
-    const size_t count = gKept.handles.size();
-    for (size_t age = 1; age <= count; ++age) {
-        const auto [handle, reference] = gKept.handles[(gKept.nextHandle + count - age) % count];
-        if (handle != function) continue;
-        auto found = gKept.functions.find(reference);
-        return found == gKept.functions.end() ? nullptr : &found->second;
-    }
-    return nullptr;
+    if (Served() == nullptr) return nullptr;
+    const auto& read = Served()->functions;
+    auto found = std::find_if(read.rbegin(), read.rend(),
+                              [function](const auto& each) { return each.first == function; });
+    if (found == read.rend()) return nullptr;
+    auto made = gKept.functions.find(found->second);
+    return made == gKept.functions.end() ? nullptr : &made->second;
 }
 
 /// The caller of this method chooses the type of its request.
@@ -206,9 +202,8 @@ void KeepFunction(napi_ref reference) {
 void DropFunction(napi_ref reference) { (void)gKept.functions.erase(reference); }
 
 void KeepHandle(napi_ref reference, napi_value function) {
-    if (gKept.functions.empty()) return;
-    gKept.handles[gKept.nextHandle] = {function, reference};
-    gKept.nextHandle = (gKept.nextHandle + 1) % gKept.handles.size();
+    if (Served() == nullptr || gKept.functions.count(reference) == 0) return;
+    Served()->functions.emplace_back(function, reference);
 }
 
 void AddCallSite(napi_env env, napi_deferred deferred, napi_value error) {

@@ -96,6 +96,7 @@ int __wrap_uv_queue_work(uv_loop_t* loop, uv_work_t* work, uv_work_cb run, uv_af
     work->work_cb = run;
     work->after_work_cb = after;
     auto job = [work](bool isEnding) {
+        const StandIn::ServedCallScope scope({});
         work->work_cb(work);
         if (work->after_work_cb != nullptr) work->after_work_cb(work, isEnding ? UV_ECANCELED : 0);
     };
