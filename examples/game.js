@@ -1,283 +1,157 @@
 'use strict';
 
-// A player's day with a small game. `game` is the module, wrapped so that its calls and their results are printed. The
-// stand-in device takes the place of a real one, and extension.js that of the game service.
+// A small game that calls every method of the module, and a day with it. The first part is the game. It is the same on
+// a device, where `context` is that of the game's ability. The second part, from `morning` on, is the day: `device`
+// takes the place of a real device, and `service` that of its game service. An arrow shows what a line makes the game
+// print.
 
-const { spawn } = require('node:child_process');
-const { once } = require('node:events');
-const fs = require('node:fs');
-const path = require('node:path');
-const device = require('../device');
-const { answer, rest, world } = require('./extension');
-const screen = require('./screen');
-const { open, pass, perform, scene, watch } = require('./stage');
+const device = require('game-player-extension-module/device');
+const { createService } = require('game-player-extension-module/service');
+const gamePlayer = require('game-player-extension-module');
+const { ErrorCode, RequestType, isBusinessError } = require('game-player-extension-module/errors');
 
-const QUICK_GAME_LOGIN = 14;
-const SECOND = 1000;
-const MINUTE = 60 * SECOND;
-const SUN = 0x01000001;
-const readIcon = (name) => fs.readFileSync(path.join(__dirname, 'icons', `${name}.png`));
+const ICON = 'iVBORw0KGgoAAAANSUhEUgAAABgAAAAYAQAAAADIDABVAAAAD0lEQVR42mP4//8/Aw0xAHOjR7n1dzQqAAAAAElFTkSuQmCC';
+const png = Buffer.from(ICON, 'base64');
+const entry = { mediaById: { 7: png }, mediaByName: { moon: png }, rawFiles: { 'leaf.png': png } };
+const context = device.createAbilityContext({ modules: { entry } });
 
-open();
-const game = watch(require('..'));
-const context = screen.named('context', device.createAbilityContext({
-    modules: {
-        entry: {
-            mediaById: { [SUN]: readIcon('sun') },
-            mediaByName: { moon: readIcon('moon') },
-            rawFiles: { 'leaf.png': readIcon('leaf') },
-        },
-    },
-}));
-const morning = device.clock.now();
-let player = null;
-
-const news = []; // what the listeners heard
-const onPlayerChanged = ({ resultInfo }) => news.push(resultInfo);
-const onPrevented = (reason) => news.push(reason);
-
-/** The code of the error that `call` throws or rejects with. */
-async function codeOf(call) {
+/** The code of the error that a request fails with, or that of success. */
+async function codeOf(request) {
     try {
-        await call();
+        await request;
+        return ErrorCode.SUCCESS;
     } catch (error) {
+        if (!isBusinessError(error)) {
+            throw error;
+        }
         return error.code;
     }
 }
 
-/** Lets `ms` pass. The module then shows for 15 s that the time is up. Returns what the game's listeners heard. */
-async function runOut(ms) {
-    await pass(ms);
-    const page = device.modals().at(-1);
-    await pass(15 * SECOND);
-    screen.line('window', page.isOpen ? 'still shows the page' : 'shows the game again');
-    await answer(page, 'release', 0);
-    return news.splice(0);
+/** Shows how a request ended. */
+function show(what, code) {
+    console.log(`${what}: ${code === ErrorCode.SUCCESS ? 'done' : `failed with ${code}`}`);
 }
 
-scene('The game starts', {
-    about: 'It names its trace, listens for a change of player, and calls init, which returns a promise.',
-    async play() {
-        game.syncTraceId('morning-1');
-        game.on('playerChanged', onPlayerChanged);
-        await game.init(context);
-    },
-});
-
-scene('A window that is late', {
-    about: 'init with a callback. The module looks for a page to open on once a second, five times at most.',
-    async play() {
-        const lateContext = screen.named('lateContext', device.createAbilityContext({ window: false }));
-        const started = new Promise((resolve) => {
-            game.init(lateContext, (error) => resolve(error ? error.code : 'started'));
-        });
-        await pass(3 * SECOND);
-        screen.line('window', 'shows its first page');
-        device.showWindow(lateContext);
-        await pass(SECOND);
-        return started;
-    },
-    comesTo: 'started',
-});
-
-scene('Not for every game', {
-    about: 'Only a system application may listen for the end of the playable time.',
-    async play() {
-        const code = await codeOf(() => game.on('gameAddictionPrevented', onPrevented));
-        screen.line('device', 'makes the game a system application');
-        device.setSystemApp(true);
-        game.on('gameAddictionPrevented', onPrevented);
-        return code;
-    },
-    comesTo: 202,
-});
-
-scene('Ten minutes of a quick game', {
-    about: 'Its login limits the time. At the end the module shows a page for 15 s and tells the listener; the game '
-        + 'goes on.',
-    async play() {
-        world.playableMinutes = 10;
-        await game.quickGameLogin(context, { gameAppId: 'com.example.quick' });
-        world.playableMinutes = 0;
-        return runOut(10 * MINUTE + 15 * SECOND); // the module checks its clock every 15 s
-    },
-    comesTo: ['The user is under age.'],
-});
-
-scene('Who is playing', {
-    about: 'The extension hands over the player; its page stays until it is released.',
-    async play() {
-        player = JSON.parse(await game.getLocalPlayer(context));
-        return player.playerName;
-    },
-    comesTo: 'Lin',
-});
-
-scene('Is it really Lin', {
-    about: 'The game tells what it knows of its own account, and the extension agrees.',
-    play: () => game.verifyLocalPlayer(context, { thirdOpenId: 'open-7', isRealName: true, isAdult: true }),
-});
-
-scene('Two accounts become one', {
-    about: 'The game binds its own account to the player.',
-    play: () => game.bindPlayer(context, 'open-7', player.teamPlayerId),
-});
-
-scene('Once is enough', {
-    about: 'The same again: the extension refuses, and the game catches a business error.',
-    play: () => codeOf(() => game.bindPlayer(context, 'open-7', player.teamPlayerId)),
-    comesTo: 1002000012,
-});
-
-scene('Two accounts again', {
-    about: 'The game takes the binding back.',
-    play: () => game.unbindPlayer(context, 'open-7', player.teamPlayerId),
-});
-
-scene('A hero with a name', {
-    about: 'The game saves the role that Lin plays; its texts reach the extension as they are.',
-    async play() {
-        const { gamePlayerId, teamPlayerId } = player;
-        await game.savePlayerRole(context, {
-            roleId: 'R-3', roleName: '云中剑客', serverId: 'S-1', serverName: '华东一区·春暖花开', gamePlayerId, teamPlayerId,
-        });
-        return world.roleName;
-    },
-    comesTo: '云中剑客',
-});
-
-scene('A purchase', {
-    about: 'The extension sells, and the game has the purchase completed once it has handed out the gems.',
-    async play() {
-        const purchaseData = await game.prePurchase(context, { productId: 'gems-60', developerPayload: 'level-4' });
-        await game.postPurchase(context, { purchaseData });
-        return JSON.parse(purchaseData).productId;
-    },
-    comesTo: 'gems-60',
-});
-
-scene('One of many accounts', {
-    about: 'Icons by identifier, by media name and as a raw file. An account without its icon is left out.',
-    async play() {
-        return JSON.parse(await game.unionLogin(context, {
-            showLoginDialog: true,
-            loginPanelType: 2,
-            thirdAccountInfos: [
-                { accountName: '晓阳', accountIcon: { moduleName: 'entry', id: SUN } },
-                { accountName: '月光', accountIcon: { moduleName: 'entry', params: ['app.media.moon'] } },
-                { accountName: 'Nobody', accountIcon: { moduleName: 'entry', params: ['app.media.gone'] } },
-                { accountName: '青叶', accountIcon: { moduleName: 'entry', params: ['leaf.png'] } },
-            ],
-        }));
-    },
-    comesTo: { accounts: 3, accountName: '青叶' },
-});
-
-scene('A welcome, and a page', {
-    about: 'These launches await no answer: the player closes each page, and their promises never settle.',
-    async play() {
-        const text = '欢迎回来，今天也请和伙伴们一起守护云中城！';
-        game.launchWelcomeBanner(context, JSON.stringify({ playerName: player.playerName, text }));
-        await rest();
-        game.launchCommonPage(context, JSON.stringify({ page: 'achievements' }));
-    },
-    pending: ['launchWelcomeBanner', 'launchCommonPage'],
-});
-
-scene('Out of reach', {
-    about: 'The network is gone and the extension fails. A callback gets the error as its first argument.',
-    async play() {
-        world.isOnline = false;
-        const outcome = await new Promise((resolve) => {
-            game.getLocalPlayer(context, (error, data) => resolve(error ? error.code : data));
-        });
-        world.isOnline = true;
-        return outcome;
-    },
-    comesTo: 1002000002,
-});
-
-scene('Someone else takes over', {
-    about: 'Mei signs in on the page. The listener hears of it before the request is answered.',
-    async play() {
-        world.nextPlayer = { gamePlayerId: 'G-2002', teamPlayerId: 'T-2002', playerName: 'Mei' };
-        player = JSON.parse(await game.getLocalPlayer(context));
-        return [...news.splice(0), player.playerName];
-    },
-    comesTo: ['Mei signed in', 'Mei'],
-});
-
-scene('The old listener retires', {
-    about: 'A server finds the player invalid. The game passes that on, and who still listens hears it.',
-    async play() {
-        game.off('playerChanged', onPlayerChanged);
-        const heard = new Promise((resolve) => {
-            game.on('playerChanged', function onPlayerInvalid({ resultInfo }) {
-                resolve(resultInfo);
-            });
-        });
-        game.onEventCallback({ resultCode: 1002000015, resultInfo: 'Mei has to sign in again' });
-        return [...news, await heard];
-    },
-    comesTo: ['Mei has to sign in again'],
-});
-
-scene('A mistake in the game', {
-    about: 'An argument is missing: nothing goes out, and the call itself throws.',
-    play: () => codeOf(() => game.bindPlayer(context, 'open-7')),
-    comesTo: 401,
-});
-
-scene('A timing of the game\'s own', {
-    about: 'The game reports that its level took 1500 ms to load, without an error.',
-    play: () => game.reportEventOperation('loadLevel', 1500, 0),
-});
-
-scene('A limit of the game\'s own', {
-    about: 'The game allows a minute itself; with the request type of a quick game it goes on afterwards.',
-    play() {
-        game.launchAntiAddiction(context, 60, 'The trial is over.', QUICK_GAME_LOGIN);
-        return runOut(MINUTE + 15 * SECOND);
-    },
-    comesTo: ['The user is under age.'],
-    pending: ['launchAntiAddiction'],
-});
-
-scene('Time is up', {
-    about: 'In the evening Lin may play for 30 minutes. Then the module shows a page and, 15 s later, ends the '
-        + 'process: here, one of its own.',
-    async play() {
-        const options = { stdio: 'inherit', timeout: 20000 };
-        const evening = spawn(process.execPath, [path.join(__dirname, 'playtime.js')], options);
-        const [status] = await once(evening, 'close');
-        screen.line('process', `ended with status ${status}`);
-        return status;
-    },
-    comesTo: 0,
-});
-
-scene('What analytics got', {
-    about: 'One event for each request that ended, each on and off, and each report, with the device\'s times in '
-        + 'milliseconds since the morning.',
-    play() {
-        const events = device.analytics.events().map(({ params }) => Object.fromEntries(params));
-        screen.table(['api_name', 'begin_time', 'end_time', 'error_code', 'result', 'sdk_name', 'trans_id'],
-            events.map((event) => [event.api_name, event.begin_time - morning, event.end_time - morning,
-                event.error_code, event.result, event.sdk_name, event.trans_id]));
-        return {
-            requests: device.modals().length,
-            events: events.length,
-            errors: events.filter((event) => event.error_code !== 0).length,
-            spentMs: events.reduce((sum, event) => sum + event.end_time - event.begin_time, 0),
-        };
-    },
-    comesTo: { requests: 18, events: 21, errors: 4, spentMs: 5500 },
-});
-
-if (process.argv.length > 2) {
-    process.stderr.write(`The sample takes no arguments, but got: ${process.argv.slice(2).join(' ')}\n`);
-    process.exit(2);
+async function start() {
+    gamePlayer.syncTraceId('day-1');
+    gamePlayer.on('playerChanged', ({ resultInfo }) => console.log('News:', resultInfo));
+    await gamePlayer.init(context);
 }
-screen.paragraph('A player\'s day. → is what goes out, ← what comes back, and in brackets the time that took: real '
-    + 'time, or the device\'s if its clock was moved on meanwhile.');
-perform();
+
+/** Signs the player in. Nothing awaits the banner, because its promise never settles. */
+async function signIn() {
+    const player = JSON.parse(await gamePlayer.getLocalPlayer(context));
+    gamePlayer.launchWelcomeBanner(context, JSON.stringify({ playerName: player.playerName }));
+    return player;
+}
+
+/** Binds the game's own account to the player, if the game service agrees with what the game knows about it. */
+async function bind(thirdOpenId, { teamPlayerId }) {
+    await gamePlayer.verifyLocalPlayer(context, { thirdOpenId, isRealName: true, isAdult: true });
+    await gamePlayer.bindPlayer(context, thirdOpenId, teamPlayerId);
+}
+
+/** Saves the role that the player plays. Calls `onSaved` with a text for the screen. */
+function saveRole(roleName, { gamePlayerId }, onSaved) {
+    gamePlayer.savePlayerRole(context, { roleId: 'R-3', roleName, gamePlayerId }, (error) => {
+        onSaved(error ? error.message : `${roleName} is saved`);
+    });
+}
+
+/** Sells a product. Reports to analytics how many milliseconds that took and how it ended. */
+async function sell(productId) {
+    const begun = Date.now();
+    const code = await codeOf(gamePlayer.prePurchase(context, { productId, developerPayload: 'level-4' })
+        .then((purchaseData) => gamePlayer.postPurchase(context, { purchaseData })));
+    gamePlayer.reportEventOperation('sell', Date.now() - begun, code);
+    return code;
+}
+
+/** Offers accounts, with icons by ID, by media name and as a raw file. The one without an icon is left out. */
+function chooseAccount() {
+    return gamePlayer.unionLogin(context, {
+        showLoginDialog: true,
+        loginPanelType: 2,
+        thirdAccountInfos: [
+            { accountName: '晓阳', accountIcon: { moduleName: 'entry', id: 7 } },
+            { accountName: '月光', accountIcon: { moduleName: 'entry', params: ['app.media.moon'] } },
+            { accountName: '青叶', accountIcon: { moduleName: 'entry', params: ['leaf.png'] } },
+            { accountName: 'Nobody', accountIcon: { moduleName: 'entry', params: ['gone.png'] } },
+        ],
+    });
+}
+
+/** Limits the time to play, in seconds. The module then shows a page for 15 seconds, and a quick game goes on. */
+function limitTrial(seconds) {
+    return new Promise((resolve) => {
+        gamePlayer.on('gameAddictionPrevented', function onPrevented(message) {
+            gamePlayer.off('gameAddictionPrevented', onPrevented);
+            resolve(message);
+        });
+        gamePlayer.launchAntiAddiction(context, seconds, 'The trial is over.', RequestType.QUICK_GAME_LOGIN);
+    });
+}
+
+function showAchievements() {
+    gamePlayer.launchCommonPage(context, JSON.stringify({ page: 'achievements' }));
+}
+
+/** Passes on that the game's own server no longer knows the player. */
+function invalidate({ playerName }) {
+    const resultInfo = `${playerName} has to sign in again`;
+    gamePlayer.onEventCallback({ resultCode: ErrorCode.PLAYER_INVALID, resultInfo });
+}
+
+/** Lin, who is of age, binds an account and buys gems. */
+async function morning(service) {
+    await start();
+    const lin = await signIn();
+    console.log('Signed in:', lin.playerName); // -> Signed in: Lin
+    show('Binding', await codeOf(bind('open-7', lin))); // -> Binding: done
+    show('Binding again', await codeOf(bind('open-7', lin))); // -> Binding again: failed with 1002000012
+    await gamePlayer.unbindPlayer(context, 'open-7', lin.teamPlayerId);
+    console.log('Bindings left:', service.state.bindings.length); // -> Bindings left: 0
+    const text = await new Promise((resolve) => { saveRole('云中剑客', lin, resolve); });
+    console.log('Role:', text); // -> Role: 云中剑客 is saved
+    show('Gems', await sell('gems-60')); // -> Gems: done
+    service.state = { online: false };
+    show('Gems without a network', await sell('gems-60')); // -> Gems without a network: failed with 1002000002
+    service.state = { online: true };
+}
+
+/** Lin chooses an account and tries a quick game. Only a system application may listen for the end of the trial. */
+async function noon(service) {
+    service.state = { unionAccount: '青叶' };
+    console.log('Account:', await chooseAccount()); // -> Account: {"accountName":"青叶"}
+    const { thirdAccountInfos } = JSON.parse(device.modals().at(-1).want.parameters.unionLoginParam);
+    const withIcon = thirdAccountInfos.filter(({ encodedIcon }) => encodedIcon === ICON);
+    console.log('Offered:', ...withIcon.map(({ accountName }) => accountName)); // -> Offered: 晓阳 月光 青叶
+    const login = await gamePlayer.quickGameLogin(context, { gameAppId: 'quick-1' });
+    console.log('Quick game:', login); // -> Quick game: {"playerId":"p1","gameAppId":"quick-1"}
+    device.setSystemApp(true);
+    const message = limitTrial(60);
+    await device.clock.advance(90000);
+    console.log('Trial:', await message); // -> Trial: The user is under age.
+    showAchievements();
+}
+
+/** Mei, who is under age, has 90 minutes left. Then the module shows a page, and 15 seconds later it ends the game. */
+async function evening(service) {
+    await service.switchPlayer('p2');
+    const mei = await signIn(); // -> News: Mei signed in
+    console.log('Signed in:', mei.playerName); // -> Signed in: Mei
+    invalidate(mei); // -> News: Mei has to sign in again
+    device.onExit(({ reason }) => console.log('The module ends the game:', reason));
+    await device.clock.advance(91 * 60000); // -> The module ends the game: timer
+}
+
+async function main() {
+    device.clock.manual(); // only `advance` moves the time, in milliseconds
+    const service = createService();
+    await morning(service);
+    await noon(service);
+    await evening(service);
+}
+
+main();
