@@ -3,6 +3,8 @@
 const { inspect } = require('util');
 const { nearest } = require('./answers.js');
 const binding = require('./binding.js');
+const { isFirst, readCount, readFlag, readHandler, readInt32, readNumber, readObject, readText } = require('./checks.js');
+const contexts = require('./contexts.js');
 const timers = require('./timers.js');
 const { REQUESTS, methodOf } = require('../lib/methods.js');
 const { forgetModals, modalOf, modals } = require('./modal.js');
@@ -12,22 +14,15 @@ const { clearTimeout, setInterval, setTimeout } = require('timers');
 const { setImmediate: turn } = require('timers/promises');
 
 const MAX_TIMEOUT_MS = 0x7fffffff;  // the limit of setTimeout
+const TIMEOUT_MS = 5000;
 const SILENCE_MS = 5000;  // after this time, an open modal without an answer is reported
+const LONGEST_ADVANCE_MS = 1e11;  // three years; a 64-bit count of nanoseconds holds 292
 const LISTENED = ['playerChanged', 'gameAddictionPrevented'];
 
 binding.nameRequests(Object.entries(REQUESTS).map(([method, { type, isPage = false }]) => ({ type, method, isPage })));
 setInterval(() => {
     binding.reportSilentModals(SILENCE_MS);
 }, 1000).unref();
-
-function readKeys(name, object, possible) {
-    for (const key of Object.keys(object)) {
-        if (!possible.includes(key)) {
-            throw new TypeError(`${name} has no '${key}': possible is ${possible.join(', ')}`);
-        }
-    }
-    return object;
-}
 
 /** The request type that a filter of nextModal asks for; 0 means any. */
 function readFilter(filter) {
@@ -45,16 +40,10 @@ function readFilter(filter) {
     if (typeof filter !== 'object') {
         throw new TypeError('filter must be the name of a method, { requestType } or a number of milliseconds');
     }
-    return readKeys('filter', filter, ['requestType']).requestType ?? 0;
+    return readObject('filter', filter, { requestType: readInt32 }).requestType ?? 0;
 }
 
-/** How long to wait for a modal, in milliseconds. */
-function readTimeout({ timeoutMs = 5000 }) {
-    if (typeof timeoutMs !== 'number' || !(timeoutMs >= 0 && timeoutMs <= MAX_TIMEOUT_MS)) {
-        throw new TypeError(`timeoutMs must be a number of milliseconds from 0 to ${MAX_TIMEOUT_MS}`);
-    }
-    return timeoutMs;
-}
+const readTimeout = (name, value) => readNumber(name, value, 0, MAX_TIMEOUT_MS);
 
 function describeWaiting() {
     const waiting = modals().filter(({ isOpen, isAnswered }) => isOpen && !isAnswered)
@@ -79,7 +68,8 @@ function serveWaiters() {
 async function nextModal(filter, options = {}) {
     const isLimit = typeof filter === 'number';
     const requestType = isLimit ? 0 : readFilter(filter);
-    const timeoutMs = readTimeout(isLimit ? { timeoutMs: filter } : readKeys('options', options, ['timeoutMs']));
+    const { timeoutMs = TIMEOUT_MS } = isLimit ? { timeoutMs: readTimeout('timeoutMs', filter) } :
+        readObject('options', options, { timeoutMs: readTimeout });
     const of = requestType === 0 ? '' : ` of ${methodOf(requestType)}`;
     const late = new Error(`no modal${of} was opened within ${timeoutMs} ms`);  // created here for its stack
     return new Promise((resolve, reject) => {
@@ -98,13 +88,6 @@ async function nextModal(filter, options = {}) {
         binding.onOpening(serveWaiters);  // first: a modal may open right after serveWaiters has found none
         serveWaiters();
     });
-}
-
-function readHandler(handler) {
-    if (handler !== null && typeof handler !== 'function') {
-        throw new TypeError('handler must be a function or null');
-    }
-    return handler;
 }
 
 let isAnswering = false;  // there is a handler for modals
@@ -157,13 +140,22 @@ async function advanceInSteps(ms) {
 }
 
 async function advance(ms) {
+    readNumber('ms', ms, 0, LONGEST_ADVANCE_MS);
     const isStepped = follower || isAnswering || timers.areAny();
-    if (!isStepped || !(ms > 0)) {
+    if (!isStepped || ms === 0) {
         return binding.clockAdvance(ms);
     }
     const run = () => advanceInSteps(ms);
     lastAdvance = lastAdvance.then(run, run);
     return lastAdvance;
+}
+
+function failNext(call, options = {}) {
+    const readers = { skip: (name, value) => readCount(name, value, 0), times: (name, value) => readCount(name, value, 1) };
+    const { skip = 0, times = 1 } = readObject('options', options, readers);
+    if (!binding.failNext(readText('call', call), skip, times)) {
+        throw new Error(`'${call}' cannot be made to fail: the module makes no such call`);
+    }
 }
 
 // The module has no reset: its listeners are removed as a game would do it, once no call is made to fail.
@@ -182,19 +174,16 @@ function reset() {
 }
 
 const device = {
-    createAbilityContext: binding.createAbilityContext,
-    createUIExtensionContext: binding.createUIExtensionContext,
-    createStageContext: binding.createStageContext,
-    showWindow: binding.showWindow,
-    hideWindow: binding.hideWindow,
+    ...contexts,
     modals,
     nextModal,
     onModal,
     onExit,
     onRecord,
-    answerOn: binding.answerOn,
-    queueOrder: binding.queueOrder,
-    strings: binding.strings,
+    answerOn: (thread) => binding.answerOn(isFirst('thread', thread, 'caller', 'ui')),
+    queueOrder: (order, seed = 1) =>
+        binding.queueOrder(isFirst('order', order, 'any', 'fifo'), readCount('seed', seed, 0)),
+    strings: (like) => binding.strings(isFirst('like', like, 'platform', 'node')),
     clock: {
         real: timers.real,
         manual: timers.manual,
@@ -206,13 +195,13 @@ const device = {
         onAdvance,
         sleepers: binding.clockSleepers
     },
-    setSystemApp: binding.setSystemApp,
+    setSystemApp: (isSystem) => binding.setSystemApp(readFlag('isSystem', isSystem)),
     logs: binding.logs,
     analytics: {
         processors: binding.analyticsProcessors,
         events: binding.analyticsEvents
     },
-    failNext: binding.failNext,
+    failNext,
     faults: binding.faults,
     reset
 };

@@ -4,6 +4,7 @@ const { inspect } = require('util');
 const { methodOf } = require('../lib/methods.js');
 const binding = require('./binding.js');
 const { complaints } = require('./answers.js');
+const { readInt32, readParameters, readText } = require('./checks.js');
 
 function deepFreeze(value) {
     if (typeof value === 'object' && value !== null) {
@@ -13,7 +14,7 @@ function deepFreeze(value) {
     return value;
 }
 
-// The methods are async so that a TypeError of the binding becomes a rejection. They still answer before they return.
+// The methods are async so that a TypeError becomes a rejection. They still answer before they return.
 class Modal {
     constructor({ id, want, config }) {
         this.id = id;
@@ -32,23 +33,24 @@ class Modal {
     }
 
     async result(code, parameters = {}) {
-        const given = binding.answerResult(this.id, code, parameters);
+        const given = binding.answerResult(this.id, readInt32('code', code), readParameters(parameters));
         warn(this, 'result', code, parameters);
         return given;
     }
 
     async receive(parameters) {
-        const given = binding.answerReceive(this.id, parameters);
+        const given = binding.answerReceive(this.id, readParameters(parameters));
         warn(this, 'receive', parameters.resultCode, parameters);
         return given;
     }
 
     async release(code) {
-        return binding.answerRelease(this.id, code);
+        return binding.answerRelease(this.id, readInt32('code', code));
     }
 
     async error(code, name = '', message = '') {
-        return binding.answerError(this.id, code, name, message);
+        const parameters = { name: readText('name', name), message: readText('message', message) };
+        return binding.answerError(this.id, readInt32('code', code), parameters);
     }
 
     [inspect.custom](depth, options) {

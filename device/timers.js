@@ -3,10 +3,13 @@
 // Timers of this environment on the device's clock.
 
 const binding = require('./binding.js');
+const { check, readNumber } = require('./checks.js');
 
 // Captured now, so that fake timers that a test installs later do not stop what runs in real time.
 const { clearImmediate, clearTimeout, setImmediate, setTimeout } = require('timers');
 
+const SLOWEST_RATE = 1e-6;
+const FASTEST_RATE = 1e6;
 const CHECK_MS = 1000;  // of real time: another environment may have changed the rate of the clock
 
 let alarm = null;  // what runs the due timers in real time
@@ -63,12 +66,8 @@ function runAndArm() {
 }
 
 function after(ms, handler) {
-    if (!(ms >= 0 && ms <= Number.MAX_SAFE_INTEGER)) {
-        throw new TypeError('ms must be a number of milliseconds from 0');
-    }
-    if (typeof handler !== 'function') {
-        throw new TypeError('handler must be a function');
-    }
+    readNumber('ms', ms, 0, Number.MAX_SAFE_INTEGER);
+    check(typeof handler === 'function', 'handler', 'a function', handler);
     const timer = { due: binding.clockNow() + ms, handler };
     waiting.add(timer);
     arm();
@@ -78,13 +77,13 @@ function after(ms, handler) {
     };
 }
 
-function real(rate) {
-    binding.clockReal(rate);
+function real(rate = 1) {
+    binding.setClockRate(readNumber('rate', rate, SLOWEST_RATE, FASTEST_RATE));
     arm();
 }
 
 function manual() {
-    binding.clockManual();
+    binding.setClockRate(0);
     arm();
 }
 

@@ -42,7 +42,7 @@ void Clock::SetOrigin(Nanoseconds now, double rate) {
     settled_.notify_all();
 }
 
-void Clock::SetReal(double rate) {
+void Clock::SetRate(double rate) {
     std::lock_guard<std::mutex> guard(mutex_);
     SetOrigin(Now(), rate);
 }

@@ -23,8 +23,7 @@ public:
     Clock();
 
     /// Follows the machine's clock from now on, `rate` times as fast. A rate of 0 makes the clock manual.
-    void SetReal(double rate);
-    void SetManual() { SetReal(0); }
+    void SetRate(double rate);
     /// How many times as fast as the machine's clock; 0: manual.
     double Rate();
 

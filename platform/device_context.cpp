@@ -111,7 +111,7 @@ private:
     const std::shared_ptr<Window> window_;
 };
 
-// Marks the JS objects whose wrapped pointer is a ContextRecord.
+// Marks the JS objects whose wrapped pointer is a ContextBacking.
 constexpr napi_type_tag CONTEXT_TAG = {0x8b1f4a0c6d2e4957, 0xa3c57e19b06d42f8};
 constexpr uint64_t APPLICATION_TOKEN = 0x20010001;
 constexpr uint64_t SYSTEM_APP_MASK = uint64_t{1} << 32;
@@ -175,7 +175,7 @@ void SetSystemApp(bool isSystem) {
     gCallingToken = isSystem ? APPLICATION_TOKEN | SYSTEM_APP_MASK : APPLICATION_TOKEN;
 }
 
-ContextRecord MakeContext(ContextKind kind, Modules modules, const std::shared_ptr<Window>& window) {
+ContextBacking MakeContext(ContextKind kind, Modules modules, const std::shared_ptr<Window>& window) {
     auto shared = std::make_shared<const Modules>(std::move(modules));
     switch (kind) {
         case ContextKind::ABILITY:
@@ -190,10 +190,10 @@ ContextRecord MakeContext(ContextKind kind, Modules modules, const std::shared_p
     return {};
 }
 
-napi_value MakeContextObject(napi_env env, ContextRecord record) {
-    auto owned = std::make_unique<ContextRecord>(std::move(record));
+napi_value MakeContextObject(napi_env env, ContextBacking backing) {
+    auto owned = std::make_unique<ContextBacking>(std::move(backing));
     auto finalize = [](napi_env /*env*/, void* data, void* /*hint*/) {
-        delete static_cast<ContextRecord*>(data);
+        delete static_cast<ContextBacking*>(data);
     };
     napi_value object = nullptr;
     if (napi_create_object(env, &object) != napi_ok ||
@@ -205,15 +205,15 @@ napi_value MakeContextObject(napi_env env, ContextRecord record) {
     return object;
 }
 
-const ContextRecord* FindContextRecord(napi_env env, napi_value value) {
+const ContextBacking* FindBacking(napi_env env, napi_value value) {
     napi_valuetype type = napi_undefined;
     bool isTagged = false;
-    void* record = nullptr;
+    void* backing = nullptr;
     if (napi_typeof(env, value, &type) == napi_ok && type == napi_object &&
         napi_check_object_type_tag(env, value, &CONTEXT_TAG, &isTagged) == napi_ok && isTagged) {
-        (void)napi_unwrap(env, value, &record);
+        (void)napi_unwrap(env, value, &backing);
     }
-    return static_cast<const ContextRecord*>(record);
+    return static_cast<const ContextBacking*>(backing);
 }
 
 }  // namespace StandIn
@@ -222,14 +222,14 @@ namespace OHOS::AbilityRuntime {
 
 napi_status IsStageContext(napi_env env, napi_value value, bool& isStage) {
     if (StandIn::Faults::Trip(StandIn::Call::IsStageContext)) return napi_generic_failure;
-    isStage = StandIn::FindContextRecord(env, value) != nullptr;
+    isStage = StandIn::FindBacking(env, value) != nullptr;
     return napi_ok;
 }
 
 std::shared_ptr<Context> GetStageModeContext(napi_env env, napi_value value) {
     if (StandIn::Faults::Trip(StandIn::Call::GetStageModeContext)) return nullptr;
-    const StandIn::ContextRecord* record = StandIn::FindContextRecord(env, value);
-    return record == nullptr ? nullptr : record->context;
+    const StandIn::ContextBacking* backing = StandIn::FindBacking(env, value);
+    return backing == nullptr ? nullptr : backing->context;
 }
 
 }  // namespace OHOS::AbilityRuntime

@@ -67,21 +67,21 @@ enum class ContextKind {
 };
 
 /// What backs a JS context object.
-struct ContextRecord {
+struct ContextBacking {
     std::shared_ptr<OHOS::AbilityRuntime::Context> context;  // empty for kind EMPTY
     std::shared_ptr<Window> window;                          // empty if the kind has none
 };
 
 /// Makes the context of an application with these modules. The kinds ABILITY and UI_EXTENSION need a window;
 /// the others have none.
-ContextRecord MakeContext(ContextKind kind, Modules modules, const std::shared_ptr<Window>& window);
+ContextBacking MakeContext(ContextKind kind, Modules modules, const std::shared_ptr<Window>& window);
 
 /// Makes the JS object of a context. Null if a Node-API call fails. On `env`'s JS thread.
-napi_value MakeContextObject(napi_env env, ContextRecord record);
+napi_value MakeContextObject(napi_env env, ContextBacking backing);
 
 /// What backs `value`, owned by the JS object; null if `value` is not a context object. Leaves no exception
 /// pending. On `env`'s JS thread.
-const ContextRecord* FindContextRecord(napi_env env, napi_value value);
+const ContextBacking* FindBacking(napi_env env, napi_value value);
 
 /// Makes a JS string. Null if a Node-API call fails. On `env`'s JS thread.
 napi_value MakeText(napi_env env, const std::string& text);

@@ -1,7 +1,6 @@
 #include <utility>
 
 #include "functions.h"
-#include "internals.h"
 #include "making.h"
 #include "modals.h"
 #include "pending_promise.h"
@@ -30,14 +29,12 @@ void Deliver(const Modal& modal, const Answer& answer, const std::shared_ptr<Pen
 
 /// Answers for the modal `id`. Returns a promise that is settled when the module has processed the answer.
 napi_value Give(napi_env env, napi_value id, Answer answer) {
-    int32_t number = 0;
-    if (!ReadInt32(env, id, "id", number)) return nullptr;
     napi_value result = nullptr;
     auto promise = PendingPromise::Make(env, result);
     if (promise == nullptr) return nullptr;
-    const auto modal = Modals::Get().Find(number);
+    const auto modal = Modals::Get().Find(ReadInt32(env, id));
     if (modal == nullptr) {
-        promise->Fail("Modal " + std::to_string(number) +
+        promise->Fail("Modal " + std::to_string(ReadInt32(env, id)) +
                       " cannot answer: reset() made the device forget it.");
         PendingPromise::Settle(std::move(promise));
         return result;
@@ -62,10 +59,7 @@ napi_value Give(napi_env env, napi_value id, Answer answer) {
 
 napi_value AnswerResult(napi_env env, napi_callback_info info) {
     const auto [id, code, parameters] = Arguments<3>(env, info);
-    int32_t resultCode = 0;
-    WantParams params;
-    if (!ReadInt32(env, code, "code", resultCode) || !ReadParams(env, parameters, params)) return nullptr;
-    return Give(env, id, {Kind::RESULT, resultCode, std::move(params)});
+    return Give(env, id, {Kind::RESULT, ReadInt32(env, code), ReadParams(env, parameters)});
 }
 
 Answer MakeReceive(WantParams params) {
@@ -75,36 +69,22 @@ Answer MakeReceive(WantParams params) {
 
 napi_value AnswerReceive(napi_env env, napi_callback_info info) {
     const auto [id, parameters] = Arguments<2>(env, info);
-    WantParams params;
-    return ReadParams(env, parameters, params) ? Give(env, id, MakeReceive(std::move(params))) : nullptr;
+    return Give(env, id, MakeReceive(ReadParams(env, parameters)));
 }
 
 napi_value AnswerRelease(napi_env env, napi_callback_info info) {
     const auto [id, code] = Arguments<2>(env, info);
-    int32_t releaseCode = 0;
-    if (!ReadInt32(env, code, "code", releaseCode)) return nullptr;
-    return Give(env, id, {Kind::RELEASE, releaseCode, {}});
+    return Give(env, id, {Kind::RELEASE, ReadInt32(env, code), {}});
 }
 
 napi_value AnswerError(napi_env env, napi_callback_info info) {
-    const auto [id, code, name, message] = Arguments<4>(env, info);
-    int32_t errorCode = 0;
-    std::string nameText;
-    std::string messageText;
-    if (!ReadInt32(env, code, "code", errorCode) || !ReadText(env, name, "name", nameText) ||
-        !ReadText(env, message, "message", messageText)) {
-        return nullptr;
-    }
-    WantParams params;
-    Internals::SetParam(params, "name", std::move(nameText));
-    Internals::SetParam(params, "message", std::move(messageText));
-    return Give(env, id, {Kind::ERROR, errorCode, std::move(params)});
+    const auto [id, code, parameters] = Arguments<3>(env, info);
+    return Give(env, id, {Kind::ERROR, ReadInt32(env, code), ReadParams(env, parameters)});
 }
 
 // For benchmarks: no JS runs between the opening of a modal and its answer. Cannot be turned off.
 napi_value AnswerAll(napi_env env, napi_callback_info info) {
-    WantParams params;
-    if (!ReadParams(env, Arguments<1>(env, info)[0], params)) return nullptr;
+    WantParams params = ReadParams(env, Arguments<1>(env, info)[0]);
     static const char OWNER = 0;
     const auto answer = std::make_shared<const Answer>(MakeReceive(std::move(params)));
     (void)Modals::Get().Subscribe(&OWNER, [answer](const std::shared_ptr<Modal>& modal) {
@@ -114,15 +94,9 @@ napi_value AnswerAll(napi_env env, napi_callback_info info) {
     return nullptr;
 }
 
+// Takes whether answers run on the thread that gives them.
 napi_value AnswerOn(napi_env env, napi_callback_info info) {
-    const napi_value value = Arguments<1>(env, info)[0];
-    std::string thread;
-    if (!ReadText(env, value, "thread", thread)) return nullptr;
-    if (thread != "ui" && thread != "caller") {
-        (void)ThrowUnexpected(env, "thread", "'ui' or 'caller'", value);
-        return nullptr;
-    }
-    UiThread::Get().SetBypassed(thread == "caller");
+    UiThread::Get().SetBypassed(ReadFlag(env, Arguments<1>(env, info)[0]));
     return nullptr;
 }
 

@@ -15,30 +15,11 @@
 namespace StandIn {
 namespace {
 
-struct FaultOptions {
-    uint64_t skip = 0;
-    uint64_t times = 1;
-};
-
-bool ReadOptions(napi_env env, napi_value value, FaultOptions& options) {
-    if (IsOfType(env, value, napi_undefined)) return true;
-    return ForEachProperty(env, value, "options", [&](const std::string& key, napi_value option) {
-        if (key == "skip") return ReadCount(env, option, "options.skip", 0, options.skip);
-        if (key == "times") return ReadCount(env, option, "options.times", 1, options.times);
-        return ThrowTypeError(env, "options has no '" + key + "': possible are skip and times");
-    });
-}
-
+// Takes the name of a call, how many pass, and how many fail then. False if there is no such call.
 napi_value FailNext(napi_env env, napi_callback_info info) {
-    const auto [callValue, optionsValue] = Arguments<2>(env, info);
-    std::string call;
-    FaultOptions options;
-    if (!ReadText(env, callValue, "call", call) || !ReadOptions(env, optionsValue, options)) return nullptr;
-    if (!Faults::Arm(call, options.skip, options.times)) {
-        const std::string message = "'" + call + "' cannot be made to fail: the module makes no such call";
-        (void)napi_throw_error(env, nullptr, message.c_str());
-    }
-    return nullptr;
+    const auto [call, skip, times] = Arguments<3>(env, info);
+    return MakeFlag(env, Faults::Arm(ReadText(env, call), static_cast<uint64_t>(ReadNumber(env, skip)),
+                                     static_cast<uint64_t>(ReadNumber(env, times))));
 }
 
 napi_value ListFaults(napi_env env, napi_callback_info /*info*/) {
@@ -52,44 +33,25 @@ napi_value ListFaults(napi_env env, napi_callback_info /*info*/) {
 }
 
 napi_value ChangeSystemApp(napi_env env, napi_callback_info info) {
-    bool isSystem = false;
-    if (ReadFlag(env, Arguments<1>(env, info)[0], "isSystem", isSystem)) SetSystemApp(isSystem);
+    SetSystemApp(ReadFlag(env, Arguments<1>(env, info)[0]));
     return nullptr;
 }
 
-/// Reads one of two words; `isFirst` tells which.
-bool ReadChoice(napi_env env, napi_value value, const char* name, const char* first, const char* second,
-                bool& isFirst) {
-    std::string word;
-    if (!ReadText(env, value, name, word)) return false;
-    isFirst = word == first;
-    if (isFirst || word == second) return true;
-    const std::string expected = "'" + std::string(first) + "' or '" + second + "'";
-    return ThrowUnexpected(env, name, expected.c_str(), value);
-}
-
+// Takes whether the module reads strings as on a device.
 napi_value Strings(napi_env env, napi_callback_info info) {
-    bool isLikePlatform = true;
-    if (ReadChoice(env, Arguments<1>(env, info)[0], "like", "platform", "node", isLikePlatform)) {
-        SetPlatformStrings(isLikePlatform);
-    }
+    SetPlatformStrings(ReadFlag(env, Arguments<1>(env, info)[0]));
     return nullptr;
 }
 
+// Takes whether the order is any, and its seed.
 napi_value QueueOrder(napi_env env, napi_callback_info info) {
-    const auto [order, seedValue] = Arguments<2>(env, info);
-    bool isAny = false;
-    uint64_t seed = 1;
-    if (ReadChoice(env, order, "order", "any", "fifo", isAny) &&
-        (IsOfType(env, seedValue, napi_undefined) || ReadCount(env, seedValue, "seed", 0, seed))) {
-        Environment::SetQueueOrder(isAny, static_cast<uint32_t>(seed));
-    }
+    const auto [isAny, seed] = Arguments<2>(env, info);
+    Environment::SetQueueOrder(ReadFlag(env, isAny), static_cast<uint32_t>(ReadNumber(env, seed)));
     return nullptr;
 }
 
 napi_value SayText(napi_env env, napi_callback_info info) {
-    std::string text;
-    if (ReadText(env, Arguments<1>(env, info)[0], "text", text)) Say(text);
+    Say(ReadText(env, Arguments<1>(env, info)[0]));
     return nullptr;
 }
 

@@ -6,7 +6,7 @@
 #include <initializer_list>
 #include <string>
 
-#include "js_values.h"
+#include "device_context.h"
 
 // Makes the JS values that the functions of the device return. Null on failure, as in an environment that is
 // ending.

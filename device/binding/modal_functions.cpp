@@ -29,11 +29,9 @@ napi_value MakeConfig(napi_env env, const Modal::Config& config) {
         .Object();
 }
 
-/// The modal whose ID is the first argument; empty if there is none. If the argument is not an ID, also
-/// leaves a JS exception pending.
+/// The modal whose ID is the first argument; empty if there is none.
 std::shared_ptr<Modal> FindModal(napi_env env, napi_callback_info info) {
-    int32_t id = 0;
-    return ReadInt32(env, Arguments<1>(env, info)[0], "id", id) ? Modals::Get().Find(id) : nullptr;
+    return Modals::Get().Find(ReadInt32(env, Arguments<1>(env, info)[0]));
 }
 
 napi_value ModalIds(napi_env env, napi_callback_info /*info*/) {
@@ -58,37 +56,25 @@ napi_value IsModalAnswered(napi_env env, napi_callback_info info) {
 
 // Reports the modals that have had no answer for this many milliseconds.
 napi_value ReportSilentModals(napi_env env, napi_callback_info info) {
-    int32_t age = 0;
-    if (ReadInt32(env, Arguments<1>(env, info)[0], "age", age)) {
-        Modals::Get().ReportSilent(std::chrono::milliseconds(age));
-    }
+    Modals::Get().ReportSilent(std::chrono::milliseconds(ReadInt32(env, Arguments<1>(env, info)[0])));
     return nullptr;
 }
 
-// Undefined if there is none.
+// Takes a request type. Undefined if there is none.
 napi_value TakeModal(napi_env env, napi_callback_info info) {
-    int32_t requestType = 0;
-    if (!ReadInt32(env, Arguments<1>(env, info)[0], "requestType", requestType)) return nullptr;
-    const auto modal = Modals::Get().Take(requestType);
+    const auto modal = Modals::Get().Take(ReadInt32(env, Arguments<1>(env, info)[0]));
     return modal == nullptr ? nullptr : MakeModalSnapshot(env, *modal);
 }
 
-bool ReadRequest(napi_env env, napi_value value, const std::string& name, RequestMethod& request) {
-    return ForEachProperty(env, value, name, [&](const std::string& key, napi_value field) {
-        if (key == "type") return ReadInt32(env, field, key, request.type);
-        return key == "isPage" ? ReadFlag(env, field, key, request.isPage)
-                               : ReadText(env, field, key, request.name);
-    });
-}
-
-// What the device's JS knows of the methods: an array of { type, method, isPage }.
+// Takes what the device's JS knows of the methods: an array of { type, method, isPage }.
 napi_value NameRequests(napi_env env, napi_callback_info info) {
     std::vector<RequestMethod> requests;
-    auto add = [&](const std::string& name, napi_value value) {
-        return ReadRequest(env, value, name, requests.emplace_back());
-    };
-    if (ForEachElement(env, Arguments<1>(env, info)[0], "requests", add))
-        SetRequestMethods(std::move(requests));
+    ForEachElement(env, Arguments<1>(env, info)[0], [&requests, env](napi_value request) {
+        requests.push_back({ReadInt32(env, ReadProperty(env, request, "type")),
+                            ReadText(env, ReadProperty(env, request, "method")),
+                            ReadFlag(env, ReadProperty(env, request, "isPage"))});
+    });
+    SetRequestMethods(std::move(requests));
     return nullptr;
 }
 

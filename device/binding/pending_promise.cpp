@@ -1,6 +1,6 @@
 #include "pending_promise.h"
 
-#include "js_values.h"
+#include "device_context.h"
 
 namespace StandIn {
 

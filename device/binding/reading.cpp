@@ -2,21 +2,31 @@
 
 #include <cmath>
 #include <limits>
+#include <utility>
+
+#include "internals.h"
 
 namespace StandIn {
 namespace {
 
-constexpr double MAX_SAFE_INTEGER = 9007199254740991;
+using OHOS::AAFwk::WantParams;
 
-bool ReadInteger(napi_env env, napi_value value, double least, double most, double& number) {
-    return napi_get_value_double(env, value, &number) == napi_ok && number >= least && number <= most &&
-           std::trunc(number) == number;
+Internals::Param ReadNumberParam(napi_env env, napi_value value) {
+    using Int = std::numeric_limits<int32_t>;
+    const double number = ReadNumber(env, value);
+    const bool isInt = number >= Int::min() && number <= Int::max() && std::trunc(number) == number;
+    if (isInt && !(number == 0 && std::signbit(number))) return static_cast<int32_t>(number);
+    return number;
 }
 
-std::string ToText(double number) {
-    char text[32];
-    (void)snprintf(text, sizeof(text), "%.15g", number);
-    return text;
+Internals::Param ReadParam(napi_env env, napi_value value) {
+    if (IsOfType(env, value, napi_number)) return ReadNumberParam(env, value);
+    if (IsOfType(env, value, napi_boolean)) return ReadFlag(env, value);
+    if (IsOfType(env, value, napi_string)) return ReadText(env, value);
+    if (!IsArray(env, value)) return ReadParams(env, value);
+    std::vector<std::string> texts;
+    ForEachElement(env, value, [&](napi_value element) { texts.push_back(ReadText(env, element)); });
+    return texts;
 }
 
 }  // namespace
@@ -26,43 +36,61 @@ bool IsOfType(napi_env env, napi_value value, napi_valuetype type) {
     return napi_typeof(env, value, &actual) == napi_ok && actual == type;
 }
 
-bool ReadFlag(napi_env env, napi_value value, const std::string& name, bool& flag) {
-    return napi_get_value_bool(env, value, &flag) == napi_ok ||
-           ThrowUnexpected(env, name, "true or false", value);
+bool IsArray(napi_env env, napi_value value) {
+    bool isArray = false;
+    return napi_is_array(env, value, &isArray) == napi_ok && isArray;
 }
 
-bool ReadInt32(napi_env env, napi_value value, const std::string& name, int32_t& number) {
-    using Limits = std::numeric_limits<int32_t>;
-    double wide = 0;
-    if (!ReadInteger(env, value, Limits::min(), Limits::max(), wide)) {
-        return ThrowUnexpected(env, name, "a 32-bit integer", value);
-    }
-    number = static_cast<int32_t>(wide);
-    return true;
+bool ReadFlag(napi_env env, napi_value value) {
+    bool flag = false;
+    (void)napi_get_value_bool(env, value, &flag);
+    return flag;
 }
 
-bool ReadCount(napi_env env, napi_value value, const std::string& name, uint64_t least, uint64_t& count) {
-    double wide = 0;
-    if (!ReadInteger(env, value, static_cast<double>(least), MAX_SAFE_INTEGER, wide)) {
-        const std::string expected = "an integer of at least " + std::to_string(least);
-        return ThrowUnexpected(env, name, expected.c_str(), value);
-    }
-    count = static_cast<uint64_t>(wide);
-    return true;
+int32_t ReadInt32(napi_env env, napi_value value) {
+    int32_t number = 0;
+    (void)napi_get_value_int32(env, value, &number);
+    return number;
 }
 
-bool ReadNumber(napi_env env, napi_value value, const std::string& name, double least, double most,
-                double& number) {
-    const std::string expected = "a number from " + ToText(least) + " to " + ToText(most);
-    if (napi_get_value_double(env, value, &number) != napi_ok) {
-        return ThrowUnexpected(env, name, expected.c_str(), value);
-    }
-    if (!(number >= least && number <= most)) {
-        const std::string message = name + " must be " + expected + ", not " + Describe(env, value);
-        (void)napi_throw_range_error(env, nullptr, message.c_str());
-        return false;
-    }
-    return true;
+double ReadNumber(napi_env env, napi_value value) {
+    double number = 0;
+    (void)napi_get_value_double(env, value, &number);
+    return number;
+}
+
+std::string ReadText(napi_env env, napi_value value) {
+    size_t length = 0;
+    if (napi_get_value_string_utf8(env, value, nullptr, 0, &length) != napi_ok) return {};
+    std::string text(length + 1, '\0');  // Node-API appends a null byte
+    (void)napi_get_value_string_utf8(env, value, text.data(), text.size(), &length);
+    text.resize(length);
+    return text;
+}
+
+napi_value ReadElement(napi_env env, napi_value array, uint32_t index) {
+    napi_value element = nullptr;
+    (void)napi_get_element(env, array, index, &element);
+    return element;
+}
+
+napi_value ReadProperty(napi_env env, napi_value object, const char* name) {
+    napi_value value = nullptr;
+    (void)napi_get_named_property(env, object, name, &value);
+    return value;
+}
+
+WantParams ReadParams(napi_env env, napi_value object) {
+    napi_value keys = nullptr;
+    (void)napi_get_all_property_names(env, object, napi_key_own_only, napi_key_enumerable,
+                                      napi_key_numbers_to_strings, &keys);
+    WantParams params;
+    ForEachElement(env, keys, [&](napi_value key) {
+        napi_value value = nullptr;
+        (void)napi_get_property(env, object, key, &value);
+        Internals::SetParam(params, ReadText(env, key), ReadParam(env, value));
+    });
+    return params;
 }
 
 }  // namespace StandIn

@@ -6,11 +6,9 @@
 #include <cstdint>
 #include <string>
 
-#include "js_values.h"
 #include "want_params.h"
 
-// Reads the JS arguments of the device's functions. The Read functions leave a JS exception pending when they
-// return false. It names the argument and says what it may be.
+// Reads the arguments that the device's JS has checked.
 
 namespace StandIn {
 
@@ -24,16 +22,24 @@ std::array<napi_value, COUNT> Arguments(napi_env env, napi_callback_info info) {
 }
 
 bool IsOfType(napi_env env, napi_value value, napi_valuetype type);
+bool IsArray(napi_env env, napi_value value);
 
-bool ReadFlag(napi_env env, napi_value value, const std::string& name, bool& flag);
-bool ReadInt32(napi_env env, napi_value value, const std::string& name, int32_t& number);
-/// An integer of at least `least`.
-bool ReadCount(napi_env env, napi_value value, const std::string& name, uint64_t least, uint64_t& count);
-/// A number from `least` to `most`. A number outside that range throws a RangeError.
-bool ReadNumber(napi_env env, napi_value value, const std::string& name, double least, double most,
-                double& number);
+bool ReadFlag(napi_env env, napi_value value);
+int32_t ReadInt32(napi_env env, napi_value value);
+double ReadNumber(napi_env env, napi_value value);
+std::string ReadText(napi_env env, napi_value value);
+napi_value ReadElement(napi_env env, napi_value array, uint32_t index);
+napi_value ReadProperty(napi_env env, napi_value object, const char* name);
+OHOS::AAFwk::WantParams ReadParams(napi_env env, napi_value object);
 
-/// A plain object whose values have the types that `WantParams` supports.
-bool ReadParams(napi_env env, napi_value value, OHOS::AAFwk::WantParams& params);
+/// Calls `visit` with each element of `array`; with none if it is undefined.
+template <typename Visit>
+void ForEachElement(napi_env env, napi_value array, const Visit& visit) {
+    uint32_t length = 0;
+    (void)napi_get_array_length(env, array, &length);
+    for (uint32_t i = 0; i < length; ++i) {
+        visit(ReadElement(env, array, i));
+    }
+}
 
 }  // namespace StandIn

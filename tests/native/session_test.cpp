@@ -38,7 +38,7 @@ protected:
 
     /// Creates a request. `observed` shows whether its context still exists.
     std::shared_ptr<ModalUICallback> Make(int32_t requestType, bool isAnswered = true) {
-        StandIn::Clock::Get().SetManual();
+        StandIn::Clock::Get().SetRate(0);
         auto request = std::make_shared<BaseContext>();
         request->requestType = requestType;
         if (!isAnswered) request->status.state = RequestState::OPEN;
