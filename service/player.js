@@ -1,9 +1,9 @@
 'use strict';
 
-const { setTimeout } = require('node:timers');  // captured before a test runner replaces it
-const { setImmediate: turn } = require('node:timers/promises');
+// Captured before a test runner replaces them.
+const { setImmediate: turn, setTimeout: delay } = require('node:timers/promises');
 const device = require('../device/index.js');
-const { isMeant } = require('./rules.js');
+const { matches } = require('./rules.js');
 const { ScenarioError } = require('./scenario.js');
 const { createService } = require('./service.js');
 
@@ -17,7 +17,7 @@ class Player {
     #requests = [];  // not awaited yet
     #deadline = Infinity;
     #wake = () => {};  // ends a wait for the game
-    #awaited = null;  // the request that a step waits for
+    #isAwaited = () => false;  // whether a step waits for a request
 
     constructor({ steps = [], clock }, { service, context, file = '' }) {
         this.#steps = steps;
@@ -28,26 +28,26 @@ class Player {
         this.doing = '';
         this.onWait = () => {};  // called with what a step waits for, and with '' when that has come
         this.onDone = () => {};  // called with each action that was done
-        service.on('request', (request) => this.#note(request));
+        service.on('request', (request) => this.#add(request));
     }
 
-    #note(request) {
+    #add(request) {
         this.#requests.push(request);
-        if (this.#awaited && isMeant(this.#awaited, request)) {
-            this.service.pause();
+        if (this.#isAwaited(request)) {
+            this.service.queue.pause();
         }
         this.#wake();
     }
 
     /**
-     * Resolves when all steps are done and no answer is due, or when it was stopped; `doing` then says which step was
-     * not done. Rejects with a ScenarioError if a step cannot be done. While steps act, no answer is given: what follows
-     * an `await` comes before the answer to that request.
+     * Resolves when all steps are done and no answer is due, or when it was stopped; `doing` is then the step that was
+     * not done. Rejects with a ScenarioError if a step cannot be done. While steps act, no answer is given: what
+     * follows an `await` comes before the answer to that request.
      */
     async run() {
         for (const [index, step] of this.#steps.entries()) {
             this.doing = `steps[${index}]`;
-            this.service.pause();
+            this.service.queue.pause();
             const isDone = await this.perform(step).catch(({ message }) => {
                 throw new ScenarioError(this.#file, `steps[${index}]`, message);
             });
@@ -72,7 +72,7 @@ class Player {
 
     /** Stops at the first step that still waits for the game `ms` milliseconds from now, in real time. */
     stop(ms) {
-        this.#deadline = Math.min(this.#deadline, performance.now() + ms);
+        this.#deadline = performance.now() + ms;
     }
 
     /**
@@ -80,7 +80,7 @@ class Player {
      * if it was stopped first. Does not keep the process alive.
      */
     async until(isSo) {
-        this.service.resume();
+        this.service.queue.resume();
         for (await turn(); !isSo(); await turn()) {
             if (performance.now() >= this.#deadline) {
                 return false;
@@ -88,10 +88,8 @@ class Player {
             if (this.isManual && this.service.isBusy) {
                 await device.clock.advance(Math.max(this.service.nextDue, 0));
             } else {
-                await new Promise((resolve) => {
-                    this.#wake = resolve;
-                    setTimeout(resolve, 1).unref();
-                });
+                const request = new Promise((resolve) => { this.#wake = resolve; });
+                await Promise.race([request, delay(1, null, { ref: false })]);
             }
         }
         return true;
@@ -100,18 +98,18 @@ class Player {
     async awaitRequest(expected) {
         this.doing += ` waits for a request of ${expected.method}`;
         this.onWait(this.doing);
-        const find = () => this.#requests.findIndex((request) => isMeant(expected, request));
-        this.#awaited = expected;
+        this.#isAwaited = (request) => matches(expected, request);
+        const find = () => this.#requests.findIndex(this.#isAwaited);
         const isMade = find() >= 0 || await this.until(() => find() >= 0);
-        this.#awaited = null;
         this.onWait(isMade ? '' : this.doing);
         this.#requests.splice(0, isMade ? find() + 1 : 0);
+        this.#isAwaited = () => false;
         return isMade;
     }
 
     async pass(ms) {
         if (this.isManual) {
-            this.service.resume();
+            this.service.queue.resume();
             await device.clock.advance(ms);
             return true;
         }
@@ -131,8 +129,8 @@ const ACTIONS = {
     state: ({ service }, changes) => { service.state = changes; },
     rule: ({ service }, rule) => service.addRule(rule),
     clearRules: ({ service }) => service.clearRules(),
-    // The answers may be due later: only whether there is a request to answer is awaited.
-    answer: ({ service }, { with: answers, ...which }) => Promise.race([service.answer(which, answers), turn()]),
+    // Awaits only whether there is a request to answer, and is reported before the first answer is given.
+    answer: ({ service }, { with: answers, ...which }) => Promise.race([turn(), service.answer(which, answers)]),
     window: ({ context }, state) => (state === 'shown' ? device.showWindow : device.hideWindow)(context),
     systemApp: (player, isSystem) => device.setSystemApp(isSystem),
     fail: (player, { call, ...options }) => device.failNext(call, options),

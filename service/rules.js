@@ -1,6 +1,6 @@
 'use strict';
 
-// Which rule answers a request, and which records or Wants an expectation means.
+// Which rule answers a request, and which calls and Wants are as expected.
 
 /** Random numbers from 0 to 1 that depend on the seed alone (Mulberry32). */
 function seeded(seed) {
@@ -39,7 +39,8 @@ function contains(actual, expected) {
 
 const listOf = (value) => (Array.isArray(value) ? value : [value]);
 
-function isMeant({ method, requestType, want }, request) {
+/** Whether a request is as `when` of a rule, or a step that awaits it, says. */
+function matches({ method, requestType, want }, request) {
     return (method === undefined || listOf(method).includes(request.method)) &&
         (requestType === undefined || requestType === request.requestType) &&
         (want === undefined || contains(request.parameters, want));
@@ -49,48 +50,25 @@ function isTurn({ nth, every }, seen) {
     return (nth === undefined || listOf(nth).includes(seen)) && (every === undefined || seen % every === 0);
 }
 
-/** Rules in their order, with how often each was met and used. */
-class RuleBook {
-    #entries = [];
-    #random;
-
-    constructor(rules, seed, now) {
-        this.#random = seeded(seed);
-        rules.forEach((rule) => this.add(rule, now));
-    }
-
-    /** The rules, first to last. */
-    get rules() {
-        return this.#entries.map(({ rule }) => rule);
-    }
-
-    add(rule, now) {
-        this.#entries.push({ rule, since: now, seen: 0, used: 0 });
-    }
-
-    clear() {
-        this.#entries = [];
-    }
-
-    /**
-     * The first rule for the request; null if there is none. Every rule that means the request counts it, also those after
-     * the first. `now` is the device's time in milliseconds.
-     */
-    match(request, now) {
-        const meant = this.#entries.filter(({ rule }) => isMeant(rule.when ?? {}, request));
-        meant.forEach((entry) => { entry.seen += 1; });
-        const entry = meant.find((one) => this.#isUsed(one, now));
-        if (!entry) {
-            return null;
-        }
-        entry.used += 1;
-        return entry.rule;
-    }
-
-    #isUsed({ rule: { when = {}, times = Infinity, from = 0, until = Infinity, chance = 1 }, since, seen, used }, now) {
-        const age = now - since;
-        return used < times && age >= from && age < until && isTurn(when, seen) && (chance === 1 || this.#random() < chance);
-    }
+function isUsed({ rule, since, seen, used }, now, random) {
+    const { when = {}, times = Infinity, from = 0, until = Infinity, chance = 1 } = rule;
+    const age = now - since;
+    return used < times && age >= from && age < until && isTurn(when, seen) && (chance === 1 || random() < chance);
 }
 
-module.exports = { RuleBook, contains, isMeant, parse };
+/**
+ * The first rule for the request; null if there is none. Each entry has a rule, the time `since` when it is there, and
+ * how often it was `seen` and `used`. Every rule that matches counts the request, also those after the first.
+ */
+function ruleFor(request, entries, now, random) {
+    const matching = entries.filter(({ rule: { when = {} } }) => matches(when, request));
+    matching.forEach((entry) => { entry.seen += 1; });
+    const entry = matching.find((one) => isUsed(one, now, random));
+    if (!entry) {
+        return null;
+    }
+    entry.used += 1;
+    return entry.rule;
+}
+
+module.exports = { contains, matches, parse, ruleFor, seeded };

@@ -3,53 +3,45 @@
 const { EventEmitter } = require('node:events');
 const device = require('../device/index.js');
 const { announce, ownAnswers } = require('./answers.js');
-const { RuleBook } = require('./rules.js');
+const { AnswerQueue } = require('./queue.js');
+const { ruleFor, seeded } = require('./rules.js');
 const { changeState, copyOf, newState } = require('./state.js');
 
-const GIVE = {
-    result: (modal, { result, parameters }) => modal.result(result, parameters),
-    receive: (modal, { receive }) => modal.receive(receive),
-    release: (modal, { release }) => modal.release(release),
-    error: (modal, { error, name, message }) => modal.error(error, name, message),
-};
+// The kinds of answers, with the keys that each has besides.
+const KINDS = { result: ['parameters'], receive: [], release: [], error: ['name', 'message'] };
 const PAGES = ['launchWelcomeBanner', 'launchCommonPage', 'launchAntiAddiction'];
 
 /** Gives one answer. That the device forgot the modal, or that the game has ended, is no fault of the service. */
 async function give(modal, answer) {
-    try {
-        await GIVE[Object.keys(GIVE).find((kind) => Object.hasOwn(answer, kind))](modal, answer);
-    } catch (problem) {
+    const kind = Object.keys(KINDS).find((one) => Object.hasOwn(answer, one));
+    await modal[kind](answer[kind], ...KINDS[kind].map((key) => answer[key])).catch((problem) => {
         if (problem instanceof TypeError) {
             throw problem;
         }
-    }
+    });
 }
 
-/** Groups answers that follow each other at once: the next group begins with an answer that comes `after` a time. */
+/** Groups answers that come together: each group but the first begins with an answer that comes `after` a time. */
 function groupsOf(answers) {
-    return answers.reduce((groups, answer) => {
-        if (groups.length === 0 || answer.after > 0) {
-            groups.push([]);
-        }
-        groups.at(-1).push(answer);
-        return groups;
-    }, []);
+    const begins = [...answers.keys()].filter((index) => index === 0 || answers[index].after > 0);
+    return begins.map((begin, nth) => answers.slice(begin, begins[nth + 1]));
 }
 
 class Service extends EventEmitter {
     #state;
-    #book;
+    #entries = [];  // of rules, as `ruleFor` needs them
+    #random;
     #counts = new Map();  // of requests, by method
-    #due = new Set();  // the answers that are due later
-    #kept = null;  // while answers are kept back, functions that give those that are due
     #byHand;
 
     constructor({ state = {}, rules = [], seed = 1, byHand = () => false } = {}) {
         super();
         this.requests = [];
+        this.queue = new AnswerQueue();
         this.#byHand = byHand;
         this.#state = changeState(newState(), state);
-        this.#book = new RuleBook(rules, seed, device.clock.now());
+        this.#random = seeded(seed);
+        rules.forEach((rule) => this.addRule(rule));
         device.onModal((modal) => this.#serve(modal));
     }
 
@@ -64,20 +56,20 @@ class Service extends EventEmitter {
     }
 
     get rules() {
-        return this.#book.rules;
+        return this.#entries.map(({ rule }) => rule);
     }
 
     addRule(rule) {
-        this.#book.add(rule, device.clock.now());
+        this.#entries.push({ rule, since: device.clock.now(), seen: 0, used: 0 });
     }
 
     clearRules() {
-        this.#book.clear();
+        this.#entries = [];
     }
 
     /** Whether answers are due later. */
     get isBusy() {
-        return this.#due.size > 0;
+        return this.queue.nextDue < Infinity;
     }
 
     /** Whether a request waits for an answer by hand, as a rule or `byHand` says. */
@@ -87,7 +79,7 @@ class Service extends EventEmitter {
 
     /** Milliseconds until the next answer is due; infinite if there is none. */
     get nextDue() {
-        return Math.min(Infinity, ...Array.from(this.#due, ({ due }) => due - device.clock.now()));
+        return this.queue.nextDue;
     }
 
     /** The requests that nobody will answer unless it is done by hand, oldest first. */
@@ -96,22 +88,18 @@ class Service extends EventEmitter {
             (method === undefined || request.method === method));
     }
 
-    /** Answers a request by hand: the oldest one that waits and is meant, else the latest one that is meant. */
+    /** Answers a request by hand: of those that match, the oldest one that waits, else the latest one. */
     async answer({ modal: id, method, nth }, answers) {
-        const isMeant = (request) => (id === undefined || request.modal.id === id) &&
+        const matches = (request) => (id === undefined || request.modal.id === id) &&
             (method === undefined || request.method === method) && (nth === undefined || request.nth === nth);
-        const request = this.waiting().find(isMeant) ?? this.requests.findLast(isMeant);
+        const request = this.waiting().find(matches) ?? this.requests.findLast(matches);
         if (!request) {
             throw new Error(`there is no open request of ${method ?? `modal ${id}`} to answer`);
         }
-        request.isWaiting = false;
-        return this.#plan(request, answers, 0);
+        return this.#giveInTurn(request, answers);
     }
 
-    /**
-     * Signs another player in; '' signs out. A game that waits for an answer hears of it at once, others with their next
-     * getLocalPlayer.
-     */
+    /** Signs another player in, or out with ''. A game that waits for an answer learns it at once, others at login. */
     async switchPlayer(playerId) {
         this.state = { currentPlayer: playerId };
         const player = this.#state.players.find((one) => one.playerId === playerId);
@@ -122,22 +110,10 @@ class Service extends EventEmitter {
         }
     }
 
-    /** Keeps answers back that are due, until `resume`. The clock does not wait for them. */
-    pause() {
-        this.#kept ??= [];
-    }
-
-    resume() {
-        const kept = this.#kept ?? [];
-        this.#kept = null;
-        kept.forEach((giveNow) => giveNow());
-    }
-
     /** Stops answering. What is due later is not given. */
     close() {
         device.onModal(null);
-        this.#due.forEach((entry) => entry.cancel());
-        this.#due.clear();
+        this.queue.clear();
     }
 
     #serve(modal) {
@@ -146,56 +122,43 @@ class Service extends EventEmitter {
         this.#counts.set(method, nth);
         const request = { modal, method, requestType: parameters.requestType, parameters, nth, isWaiting: true };
         this.requests = [...this.requests.filter((other) => other.modal.isOpen), request];
-        const rule = this.#book.match(request, device.clock.now());
+        const rule = ruleFor(request, this.#entries, device.clock.now(), this.#random);
         this.emit('request', request, rule);
-        this.#begin(request, rule);
+        this.#follow(rule ?? this.#defaultRule(request), request);
     }
 
-    // Pages stay open until they are closed by hand, but no game waits for that.
-    #begin(request, rule) {
-        const isPage = PAGES.includes(request.method);
-        if (rule ? rule.wait : !isPage && this.#byHand(request)) {
+    // No game waits for a page: it stays open until it is closed by hand.
+    #defaultRule(request) {
+        return PAGES.includes(request.method) ? { never: true } : { wait: this.#byHand(request) };
+    }
+
+    #follow({ wait, never, answer = [{ own: true }], delay }, request) {
+        if (wait) {
             request.isAwaited = true;
             this.emit('waits', request);
-        } else if (rule ? !rule.never : !isPage) {
-            request.isWaiting = false;
-            this.#plan(request, rule?.answer ?? [{ own: true }], rule?.delay ?? 0);
+        } else if (!never) {
+            void this.#giveInTurn(request, answer, delay);
         }
     }
 
-    // Resolves when all answers were given.
-    #plan(request, answers, delay) {
-        return groupsOf(answers).reduce((before, group, index) => before.then(() =>
-            this.#at((group[0].after ?? 0) + (index === 0 ? delay : 0), () => this.#giveAll(request, group))),
-        Promise.resolve());
+    /** Gives answers, each group at its time after the one before. Resolves when all were given. */
+    async #giveInTurn(request, answers, delay = 0) {
+        request.isWaiting = false;
+        for (const [index, group] of groupsOf(answers).entries()) {
+            const ms = (index === 0 ? delay : 0) + (group[0].after ?? 0);
+            await this.queue.add(ms, () => this.#giveTogether(request, group));
+        }
     }
 
-    async #giveAll({ modal, ...request }, group) {
+    async #giveTogether(request, group) {
         const answers = group.flatMap((answer) => (answer.own ? ownAnswers(request, this.#state) : [answer]));
         if (group.some(({ own }) => own)) {
             this.emit('state');
         }
-        await Promise.all(answers.map((answer) => give(modal, answer)));
-    }
-
-    #at(ms, handler) {
-        return new Promise((resolve, reject) => {
-            const entry = { due: device.clock.now() + ms };
-            const run = () => {
-                if (this.#kept) {
-                    this.#kept.push(() => this.#due.has(entry) && arm(0));
-                    return undefined;
-                }
-                this.#due.delete(entry);
-                return handler().then(resolve, reject);
-            };
-            const arm = (delay) => { entry.cancel = device.clock.after(delay, run); };
-            this.#due.add(entry);
-            arm(ms);
-        });
+        await Promise.all(answers.map((answer) => give(request.modal, answer)));
     }
 }
 
 const createService = (options) => new Service(options);
 
-module.exports = { Service, createService };
+module.exports = { createService };

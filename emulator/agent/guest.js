@@ -114,9 +114,9 @@ class Guest {
 /** What the emulator may have done here. */
 const COMMANDS = {
     status: (guest) => guest.status(),
-    // The answers may be due later: only whether there is a request to answer is awaited.
+    // Awaits only whether there is a request to answer, and is reported before the first answer is given.
     answer: ({ service }, { modal, with: answers }) =>
-        Promise.race([service.answer({ modal }, checkPart('answers', answers)), new Promise(setImmediate)]),
+        Promise.race([new Promise(setImmediate), service.answer({ modal }, checkPart('answers', answers))]),
     step: ({ player }, step) => player.perform(checkPart('step', step)),
     clock: (guest, clock) => guest.setClock(clock),
     hand: (guest, methods) => guest.setHand(methods),
