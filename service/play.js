@@ -1,10 +1,10 @@
 'use strict';
 
-const { clearTimeout, setTimeout } = require('node:timers');  // captured before a test runner replaces them
-const { setImmediate: turn } = require('node:timers/promises');
+// Captured before a test runner replaces them.
+const { setImmediate: turn, setTimeout: delay } = require('node:timers/promises');
 const device = require('../device/index.js');
 const { Player, begin } = require('./player.js');
-const { callsIn, codesIn, failuresOf } = require('./report.js');
+const { callsIn, codesIn, failuresOf, isMetRunning } = require('./report.js');
 const { readScenario, withDefaults } = require('./scenario.js');
 
 const GRACE_MS = 1000;  // for requests of a game whose function has returned; in real time
@@ -28,17 +28,22 @@ class ScenarioFailure extends Error {
     }
 }
 
-/** How a game ended while its steps were played. It still runs if `isMet` comes true first, after the steps. */
-async function endOf(ended, player, isMet) {
+/** How the play ends: by the module, by its time limit, with the game, or when one that is to run on has met all. */
+async function endOf({ timeLimit, expect }, { player, records, signal }, game) {
+    const ends = [
+        new Promise((resolve) => device.onExit(({ code }) => resolve({ how: 'module', code }))),
+        delay(timeLimit * 1000, { how: 'runs', seconds: timeLimit }, { signal }),
+        runGame(game, player.context),
+    ];
     const played = player.run();
-    const runs = played.then(() => player.until(isMet)).then(() => ({ how: 'runs' }));
-    const end = await Promise.race([ended, runs]);
+    const runOn = async () => {
+        await played;
+        await player.until(() => isMetRunning(expect, records));
+        return { how: 'runs' };
+    };
+    const end = await Promise.race([...ends, runOn()]);
     player.stop(end.how === 'ends' ? GRACE_MS : 0);
-    await played.catch((problem) => {
-        if (end.how === 'ends') {
-            throw problem;  // otherwise the end of the game is the cause
-        }
-    });
+    await played.catch((problem) => end.how === 'ends' && Promise.reject(problem));  // else the end is the cause
     return end;
 }
 
@@ -60,9 +65,8 @@ function reportOf({ name, expect }, { player, records, service }, end) {
 async function play(source, game) {
     const file = typeof source === 'string' ? source : 'scenario';
     const scenario = { name: file, ...withDefaults(readScenario(source)) };
-    const { clock, timeLimit, expect } = scenario;
     device.reset();
-    if (clock === 'manual') {
+    if (scenario.clock === 'manual') {
         device.clock.manual();
     }
     const records = [];
@@ -70,19 +74,14 @@ async function play(source, game) {
     const context = device.createAbilityContext();
     const service = begin(scenario);
     const player = new Player(scenario, { service, context, file });
-    const isEnded = new Promise((resolve) => device.onExit(({ code }) => resolve({ how: 'module', code })));
-    let timer;
-    const isLate = new Promise((resolve) => {
-        timer = setTimeout(() => resolve({ how: 'runs', seconds: timeLimit }), timeLimit * 1000);
-    });
+    const limit = new AbortController();
     try {
-        const isMet = () => expect?.end === 'runs' && failuresOf(expect, records, { how: 'runs' }).length === 0;
-        const end = await endOf(Promise.race([isEnded, runGame(game, context), isLate]), player, isMet);
+        const end = await endOf(scenario, { player, records, signal: limit.signal }, game);
         await turn();
-        await turn();  // the device tells of what has happened in the next turn of the loop
+        await turn();  // the device reports what has happened in the next turn of the loop
         return reportOf(scenario, { player, records, service }, end);
     } finally {
-        clearTimeout(timer);
+        limit.abort();
         service.close();
         device.reset();
     }

@@ -43,34 +43,34 @@ function describe({ method, want, code }) {
     return method + (want ? ` with ${JSON.stringify(want)}` : '') + (code === undefined ? '' : ` that gets ${code}`);
 }
 
+const describeMade = ({ want, code = 'pending' }) => `${JSON.stringify(want) ?? 'no Want'} that got ${code}`;
+
 /** What came closest: the calls of the same method. */
 function describeOthers({ method }, calls) {
-    const others = calls.filter((call) => call.method === method);
-    const texts = others.slice(0, 3).map(({ want, code }) => `${want ? JSON.stringify(want) : 'no Want'} that got ${code ?? 'pending'}`);
-    return others.length > 0 ? `; its calls were: ${texts.join(', ')}` : `; ${method} was not called`;
+    const others = calls.filter((call) => call.method === method).slice(0, 3).map(describeMade);
+    return others.length > 0 ? `its calls were: ${others.join(', ')}` : `${method} was not called`;
+}
+
+function wrongCount(expected, calls) {
+    const count = calls.filter((call) => isCall(expected, call)).length;
+    return count === expected.times ? [] : [`expected ${expected.times} calls of ${describe(expected)}, not ${count}`];
 }
 
 // Each expected call comes after the one before it. With `times`, all calls are counted instead.
 function missingCalls(expected, calls) {
-    const failures = [];
     let from = 0;
-    for (const one of expected) {
+    return expected.flatMap((one) => {
         if (one.times !== undefined) {
-            const count = calls.filter((call) => isCall(one, call)).length;
-            if (count !== one.times) {
-                failures.push(`expected ${one.times} calls of ${describe(one)}, not ${count}`);
-            }
-            continue;
+            return wrongCount(one, calls);
         }
         const found = calls.findIndex((call, index) => index >= from && isCall(one, call));
         if (found < 0) {
-            failures.push(`expected a call of ${describe(one)}${from > 0 ? ` after the call of ${calls[from - 1].method}` : ''}` +
-                describeOthers(one, calls));
-        } else {
-            from = found + 1;
+            const place = from > 0 ? ` after the call of ${calls[from - 1].method}` : '';
+            return [`expected a call of ${describe(one)}${place}; ${describeOthers(one, calls)}`];
         }
-    }
-    return failures;
+        from = found + 1;
+        return [];
+    });
 }
 
 function missingCodes(expected, met) {
@@ -79,31 +79,32 @@ function missingCodes(expected, met) {
         .map((code) => `expected ${method} to meet ${code}; it met ${met[method]?.join(', ') ?? 'no code'}`));
 }
 
-const describeEnd = ({ how, code, reason, seconds }) => ({
-    ends: 'it ended by itself',
-    runs: `it still ran${seconds ? ` after ${seconds} s` : ''}`,
-    fails: `it failed: ${reason}`,
-    module: `the module ended it: ${code === undefined ? 'the time to play was over' : `an answer with code ${code}`}`,
-})[how];
+const causeOf = (code) => (code === undefined ? 'the time to play was over' : `an answer with code ${code}`);
 
-const describeExpectedEnd = (expected) => ({
-    ends: 'the game should end by itself',
-    runs: 'the game should still run',
-    fails: 'the game should fail',
-    module: 'the module should end the game',
-})[expected] ?? `the module should end the game with ${expected.module}`;
+/** For each way to end, what was expected, and what happened instead. */
+const ENDS = {
+    ends: ['the game should end by itself', () => 'it ended by itself'],
+    runs: ['the game should still run', ({ seconds }) => `it still ran${seconds ? ` after ${seconds} s` : ''}`],
+    fails: ['the game should fail', ({ reason }) => `it failed: ${reason}`],
+    module: ['the module should end the game', ({ code }) => `the module ended it: ${causeOf(code)}`],
+};
 
 function wrongEnd(expected, end) {
     const [how, code] = typeof expected === 'string' ? [expected] : ['module', expected.module];
-    const isMet = end.how === how && (code === undefined || code === (end.code ?? 'timer'));
-    return isMet ? [] : [`${describeExpectedEnd(expected)}, but ${describeEnd(end)}`];
+    if (end.how === how && (code === undefined || code === (end.code ?? 'timer'))) {
+        return [];
+    }
+    const [should] = ENDS[how];
+    const [, describeEnd] = ENDS[end.how];
+    return [`${should}${code === undefined ? '' : ` with ${code}`}, but ${describeEnd(end)}`];
 }
 
-const describeStuck = (doing) => `${doing}${doing.includes(' waits ') ? ', which the game did not make' : ' was not done'}`;
+const describeStuck = (doing) =>
+    doing + (doing.includes(' waits ') ? ', which the game did not make' : ' was not done');
 
 /**
- * What a run did not meet of `expect`: one line each. `end` is how the game ended: { how, code?, reason?, seconds? }, and
- * `doing` the step that was not done, if there is one.
+ * What a run did not meet of `expect`: one line each. `end` is how the game ended, { how, code?, reason?, seconds? },
+ * and `doing` the step that was not done, if there is one.
  */
 function failuresOf({ calls = [], codes = {}, end: expectedEnd = 'ends' } = {}, records, end, doing = '') {
     return [
@@ -114,4 +115,8 @@ function failuresOf({ calls = [], codes = {}, end: expectedEnd = 'ends' } = {}, 
     ];
 }
 
-module.exports = { callsIn, codesIn, failuresOf };
+/** Whether a game that is to run on has met all that is expected. */
+const isMetRunning = (expect, records) =>
+    expect?.end === 'runs' && failuresOf(expect, records, { how: 'runs' }).length === 0;
+
+module.exports = { callsIn, codesIn, failuresOf, isMetRunning };
