@@ -18,7 +18,7 @@ function handOver(player, data) {
     return [{ receive: { resultCode: ErrorCode.SUCCESS, ...text, ...time } }, { release: 0 }];
 }
 
-/** Tells the game that another player has signed in. */
+/** Reports to the game that another player has signed in. */
 function announce(player) {
     const resultInfo = player ? `${player.playerName} signed in` : 'nobody is signed in';
     return { receive: { resultCode: PLAYER_CHANGED, resultInfo } };
@@ -49,8 +49,8 @@ function logIn({ player, state }) {
     return [...change, ...(refusal ? result(refusal) : handOver(player, publicPartOf(player)))];
 }
 
-function verify({ player, fields }) {
-    const refusal = refusalOf(player) ?? (fields.thirdUserInfo.isRealName === false ? ErrorCode.NOT_REAL_NAME : undefined);
+function verify({ player, fields: { thirdUserInfo } }) {
+    const refusal = refusalOf(player) ?? (thirdUserInfo.isRealName === false ? ErrorCode.NOT_REAL_NAME : undefined);
     return refusal ? result(refusal) : handOver(player);
 }
 

@@ -27,7 +27,7 @@ export interface State {
     players: Player[];
     /** The `playerId` of the player who is signed in; empty if nobody is. */
     currentPlayer: string;
-    /** Whether the next `getLocalPlayer` first tells the game that the player has changed. */
+    /** Whether the next `getLocalPlayer` first reports to the game that the player has changed. */
     announcesPlayer: boolean;
     bindings: { thirdOpenId: string; teamPlayerId: string }[];
     /** The roles that the game saved, one for each `roleId`. */
@@ -35,7 +35,9 @@ export interface State {
     /** If empty, every product can be bought. What is not listed then cannot. The default outcome is 'paid'. */
     products: { productId: string; outcome?: 'paid' | 'pending' | 'cancelled' | 'completed' }[];
     /** `postPurchase` completes a purchase that is paid; it fails for any other. */
-    purchases: { purchase: string; productId: string; developerPayload?: string; status: 'paid' | 'pending' | 'completed' }[];
+    purchases: {
+        purchase: string; productId: string; developerPayload?: string; status: 'paid' | 'pending' | 'completed';
+    }[];
     /** The account that the player takes in `unionLogin`; empty: the first one. */
     unionAccount: string;
     /** The quick games that may log in; if empty, every one may. */
@@ -130,13 +132,13 @@ export interface Service {
     /** The requests that only an answer by hand can settle or close, oldest first. Pages are among them. */
     waiting(method?: string): Request[];
     /**
-     * Answers the oldest request that waits and has this modal ID, or this method and number. One that was answered can be
-     * answered again while its modal is open. Resolves when all answers were given; rejects if there is no such request.
+     * Answers the oldest request that waits with this modal ID, or method and number; else the latest that is open.
+     * Resolves when all answers were given; rejects if there is no such request.
      */
     answer(which: { modal?: number; method?: string; nth?: number }, answers: Answer[]): Promise<void>;
     /**
-     * Signs another player in, or out with ''. A game that waits for an answer hears of it at once; others hear of it
-     * with their next `getLocalPlayer`.
+     * Signs another player in, or out with ''. A game that waits for an answer learns of it at once; others with their
+     * next `getLocalPlayer`.
      */
     switchPlayer(playerId: string): Promise<void>;
     /** Stops answering. What is due later is not given. */
@@ -144,7 +146,7 @@ export interface Service {
 }
 
 /**
- * Answers all modals from now on, in this environment's `device.onModal`. Until `close`, or a reset of the device. Pages
+ * Answers all modals from now on, in this environment's `device.onModal`, until `close` or a reset of the device. Pages
  * such as the welcome banner stay open until they are closed by hand.
  */
 export function createService(options?: ServiceOptions): Service;
@@ -152,7 +154,7 @@ export function createService(options?: ServiceOptions): Service;
 /** One or more actions. They are done in the order of their keys. */
 export interface Step {
     note?: string;
-    /** Waits for the next request of the game that matches. What follows is done before that request is answered. */
+    /** Waits for the game's next request that matches. What follows is done before that request is answered. */
     await?: { method: string; want?: Record<string, unknown> };
     advance?: number;
     player?: string;
@@ -212,7 +214,8 @@ export function readScenario(source: string | Scenario): Scenario;
 export interface Report {
     /** The calls of the module's methods in order. The code is 0 for success, and undefined if there was none. */
     calls: {
-        call: number; method: string; want?: Record<string, unknown>; code?: number; how?: string; begun: number; ended?: number;
+        call: number; method: string; want?: Record<string, unknown>; code?: number; how?: string;
+        begun: number; ended?: number;
     }[];
     /** By method, the codes that the game met. */
     codes: Record<string, number[]>;

@@ -12,21 +12,19 @@ class ScenarioError extends Error {
     }
 }
 
+function loadAjv() {
+    try {
+        return require('ajv');
+    } catch (cause) {
+        const missing = 'scenarios are checked with the npm package ajv, which is not installed: run npm install ajv';
+        throw new Error(missing, { cause });
+    }
+}
+
 let validate;
 
 /** The validator, compiled on first use. */
-function validator() {
-    if (!validate) {
-        let Ajv;
-        try {
-            Ajv = require('ajv');
-        } catch (cause) {
-            throw new Error('scenarios are checked with the npm package ajv, which is not installed: run npm install ajv', { cause });
-        }
-        validate = new Ajv({ allowUnionTypes: true, verbose: true }).compile(schema);
-    }
-    return validate;
-}
+const validator = () => (validate ??= new (loadAjv())({ allowUnionTypes: true, verbose: true }).compile(schema));
 
 /** "steps[2].advance" for the JSON pointer "/steps/2/advance". */
 const placeOf = (pointer) => pointer.slice(1).replace(/\/(\d+)(?=\/|$)/g, '[$1]').replace(/\//g, '.');
@@ -42,9 +40,7 @@ const REASONS = {
     const: ({ params }) => `must be ${JSON.stringify(params.allowedValue)}`,
 };
 
-function reasonOf(error) {
-    return REASONS[error.keyword]?.(error) ?? `${error.message}, not ${JSON.stringify(error.data)}`;
-}
+const reasonOf = (error) => REASONS[error.keyword]?.(error) ?? `${error.message}, not ${JSON.stringify(error.data)}`;
 
 // A choice that fails also reports every alternative first: the deepest error but those is the cause.
 function causeOf(errors) {
@@ -52,7 +48,7 @@ function causeOf(errors) {
     return errors.find((error) => !isAlternative(error)) ?? errors[0];
 }
 
-/** What the schema cannot tell: whether the state has the player who is signed in. */
+/** What the schema cannot check: whether the state has the player who is signed in. */
 function checkState({ state = {} }, file) {
     try {
         changeState(newState(), state);
