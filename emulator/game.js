@@ -11,14 +11,15 @@ const UNSETTLED = 13;  // Node's exit status if an await never settles
 /** One run of the game in a process of its own, which leads its process group. */
 class Game {
     #child;
-    #pending = new Map();  // promises of commands, by their number
+    #onRecord;
+    #pending = new Map();  // by the number of a command, what settles its promise
     #count = 0;
     #isStopped = false;
     #last = null;  // the record that says why the game ended
 
-    /** Starts it. `tell` gets the records; `settings` are those of the agent. */
-    constructor({ game, gameArguments }, settings, tell) {
-        this.tell = tell;
+    /** Starts it. `onRecord` gets the records; `settings` are those of the agent. */
+    constructor({ game, gameArguments }, settings, onRecord) {
+        this.#onRecord = onRecord;
         this.#child = spawn(process.execPath, ['--require', AGENT, game, ...gameArguments], {
             detached: true,
             stdio: ['ignore', 'pipe', 'pipe', 'pipe', 'pipe'],
@@ -27,7 +28,7 @@ class Game {
         const [, out, err, channel] = this.#child.stdio;
         this.#forward(out, process.stdout, 'out');
         this.#forward(err, process.stderr, 'err');
-        onLines(channel, (message) => this.#hear(message));
+        onLines(channel, (message) => this.#handle(message));
         this.#child.stdio.at(-1).on('error', () => {});  // the pipe of the watchdog
         channel.write(`${JSON.stringify(settings)}\n`);
         this.pid = this.#child.pid;
@@ -42,21 +43,20 @@ class Game {
     #forward(from, to, stream) {
         from.setEncoding('utf8').on('data', (text) => {
             to.write(text);
-            this.tell({ kind: 'output', stream, text });
+            this.#onRecord({ kind: 'output', stream, text });
         });
     }
 
-    #hear({ record, id, answer, error }) {
+    #handle({ record, id, ...outcome }) {
         if (!record) {
-            const { resolve, reject } = this.#pending.get(id);
+            this.#pending.get(id)(outcome);
             this.#pending.delete(id);
-            (error === undefined ? resolve : reject)(error === undefined ? answer : new Error(error));
             return;
         }
         if (record.kind === 'ended' || record.kind === 'failed') {
             this.#last = record;
         }
-        this.tell(record);
+        this.#onRecord(record);
     }
 
     #endOf(status, signal) {
@@ -78,7 +78,7 @@ class Game {
     }
 
     #abandon() {
-        this.#pending.forEach(({ reject }) => reject(new Error('the game has ended')));
+        this.#pending.forEach((settle) => settle({ error: 'the game has ended' }));
         this.#pending.clear();
     }
 
@@ -87,11 +87,10 @@ class Game {
         return new Promise((resolve, reject) => {
             const id = ++this.#count;
             const timer = setTimeout(() => reject(new Error('the game does not respond')), SILENCE_MS);
-            const settle = (call) => (result) => {
+            this.#pending.set(id, ({ error, answer }) => {
                 clearTimeout(timer);
-                call(result);
-            };
-            this.#pending.set(id, { resolve: settle(resolve), reject: settle(reject) });
+                return error === undefined ? resolve(answer) : reject(new Error(error));
+            });
             this.#child.stdio[3].write(`${JSON.stringify({ id, command, value })}\n`);
         });
     }

@@ -1,10 +1,10 @@
 #!/usr/bin/env node
 'use strict';
 
-const { failuresOf } = require('../service/report.js');
-const { ScenarioError, withDefaults } = require('../service/scenario.js');
-const { UsageError, readOptions } = require('./options.js');
-const { failuresOfRun, tellOutcome } = require('./outcome.js');
+const { isMetRunning } = require('../service/report.js');
+const { withDefaults } = require('../service/scenario.js');
+const { readOptions } = require('./options.js');
+const { failuresOfRun, reportOutcome } = require('./outcome.js');
 const { serve } = require('./server.js');
 const { Runs } = require('./runs.js');
 
@@ -14,8 +14,8 @@ const STATUS = { failed: 1, unusable: 2 };
 
 const say = (text) => process.stderr.write(`game emulator: ${text}\n`);
 
-/** Leaves when the process is told to, after the game's processes. */
-function obeySignals(runs) {
+/** Ends the process on a signal, after the game's processes. */
+function handleSignals(runs) {
     for (const [signal, status] of [['SIGINT', 130], ['SIGTERM', 143], ['SIGHUP', 129]]) {
         process.on(signal, () => {
             runs.close();
@@ -29,9 +29,8 @@ function obeySignals(runs) {
 function watchOver(runs, { expect, timeLimit }) {
     const { stream } = runs;
     const timer = setTimeout(() => runs.stop(), timeLimit * 1000);
-    const isMet = () => stream.facts.some(({ kind }) => kind === 'played') &&
-        failuresOf(expect, stream.facts, { how: 'runs' }).length === 0;
-    const poll = setInterval(() => expect?.end === 'runs' && isMet() && runs.stop(), POLL_MS);
+    const isMet = () => isMetRunning(expect, stream.facts) && stream.facts.some(({ kind }) => kind === 'played');
+    const poll = setInterval(() => isMet() && runs.stop(), POLL_MS);
     return () => {
         clearTimeout(timer);
         clearInterval(poll);
@@ -46,7 +45,7 @@ async function playHeadless(runs, { scenario: given, file, junit }) {
     done();
     const name = scenario.name ?? file ?? 'the game';
     const failures = failuresOfRun(scenario, runs.stream, { ...end, seconds: scenario.timeLimit });
-    tellOutcome({ name, failures, seconds: (performance.now() - begun) / 1000, junit });
+    reportOutcome({ name, failures, seconds: (performance.now() - begun) / 1000, junit });
     if (end.isUnstarted && !runs.stream.facts.some(({ kind }) => kind === 'call')) {
         say(`the game could not start: ${end.reason}`);
         return STATUS.unusable;
@@ -59,7 +58,7 @@ async function playWithPage(runs, options) {
     if (options.watch) {
         runs.watch();
     }
-    runs.stream.listen(({ kind, how, reason }) => {
+    runs.stream.subscribe(({ kind, how, reason }) => {
         if (kind === 'end') {
             say(`the game ${ENDS[how]}${reason ? ` (${reason})` : ''}; its page stays until Ctrl+C`);
         }
@@ -68,22 +67,13 @@ async function playWithPage(runs, options) {
 }
 
 async function main() {
-    let options;
-    try {
-        options = readOptions(process.argv.slice(2));
-    } catch (error) {
-        if (!(error instanceof UsageError || error instanceof ScenarioError)) {
-            throw error;
-        }
-        say(error.message);
-        process.exit(STATUS.unusable);
-    }
+    const options = readOptions(process.argv.slice(2));
     if (options.help) {
         process.stdout.write(options.help);
         return;
     }
     const runs = new Runs(options);
-    obeySignals(runs);
+    handleSignals(runs);
     if (options.headless) {
         process.exitCode = await playHeadless(runs, options);
     } else {

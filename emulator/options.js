@@ -29,11 +29,9 @@ const OPTIONS = {
     'help': { type: 'boolean', default: false },
 };
 
-/** A command line that cannot be obeyed: the message is one line with cause and cure. */
-class UsageError extends Error {}
-
+/** Refuses the command line, with one line that names cause and cure. */
 function refuse(text) {
-    throw new UsageError(text);
+    throw new Error(text);
 }
 
 // The game's own options come after its name.
@@ -81,7 +79,7 @@ function readRate({ speed, 'manual-clock': isManual }, scenario) {
     return isManual || (scenario && scenario.clock !== 'real') ? 0 : 1;
 }
 
-/** Reads the command line. Throws a UsageError or a ScenarioError. */
+/** Reads the command line. Throws an Error with one line that names cause and cure. */
 function readOptions(args) {
     const [own, game, gameArguments] = split(args);
     const values = parse(own);
@@ -99,4 +97,4 @@ function readOptions(args) {
     return { game: readGame(game), gameArguments, file, scenario, rate, headless, junit, record, watch, port };
 }
 
-module.exports = { UsageError, readOptions };
+module.exports = { readOptions };

@@ -5,7 +5,7 @@
 const fs = require('node:fs');
 const { failuresOf } = require('../service/report.js');
 
-/** The lines that say what failed; none if all is as expected. */
+/** What failed, one line each; none if all is as expected. */
 function failuresOfRun({ expect }, { facts, isFull }, end) {
     if (isFull) {
         return [`the game did more than ${facts.length} things, so its outcome is not known`];
@@ -30,7 +30,7 @@ function junitOf(name, failures, seconds) {
 }
 
 /** Prints the outcome and writes `junit`, if it is given. */
-function tellOutcome({ name, failures, seconds, junit }) {
+function reportOutcome({ name, failures, seconds, junit }) {
     const text = failures.length > 0
         ? [`${name}: ${failures.length} failed`, ...failures.map((line) => `  ${line}`)].join('\n')
         : `${name}: passed in ${seconds.toFixed(1)} s`;
@@ -40,4 +40,4 @@ function tellOutcome({ name, failures, seconds, junit }) {
     }
 }
 
-module.exports = { failuresOfRun, tellOutcome };
+module.exports = { failuresOfRun, reportOutcome };

@@ -53,24 +53,21 @@ function stepOf({ command, value }, requests) {
 function stepsOf(records, requests) {
     const steps = [];
     let now = records[0].time;
-    const passTo = (time) => {
-        if (time > now) {
-            steps.push({ advance: time - now });
-        }
+    const add = (step, time) => {
+        steps.push(step);
         now = Math.max(now, time);
     };
+    const advanceTo = (time) => time > now && add({ advance: time - now }, time);
     for (const record of records) {
         const { kind, modal, method, reason, time } = record;
         const step = kind === 'did' && stepOf(record, requests);
         if (kind === 'opened' && !requests.get(modal).isLate) {
-            steps.push({ await: { method } });
-            now = Math.max(now, time);
+            add({ await: { method } }, time);
         } else if (kind === 'opened' || (kind === 'ended' && reason === 'timer')) {
-            passTo(time);
+            advanceTo(time);
         } else if (step) {
-            passTo(time - (step.advance ?? 0));
-            steps.push(step);
-            now = Math.max(now, time);
+            advanceTo(time - (step.advance ?? 0));
+            add(step, time);
         }
     }
     return steps.slice(0, steps.findLastIndex((step) => !step.await) + 1);
@@ -85,7 +82,7 @@ function expectedCalls(records) {
 const expectedEnd = ({ how, code }) => (how === 'module' ? { module: code ?? 'timer' } : how);
 
 /** The scenario of a run. `played` is the scenario that was played in it, if there was one. */
-function record(records, played, end) {
+function scenarioOf(records, played, end) {
     const ready = records.find(({ kind }) => kind === 'ready');
     if (!ready) {
         throw new Error('the game has not started yet, so there is nothing to save');
@@ -104,4 +101,4 @@ function record(records, played, end) {
     };
 }
 
-module.exports = { record };
+module.exports = { scenarioOf };

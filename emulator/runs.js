@@ -3,7 +3,7 @@
 const fs = require('node:fs');
 const path = require('node:path');
 const { Game } = require('./game.js');
-const { record } = require('./recording.js');
+const { scenarioOf } = require('./recording.js');
 const { Stream } = require('./stream.js');
 
 const MAX_FOLDERS = 500;
@@ -12,8 +12,7 @@ const CHANGE_MS = 100;  // several changes within this time are one
 /** The runs of a game, one after the other, and the stream of all that happens in them. */
 class Runs {
     #game = null;
-    #end = { how: 'runs' };
-    #isRunning = false;
+    #end = null;  // of the run; null while it goes on
     #restart = null;
 
     constructor(options) {
@@ -29,14 +28,12 @@ class Runs {
     /** Starts the game. Resolves with how it ended, when it has. */
     async start() {
         const { game, gameArguments } = this.options;
-        const run = new Game(this.options, this.settings, (told) => run === this.#game && this.stream.add(told));
+        const run = new Game(this.options, this.settings, (record) => run === this.#game && this.stream.add(record));
         this.#game = run;
-        this.#isRunning = true;
-        this.#end = { how: 'runs' };
+        this.#end = null;
         this.stream.add({ kind: 'start', game: path.basename(game), gameArguments, pid: run.pid, time: 0 });
         const end = await run.ended;
         if (run === this.#game) {
-            this.#isRunning = false;
             this.#end = end;
             this.stream.add({ kind: 'end', ...end });
             this.#save();
@@ -59,14 +56,14 @@ class Runs {
 
     /** Ends the game's processes without waiting, and saves the run that they were in. */
     close() {
-        if (this.#isRunning) {
-            this.#isRunning = false;
+        if (this.#game && !this.#end) {
+            this.#end = { how: 'runs' };
             this.#game.kill();
             this.#save();
         }
     }
 
-    /** What the game's process answers; of a new process also the clock and the hand are these. */
+    /** What the game's process answers to a command. Clock and hand are kept for the next process. */
     async command(command, value) {
         const answer = await this.#game.command(command, value);
         if (command === 'clock' || command === 'hand') {
@@ -75,17 +72,18 @@ class Runs {
         return answer;
     }
 
-    /** The run so far as a scenario. */
+    /** The run so far as a scenario: JSON text. */
     scenario() {
         if (this.stream.isFull) {
             throw new Error('the run is too long to be saved as a scenario: restart it');
         }
-        return record(this.stream.facts, this.options.scenario, this.#end);
+        const scenario = scenarioOf(this.stream.facts, this.options.scenario, this.#end ?? { how: 'runs' });
+        return `${JSON.stringify(scenario, null, 4)}\n`;
     }
 
     #save() {
         if (this.options.record && !this.stream.isFull && this.stream.facts.some(({ kind }) => kind === 'ready')) {
-            fs.writeFileSync(this.options.record, `${JSON.stringify(this.scenario(), null, 4)}\n`);
+            fs.writeFileSync(this.options.record, this.scenario());
         }
     }
 

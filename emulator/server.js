@@ -8,6 +8,8 @@ const path = require('node:path');
 const MAX_BODY_BYTES = 64 << 10;
 const BATCH = 1000;  // records in one event
 const STATUS_MS = 500;
+const TAKEN = ['EADDRINUSE', 'EACCES'];  // the errors of a port that cannot be used
+const CURE = 'choose another with --port, or leave it out';
 
 const PAGE = path.join(__dirname, 'page');
 const TYPES = { '.html': 'text/html', '.js': 'text/javascript', '.mjs': 'text/javascript', '.css': 'text/css' };
@@ -65,7 +67,11 @@ class Server {
     #runs;
     #token = randomBytes(16).toString('hex');
     #files = findFiles();
-    #policy = policyOf(fs.readFileSync(path.join(PAGE, 'index.html'), 'utf8'));
+    #headers = {
+        'Cache-Control': 'no-store', 'Referrer-Policy': 'no-referrer', 'X-Content-Type-Options': 'nosniff',
+        'Cross-Origin-Resource-Policy': 'same-origin',
+        'Content-Security-Policy': policyOf(fs.readFileSync(path.join(PAGE, 'index.html'), 'utf8')),
+    };
     #server = http.createServer((request, response) => this.#answer(request, response));
     #hosts = [];  // those that a request may name
 
@@ -75,9 +81,9 @@ class Server {
 
     async listen(port) {
         await new Promise((resolve, reject) => {
-            this.#server.once('error', (error) => reject(error.code === 'EADDRINUSE' || error.code === 'EACCES'
-                ? new Error(`port ${port} cannot be used (${error.code}): choose another with --port, or leave it out`) : error));
-            this.#server.listen(port, '127.0.0.1', resolve);
+            this.#server.once('error', reject).listen(port, '127.0.0.1', resolve);
+        }).catch((error) => {
+            throw TAKEN.includes(error.code) ? new Error(`port ${port} cannot be used (${error.code}): ${CURE}`) : error;
         });
         this.#hosts = ['127.0.0.1', 'localhost'].map((name) => `${name}:${this.#server.address().port}`);
         return `http://${this.#hosts[0]}/${this.#token}/`;
@@ -106,18 +112,17 @@ class Server {
 
     async #route(request, response, name) {
         if (request.method === 'POST') {
-            const answer = await this.#obey(name, await readBody(request));
+            const answer = await this.#handle(name, await readBody(request));
             return this.#send(response, 'application/json', JSON.stringify(answer ?? null));
         }
         if (request.method !== 'GET') {
             throw new Refusal(405, 'GET and POST are possible');
         }
         if (name === 'events') {
-            return this.#stream(request, response);
+            return this.#subscribe(request, response);
         }
         if (name === 'scenario') {
-            const text = `${JSON.stringify(this.#runs.scenario(), null, 4)}\n`;
-            return this.#send(response, 'application/json', text);
+            return this.#send(response, 'application/json', this.#runs.scenario());
         }
         const file = this.#files.get(name === '' ? 'index.html' : name);
         if (!file) {
@@ -126,7 +131,7 @@ class Server {
         return this.#send(response, TYPES[path.extname(file)], fs.readFileSync(file));
     }
 
-    #obey(name, value) {
+    #handle(name, value) {
         const own = {
             restart: () => this.#runs.restart(),
             stop: () => this.#runs.stop(),
@@ -142,42 +147,38 @@ class Server {
     }
 
     #send(response, type, body, status = 200) {
-        response.writeHead(status, {
-            'Content-Type': `${type}; charset=utf-8`, 'Cache-Control': 'no-store', 'Content-Security-Policy': this.#policy,
-            'Referrer-Policy': 'no-referrer', 'X-Content-Type-Options': 'nosniff', 'Cross-Origin-Resource-Policy': 'same-origin',
-        });
-        response.end(body);
+        response.writeHead(status, { ...this.#headers, 'Content-Type': `${type}; charset=utf-8` }).end(body);
     }
 
     // Server-sent events (HTML standard, 9.2): the browser comes back with the number of the last record that it has.
-    #stream(request, response) {
+    #subscribe(request, response) {
         const { stream } = this.#runs;
         response.writeHead(200, { 'Content-Type': 'text/event-stream', 'Cache-Control': 'no-store' });
-        const last = Number(request.headers['last-event-id'] ?? 0);
-        let waiting = stream.after(last);
+        const waiting = stream.after(Number(request.headers['last-event-id'] ?? 0));
         const flush = () => {
             while (waiting.length > 0 && !response.writableNeedDrain) {
                 const batch = waiting.splice(0, BATCH);
                 response.write(`id: ${batch.at(-1).n}\ndata: ${JSON.stringify(batch)}\n\n`);
             }
         };
-        const tell = async () => {
-            const status = await this.#runs.command('status').catch((error) => ({ problem: error.message }));
-            response.write(`event: status\ndata: ${JSON.stringify(status)}\n\n`);
-        };
-        const stopListening = stream.listen((record) => {
+        const unsubscribe = stream.subscribe((record) => {
             waiting.push(record);
             setImmediate(flush);
         });
         response.on('drain', flush);
-        const timer = setInterval(tell, STATUS_MS);
+        const timer = setInterval(() => this.#reportStatus(response), STATUS_MS);
         response.on('close', () => {
             clearInterval(timer);
-            stopListening();
+            unsubscribe();
         });
-        response.write(`retry: 500\n\n`);
+        response.write('retry: 500\n\n');
         flush();
-        void tell();
+        void this.#reportStatus(response);
+    }
+
+    async #reportStatus(response) {
+        const status = await this.#runs.command('status').catch((error) => ({ problem: error.message }));
+        response.write(`event: status\ndata: ${JSON.stringify(status)}\n\n`);
     }
 }
 

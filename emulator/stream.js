@@ -45,7 +45,7 @@ class Stream {
     }
 
     /** Calls `listener` with every record from now on. Returns a function that stops it. */
-    listen(listener) {
+    subscribe(listener) {
         this.#listeners.add(listener);
         return () => this.#listeners.delete(listener);
     }

@@ -107,6 +107,14 @@ class Player {
         return isMade;
     }
 
+    /**
+     * Answers by hand. Awaits only whether there is a request to answer: the answers may be due later. Resolves before
+     * the first one is given, so that the step is reported before what comes of it.
+     */
+    answer({ with: answers, ...which }) {
+        return Promise.race([turn(), this.service.answer(which, answers)]);
+    }
+
     async pass(ms) {
         if (this.isManual) {
             this.service.queue.resume();
@@ -129,8 +137,7 @@ const ACTIONS = {
     state: ({ service }, changes) => { service.state = changes; },
     rule: ({ service }, rule) => service.addRule(rule),
     clearRules: ({ service }) => service.clearRules(),
-    // Awaits only whether there is a request to answer, and is reported before the first answer is given.
-    answer: ({ service }, { with: answers, ...which }) => Promise.race([turn(), service.answer(which, answers)]),
+    answer: (player, answer) => player.answer(answer),
     window: ({ context }, state) => (state === 'shown' ? device.showWindow : device.hideWindow)(context),
     systemApp: (player, isSystem) => device.setSystemApp(isSystem),
     fail: (player, { call, ...options }) => device.failNext(call, options),

@@ -11,36 +11,36 @@ const { setImmediate } = require('node:timers');  // captured before the game ma
 /** The device, the service and the player of a scenario in the game's process, driven by the emulator. */
 class Guest {
     #channel;
-    #clock;
+    #rate;  // of the clock; 0 if it is manual
     #isHoldPlanned = false;
     #hand;  // the methods whose requests wait for an answer by hand; null: all of them
 
     constructor(fd) {
-        this.#channel = new Channel(fd, (message) => this.#hear(message));
+        this.#channel = new Channel(fd, (message) => this.#handle(message));
         const { scenario, clock, hand } = this.#channel.first;
         const played = scenario ?? { version: 1 };
-        device.onRecord((record) => this.#tell(record));
+        device.onRecord((record) => this.#report(record));
         device.onExit((end) => this.#end(end));
         this.context = device.createAbilityContext();
         this.service = begin(played, { byHand: ({ method }) => this.#hand === null || this.#hand.includes(method) });
         this.player = new Player(played, this);
         this.setClock(clock);
         this.setHand(hand);
-        this.#listen();
+        this.#subscribe();
         this.#play(Boolean(scenario));
     }
 
-    #listen() {
+    #subscribe() {
         const { service } = this;
-        service.on('request', ({ modal }, rule) => rule && this.#tell({ kind: 'rule', modal: modal.id, rule }));
-        service.on('waits', ({ modal }) => this.#tell({ kind: 'waits', modal: modal.id }));
-        service.on('state', () => this.#tell({ kind: 'state', state: service.state }));
-        this.#tell({
+        service.on('request', ({ modal }, rule) => rule && this.#report({ kind: 'rule', modal: modal.id, rule }));
+        service.on('waits', ({ modal }) => this.#report({ kind: 'waits', modal: modal.id }));
+        service.on('state', () => this.#report({ kind: 'state', state: service.state }));
+        this.#report({
             kind: 'ready', state: service.state, rules: service.rules, codes: ErrorCode,
             faults: device.faults().map(({ call }) => call),
         });
         this.#channel.flush();  // the game may hang from its first line on
-        process.on('uncaughtExceptionMonitor', (error) => this.#tell({
+        process.on('uncaughtExceptionMonitor', (error) => this.#report({
             kind: 'failed', code: error?.code ?? error?.name, text: String(error?.stack ?? error),
         }));
         process.on('exit', () => this.#channel.flush());
@@ -48,14 +48,14 @@ class Guest {
 
     // Without a scenario, a person moves the manual clock.
     async #play(isScenario) {
-        this.player.onWait = (doing) => this.#tell({ kind: 'step', doing });
-        this.player.onDone = (value) => value.await || this.#tell({ kind: 'did', command: 'step', value });
+        this.player.onWait = (doing) => this.#report({ kind: 'step', doing });
+        this.player.onDone = (value) => value.await || this.#report({ kind: 'did', command: 'step', value });
         await this.player.run();
-        this.#tell({ kind: 'played' });
+        this.#report({ kind: 'played' });
         await (isScenario && this.player.until(() => false));
     }
 
-    #tell(record) {
+    #report(record) {
         this.#channel.send({ record: { time: device.clock.now(), ...record } });
         if (!this.#isHoldPlanned) {
             this.#isHoldPlanned = true;
@@ -69,11 +69,11 @@ class Guest {
         this.#channel.hold(this.service.isBusy || this.service.isAwaiting);
     }
 
-    async #hear({ id, command, value }) {
+    async #handle({ id, command, value }) {
         try {
             const answer = await COMMANDS[command](this, value);
             if (command !== 'status' && command !== 'step') {
-                this.#tell({ kind: 'did', command, value });
+                this.#report({ kind: 'did', command, value });
             }
             this.#channel.send({ id, answer });
         } catch (error) {
@@ -82,8 +82,8 @@ class Guest {
     }
 
     status() {
-        const next = device.clock.next();
-        return { ...this.#clock, now: device.clock.now(), next: next === Infinity ? null : next, hand: this.#hand };
+        const next = device.clock.next();  // Infinity becomes null, as JSON has none
+        return { rate: this.#rate, now: device.clock.now(), next, hand: this.#hand };
     }
 
     setClock({ rate }) {
@@ -92,7 +92,7 @@ class Guest {
         } else {
             device.clock.manual();
         }
-        this.#clock = { rate };
+        this.#rate = rate;
         this.player.isManual = !(rate > 0);
     }
 
@@ -105,18 +105,16 @@ class Guest {
 
     // The game's JS stands still from now on, as if the module had ended the process.
     #end({ reason, requestType, code }) {
-        this.#tell({ kind: 'ended', reason, requestType, code });
+        this.#report({ kind: 'ended', reason, requestType, code });
         this.#channel.flush();
         process.kill(process.pid, 'SIGKILL');
     }
 }
 
-/** What the emulator may have done here. */
+/** The commands of the emulator. */
 const COMMANDS = {
     status: (guest) => guest.status(),
-    // Awaits only whether there is a request to answer, and is reported before the first answer is given.
-    answer: ({ service }, { modal, with: answers }) =>
-        Promise.race([new Promise(setImmediate), service.answer({ modal }, checkPart('answers', answers))]),
+    answer: ({ player }, { modal, with: answers }) => player.answer({ modal, with: checkPart('answers', answers) }),
     step: ({ player }, step) => player.perform(checkPart('step', step)),
     clock: (guest, clock) => guest.setClock(clock),
     hand: (guest, methods) => guest.setHand(methods),

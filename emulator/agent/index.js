@@ -1,7 +1,7 @@
 'use strict';
 
-// Node loads this before the game, in its process. It puts the game on a stand-in device with a game service, tells the
-// emulator what happens, and does what the emulator says. The game notices nothing, but for a global function
+// Node loads this before the game, in its process. It puts the game on a stand-in device with a game service, reports
+// to the emulator what happens, and handles its commands. All that the game sees of it is a global function
 // `getContext` as on a device, which returns the context of its window.
 
 const { Worker, isMainThread } = require('node:worker_threads');

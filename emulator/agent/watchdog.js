@@ -1,7 +1,7 @@
 'use strict';
 
-// A thread in the game's process that ends it with the emulator, even if the game hangs or the emulator was killed: then
-// the pipe between them closes.
+// A thread in the game's process that ends it with the emulator, even if the game hangs or the emulator was killed:
+// then the pipe between them closes.
 
 const net = require('node:net');
 
