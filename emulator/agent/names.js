@@ -13,21 +13,24 @@ const REGISTERED = /^(@?core\.velmor\.gamePlayerExtensionAbility|game-player-ext
 /** The name as this package itself resolves it; null for other modules. */
 const ownName = (name) => (REGISTERED.test(name) ? name.replace(REGISTERED, PACKAGE) : null);
 
+/** The hook of `import`. */
+function resolve(name, context, next) {
+    const own = ownName(name);
+    return own ? next(own, { ...context, parentURL: pathToFileURL(__filename).href }) : next(name, context);
+}
+
 function install() {
-    const resolve = Module._resolveFilename;
+    const original = Module._resolveFilename;
     Module._resolveFilename = function resolveFilename(name, parent, ...rest) {
         const own = typeof name === 'string' && ownName(name);
-        return own ? resolve.call(this, own, module, ...rest) : resolve.call(this, name, parent, ...rest);
+        return own ? original.call(this, own, module, ...rest) : original.call(this, name, parent, ...rest);
     };
     if (Module.registerHooks) {
-        const parentURL = pathToFileURL(__filename).href;
-        Module.registerHooks({
-            resolve: (name, context, next) => (ownName(name) ? next(ownName(name), { ...context, parentURL }) : next(name, context)),
-        });
+        Module.registerHooks({ resolve });
     } else {
         // Node 18 before 18.19 has no hooks for `import`: there, the package must be installed where the game is.
         Module.register?.(pathToFileURL(path.join(__dirname, 'names.mjs')));
     }
 }
 
-module.exports = { install, ownName };
+module.exports = { install, resolve };

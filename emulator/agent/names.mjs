@@ -2,7 +2,4 @@
 
 import names from './names.js';
 
-export function resolve(name, context, next) {
-    const own = names.ownName(name);
-    return own ? next(own, { ...context, parentURL: import.meta.url }) : next(name, context);
-}
+export const { resolve } = names;
