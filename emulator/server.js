@@ -83,7 +83,8 @@ class Server {
         await new Promise((resolve, reject) => {
             this.#server.once('error', reject).listen(port, '127.0.0.1', resolve);
         }).catch((error) => {
-            throw TAKEN.includes(error.code) ? new Error(`port ${port} cannot be used (${error.code}): ${CURE}`) : error;
+            const isTaken = TAKEN.includes(error.code);
+            throw isTaken ? new Error(`port ${port} cannot be used (${error.code}): ${CURE}`) : error;
         });
         this.#hosts = ['127.0.0.1', 'localhost'].map((name) => `${name}:${this.#server.address().port}`);
         return `http://${this.#hosts[0]}/${this.#token}/`;

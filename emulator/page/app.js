@@ -66,7 +66,7 @@ function App() {
             onLink: setLink,
         });
     }, []);
-    /** Has the emulator do something, or runs a function, and shows what goes wrong. */
+    /** Sends a command to the emulator, or runs a function, and shows what goes wrong. */
     const act = async (command, value) => {
         try {
             setProblem('');
@@ -79,7 +79,8 @@ function App() {
     const props = { act, run, status };
     return html`
         <${Header} ...${props} link=${link} />
-        <p class="problem" role="alert">${problem && html`${problem} <button onClick=${() => setProblem('')}>Dismiss</button>`}</p>
+        <p class="problem" role="alert">
+            ${problem && html`${problem} <button onClick=${() => setProblem('')}>Dismiss</button>`}</p>
         <main>
             <${GameWindow} ...${props} open=${model.open} />
             <div class="panels">

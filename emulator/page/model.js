@@ -12,7 +12,8 @@ const DID = { answer: 'answered by hand', clock: 'set the clock', hand: 'changed
 const ENTRIES = {
     'start': ({ game, pid }) => ['game', `${game} starts as process ${pid}`],
     'call': ({ method, arguments: values }) => ['game', `${method}(${values.join(', ')})`],
-    'settled': ({ method, how, code, took }) => ['game', `${method} ${how}${code ? ` with ${code}` : ''} after ${took} ms`],
+    'settled': ({ method, how, code, took }) =>
+        ['game', `${method} ${how}${code ? ` with ${code}` : ''} after ${took} ms`],
     'failed': ({ text }) => ['game', text],
     'end': ({ how, code, reason }) => ['game', `the game ${{
         ends: 'ended by itself', fails: `failed: ${reason}`, runs: 'was stopped',
@@ -20,7 +21,8 @@ const ENTRIES = {
     }[how]}`],
     'opened': ({ method, modal }) => ['module', `opens modal ${modal} for ${method}`],
     'closed': ({ method, modal }) => ['module', `closes modal ${modal} of ${method}`],
-    'ended': ({ reason }) => ['module', `ends the game because of ${reason === 'timer' ? 'the time to play' : 'an answer'}`],
+    'ended': ({ reason }) =>
+        ['module', `ends the game because of ${reason === 'timer' ? 'the time to play' : 'an answer'}`],
     'answered': ({ method, how, code }) => ['service', `${how} ${code} to ${method}`],
     'waits': ({ modal }) => ['service', `modal ${modal} waits for an answer by hand`],
     'rule': ({ modal, rule }) => ['service', `a rule answers modal ${modal}${rule.note ? `: ${rule.note}` : ''}`],
@@ -39,8 +41,8 @@ const ENTRIES = {
 
 /** Everything of one run begins anew with its process. */
 const newRun = () => ({
-    n: 0, game: '', pid: 0, end: null, codes: {}, faults: [], state: null, first: null, begins: new Map(), modals: new Map(),
-    met: new Map(), output: [], doing: '', begun: null,
+    n: 0, game: '', pid: 0, end: null, codes: {}, faults: [], state: null, first: null, begins: new Map(),
+    modals: new Map(), met: new Map(), output: [], doing: '', begun: null,
 });
 
 export class Model {
@@ -84,40 +86,23 @@ export class Model {
 
 /** What a record changes in the model. */
 const TAKE = {
-    start(model, { n, game, pid }) {
-        model.run = { ...newRun(), n, game, pid };
-    },
-    ready({ run }, { state, codes, faults }) {
-        Object.assign(run, { state, first: state, codes, faults });
-    },
-    state({ run }, { state }) {
-        run.state = state;
-    },
-    call({ run }, { call, time }) {
-        run.begins.set(call, time);
-    },
+    start: (model, { n, game, pid }) => { model.run = { ...newRun(), n, game, pid }; },
+    ready: ({ run }, { state, codes, faults }) => Object.assign(run, { state, first: state, codes, faults }),
+    state: ({ run }, { state }) => Object.assign(run, { state }),
+    call: ({ run }, { call, time }) => run.begins.set(call, time),
     settled({ run }, record) {
         record.took = record.time - (run.begins.get(record.call) ?? record.time);
         if (record.code !== undefined) {
             run.met.set(record.method, (run.met.get(record.method) ?? new Set()).add(record.code));
         }
     },
-    opened({ run }, { modal, method, parameters }) {
-        run.modals.set(modal, { modal, method, parameters, isAnswered: false });
-    },
-    closed({ run }, { modal }) {
-        run.modals.delete(modal);
-    },
-    answered({ run }, { modal }) {
-        Object.assign(run.modals.get(modal) ?? {}, { isAnswered: true });
-    },
-    step({ run }, { doing }) {
-        run.doing = doing;
-    },
+    opened: ({ run }, { modal, method, parameters }) =>
+        run.modals.set(modal, { modal, method, parameters, isAnswered: false }),
+    closed: ({ run }, { modal }) => run.modals.delete(modal),
+    answered: ({ run }, { modal }) => Object.assign(run.modals.get(modal) ?? {}, { isAnswered: true }),
+    step: ({ run }, { doing }) => Object.assign(run, { doing }),
     output({ run }, { text }) {
         run.output = (run.output.join('\n') + text).split('\n').slice(-OUTPUT_LINES);
     },
-    end({ run }, record) {
-        run.end = record;
-    },
+    end: ({ run }, record) => Object.assign(run, { end: record }),
 };

@@ -1,12 +1,13 @@
 // What surrounds the game: the clock, players, the service's state, faults, and the codes that the game met.
 
+import { Checkbox, Select, TextArea, withValue } from './fields.js';
 import { html, useState } from './html.js';
+import { METHODS } from './requests.js';
 
-const RATES = [1, 10, 60];
-const METHODS = [
-    'init', 'getLocalPlayer', 'verifyLocalPlayer', 'bindPlayer', 'unbindPlayer', 'savePlayerRole', 'unionLogin',
-    'quickGameLogin', 'prePurchase', 'postPurchase', 'launchWelcomeBanner', 'launchCommonPage', 'launchAntiAddiction',
-];
+const RATES = [[1, '1×'], [10, '10×'], [60, '60×'], [0, 'By hand']];
+const STEPS = [['+1 s', 1000], ['+15 s', 15000], ['+1 min', 60000]];
+const FLAGS = [['isAdult', 'of age'], ['isRealName', 'real name'], ['hasAgreed', 'has agreed']];
+const EXAMPLE = { when: { method: 'prePurchase', every: 3 }, answer: [{ after: 2000, result: 1002000002 }] };
 
 const seconds = (ms) => `${(ms / 1000).toFixed(1)} s`;
 
@@ -14,71 +15,70 @@ function Panel({ title, children, isOpen = true }) {
     return html`<details class="panel" open=${isOpen}><summary>${title}</summary>${children}</details>`;
 }
 
-export function ClockPanel({ status, run, act }) {
-    const { rate = 1, now = 0, next, hand } = status;
+export function ClockPanel({ status: { rate = 1, now = 0, next = null, hand }, run, act }) {
     const passed = Math.max(0, now - (run.begun ?? now));
+    const due = next === null ? 'nothing is due' : `next is due in ${seconds(Math.max(next, 0))}`;
     const advance = (ms) => act('step', { advance: ms });
     const isManual = rate === 0;
     return html`<${Panel} title="Clock">
-        <p><output>${seconds(passed)}</output> since the start; ${next === null || next === undefined
-            ? 'nothing is due' : `next is due in ${seconds(Math.max(next, 0))}`}</p>
-        <div class="buttons" role="group" aria-label="Speed of the clock">
-            ${RATES.map((one) => html`<button aria-pressed=${rate === one} onClick=${() => act('clock', { rate: one })}>${one}×</button>`)}
-            <button aria-pressed=${isManual} onClick=${() => act('clock', { rate: 0 })}>By hand</button>
+        <p><output>${seconds(passed)}</output> since the start; ${due}</p>
+        <div class="buttons" role="group" aria-label="Speed of the clock">${RATES.map(([one, label]) => html`
+            <button aria-pressed=${rate === one} onClick=${() => act('clock', { rate: one })}>${label}</button>`)}
         </div>
         <div class="buttons" role="group" aria-label="Move the clock">
-            ${[['1 s', 1000], ['15 s', 15000], ['1 min', 60000]].map(([label, ms]) =>
-                html`<button disabled=${!isManual} onClick=${() => advance(ms)}>+${label}</button>`)}
+            ${STEPS.map(([label, ms]) => html`
+                <button disabled=${!isManual} onClick=${() => advance(ms)}>${label}</button>`)}
             <button disabled=${!isManual || !(next >= 0)} onClick=${() => advance(Math.ceil(next))}>To the next</button>
         </div>
-        <label><input type="checkbox" checked=${hand === null} onChange=${({ target }) => act('hand', target.checked ? null : [])} />
-            I answer; otherwise the service does</label>
+        <${Checkbox} label="I answer; otherwise the service does" checked=${hand === null}
+            onValue=${(isMine) => act('hand', isMine ? null : [])} />
     <//>`;
 }
 
-const FLAGS = [['isAdult', 'of age'], ['isRealName', 'real name'], ['hasAgreed', 'has agreed']];
+function PlayerFields({ player, onChange }) {
+    const setMinutes = (text) => onChange({ playableMinutes: text === '' ? null : Number(text) });
+    return html`
+        ${FLAGS.map(([key, label]) => html`
+            <${Checkbox} label=${label} checked=${player[key]} onValue=${(isSet) => onChange({ [key]: isSet })} />`)}
+        ${!player.isAdult && html`<label>minutes left <input type="number" min="0"
+            value=${player.playableMinutes ?? ''} onChange=${withValue(setMinutes)} /></label>`}`;
+}
 
 export function PlayersPanel({ run: { state }, act }) {
     const change = (changes) => act('step', { state: changes });
-    const changePlayer = (playerId, changes) => change({
-        players: state.players.map((player) => (player.playerId === playerId ? { ...player, ...changes } : player)),
+    const changePlayer = (changed, changes) => change({
+        players: state.players.map((player) => (player === changed ? { ...player, ...changes } : player)),
     });
+    const signIn = ({ playerId, playerName }) => html`<label><input type="radio" name="player"
+        checked=${state.currentPlayer === playerId} onChange=${() => act('step', { player: playerId })} /> ${playerName}
+    </label>`;
     return html`<${Panel} title="Players"><fieldset><legend>Who is signed in</legend>
-        ${[...state.players, { playerId: '', playerName: 'Nobody' }].map(({ playerId, playerName, ...player }) => html`
-            <div class="player"><label><input type="radio" name="player" checked=${state.currentPlayer === playerId}
-                onChange=${() => act('step', { player: playerId })} /> ${playerName}</label>
-            ${playerId && FLAGS.map(([key, label]) => html`<label><input type="checkbox" checked=${player[key]}
-                onChange=${({ target }) => changePlayer(playerId, { [key]: target.checked })} /> ${label}</label>`)}
-            ${playerId && !player.isAdult && html`<label>minutes left <input type="number" min="0"
-                value=${player.playableMinutes ?? ''} onChange=${({ target }) => changePlayer(playerId, {
-                    playableMinutes: target.value === '' ? null : Number(target.value) })} /></label>`}</div>`)}
+            ${state.players.map((player) => html`<div class="player">${signIn(player)}
+                <${PlayerFields} player=${player} onChange=${(changes) => changePlayer(player, changes)} /></div>`)}
+            <div class="player">${signIn({ playerId: '', playerName: 'Nobody' })}</div>
         </fieldset>
-        <label><input type="checkbox" checked=${state.online} onChange=${({ target }) => change({ online: target.checked })} />
-            the service is online</label>
+        <${Checkbox} label="the service is online" checked=${state.online} onValue=${(online) => change({ online })} />
     <//>`;
 }
 
-/** A text field for JSON, with a button that hands over what it says. */
-function JsonField({ label, value, button, onValue, act }) {
+/** A text field for JSON, with a button that sends it as the step `name`. */
+function JsonField({ name, label, value, button, act }) {
     const [text, setText] = useState(null);
-    const given = JSON.stringify(value, null, 2);
-    return html`<label class="wide">${label}
-        <textarea rows="6" spellcheck="false" value=${text ?? given} onInput=${({ target }) => setText(target.value)}></textarea></label>
-        <div class="buttons"><button onClick=${() => act(async () => {
-            await onValue(JSON.parse(text ?? given));
-            setText(null);
-        })}>${button}</button></div>`;
+    const shown = text ?? JSON.stringify(value, null, 2);
+    const submit = async () => {
+        await act('step', { [name]: JSON.parse(shown) });
+        setText(null);
+    };
+    return html`<${TextArea} label=${label} rows="6" spellcheck="false" value=${shown} onValue=${setText} />
+        <div class="buttons"><button onClick=${() => act(submit)}>${button}</button></div>`;
 }
 
-const EXAMPLE = { when: { method: 'prePurchase', every: 3 }, answer: [{ after: 2000, result: 1002000002 }] };
-
 export function StatePanel({ run, act }) {
-    const step = (value) => act('step', value);
     return html`<${Panel} title="State and rules" isOpen=${false}>
-        <${JsonField} label="State of the service" value=${run.state} button="Set the state" act=${act} onValue=${(state) => step({ state })} />
-        <button onClick=${() => step({ state: run.first })}>Back to the first state</button>
-        <${JsonField} label="A rule for requests" value=${EXAMPLE} button="Add the rule" act=${act} onValue=${(rule) => step({ rule })} />
-        <button onClick=${() => step({ clearRules: true })}>Remove all rules</button>
+        <${JsonField} name="state" label="State of the service" value=${run.state} button="Set the state" act=${act} />
+        <button onClick=${() => act('step', { state: run.first })}>Back to the first state</button>
+        <${JsonField} name="rule" label="A rule for requests" value=${EXAMPLE} button="Add the rule" act=${act} />
+        <button onClick=${() => act('step', { clearRules: true })}>Remove all rules</button>
     <//>`;
 }
 
@@ -86,23 +86,27 @@ export function FaultPanel({ run, act }) {
     const [call, setCall] = useState('CreateModalUIExtension');
     const [skip, setSkip] = useState(0);
     return html`<${Panel} title="Faults" isOpen=${false}>
-        <label>The next call of <select value=${call} onChange=${({ target }) => setCall(target.value)}>
-            ${run.faults.map((name) => html`<option>${name}</option>`)}</select></label>
-        <label>after <input type="number" min="0" value=${skip} onInput=${({ target }) => setSkip(Number(target.value))} /> good ones</label>
-        <div class="buttons"><button onClick=${() => act('step', { fail: { call, skip } })}>Make it fail</button>
-        <button onClick=${() => act('step', { window: 'hidden' })}>Take the window away</button>
-        <button onClick=${() => act('step', { window: 'shown' })}>Show the window</button>
-        <button onClick=${() => act('step', { systemApp: true })}>Make it a system app</button></div>
+        <${Select} label="The next call of" options=${run.faults} value=${call} onValue=${setCall} />
+        <label>after <input type="number" min="0" value=${skip}
+            onInput=${withValue((text) => setSkip(Number(text)))} /> good ones</label>
+        <div class="buttons">
+            <button onClick=${() => act('step', { fail: { call, skip } })}>Make it fail</button>
+            <button onClick=${() => act('step', { window: 'hidden' })}>Take the window away</button>
+            <button onClick=${() => act('step', { window: 'shown' })}>Show the window</button>
+            <button onClick=${() => act('step', { systemApp: true })}>Make it a system app</button>
+        </div>
     <//>`;
 }
 
-export function CodesPanel({ run }) {
-    const codes = Object.entries(run.codes);
-    const isMet = (method, code) => run.met.get(method)?.has(code) ?? false;
+const CodeCell = ({ title, isMet }) => html`<td class=${isMet ? 'met' : ''} title=${title}>
+    ${isMet ? '✓' : '–'}<span class="hidden">${isMet ? 'met' : 'never met'}</span></td>`;
+
+export function CodesPanel({ run: { codes, met } }) {
+    const all = Object.entries(codes);
     return html`<${Panel} title="Error codes met and never met" isOpen=${false}><div class="scroll" tabindex="0"><table>
-        <thead><tr><th scope="col">Method</th>${codes.map(([name, code]) => html`<th scope="col" title=${name}>${code % 1000000}</th>`)}</tr></thead>
-        <tbody>${METHODS.map((method) => html`<tr><th scope="row">${method}</th>
-            ${codes.map(([name, code]) => html`<td class=${isMet(method, code) ? 'met' : ''} title="${name} ${code}">
-                ${isMet(method, code) ? '✓' : '–'}<span class="hidden">${isMet(method, code) ? 'met' : 'never met'}</span></td>`)}</tr>`)}
-        </tbody></table></div><//>`;
+        <thead><tr><th scope="col">Method</th>
+            ${all.map(([name, code]) => html`<th scope="col" title=${name}>${code % 1000000}</th>`)}</tr></thead>
+        <tbody>${METHODS.map((method) => html`<tr><th scope="row">${method}</th>${all.map(([name, code]) => html`
+            <${CodeCell} title="${name} ${code}" isMet=${met.get(method)?.has(code)} />`)}</tr>`)}</tbody>
+    </table></div><//>`;
 }

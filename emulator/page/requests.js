@@ -34,20 +34,22 @@ const REQUESTS = {
     unbindPlayer: ['The game takes the binding back.',
         () => [['Unbind', own], ['Is not bound', result(1002000013)], isOffline, leave]],
     savePlayerRole: ['The game saves the role of the player.', () => [['Save', own], isOffline]],
-    prePurchase: ['The game wants to sell something.', ({ parameters }) =>
-        [['Pay', own], ['Pay later', pending(parameters)], ['Cancel', result(1002000001)], isOffline, leave]],
-    postPurchase: ['The game has handed out what was bought.',
-        () => [['Complete', own], ['Refuse', result(1002000001)], isOffline]],
     unionLogin: ['The game offers its accounts for the login.', ({ parameters }) => [
         ...accountsIn(parameters).map(({ accountName }) => [`Take ${accountName}`, own, { unionAccount: accountName }]),
         ['Take the first', own], ['Cancel', result(1002000016)], isOffline, leave,
     ]],
     quickGameLogin: ['A quick game asks for its login.', ({ state }) =>
         [...signIns(state), ['Cancel', result(1002000003)], isTooYoung, isOffline, leave]],
+    prePurchase: ['The game wants to sell something.', ({ parameters }) =>
+        [['Pay', own], ['Pay later', pending(parameters)], ['Cancel', result(1002000001)], isOffline, leave]],
+    postPurchase: ['The game has handed out what was bought.',
+        () => [['Complete', own], ['Refuse', result(1002000001)], isOffline]],
     launchWelcomeBanner: ['The game welcomes the player.', close],
     launchCommonPage: ['The game shows a page.', close],
     launchAntiAddiction: ['The time to play is over.', close],
 };
+
+export const METHODS = Object.keys(REQUESTS);
 
 /** What a modal asks, in words, and the buttons for it. */
 export function requestOf(modal, state) {

@@ -1,12 +1,15 @@
 // Everything that happened: a strip with a lane for each party, and the same entries as a list. Both draw only what is
 // visible, so that 100,000 entries stay usable.
 
+import { withValue } from './fields.js';
 import { html, useEffect, useLayoutEffect, useRef, useState } from './html.js';
 import { LANES } from './model.js';
 
 const ROW = 24;  // pixels; as in style.css
 const LANE = 18;
 const SPANS = [1, 5, 15, 60, 300, 1800, 7200];  // seconds in the strip's width
+const WIDEST = SPANS.length - 1;
+const MOVES = { ArrowDown: 1, ArrowUp: -1, PageDown: 10, PageUp: -10, Home: -Infinity, End: Infinity };  // by key
 
 /** The index of the first entry from `low` on whose `key` is not below `value`. */
 function indexOf(entries, key, value, low = 0) {
@@ -19,7 +22,7 @@ function indexOf(entries, key, value, low = 0) {
 
 const colorOf = (element, name) => getComputedStyle(element).getPropertyValue(name);
 
-/** Draws the entries from the index `first` and the time `begin` on; a call as a bar from its beginning to its result. */
+/** Draws the entries from the index `first` and the time `begin` on; a call as a bar as long as it waited. */
 function draw(canvas, entries, first, begin, span) {
     const scale = devicePixelRatio;
     const width = canvas.clientWidth;
@@ -55,10 +58,12 @@ function Strip({ entries, run, selected, onSelect }) {
         onSelect(entries[Math.min(indexOf(entries, 'time', time, first), entries.length - 1)]);
     };
     return html`<div class="strip"><ul aria-hidden="true">${LANES.map((lane) => html`<li>${lane}</li>`)}</ul>
-        <canvas ref=${canvas} onClick=${pick} role="img" aria-label="The last ${SPANS[zoom]} seconds by lane; the list has the same entries"></canvas>
-        <div class="buttons"><button disabled=${zoom === 0} aria-label="Zoom in" onClick=${() => setZoom(zoom - 1)}>+</button>
-        <button disabled=${zoom === SPANS.length - 1} aria-label="Zoom out" onClick=${() => setZoom(zoom + 1)}>−</button>
-        <span>${SPANS[zoom]} s</span></div></div>`;
+        <canvas ref=${canvas} onClick=${pick} role="img"
+            aria-label="The last ${SPANS[zoom]} seconds by lane; the list has the same entries"></canvas>
+        <div class="buttons">
+            <button disabled=${zoom === 0} aria-label="Zoom in" onClick=${() => setZoom(zoom - 1)}>+</button>
+            <button disabled=${zoom === WIDEST} aria-label="Zoom out" onClick=${() => setZoom(zoom + 1)}>−</button>
+            <span>${SPANS[zoom]} s</span></div></div>`;
 }
 
 /** A list box that draws only its visible rows. It follows the end until the user selects or scrolls. */
@@ -72,27 +77,29 @@ function List({ entries, selected, onSelect }) {
         }
     }, [entries.length]);
     const height = box.current?.clientHeight ?? 0;
-    const first = Math.max(0, Math.min(Math.floor(top / ROW), entries.length - Math.ceil(height / ROW)));
-    const rows = entries.slice(first, first + Math.ceil(height / ROW) + 1);
+    const visible = Math.ceil(height / ROW);
+    const first = Math.max(0, Math.min(Math.floor(top / ROW), entries.length - visible));
+    const rows = entries.slice(first, first + visible + 1);
     const onScroll = ({ target }) => {
         setTop(target.scrollTop);
         setFollows(target.scrollTop + target.clientHeight >= target.scrollHeight - ROW);
     };
     const onKeyDown = (event) => {
-        const step = { ArrowDown: 1, ArrowUp: -1, PageDown: 10, PageUp: -10, Home: -Infinity, End: Infinity }[event.key];
+        const move = MOVES[event.key];
         if (event.key === 'Escape') {
             onSelect(null);
-        } else if (step && entries.length > 0) {
+        } else if (move && entries.length > 0) {
             event.preventDefault();
             const from = selected ? entries.indexOf(selected) : entries.length;
-            const to = Math.max(0, Math.min(entries.length - 1, from + step));
+            const to = Math.max(0, Math.min(entries.length - 1, from + move));
             onSelect(entries[to]);
             box.current.scrollTop = to * ROW - height / 2;
         }
     };
     return html`<div class="list" ref=${box} onScroll=${onScroll} onKeyDown=${onKeyDown} tabindex="0" role="listbox"
         aria-label="Timeline" aria-activedescendant=${selected && `entry-${selected.n}`}>
-        <div style=${{ height: `${entries.length * ROW}px` }}><div style=${{ transform: `translateY(${first * ROW}px)` }}>
+        <div style=${{ height: `${entries.length * ROW}px` }}>
+        <div style=${{ transform: `translateY(${first * ROW}px)` }}>
         ${rows.map((entry) => html`<div class="entry ${entry.lane}" key=${entry.n} id="entry-${entry.n}" role="option"
             aria-selected=${entry === selected} onClick=${() => onSelect(entry === selected ? null : entry)}>
             <time>${entry.clock}</time><b>${entry.lane}</b><span>${entry.text.slice(0, 300)}</span></div>`)}
@@ -103,20 +110,18 @@ function List({ entries, selected, onSelect }) {
 function useFiltered(model, lanes, text) {
     const cache = useRef({});
     const key = JSON.stringify([lanes, text]);
-    const old = cache.current;
-    const isSame = old.key === key && old.source === model.entries;
-    const wanted = ({ lane, text: line }) => lanes.includes(lane) && line.toLowerCase().includes(text.toLowerCase());
-    const list = isSame ? old.list : [];
-    for (let i = isSame ? old.seen : 0; i < model.entries.length; ++i) {
-        if (wanted(model.entries[i])) {
-            list.push(model.entries[i]);
-        }
+    if (cache.current.key !== key || cache.current.source !== model.entries) {
+        cache.current = { key, source: model.entries, list: [], seen: 0 };
     }
-    cache.current = { key, source: model.entries, list, seen: model.entries.length };
+    const { list, seen } = cache.current;
+    const isWanted = ({ lane, text: line }) => lanes.includes(lane) && line.toLowerCase().includes(text.toLowerCase());
+    model.entries.slice(seen).filter(isWanted).forEach((entry) => list.push(entry));
+    cache.current.seen = model.entries.length;
     return list;
 }
 
 export function Timeline({ model, act }) {
+    const { leftOut } = model;
     const [lanes, setLanes] = useState(LANES.filter((lane) => lane !== 'log'));
     const [text, setText] = useState('');
     const [selected, onSelect] = useState(null);
@@ -129,13 +134,15 @@ export function Timeline({ model, act }) {
     });
     return html`<section class="timeline" aria-label="Timeline of the run">
         <div class="buttons" role="group" aria-label="Lanes">
-            ${LANES.map((lane) => html`<button aria-pressed=${lanes.includes(lane)} onClick=${() => toggle(lane)}>${lane}</button>`)}
-            <label>Filter <input type="search" value=${text} onInput=${({ target }) => setText(target.value)} /></label>
+            ${LANES.map((lane) => html`
+                <button aria-pressed=${lanes.includes(lane)} onClick=${() => toggle(lane)}>${lane}</button>`)}
+            <label>Filter <input type="search" value=${text} onInput=${withValue(setText)} /></label>
             <button onClick=${clear}>Clear</button>
-            <span>${entries.length} entries${model.leftOut > 0 ? `; ${model.leftOut} earlier records left out` : ''}</span>
+            <span>${entries.length} entries${leftOut > 0 ? `; ${leftOut} earlier records left out` : ''}</span>
         </div>
         <${Strip} entries=${entries} run=${model.run} selected=${selected} onSelect=${onSelect} />
         <div class="both"><${List} entries=${entries} selected=${selected} onSelect=${onSelect} />
-        ${selected && html`<pre class="details" tabindex="0" aria-label="Details">${JSON.stringify(selected.record, null, 2)}</pre>`}</div>
+            ${selected && html`<pre class="details" tabindex="0" aria-label="Details">
+                ${JSON.stringify(selected.record, null, 2)}</pre>`}</div>
     </section>`;
 }

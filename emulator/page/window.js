@@ -1,5 +1,6 @@
 // The game's window: its output, with the modal over it that the player sees.
 
+import { Checkbox, Select, TextArea, withValue } from './fields.js';
 import { html, useState } from './html.js';
 import { requestOf } from './requests.js';
 
@@ -24,25 +25,20 @@ function AnyAnswer({ codes, onAnswer, act }) {
     const submit = (event) => {
         event.preventDefault();
         void act(() => {
-            const value = kind === 'receive' ? parse('data', data) : Number(code);
-            const one = { [kind]: value };
+            const one = { [kind]: kind === 'receive' ? parse('data', data) : Number(code) };
             return onAnswer([{ ...one, after: Number(after) * 1000 }, ...(twice ? [one] : [])]);
         });
     };
     return html`<details><summary>Any other answer</summary><form onSubmit=${submit}>
-        <label>Answer <select value=${kind} onChange=${({ target }) => setKind(target.value)}>
-            ${KINDS.map((name) => html`<option>${name}</option>`)}
-        </select></label>
+        <${Select} label="Answer" options=${KINDS} value=${kind} onValue=${setKind} />
         ${kind === 'receive'
-            ? html`<label class="wide">Data, as JSON
-                <textarea rows="3" value=${data} onInput=${({ target }) => setData(target.value)}></textarea></label>`
-            : html`<label>Code <input list="codes" inputmode="numeric" value=${code}
-                onInput=${({ target }) => setCode(target.value)} /></label>
+            ? html`<${TextArea} label="Data, as JSON" rows="3" value=${data} onValue=${setData} />`
+            : html`<label>Code
+                <input list="codes" inputmode="numeric" value=${code} onInput=${withValue(setCode)} /></label>
                 <datalist id="codes">${Object.entries(codes).map(([name, value]) =>
                     html`<option value=${value}>${name}</option>`)}</datalist>`}
-        <label>After <input type="number" min="0" step="0.1" value=${after}
-            onInput=${({ target }) => setAfter(target.value)} /> s</label>
-        <label><input type="checkbox" checked=${twice} onChange=${({ target }) => setTwice(target.checked)} /> twice</label>
+        <label>After <input type="number" min="0" step="0.1" value=${after} onInput=${withValue(setAfter)} /> s</label>
+        <${Checkbox} label="twice" checked=${twice} onValue=${setTwice} />
         <button>Answer</button>
     </form></details>`;
 }
@@ -83,6 +79,7 @@ export function GameWindow({ run, open, act }) {
             ? html`<${Modal} key=${top.modal} modal=${top} run=${run} act=${act} />`
             : html`<p class="idle">${run.end ? 'The game has ended.' : 'No request is open.'}</p>`}
         ${below.length > 0 && html`<div class="buttons"><span class="idle">Below it</span>
-            ${below.map(({ method, modal }) => html`<button onClick=${() => setFront(modal)}>${method}</button>`)}</div>`}
+            ${below.map(({ method, modal }) => html`<button onClick=${() => setFront(modal)}>${method}</button>`)}
+        </div>`}
     </section>`;
 }
