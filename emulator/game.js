@@ -82,7 +82,7 @@ class Game {
         this.#pending.clear();
     }
 
-    /** Has the game's process obey a command. Rejects with what is wrong with it, or if the game hangs or ends. */
+    /** Sends the game's process a command. Rejects with what is wrong with it, or if the game hangs or ends. */
     command(command, value) {
         return new Promise((resolve, reject) => {
             const id = ++this.#count;

@@ -107,10 +107,7 @@ class Player {
         return isMade;
     }
 
-    /**
-     * Answers by hand. Awaits only whether there is a request to answer: the answers may be due later. Resolves before
-     * the first one is given, so that the step is reported before what comes of it.
-     */
+    /** Answers by hand. Rejects if there is no such request; else resolves before the first answer is given. */
     answer({ with: answers, ...which }) {
         return Promise.race([turn(), this.service.answer(which, answers)]);
     }

@@ -98,15 +98,8 @@ function readScenario(source) {
 /** What a scenario leaves to its defaults, where more than one reader needs them. */
 const withDefaults = (scenario) => ({ clock: 'manual', timeLimit: 30, ...scenario });
 
-const WHOLE = {
-    answers: (answer) => ({ rules: [{ answer }] }),
-    step: (step) => ({ steps: [step] }),
-};
+/** Check parts of a scenario, and return them. */
+const checkAnswers = (answer) => check({ version: 1, rules: [{ answer }] }, '').rules[0].answer;
+const checkStep = (step) => check({ version: 1, steps: [step] }, '').steps[0];
 
-/** Checks a part of a scenario: 'answers' or a 'step'. */
-function checkPart(name, value) {
-    check({ version: 1, ...WHOLE[name](value) }, '');
-    return value;
-}
-
-module.exports = { ScenarioError, checkPart, readScenario, withDefaults };
+module.exports = { ScenarioError, checkAnswers, checkStep, readScenario, withDefaults };

@@ -3,7 +3,7 @@
 const device = require('../../device/index.js');
 const { ErrorCode } = require('../../lib/errors.js');
 const { Player, begin } = require('../../service/player.js');
-const { checkPart } = require('../../service/scenario.js');
+const { checkAnswers, checkStep } = require('../../service/scenario.js');
 const { Channel } = require('./channel.js');
 
 const { setImmediate } = require('node:timers');  // captured before the game may replace it
@@ -114,8 +114,8 @@ class Guest {
 /** The commands of the emulator. */
 const COMMANDS = {
     status: (guest) => guest.status(),
-    answer: ({ player }, { modal, with: answers }) => player.answer({ modal, with: checkPart('answers', answers) }),
-    step: ({ player }, step) => player.perform(checkPart('step', step)),
+    answer: ({ player }, { modal, with: answers }) => player.answer({ modal, with: checkAnswers(answers) }),
+    step: ({ player }, step) => player.perform(checkStep(step)),
     clock: (guest, clock) => guest.setClock(clock),
     hand: (guest, methods) => guest.setHand(methods),
 };
