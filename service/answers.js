@@ -1,8 +1,9 @@
 'use strict';
 
-// What the service answers on its own, by request type. An answer is plain JSON, as in a rule: { result: 0 }.
+// What the service answers on its own. An answer is plain JSON, as in a rule: { result: 0 }.
 
-const { ErrorCode, RequestType } = require('../lib/errors.js');
+const { ErrorCode } = require('../lib/errors.js');
+const { REQUESTS } = require('../lib/methods.js');
 const { parse } = require('./rules.js');
 
 const PLAYER_CHANGED = 9;
@@ -124,22 +125,18 @@ function logInToQuickGame({ player, state, fields: { quickGameLoginParam: { game
     return refusal ? result(refusal) : handOver(player, { playerId: player.playerId, gameAppId });
 }
 
-const staysOpen = () => [];
-
+/** By method, for those that do more than succeed. */
 const OWN = {
-    [RequestType.INIT]: initialise,
-    [RequestType.GET_LOCAL_PLAYER]: logIn,
-    [RequestType.SAVE_PLAYER_ROLE]: saveRole,
-    [RequestType.PRE_PURCHASE]: sell,
-    [RequestType.POST_PURCHASE]: completePurchase,
-    [RequestType.LAUNCH_ANTI_ADDICTION]: staysOpen,
-    [RequestType.BIND_PLAYER]: bind,
-    [RequestType.UNBIND_PLAYER]: unbind,
-    [RequestType.VERIFY_LOCAL_PLAYER]: verify,
-    [RequestType.UNION_LOGIN]: logInToUnion,
-    [RequestType.LAUNCH_WELCOME_BANNER]: staysOpen,
-    [RequestType.QUICK_GAME_LOGIN]: logInToQuickGame,
-    [RequestType.LAUNCH_COMMON_PAGE]: staysOpen,
+    init: initialise,
+    getLocalPlayer: logIn,
+    savePlayerRole: saveRole,
+    prePurchase: sell,
+    postPurchase: completePurchase,
+    bindPlayer: bind,
+    unbindPlayer: unbind,
+    verifyLocalPlayer: verify,
+    unionLogin: logInToUnion,
+    quickGameLogin: logInToQuickGame,
 };
 
 const ENCODED = ['tavikExtra', 'thirdUserInfo', 'unionLoginParam', 'quickGameLoginParam'];
@@ -150,13 +147,17 @@ function fieldsOf(parameters) {
         .map(([key, value]) => [key, ENCODED.includes(key) ? JSON.parse(value) : value]));
 }
 
-/** The service's own answers to a request. They may change the state. */
-function ownAnswers({ requestType, parameters }, state) {
-    const player = state.players.find(({ playerId }) => playerId === state.currentPlayer);
-    if (!state.online && OWN[requestType] !== staysOpen) {
+/** The service's own answers to a request. They may change the state. A page just stays open. */
+function ownAnswers({ method, parameters }, state) {
+    if (REQUESTS[method].isPage) {
+        return [];
+    }
+    if (!state.online) {
         return [{ error: ErrorCode.NETWORK, name: 'offline', message: 'The service cannot be reached.' }];
     }
-    return OWN[requestType]({ player, state, fields: fieldsOf(parameters) });
+    const player = state.players.find(({ playerId }) => playerId === state.currentPlayer);
+    const answer = OWN[method] ?? (() => result(ErrorCode.SUCCESS));
+    return answer({ player, state, fields: fieldsOf(parameters) });
 }
 
 module.exports = { announce, ownAnswers };

@@ -2,6 +2,7 @@
 
 const device = require('../../device/index.js');
 const { ErrorCode } = require('../../lib/errors.js');
+const { REQUESTS } = require('../../lib/methods.js');
 const { Player, begin } = require('../../service/player.js');
 const { checkAnswers, checkStep } = require('../../service/scenario.js');
 const { Channel } = require('./channel.js');
@@ -11,7 +12,6 @@ const { setImmediate } = require('node:timers');  // captured before the game ma
 /** The device, the service and the player of a scenario in the game's process, driven by the emulator. */
 class Guest {
     #channel;
-    #rate;  // of the clock; 0 if it is manual
     #isHoldPlanned = false;
     #hand;  // the methods whose requests wait for an answer by hand; null: all of them
 
@@ -37,7 +37,7 @@ class Guest {
         service.on('state', () => this.#report({ kind: 'state', state: service.state }));
         this.#report({
             kind: 'ready', state: service.state, rules: service.rules, codes: ErrorCode,
-            faults: device.faults().map(({ call }) => call),
+            methods: Object.keys(REQUESTS), faults: device.faults().map(({ call }) => call),
         });
         this.#channel.flush();  // the game may hang from its first line on
         process.on('uncaughtExceptionMonitor', (error) => this.#report({
@@ -83,7 +83,7 @@ class Guest {
 
     status() {
         const next = device.clock.next();  // Infinity becomes null, as JSON has none
-        return { rate: this.#rate, now: device.clock.now(), next, hand: this.#hand };
+        return { rate: device.clock.rate(), now: device.clock.now(), next, hand: this.#hand };
     }
 
     setClock({ rate }) {
@@ -92,7 +92,6 @@ class Guest {
         } else {
             device.clock.manual();
         }
-        this.#rate = rate;
         this.player.isManual = !(rate > 0);
     }
 

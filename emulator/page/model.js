@@ -41,7 +41,7 @@ const ENTRIES = {
 
 /** Everything of one run begins anew with its process. */
 const newRun = () => ({
-    n: 0, game: '', pid: 0, end: null, codes: {}, faults: [], state: null, first: null, begins: new Map(),
+    n: 0, game: '', pid: 0, end: null, codes: {}, methods: [], faults: [], state: null, first: null, begins: new Map(),
     modals: new Map(), met: new Map(), output: [], doing: '', begun: null,
 });
 
@@ -87,7 +87,8 @@ export class Model {
 /** What a record changes in the model. */
 const TAKE = {
     start: (model, { n, game, pid }) => { model.run = { ...newRun(), n, game, pid }; },
-    ready: ({ run }, { state, codes, faults }) => Object.assign(run, { state, first: state, codes, faults }),
+    ready: ({ run }, { state, codes, methods, faults }) =>
+        Object.assign(run, { state, first: state, codes, methods, faults }),
     state: ({ run }, { state }) => Object.assign(run, { state }),
     call: ({ run }, { call, time }) => run.begins.set(call, time),
     settled({ run }, record) {

@@ -2,7 +2,6 @@
 
 import { Checkbox, Select, TextArea, withValue } from './fields.js';
 import { html, useState } from './html.js';
-import { METHODS } from './requests.js';
 
 const RATES = [[1, '1×'], [10, '10×'], [60, '60×'], [0, 'By hand']];
 const STEPS = [['+1 s', 1000], ['+15 s', 15000], ['+1 min', 60000]];
@@ -101,12 +100,12 @@ export function FaultPanel({ run, act }) {
 const CodeCell = ({ title, isMet }) => html`<td class=${isMet ? 'met' : ''} title=${title}>
     ${isMet ? '✓' : '–'}<span class="hidden">${isMet ? 'met' : 'never met'}</span></td>`;
 
-export function CodesPanel({ run: { codes, met } }) {
+export function CodesPanel({ run: { codes, methods, met } }) {
     const all = Object.entries(codes);
     return html`<${Panel} title="Error codes met and never met" isOpen=${false}><div class="scroll" tabindex="0"><table>
         <thead><tr><th scope="col">Method</th>
             ${all.map(([name, code]) => html`<th scope="col" title=${name}>${code % 1000000}</th>`)}</tr></thead>
-        <tbody>${METHODS.map((method) => html`<tr><th scope="row">${method}</th>${all.map(([name, code]) => html`
+        <tbody>${methods.map((method) => html`<tr><th scope="row">${method}</th>${all.map(([name, code]) => html`
             <${CodeCell} title="${name} ${code}" isMet=${met.get(method)?.has(code)} />`)}</tr>`)}</tbody>
     </table></div><//>`;
 }

@@ -21,7 +21,7 @@ function pending({ tavikExtra }) {
 
 const close = () => [['Close', [{ release: 0 }]]];
 
-/** By method: what the game asks, in words, and the buttons. */
+/** What the game asks, in words, and the buttons. */
 const REQUESTS = {
     init: ['The game starts and asks for the player service.',
         () => [['Agree', own], ['Do not agree', result(1002000011)], isOffline]],
@@ -49,10 +49,10 @@ const REQUESTS = {
     launchAntiAddiction: ['The time to play is over.', close],
 };
 
-export const METHODS = Object.keys(REQUESTS);
+const anyOther = (method) => [`The game calls ${method}.`, () => [['Answer', own], isOffline, leave]];
 
 /** What a modal asks, in words, and the buttons for it. */
 export function requestOf(modal, state) {
-    const [asks, buttons] = REQUESTS[modal.method];
+    const [asks, buttons] = REQUESTS[modal.method] ?? anyOther(modal.method);
     return { asks, buttons: buttons({ state, parameters: modal.parameters }) };
 }
