@@ -37,10 +37,12 @@ function check(isRight, name, expected, value) {
 
 const readText = (name, value) => check(typeof value === 'string', name, 'a string', value);
 const readFlag = (name, value) => check(typeof value === 'boolean', name, 'true or false', value);
-const readInt32 = (name, value) => check(Number.isInteger(value) && value === (value | 0), name, 'a 32-bit integer', value);
+const readInt32 = (name, value) =>
+    check(typeof value === 'number' && value === (value | 0), name, 'a 32-bit integer', value);
 const readCount = (name, value, least) =>
     check(Number.isSafeInteger(value) && value >= least, name, `an integer of at least ${least}`, value);
-const readHandler = (value) => check(value === null || typeof value === 'function', 'handler', 'a function or null', value);
+const readHandler = (value) =>
+    check(value === null || typeof value === 'function', 'handler', 'a function or null', value);
 
 /** Whether the value is the first of two words. */
 const isFirst = (name, value, first, second) =>
@@ -76,7 +78,8 @@ function readParameter(name, value, depth) {
         return Array.from(value, (one, i) => readText(`${name}[${i}]`, one));
     }
     if (typeof value === 'object' && depth === MAX_DEPTH) {
-        throw new TypeError(`${name} is nested more than ${MAX_DEPTH} objects deep: an object must not contain itself`);
+        throw new TypeError(
+            `${name} is nested more than ${MAX_DEPTH} objects deep: an object must not contain itself`);
     }
     if (['number', 'boolean', 'string'].includes(typeof value)) {
         return value;
@@ -86,7 +89,8 @@ function readParameter(name, value, depth) {
 
 /** A copy of an answer's parameters, with the types that the platform has. */
 function readParameters(value, name = 'parameters', depth = 0) {
-    return Object.fromEntries(entriesOf(name, value).map(([key, one]) => [key, readParameter(`${name}.${key}`, one, depth)]));
+    return Object.fromEntries(
+        entriesOf(name, value).map(([key, one]) => [key, readParameter(`${name}.${key}`, one, depth)]));
 }
 
 module.exports = {

@@ -7,7 +7,8 @@ const { check, entriesOf, isFirst, readFlag, readObject } = require('./checks.js
 
 const LARGEST_ID = 0xffffffff;
 
-const readBytes = (name, value) => check(Object.prototype.toString.call(value) === '[object Uint8Array]', name, 'a Uint8Array', value);
+const tagOf = (value) => Object.prototype.toString.call(value);  // the same in every realm
+const readBytes = (name, value) => check(tagOf(value) === '[object Uint8Array]', name, 'a Uint8Array', value);
 
 function readId(name, key) {
     if (!/^\d+$/.test(key) || Number(key) > LARGEST_ID) {
@@ -16,7 +17,8 @@ function readId(name, key) {
     return Number(key);
 }
 
-const readNamed = (name, group) => entriesOf(name, group).map(([key, bytes]) => [key, readBytes(`${name}.${key}`, bytes)]);
+const readNamed = (name, group) =>
+    entriesOf(name, group).map(([key, bytes]) => [key, readBytes(`${name}.${key}`, bytes)]);
 const readNumbered = (name, group) => readNamed(name, group).map(([key, bytes]) => [readId(name, key), bytes]);
 const GROUPS = { mediaById: readNumbered, mediaByName: readNamed, rawFiles: readNamed };
 

@@ -3,7 +3,9 @@
 const { inspect } = require('util');
 const { nearest } = require('./answers.js');
 const binding = require('./binding.js');
-const { isFirst, readCount, readFlag, readHandler, readInt32, readNumber, readObject, readText } = require('./checks.js');
+const {
+    isFirst, readCount, readFlag, readHandler, readInt32, readNumber, readObject, readText,
+} = require('./checks.js');
 const contexts = require('./contexts.js');
 const timers = require('./timers.js');
 const { REQUESTS, methodOf } = require('../lib/methods.js');
@@ -151,8 +153,8 @@ async function advance(ms) {
 }
 
 function failNext(call, options = {}) {
-    const readers = { skip: (name, value) => readCount(name, value, 0), times: (name, value) => readCount(name, value, 1) };
-    const { skip = 0, times = 1 } = readObject('options', options, readers);
+    const countFrom = (least) => (name, value) => readCount(name, value, least);
+    const { skip = 0, times = 1 } = readObject('options', options, { skip: countFrom(0), times: countFrom(1) });
     if (!binding.failNext(readText('call', call), skip, times)) {
         throw new Error(`'${call}' cannot be made to fail: the module makes no such call`);
     }
