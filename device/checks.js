@@ -94,5 +94,6 @@ function readParameters(value, name = 'parameters', depth = 0) {
 }
 
 module.exports = {
-    check, entriesOf, isFirst, readCount, readFlag, readHandler, readInt32, readNumber, readObject, readParameters, readText,
+    check, entriesOf, isFirst, readCount, readFlag, readHandler, readInt32, readNumber, readObject, readParameters,
+    readText,
 };

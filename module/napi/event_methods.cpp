@@ -94,7 +94,7 @@ napi_value Manager::OnEventCallback(napi_env env, napi_callback_info info) {
     JsObjectToString(env, args.values[0], "resultInfo", MAX_STRING_LENGTH, resultInfo);
     if (IsExceptionPending(env)) return nullptr;
     {
-        const BaseContext context;
+        const BaseContext context;  // for its environment, and for the two log lines of its end
         ModalUICallback::DoGameEvent(context.envInfo, 0, EVENT_PLAYER_CHANGED, std::move(resultInfo));
     }
     GAME_LOGI("OnEventCallback switch game account event callback end");

@@ -25,7 +25,8 @@ public:
     void operator()(const char* name, int32_t& field) const { JsObjectToInt(env_, object_, name, field); }
     void operator()(const char* name, bool& field) const { JsObjectToBool(env_, object_, name, field); }
 
-    // An optional field is set if it was given, even with the wrong type.
+    // An optional field is set if it was given, even with the wrong type. Reading it asks for it once more: a
+    // proxy of the game sees both questions.
     template <typename Field>
     void operator()(const char* name, Field& field, bool& isSet) const {
         if (!HasProperty(env_, object_, name)) return;

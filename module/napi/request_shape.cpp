@@ -57,7 +57,7 @@ void FailRequest(napi_env env, const RequestRule& rule, BaseContext& context) {
         return;
     }
     ReportFailure(rule.failureType, context.startTime);
-    if (IsExceptionPending(env)) return;
+    if (IsExceptionPending(env)) return;  // the call ends with the game's own exception: nothing to settle
     context.errCode = FailureCode(rule.type);
     napi_value error = CreateBusinessError(env, context.errCode, "");
     Manager::ReturnCallbackOrPromise(env, context, error, nullptr);

@@ -164,7 +164,7 @@ struct LaunchAntiAddictionContext : BaseContext {
     std::string antiAddictionInfo;  // the text of the page
     int32_t playableTime = 0;       // in seconds
 };
-// The caller chooses the request type under which the page's answers are handled.
+// The caller chooses the request type under which the page's answers are handled; so it is read first.
 bool ParseLaunchAntiAddictionReq(napi_env env, const CallArguments& args,
                                  LaunchAntiAddictionContext& context) {
     context.requestType = ToInt32(env, args.values[3]);

@@ -64,6 +64,7 @@ void ReadByName(ResourceManager& resources, const std::string& name, IconData& i
 bool ReadByNames(napi_env env, napi_value descriptor, ResourceManager& resources, IconData& icon) {
     napi_value names = nullptr;
     uint32_t count = 0;
+    // Read without asking whether it exists: without it, the length cannot be read either.
     if (napi_get_named_property(env, descriptor, "params", &names) != napi_ok ||
         napi_get_array_length(env, names, &count) != napi_ok) {
         return false;
@@ -143,6 +144,7 @@ void JsObjectToAccountInfoList(napi_env env, napi_value object, const RequestOri
     (void)napi_get_array_length(env, accounts, &length);
     {
         HandleScope scope(env);
+        // Goes on after a getter has thrown: the reads that follow fail, and the exception ends the call.
         for (uint32_t i = 0; i < length; ++i) {
             napi_value element = nullptr;
             (void)napi_get_element(env, accounts, i, &element);
