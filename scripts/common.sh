@@ -1,5 +1,5 @@
 # shellcheck shell=bash disable=SC2034
-# Shared by ./build, ./run, ./test and ./bench, which source it in the root folder of the project.
+# Shared by ./build, ./run, ./test and bench/run, which source it in the root folder of the project.
 
 # GAMEAPI_BUILD selects a preset other than the default. device/index.js and index.js read it as well.
 preset=${GAMEAPI_BUILD:-release}
@@ -24,7 +24,10 @@ test_needs=(
     'generate-ninja|gn|GN'
 )
 coverage_needs=('gcovr|gcovr|gcovr')
-bench_needs=('libbenchmark-dev|/usr/include/benchmark/benchmark.h|Google Benchmark')
+bench_needs=(
+    'libbenchmark-dev|/usr/include/benchmark/benchmark.h|Google Benchmark'
+    'gnuplot-nox|gnuplot|gnuplot'
+)
 page_needs=('chromium|chromium|Chromium')
 npm_needs=('npm|npm|npm')
 clang_needs=('clang|clang++|clang')

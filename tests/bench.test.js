@@ -8,6 +8,7 @@ const fs = require('node:fs');
 const path = require('node:path');
 const { test } = require('node:test');
 const { promisify } = require('node:util');
+const { makeChart } = require('../bench/chart');
 
 const ROOT = path.dirname(__dirname);
 const INSTRUMENTED = /^(asan|ubsan|asan-ubsan|tsan|coverage)$/;
@@ -39,4 +40,13 @@ test('--only picks rows by a word of their name, and reports a word that matches
     assert.deepEqual(new Set(rows.map(({ work }) => work)), new Set(['IsValidEnv']));
     await assert.rejects(measure('--only', 'nothing'), ({ code, stderr }) => (
         code === 1 && /^bench: no row has "nothing" in its name; there are [^\n]*\n$/.test(stderr)));
+});
+
+test('the chart has a panel per benchmark with several sizes, with the costs on the most cores', { skip }, () => {
+    const row = (work, cores, size, module) => ({ work, size, of: 'B', cores, module, floor: module / 2, unit: 'us' });
+    const rows = [row('hop', 1, 8, 111), row('hop', 2, 8, 40), row('hop', 2, 9, 60), row('skip', 2, 1, 5)];
+    const svg = makeChart(rows, (cost) => `${cost} flat`);
+    const texts = Array.from(svg.matchAll(/<text>(.*?)<\/text>/g), ([, text]) => text.trim());
+    assert.deepEqual(texts.sort(), ['20 flat', '30 flat', '40 flat', '60 flat', '8', '9', 'B',
+        'cores: 2; both axes are logarithmic', 'floor', 'hop (us)', 'module']);
 });
