@@ -2,14 +2,14 @@
 
 // Compares the module with its floors, checks that both make the same calls, prints a table, and updates
 // docs/performance.md and docs/performance.svg.
-// usage: node bench/measure.js [--json FILE] [--only WORD] [--quick]   (after a build; ./bench does both)
+// usage: node bench/measure.js [--json FILE] [--only WORD] [--quick]   (after a build; bench/run does both)
 // --only leaves out rows, and --quick measures too briefly: with either, the documents stay as they are.
 
 const { execFileSync } = require('child_process');
 const fs = require('fs');
 const os = require('os');
 const path = require('path');
-const { parseArgs } = require('util');
+const { json, only = '', quick = false } = require('./options');
 const { makeTable, writeDocuments } = require('./report');
 const works = require('./works');
 
@@ -129,9 +129,6 @@ function checkWritable(file) {
 }
 
 function main() {
-    const { json, only = '', quick = false } = parseArgs({
-        options: { json: { type: 'string' }, only: { type: 'string' }, quick: { type: 'boolean' } }
-    }).values;
     if (json) {
         checkWritable(json);
     }

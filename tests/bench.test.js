@@ -35,11 +35,17 @@ test('every benchmark gives the rows that its page has, with their goals', { ski
     assert.equal(lines.length, rows.length + 2);
 });
 
-test('--only picks rows by a word of their name, and reports a word that matches none', { skip }, async () => {
+test('--only picks rows by a word of their name, and bad options are reported in one line', { skip }, async () => {
     const { rows } = await measure('--only', 'ISVALID');
     assert.deepEqual(new Set(rows.map(({ work }) => work)), new Set(['IsValidEnv']));
-    await assert.rejects(measure('--only', 'nothing'), ({ code, stderr }) => (
-        code === 1 && /^bench: no row has "nothing" in its name; there are [^\n]*\n$/.test(stderr)));
+    for (const { options, code, says } of [
+        { options: ['--only', 'nothing'], code: 1, says: /^bench: no row has "nothing" in its name; [^\n]*\n$/ },
+        { options: ['--json', '/no/x'], code: 1, says: /^bench: \/no\/x cannot be written [^\n]*\n$/ },
+        { options: ['--fast'], code: 2, says: /^bench: Unknown option '--fast'; usage: [^\n]*\n$/ },
+        { options: ['--only='], code: 2, says: /^bench: An option has an empty value; usage: [^\n]*\n$/ },
+    ]) {
+        await assert.rejects(measure(...options), (error) => error.code === code && says.test(error.stderr), `${says}`);
+    }
 });
 
 test('the chart has a panel per benchmark with several sizes, with the costs on the most cores', { skip }, () => {
