@@ -9,8 +9,7 @@ const { makeChart } = require('./chart');
 const DOCS = path.join(__dirname, '..', 'docs');
 const PAGE = path.join(DOCS, 'performance.md');
 const CHART = path.join(DOCS, 'performance.svg');
-const BEGIN = '<!-- written by ./bench from here -->';
-const END = '<!-- to here -->';
+const [BEGIN, END] = ['<!-- written by bench/run from here -->', '<!-- to here -->'];
 
 const HIGHER_IS_BETTER = '1/s';
 
@@ -36,17 +35,16 @@ function makeTable(rows) {
     }).join('\n');
 }
 
-// Rewrites the chart, and the part of the page between the two markers; the rest of the page stays as it is.
+/** Rewrites the chart, and the part of the page between the two markers; the rest of the page stays as it is. */
 function writeDocuments(rows, machine) {
-    const page = fs.readFileSync(PAGE, 'utf8');
-    const [begin, end] = [page.indexOf(BEGIN), page.indexOf(END)];
-    if (begin < 0 || end < begin) {
+    const [before, rest = ''] = fs.readFileSync(PAGE, 'utf8').split(BEGIN);
+    const [, after] = rest.split(END);
+    if (after === undefined) {
         throw new Error(`docs/performance.md has no place for the table: put the lines ${BEGIN} and ${END} into it`);
     }
-    const missed = rows.filter((row) => !isReached(row)).length;
-    const summary = `Measured on ${machine}: ${rows.length - missed} of ${rows.length} rows meet their goal.`;
-    const written = [BEGIN, summary, makeTable(rows), page.slice(end)].join('\n\n');
-    fs.writeFileSync(PAGE, page.slice(0, begin) + written);
+    const reached = rows.filter(isReached).length;
+    const summary = `Measured on ${machine}: ${reached} of ${rows.length} rows meet their goal.`;
+    fs.writeFileSync(PAGE, `${before}${[BEGIN, summary, makeTable(rows), END].join('\n\n')}${after}`);
     fs.writeFileSync(CHART, makeChart(rows.filter(({ unit }) => unit !== HIGHER_IS_BETTER), digits));
 }
 

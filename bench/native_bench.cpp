@@ -1,21 +1,18 @@
-// The benchmarks that need no JS. Each is named "<work> module", "<work> floor" or "<work> bare", and takes
-// its size as argument.
+// The benchmarks that need no JS. Each is named "<work> module" or "<work> floor", and takes its size as
+// argument.
 
 #include <benchmark/benchmark.h>
-#include <sched.h>
 
 #include <algorithm>
-#include <array>
 #include <memory>
-#include <mutex>
 #include <shared_mutex>
 #include <string>
 #include <vector>
 
-#include "bench/floors/base64.h"
 #include "common/env_registry.h"
 #include "common/velmor_log.h"
 #include "common/velmor_util.h"
+#include "floors/base64.h"
 #include "napi/native_api.h"
 
 using namespace TAVIK::GAME_PLAYER;
@@ -43,15 +40,17 @@ struct FloorRegistry {
 FloorRegistry& gFloorRegistry = *new FloorRegistry();
 std::vector<std::shared_ptr<EnvInfo>>& gAlive = *new std::vector<std::shared_ptr<EnvInfo>>();
 
-void BringToLife(int64_t count) {
-    for (int64_t i = 0; i < count; ++i) {
-        gAlive.push_back(std::make_shared<EnvInfo>(nullptr));
+void BringToLife(const benchmark::State& state) {
+    gAlive.reserve(state.range(0));
+    for (int64_t i = 0; i < state.range(0); ++i) {
+        auto* env = reinterpret_cast<napi_env>(gAlive.data() + i);  // only has to differ from the others
+        gAlive.push_back(std::make_shared<EnvInfo>(env));
         gFloorRegistry.infos.push_back(gAlive.back().get());
         SaveEnvInfo(gAlive.back());
     }
 }
 
-void EndAll() {
+void EndAll(const benchmark::State& /*state*/) {
     for (const auto& info : gAlive) {
         DeleteEnvInfo(info.get());
     }
@@ -65,37 +64,14 @@ bool IsValidInFloor(const EnvInfo* info) {
     return std::find(infos.begin(), infos.end(), info) != infos.end();
 }
 
-std::vector<int> AllowedCores() {
-    cpu_set_t set;
-    CPU_ZERO(&set);
-    (void)sched_getaffinity(0, sizeof(set), &set);
-    std::vector<int> cores;
-    for (int core = 0; core < CPU_SETSIZE; ++core) {
-        if (CPU_ISSET(core, &set)) cores.push_back(core);
-    }
-    return cores;
-}
-
-/// Binds this thread to its own core, if there are enough cores: unbound threads may share one.
-void TakeCore(int thread) {
-    static const std::vector<int> ALLOWED = AllowedCores();
-    cpu_set_t own;
-    CPU_ZERO(&own);
-    CPU_SET(ALLOWED[thread % ALLOWED.size()], &own);
-    (void)sched_setaffinity(0, sizeof(own), &own);
-}
-
 /// Looks up each environment in turn. The threads wait for each other before and after the loop.
 template <bool (*IS_VALID)(const EnvInfo*)>
 void AskForAll(benchmark::State& state) {
-    TakeCore(state.thread_index());
-    if (state.thread_index() == 0) BringToLife(state.range(0));
     size_t next = 0;
     for (auto _ : state) {
         benchmark::DoNotOptimize(IS_VALID(gAlive[next].get()));
         next = next + 1 < gAlive.size() ? next + 1 : 0;
     }
-    if (state.thread_index() == 0) EndAll();
 }
 
 void LogInModule(benchmark::State& state) {
@@ -114,31 +90,15 @@ void LogInFloor(benchmark::State& state) {
     }
 }
 
-struct BareLog {
-    std::mutex mutex;
-    size_t written = 0;
-    std::vector<std::array<char, 512>> lines{8192};
-};
-
-BareLog& gBareLog = *new BareLog();
-
-void LogBare(benchmark::State& state) {
-    const std::string text(state.range(0), 'x');
-    for (auto _ : state) {
-        std::lock_guard<std::mutex> guard(gBareLog.mutex);
-        auto& line = gBareLog.lines[gBareLog.written++ % gBareLog.lines.size()];
-        (void)std::snprintf(line.data(), line.size(), "[%s(%s:%d)]end %s, code %d", "", __FUNCTION__,
-                            __LINE__, text.c_str(), 401);
-    }
-}
-
 using benchmark::internal::Benchmark;
 
-void IconSizes(Benchmark* work) { work->ArgsProduct({{1 << 10, 1 << 15, 1 << 20, 1 << 24}}); }
+void IconSizes(Benchmark* work) { work->RangeMultiplier(32)->Range(1 << 10, 1 << 24); }
 
-void Environments(Benchmark* work) { work->ArgsProduct({{1, 8, 64}})->Threads(2); }
+void Environments(Benchmark* work) {
+    work->RangeMultiplier(8)->Range(1, 64)->Threads(2)->Setup(BringToLife)->Teardown(EndAll);
+}
 
-void TextSizes(Benchmark* work) { work->ArgsProduct({{32, 256}}); }
+void TextSizes(Benchmark* work) { work->Arg(32)->Arg(256); }
 
 BENCHMARK(Encode<Base64Encode>)->Name("Base64Encode module")->Apply(IconSizes);
 BENCHMARK(Encode<Floors::EncodeBase64>)->Name("Base64Encode floor")->Apply(IconSizes);
@@ -146,7 +106,6 @@ BENCHMARK(AskForAll<IsValidEnv>)->Name("IsValidEnv module")->Apply(Environments)
 BENCHMARK(AskForAll<IsValidInFloor>)->Name("IsValidEnv floor")->Apply(Environments);
 BENCHMARK(LogInModule)->Name("log line module")->Apply(TextSizes);
 BENCHMARK(LogInFloor)->Name("log line floor")->Apply(TextSizes);
-BENCHMARK(LogBare)->Name("log line bare")->Apply(TextSizes);
 
 }  // namespace
 
