@@ -1,17 +1,15 @@
 #pragma once
 
-#include <uv.h>
-
 #include <array>
 #include <cstdint>
 #include <cstdlib>
+#include <string>
 
-#include "bench/napi_values.h"
 #include "hilog/log.h"
 #include "napi/native_api.h"
 
-// The floors make the same calls of the platform, Node-API, libuv and OpenSSL as the module for the
-// same work, in the same order, and write the same log lines. They have no layers, request contexts, locks or
+// The floors make the same calls of the platform, Node-API, libuv and OpenSSL as the module for the same
+// work, in the same order, and write the same log lines. They have no layers, request contexts, locks or
 // shared ownership, and handle only the arguments that they are measured with.
 
 /// A log line of the module's form. `function` names the function of the module that writes it.
@@ -20,73 +18,62 @@
                       "[%{public}s(%{public}s:%{public}d)]" format, "", function, __LINE__, ##__VA_ARGS__))
 #define SAY(function, format, ...) LOG_LINE(LOG_INFO, function, format, ##__VA_ARGS__)
 
+namespace OHOS::AbilityRuntime {
+class AbilityContext;
+}
+
 namespace Floors {
 
-using namespace Bench;  // NOLINT(google-build-using-namespace): a program of its own
+/// Aborts the process if a call failed: its figure would mean nothing.
+inline void Must(napi_status status) {
+    if (status != napi_ok) std::abort();
+}
+
+/// What a function of Node-API gives by its last parameter.
+template <typename Result = napi_value, typename Function, typename... Args>
+Result Get(Function function, napi_env env, Args... args) {
+    Result result{};
+    Must(function(env, args..., &result));
+    return result;
+}
 
 /// What a call was made with.
-template <size_t COUNT>
 struct Call {
     napi_value undefined = nullptr;
     napi_value self = nullptr;
-    size_t count = COUNT;
-    std::array<napi_value, COUNT> values{};
+    std::array<napi_value, 3> values{};
+    size_t count = values.size();
 };
 
-template <size_t COUNT>
-Call<COUNT> ReadCall(napi_env env, napi_callback_info info) {
-    Call<COUNT> call;
-    Must(napi_get_undefined(env, &call.undefined));
+inline Call ReadCall(napi_env env, napi_callback_info info) {
+    Call call;
+    call.undefined = Get(napi_get_undefined, env);
     Must(napi_get_cb_info(env, info, &call.count, call.values.data(), &call.self, nullptr));
     return call;
 }
 
-inline void CheckType(napi_env env, napi_value value, napi_valuetype expected) {
-    napi_valuetype type = napi_undefined;
-    Must(napi_typeof(env, value, &type));
-    if (type != expected) std::abort();
-}
-
 inline void CheckNoException(napi_env env) {
-    bool isPending = false;
-    Must(napi_is_exception_pending(env, &isPending));
-    if (isPending) std::abort();
+    if (Get<bool>(napi_is_exception_pending, env)) std::abort();
 }
 
 /// A property of an object; null if it has none of this name.
 inline napi_value Property(napi_env env, napi_value object, const char* name) {
-    bool isThere = false;
-    napi_value value = nullptr;
-    Must(napi_has_named_property(env, object, name, &isThere));
-    if (isThere) Must(napi_get_named_property(env, object, name, &value));
-    return value;
+    const bool isThere = Get<bool>(napi_has_named_property, env, object, name);
+    return isThere ? Get(napi_get_named_property, env, object, name) : nullptr;
 }
 
-/// The execute step of all work on the loop.
-inline void DoNothing(uv_work_t* /*work*/) {}
+inline int32_t ReadInt(napi_env env, napi_value value) {
+    return Get<int32_t>(napi_get_value_int32, env, value);
+}
 
-/// The analytics event at the end of a call.
-void ReportEnd(const char* api, int64_t begin, int32_t code);
-/// Throws the error of an unusable parameter, or of none.
-void ThrowError(napi_env env, int32_t code, const char* message);
+/// Reads a string as the module does: at most 4096 bytes of it.
+inline std::string ReadText(napi_env env, napi_value value) {
+    char buffer[4097];
+    const auto length = Get<size_t>(napi_get_value_string_utf8, env, value, buffer, sizeof(buffer));
+    return std::string(buffer, length);
+}
 
-// The JS methods: the module's, and two that make room.
-
-/// init(): throws, as it lacks its context.
-napi_value Init(napi_env env, napi_callback_info info);
-/// bindPlayer(context, openId, teamId); throws without the IDs.
-napi_value BindPlayer(napi_env env, napi_callback_info info);
-/// prePurchase(context, purchase)
-napi_value PrePurchase(napi_env env, napi_callback_info info);
-/// savePlayerRole(context, role)
-napi_value SavePlayerRole(napi_env env, napi_callback_info info);
-/// unionLogin(context, login)
-napi_value UnionLogin(napi_env env, napi_callback_info info);
-/// forget(): the requests that nobody answers. The device must have forgotten them.
-napi_value Forget(napi_env env, napi_callback_info info);
-/// listen(listener): for the event below.
-napi_value Listen(napi_env env, napi_callback_info info);
-/// onEventCallback(result)
-napi_value OnEventCallback(napi_env env, napi_callback_info info);
+/// The record of a union login.
+std::string ReadLogin(napi_env env, napi_value login, OHOS::AbilityRuntime::AbilityContext& context);
 
 }  // namespace Floors

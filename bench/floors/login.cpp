@@ -4,8 +4,9 @@
 #include <utility>
 #include <vector>
 
+#include "ability_context.h"
 #include "base64.h"
-#include "pending.h"
+#include "floors.h"
 #include "resource_manager.h"
 
 // A union login whose accounts all have an icon that is found by its number.
@@ -14,15 +15,11 @@ namespace Floors {
 namespace {
 
 using nlohmann::json;
+using OHOS::AbilityRuntime::AbilityContext;
 
-struct Account {
-    std::string name;
-    std::string icon;
-};
-
-std::string ReadIcon(napi_env env, napi_value icon, Pending& pending) {
+std::string ReadIcon(napi_env env, napi_value icon, AbilityContext& context) {
     const std::string moduleName = ReadText(env, Property(env, icon, "moduleName"));
-    const auto resources = pending.context->CreateModuleContext(moduleName)->GetResourceManager();
+    const auto resources = context.CreateModuleContext(moduleName)->GetResourceManager();
     const int32_t id = ReadInt(env, Property(env, icon, "id"));
     std::unique_ptr<uint8_t[]> bytes;
     size_t length = 0;
@@ -33,28 +30,25 @@ std::string ReadIcon(napi_env env, napi_value icon, Pending& pending) {
     return EncodeBase64(bytes.get(), length);
 }
 
-Account ReadAccount(napi_env env, napi_value element, Pending& pending) {
-    Account account{ReadText(env, Property(env, element, "accountName")), {}};
+json ReadAccount(napi_env env, napi_value element, AbilityContext& context) {
+    json account;
+    std::string name = ReadText(env, Property(env, element, "accountName"));
     const napi_value icon = Property(env, element, "accountIcon");
     SAY("JsObjectToAccountInfoList",
-        "JsObjectToAccountInfoList has accountIcon property, accountName=%{public}s", account.name.c_str());
-    account.icon = ReadIcon(env, icon, pending);
+        "JsObjectToAccountInfoList has accountIcon property, accountName=%{public}s", name.c_str());
+    account["accountName"] = std::move(name);
+    account["encodedIcon"] = ReadIcon(env, icon, context);
     return account;
 }
 
-std::vector<Account> ReadAccounts(napi_env env, napi_value login, Pending& pending) {
+std::vector<json> ReadAccounts(napi_env env, napi_value login, AbilityContext& context) {
     const napi_value list = Property(env, login, "thirdAccountInfos");
-    bool isArray = false;
-    uint32_t length = 0;
-    Must(napi_is_array(env, list, &isArray));
-    Must(napi_get_array_length(env, list, &length));
-    napi_handle_scope scope = nullptr;
-    Must(napi_open_handle_scope(env, &scope));
-    std::vector<Account> accounts;
+    (void)Get<bool>(napi_is_array, env, list);
+    const auto length = Get<uint32_t>(napi_get_array_length, env, list);
+    const auto scope = Get<napi_handle_scope>(napi_open_handle_scope, env);
+    std::vector<json> accounts;
     for (uint32_t i = 0; i < length; ++i) {
-        napi_value element = nullptr;
-        Must(napi_get_element(env, list, i, &element));
-        accounts.push_back(ReadAccount(env, element, pending));
+        accounts.push_back(ReadAccount(env, Get(napi_get_element, env, list, i), context));
     }
     Must(napi_close_handle_scope(env, scope));
     SAY("JsObjectToAccountInfoList", "JsObjectToAccountInfoList end, length=%{public}d",
@@ -76,10 +70,11 @@ struct Sink final : std::streambuf {
     std::string& text;
 };
 
-std::string WriteRecord(bool isDialogShown, int32_t panel, std::vector<Account> accounts) {
+/// Frees each account before it writes the next.
+std::string WriteRecord(bool isDialogShown, int32_t panel, std::vector<json> accounts) {
     size_t length = 80;
-    for (const Account& account : accounts) {
-        length += account.icon.size() + account.name.size() + 40;
+    for (json& account : accounts) {
+        length += account["encodedIcon"].get_ref<std::string&>().size() + 80;
     }
     std::string text;
     text.reserve(length);
@@ -91,31 +86,22 @@ std::string WriteRecord(bool isDialogShown, int32_t panel, std::vector<Account> 
     record["thirdAccountInfos"] = json::array();
     out << record;
     text.resize(text.size() - 2);
-    for (Account& account : accounts) {
+    for (json& account : accounts) {
         if (text.back() != '[') text.push_back(',');
-        json entry;
-        entry["accountName"] = std::move(account.name);
-        entry["encodedIcon"] = std::move(account.icon);
-        out << entry;
+        out << std::exchange(account, {});
     }
     text += "]}";
     return text;
 }
 
-std::string ReadLogin(napi_env env, napi_value login, Pending& pending) {
-    bool isDialogShown = false;
-    Must(napi_get_value_bool(env, Property(env, login, "showLoginDialog"), &isDialogShown));
-    bool hasPanel = false;
-    Must(napi_has_named_property(env, login, "loginPanelType", &hasPanel));
-    const int32_t panel = ReadInt(env, Property(env, login, "loginPanelType"));
-    SAY("ParseUnionLoginReq", "ParseUnionLoginReq hasLoginPanelType");
-    return WriteRecord(isDialogShown, panel, ReadAccounts(env, login, pending));
-}
-
 }  // namespace
 
-napi_value UnionLogin(napi_env env, napi_callback_info info) {
-    return Request<2, ReadLogin>(env, info, "UnionLogin", "ExecuteUnionLogin", 10, "unionLoginParam");
+std::string ReadLogin(napi_env env, napi_value login, AbilityContext& context) {
+    const bool isDialogShown = Get<bool>(napi_get_value_bool, env, Property(env, login, "showLoginDialog"));
+    (void)Get<bool>(napi_has_named_property, env, login, "loginPanelType");
+    const int32_t panel = ReadInt(env, Property(env, login, "loginPanelType"));
+    SAY("ParseUnionLoginReq", "ParseUnionLoginReq hasLoginPanelType");
+    return WriteRecord(isDialogShown, panel, ReadAccounts(env, login, context));
 }
 
 }  // namespace Floors
