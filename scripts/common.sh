@@ -28,6 +28,7 @@ bench_needs=(
     'libbenchmark-dev|/usr/include/benchmark/benchmark.h|Google Benchmark'
     'gnuplot-nox|gnuplot|gnuplot'
 )
+bench_targets=(bench_floors native_bench)
 page_needs=('chromium|chromium|Chromium')
 npm_needs=('npm|npm|npm')
 clang_needs=('clang|clang++|clang')
@@ -179,7 +180,7 @@ compile() {
         "${command[@]}" </dev/null || die "the build failed"
     else
         mkdir -p "$logs"
-        "${command[@]}" </dev/null 2>&1 | tee "$logs/build.log" | sed '/^ninja: no work/d; /Re-checking globbed/d' || die "the build failed"
+        "${command[@]}" </dev/null 2>&1 | tee "$logs/build.log" | sed -u '/^ninja: no work/d; /Re-checking globbed/d' || die "the build failed"
     fi
 }
 
@@ -201,6 +202,12 @@ build() {
         configure "${options[@]}"
         compile "$@"
     ) 9>out/.lock
+}
+
+# build_preset PRESET TARGET...: builds the targets of another preset.
+build_preset() {
+    local preset=$1 out=out/$1
+    build "${@:2}"
 }
 
 # provide_packages: installs the npm packages of the lock file, unless they are there.
