@@ -6,8 +6,8 @@ preset=${GAMEAPI_BUILD:-release}
 out=out/$preset
 logs=out/logs
 
-# Debian packages, each with a command on PATH or a file that shows that it is installed, and with what it is. Node and its
-# headers are not listed, because they may come from elsewhere; missing_packages looks for them.
+# Debian packages, each with a command on PATH or a file that shows that it is installed, and with what it is. Node and
+# its headers are not listed, because they may come from elsewhere; missing_needs looks for them.
 build_needs=(
     'g++|g++|a C++17 compiler'
     'cmake|cmake|CMake 3.25'
@@ -20,6 +20,7 @@ test_needs=(
     'libgtest-dev|/usr/include/gtest/gtest.h|GoogleTest'
     'clang-format|clang-format|clang-format'
     'clang-tidy|clang-tidy|clang-tidy'
+    'shellcheck|shellcheck|ShellCheck'
     'node-typescript|tsc|the TypeScript compiler'
     'generate-ninja|gn|GN'
 )
