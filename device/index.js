@@ -195,17 +195,17 @@ const device = {
         after: timers.after,
         advance,
         onAdvance,
-        sleepers: binding.clockSleepers
+        sleepers: binding.clockSleepers,
     },
     setSystemApp: (isSystem) => binding.setSystemApp(readFlag('isSystem', isSystem)),
     logs: binding.logs,
     analytics: {
         processors: binding.analyticsProcessors,
-        events: binding.analyticsEvents
+        events: binding.analyticsEvents,
     },
     failNext,
     faults: binding.faults,
-    reset
+    reset,
 };
 
 Object.defineProperty(device, inspect.custom, {
@@ -214,8 +214,8 @@ Object.defineProperty(device, inspect.custom, {
         clock: { now: binding.clockNow(), sleepers: binding.clockSleepers() },
         logs: binding.logs().slice(-3).map(({ level, message }) => `${level} ${message}`),
         events: binding.analyticsEvents().length,
-        functions: Object.keys(device).join(' ')
-    }, { ...options, depth: 1 })}`
+        functions: Object.keys(device).join(' '),
+    }, { ...options, depth: 1 })}`,
 });
 
 module.exports = device;

@@ -6,5 +6,5 @@ export default gamePlayer;
 export const {
     init, getLocalPlayer, savePlayerRole, prePurchase, postPurchase, bindPlayer, unbindPlayer, verifyLocalPlayer,
     unionLogin, launchWelcomeBanner, launchAntiAddiction, quickGameLogin, launchCommonPage, syncTraceId, on, off,
-    reportEventOperation, onEventCallback
+    reportEventOperation, onEventCallback,
 } = gamePlayer;

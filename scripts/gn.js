@@ -49,7 +49,8 @@ function check({ sources, outputs, metadata }) {
         ...differences('bundle.json, components', component.deps.components, [...parts]),
         ...differences('bundle.json, syscap', component.syscap, [syscap]),
         ...differences('bundle.json, part and subsystem', [component.name, component.subsystem], metadata.part),
-        ...differences('bundle.json, sub_component', component.build.sub_component, [`//${segment.destPath}:${TARGET}`]),
+        ...differences('bundle.json, sub_component', component.build.sub_component,
+            [`//${segment.destPath}:${TARGET}`]),
         ...differences('bundle.json, version', [version], [readJson('package.json').version]),
     ];
 }

@@ -10,8 +10,8 @@ const STRING = /"(?:[^"\\\n]|\\.)*"/g;
 
 /** Replaces everything that must not be changed with spaces. Positions and lines stay the same. */
 function maskOf(source, ...more) {
-    return [...LEFT_ALONE, ...more].reduce((text, pattern) => text.replace(pattern, (found) => found.replace(BLANK, ' ')),
-        source);
+    const blank = (found) => found.replace(BLANK, ' ');
+    return [...LEFT_ALONE, ...more].reduce((text, pattern) => text.replace(pattern, blank), source);
 }
 
 /** The index of the parenthesis that closes the one just before `start`. */
@@ -45,10 +45,10 @@ const KINDS = [
         ({ 0: found, index }) => (/^ *(?:return|break|continue|throw)\b/.test(found) ? [] : [[index, found, '']])],
     ['dropped lock', /^ +std::(?:lock_guard|shared_lock)<[^;]*;$/gm, ({ 0: found, index }) => [[index, found, '']]],
     ['swapped arguments', /(?<=\w\()(\w[\w.>-]*), (\w[\w.>-]*)(?=[,)])/g,
-        ({ 0: found, 1: first, 2: second, index }) => (first === second ? [] : [[index, found, `${second}, ${first}`]])],
+        ({ 0: found, 1: left, 2: right, index }) => (left === right ? [] : [[index, found, `${right}, ${left}`]])],
     ['early return', /^[\w:<>,*& ]+\([^;{}]*\)(?: const)? \{\n/gm, ({ 0: found, index }) =>
-        (/^(?:namespace|struct|class|enum)\b/.test(found) ? [] :
-            [[index + found.length, '', /^(?:static )?void\b/.test(found) ? 'return;\n' : 'return {};\n']])],
+        (/^(?:namespace|struct|class|enum)\b/.test(found) ? []
+            : [[index + found.length, '', /^(?:static )?void\b/.test(found) ? 'return;\n' : 'return {};\n']])],
     ['table entry', /^ +\{.*\},$/gm, ({ 0: found, index }) => [[index, found, '']]],
 ];
 
@@ -67,6 +67,7 @@ function mutationsOf(file, source) {
     return [...found, ...strings].sort((a, b) => a.place - b.place);
 }
 
-const mutate = (source, { place, before, after }) => source.slice(0, place) + after + source.slice(place + before.length);
+const mutate = (source, { place, before, after }) =>
+    source.slice(0, place) + after + source.slice(place + before.length);
 
 module.exports = { mutate, mutationsOf };

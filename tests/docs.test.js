@@ -96,7 +96,8 @@ test('every key of a scenario is in the types, those of rules, steps and expecta
 test('the house in CONTRIBUTING has every folder and command at the root, and what is packed exists', () => {
     const [, house] = /^## The house\n+```\n([^]*?)^```/m.exec(read('CONTRIBUTING.md'));
     const shown = house.split('\n').flatMap((line) => line.split('  ', 1)[0].split(' ')).filter(Boolean);
-    const there = namesIn('.').filter((name) => !/^\.|^(out|node_modules)\/$|\.(tgz|md|json)$|^CMake|^LICENSE$/.test(name));
+    const unshown = /^\.|^(out|node_modules)\/$|\.(tgz|md|m?js|json)$|^CMake|^LICENSE$/;
+    const there = namesIn('.').filter((name) => !unshown.test(name));
     assert.deepEqual(shown.sort(), there.sort());
     const { files, scripts } = require('game-player-extension-module/package.json');
     const made = ['prebuilt/'];  // by scripts/pack
