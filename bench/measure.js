@@ -70,7 +70,7 @@ function makeRow({ work, of }, size, cores, { name, unit, goal }, valueOf) {
     const [module, floor] = [valueOf('module'), valueOf('floor')];
     return {
         work: name ? `${work}, ${name}` : work, size, module, floor, bare: valueOf('bare'), unit,
-        ratio: valueOf('ratio') ?? module / floor, goal, cores: cores.length, of
+        ratio: valueOf('ratio') ?? module / floor, goal, cores: cores.length, of,
     };
 }
 

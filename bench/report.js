@@ -26,7 +26,7 @@ function makeTable(rows) {
     const lines = [head, head.map(() => '-'), ...rows.map((row) => [
         row.work, `${row.size} ${row.of}`, `${row.cores}`, digits(row.module), digits(row.floor),
         row.bare ? digits(row.bare) : '', row.unit,
-        row.ratio.toFixed(2), `${row.goal}`, isReached(row) ? 'yes' : '**no**'
+        row.ratio.toFixed(2), `${row.goal}`, isReached(row) ? 'yes' : '**no**',
     ])];
     const widths = head.map((_, i) => Math.max(...lines.map((line) => line[i].length)));
     return lines.map((line, i) => {

@@ -26,7 +26,7 @@ function makeBare() {
         listen: (listener) => listeners.push(listener),
         onEventCallback: ({ resultInfo }) => listeners.forEach((listener) => {
             setImmediate(listener, { event: 0, resultInfo });
-        })
+        }),
     };
 }
 
@@ -62,7 +62,9 @@ const refused = (call) => (parts, _, isQuick) => {
     return timeCalls(parts, isQuick ? 5 : 200, (side) => {
         try {
             call(side, context);
-        } catch {}  // of which the comparison sees the calls
+        } catch {
+            // Only the calls count.
+        }
     });
 };
 
@@ -144,7 +146,7 @@ function prepareLogin({ device }, size) {
     const accountIcon = { moduleName: 'entry', id: 1 };
     const [login, empty] = [count, 0].map((length) => ({
         showLoginDialog: false, loginPanelType: 2,
-        thirdAccountInfos: Array.from({ length }, (_, i) => ({ accountName: `account-${i}`, accountIcon }))
+        thirdAccountInfos: Array.from({ length }, (_, i) => ({ accountName: `account-${i}`, accountIcon })),
     }));
     return { login, empty, context: device.createAbilityContext({ modules: { entry: { mediaById: { 1: icon } } } }) };
 }
@@ -197,21 +199,21 @@ const works = [
     { work: 'savePlayerRole', ...STRINGS, prepare: called('savePlayerRole', roleOf) },
     {
         work: 'round trip', sides: ALL_SIDES, sizes: [1, 1000], of: 'in flight', prepare: roundTrips,
-        figures: [{ unit: 'us', goal: 1.1, name: 'p50' }, { unit: '1/s', goal: 0.91, name: 'throughput' }]
+        figures: [{ unit: 'us', goal: 1.1, name: 'p50' }, { unit: '1/s', goal: 0.91, name: 'throughput' }],
     },
     { work: 'event', sides: ALL_SIDES, sizes: [1, 100, 10000], of: 'listeners', prepare: events },
     { work: 'unionLogin', figures: TIME_AT_MOST_FLOOR, ...ICONS, prepare: logins },
     {
         work: 'unionLogin peak memory', figures: [{ unit: 'MiB', goal: 1.9 }], ...ICONS, prepare: loginPeak,
-        isMemory: true
+        isMemory: true,
     },
     {
         work: 'memory of a pending request', figures: [{ unit: 'bytes', goal: 1.1 }], sizes: [PENDING], of: 'pending',
-        prepare: pending, isMemory: true
+        prepare: pending, isMemory: true,
     },
     { work: 'Base64Encode', figures: TIME_AT_MOST_FLOOR, sizes: [1 << 10, 1 << 15, 1 << 20, 1 << 24], of: 'bytes' },
     { work: 'IsValidEnv', sizes: [1, 8, 64], of: 'environments' },
-    { work: 'log line', sizes: [32, 256], of: 'bytes of text' }
+    { work: 'log line', sizes: [32, 256], of: 'bytes of text' },
 ].map((work) => ({ ...DEFAULTS, ...work }));
 
 module.exports = { BUILD, load, median, works };

@@ -14,7 +14,7 @@ function keysRead(kind, method, code) {
     return [
         ...(isReceived ? ['resultCode'] : []),
         ...(code === 9 || (isReceived && code === 1002000015) ? ['resultInfo'] : []),
-        ...(code === 0 && REQUESTS[method]?.[kind] || []),
+        ...(code === 0 ? REQUESTS[method]?.[kind] ?? [] : []),
     ];
 }
 

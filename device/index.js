@@ -70,8 +70,8 @@ function serveWaiters() {
 async function nextModal(filter, options = {}) {
     const isLimit = typeof filter === 'number';
     const requestType = isLimit ? 0 : readFilter(filter);
-    const { timeoutMs = TIMEOUT_MS } = isLimit ? { timeoutMs: readTimeout('timeoutMs', filter) } :
-        readObject('options', options, { timeoutMs: readTimeout });
+    const { timeoutMs = TIMEOUT_MS } = isLimit ? { timeoutMs: readTimeout('timeoutMs', filter) }
+        : readObject('options', options, { timeoutMs: readTimeout });
     const of = requestType === 0 ? '' : ` of ${methodOf(requestType)}`;
     const late = new Error(`no modal${of} was opened within ${timeoutMs} ms`);  // created here for its stack
     return new Promise((resolve, reject) => {

@@ -18,15 +18,15 @@ const USAGE = `usage: emulator [options] GAME [ARGUMENTS]
 `;
 
 const OPTIONS = {
-    'scenario': { type: 'string' },
-    'headless': { type: 'boolean', default: false },
-    'junit': { type: 'string' },
-    'record': { type: 'string' },
-    'speed': { type: 'string' },
+    scenario: { type: 'string' },
+    headless: { type: 'boolean', default: false },
+    junit: { type: 'string' },
+    record: { type: 'string' },
+    speed: { type: 'string' },
     'manual-clock': { type: 'boolean', default: false },
-    'port': { type: 'string', default: '0' },
-    'watch': { type: 'boolean', default: false },
-    'help': { type: 'boolean', default: false },
+    port: { type: 'string', default: '0' },
+    watch: { type: 'boolean', default: false },
+    help: { type: 'boolean', default: false },
 };
 
 /** Refuses the command line, with one line that names cause and cure. */

@@ -72,6 +72,7 @@ class Server {
         'Cross-Origin-Resource-Policy': 'same-origin',
         'Content-Security-Policy': policyOf(fs.readFileSync(path.join(PAGE, 'index.html'), 'utf8')),
     };
+
     #server = http.createServer((request, response) => this.#answer(request, response));
     #hosts = [];  // those that a request may name
 

@@ -111,7 +111,7 @@ function failuresOf({ calls = [], codes = {}, end: expectedEnd = 'ends' } = {}, 
         ...(doing ? [describeStuck(doing)] : []),
         ...missingCalls(calls, callsIn(records)),
         ...missingCodes(codes, codesIn(records)),
-        ...wrongEnd(expectedEnd, end)
+        ...wrongEnd(expectedEnd, end),
     ];
 }
 

@@ -10,32 +10,32 @@ const DID = { answer: 'answered by hand', clock: 'set the clock', hand: 'changed
 
 /** For each kind of record, its lane and a line of text. */
 const ENTRIES = {
-    'start': ({ game, pid }) => ['game', `${game} starts as process ${pid}`],
-    'call': ({ method, arguments: values }) => ['game', `${method}(${values.join(', ')})`],
-    'settled': ({ method, how, code, took }) =>
+    start: ({ game, pid }) => ['game', `${game} starts as process ${pid}`],
+    call: ({ method, arguments: values }) => ['game', `${method}(${values.join(', ')})`],
+    settled: ({ method, how, code, took }) =>
         ['game', `${method} ${how}${code ? ` with ${code}` : ''} after ${took} ms`],
-    'failed': ({ text }) => ['game', text],
-    'end': ({ how, code, reason }) => ['game', `the game ${{
+    failed: ({ text }) => ['game', text],
+    end: ({ how, code, reason }) => ['game', `the game ${{
         ends: 'ended by itself', fails: `failed: ${reason}`, runs: 'was stopped',
         module: `was ended by the module: ${code ?? 'the time to play was over'}`,
     }[how]}`],
-    'opened': ({ method, modal }) => ['module', `opens modal ${modal} for ${method}`],
-    'closed': ({ method, modal }) => ['module', `closes modal ${modal} of ${method}`],
-    'ended': ({ reason }) =>
+    opened: ({ method, modal }) => ['module', `opens modal ${modal} for ${method}`],
+    closed: ({ method, modal }) => ['module', `closes modal ${modal} of ${method}`],
+    ended: ({ reason }) =>
         ['module', `ends the game because of ${reason === 'timer' ? 'the time to play' : 'an answer'}`],
-    'answered': ({ method, how, code }) => ['service', `${how} ${code} to ${method}`],
-    'waits': ({ modal }) => ['service', `modal ${modal} waits for an answer by hand`],
-    'rule': ({ modal, rule }) => ['service', `a rule answers modal ${modal}${rule.note ? `: ${rule.note}` : ''}`],
-    'did': ({ command, value }) => ['service', `${DID[command]} ${JSON.stringify(value)}`.trim()],
-    'step': ({ doing }) => (doing ? ['service', doing] : []),
-    'played': () => ['service', 'all steps are done'],
-    'heard': ({ type, data }) => ['events', `${type}: ${data ?? ''}`],
-    'reported': ({ event }) => {
+    answered: ({ method, how, code }) => ['service', `${how} ${code} to ${method}`],
+    waits: ({ modal }) => ['service', `modal ${modal} waits for an answer by hand`],
+    rule: ({ modal, rule }) => ['service', `a rule answers modal ${modal}${rule.note ? `: ${rule.note}` : ''}`],
+    did: ({ command, value }) => ['service', `${DID[command]} ${JSON.stringify(value)}`.trim()],
+    step: ({ doing }) => (doing ? ['service', doing] : []),
+    played: () => ['service', 'all steps are done'],
+    heard: ({ type, data }) => ['events', `${type}: ${data ?? ''}`],
+    reported: ({ event }) => {
         const { api_name: name, error_code: code } = decode(event);
         return ['analytics', `${event.name} ${name ?? ''} ${code ?? ''}`];
     },
-    'log': ({ level, message }) => ['log', `${level} ${message}`],
-    'output': ({ stream, text }) => ['log', `${stream}: ${text}`],
+    log: ({ level, message }) => ['log', `${level} ${message}`],
+    output: ({ stream, text }) => ['log', `${stream}: ${text}`],
     'left out': ({ count }) => ['log', `${count} lines of the log were left out: the game floods it`],
 };
 
