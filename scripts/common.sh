@@ -181,7 +181,8 @@ compile() {
         "${command[@]}" </dev/null || die "the build failed"
     else
         mkdir -p "$logs"
-        "${command[@]}" </dev/null 2>&1 | tee "$logs/build.log" | sed -u '/^ninja: no work/d; /Re-checking globbed/d' || die "the build failed"
+        "${command[@]}" </dev/null 2>&1 | tee "$logs/build.log" |
+            sed -u '/^ninja: no work/d; /Re-checking globbed/d' || die "the build failed"
     fi
 }
 
