@@ -154,7 +154,7 @@ export function onExit(handler: ((end: GameEnd) => void) | null): void;
 export type DeviceRecord = { readonly time: number } & (
     /**
      * JS calls a method of the module. Strings among the arguments are in double quotes and cut off after 256 bytes; of
-     * objects only the word "object" is told. No other call of the process has this number.
+     * objects only the word "object" stands there. No other call of the process has this number.
      */
     | { kind: 'call'; call: number; method: string; arguments: string[] }
     /**
@@ -228,11 +228,11 @@ export const clock: {
     /** Milliseconds until a thread of the module wakes or a handler of `after` is due; Infinity if there is neither. */
     next(): number;
     /**
-     * Calls `handler` on this thread after `ms` milliseconds of the device's time, or soon if that is 0. `advance` stops
-     * there, if this was called before it or in a handler of `onModal`, and awaits the promise that the handler returns;
-     * the handler itself must not await `advance`. Handlers run one after another: in the order of their times, then in
-     * that of the calls. Returns a function that cancels. A reset cancels. Set and advance the clock in the environment
-     * that calls this: it does not see what others do to the clock.
+     * Calls `handler` on this thread after `ms` milliseconds of the device's time, or soon if that is 0. `advance`
+     * stops there, if this was called before it or in a handler of `onModal`, and awaits the promise that the handler
+     * returns; the handler itself must not await `advance`. Handlers run one after another: in the order of their
+     * times, then in that of the calls. Returns a function that cancels. A reset cancels. Set and advance the clock in
+     * the environment that calls this: it does not see what others do to the clock.
      */
     after(ms: number, handler: () => unknown): () => void;
     /**

@@ -15,9 +15,9 @@
  * 1002000006 (which is an error for quickGameLogin), and 1002000011 as the answer to init.
  *
  * Strings are UTF-8. They are read up to their first NUL, and truncated to 4096 bytes without splitting a character. A
- * lone surrogate in a string that is sent as JSON ends the game: pass strings that players type through `toWellFormed()`.
- * Numbers are read as 32-bit integers. A missing optional field is sent as an empty string, 0 or false; the game
- * service decides whether to accept it. If a getter throws, the call throws the same exception.
+ * lone surrogate in a string that is sent as JSON ends the game: pass strings that players type through
+ * `toWellFormed()`. Numbers are read as 32-bit integers. A missing optional field is sent as an empty string, 0 or
+ * false; the game service decides whether to accept it. If a getter throws, the call throws the same exception.
  *
  * Answers and events arrive in the environment that called the method, which is the main thread or a Worker. Nothing
  * arrives after that environment has ended.

@@ -19,7 +19,7 @@ constexpr const char* PERF_LOG_TAG = "VelmorPerf";
 constexpr const char* EVENT_DOMAIN = "api_diagnostic";
 constexpr const char* EVENT_END = "api_exec_end";
 
-// Never seeded: the number only has to tell the IDs of one process apart.
+// Never seeded: the number only has to keep the IDs of one process different.
 std::string MakeTransactionId() {
     return "transId_" +
            std::to_string(std::rand());  // NOLINT(concurrency-mt-unsafe): locked in the C library

@@ -15,7 +15,7 @@
 namespace StandIn {
 namespace {
 
-constexpr size_t MAX_TEXT = 4096;     // bytes of a result that are told
+constexpr size_t MAX_TEXT = 4096;     // bytes of a result that are recorded
 constexpr size_t MAX_ARGUMENT = 256;  // and of an argument
 constexpr double NO_CODE = -1;
 constexpr size_t MAX_PROMISES = 4096;  // that are kept: those of launches never settle
@@ -112,10 +112,10 @@ void RecordOutcome(napi_env env, const Made& made, const char* how, napi_value e
 }
 
 void RecordHeard(napi_env env, const Made& made, napi_value data) {
-    DeviceRecord heard = About("heard", made);
-    heard.fields.emplace_back("type", made.about);
-    AddText(env, "data", IsOf(env, data, napi_object) ? Property(env, data, "resultInfo") : data, heard);
-    RecordStream::Publish(std::move(heard));
+    DeviceRecord record = About("heard", made);
+    record.fields.emplace_back("type", made.about);
+    AddText(env, "data", IsOf(env, data, napi_object) ? Property(env, data, "resultInfo") : data, record);
+    RecordStream::Publish(std::move(record));
 }
 
 Made TakePromise(napi_deferred deferred) {
