@@ -3,14 +3,14 @@
 // The time limit that an answer sets: its timer, its page and the end of the game.
 
 const assert = require('node:assert/strict');
-const { CALLS, answer, device, expectChild, game, start, test, timeUp, wantOf } = require('./support');
-const { assertAgrees, callOf, stepOf } = require('./support/oracle');
+const { RELEASED, answered, assertAgrees, assertAgreesOnBoth, callOf, wait, window } = require('./model/oracle');
+const { answer, device, expectChild, game, start, test, timeUp, wantOf } = require('./support');
+const { CALLS } = require('./support/requests');
 
 const login = (playableTime, more = {}) => ['receive', { resultCode: 0, resultMessage: 'data', playableTime, ...more }];
-const TIMED = Object.keys(CALLS).filter((name) => CALLS[name].timed);
 const MINUTE = 60000;
-const [HIDE, SHOW] = ['hide', 'show'].map((change) => ['window', 'main', 0, change]);
-const wait = (ms) => ['advance', ms];
+const LIMITED = answered(login(1));
+const OPENED = wait(MINUTE + 15000);
 
 test('a timer starts for the right method, kind, code and number of minutes, and for no other', async () => {
     for (const name of Object.keys(CALLS)) {
@@ -18,32 +18,29 @@ test('a timer starts for the right method, kind, code and number of minutes, and
             ...[1, 2, 1000000, 0, -5, '1', 1.5, 35791395, undefined].map((minutes) => login(minutes)),
             login(1, { resultCode: 401 }), login(1, { resultCode: 9 }), ['result', 0, { playableTime: 1 }],
         ]) {
-            await assertAgrees([callOf(name), stepOf([given]), stepOf([login(1)]), stepOf([['release', 0]])]);
+            await assertAgrees([callOf(name), answered(given), LIMITED, RELEASED]);
         }
     }
 });
 
-for (const [what, steps] of [
-    ['opens its page when it is up', [stepOf([login(1, { endText: 'Bed time' })]), wait(MINUTE), wait(15000), wait(14999), wait(1)]],
-    ['shows a page without a text', [stepOf([login(1)]), wait(MINUTE + 15000)]],
-    ['begins once, whatever is answered later', [stepOf([login(2), login(1), login(1)]), wait(MINUTE + 15000),
-        stepOf([login(1)]), wait(MINUTE + 14999), wait(1)]],
-    ['outlives every answer and release', [stepOf([login(1)]), ...[['result', 0], ['release', 0], ['error', 401],
-        ['error', 5], ['result', 5], ['release', 1]].map((each) => stepOf([each])), wait(MINUTE + 15000),
-    stepOf([['release', 0]])]],
-    ['outlives answers that come before the first is delivered', [stepOf([login(1), login(1), ['result', 0],
-        ['release', 0], ['error', 401], ['result', 5]]), wait(MINUTE + 15000)]],
-    ['has its page wait for a window that is away', [stepOf([login(1)]), HIDE, wait(MINUTE + 15000), wait(3000), SHOW,
-        wait(1000), wait(15000)]],
-    ['has no answer to give again when its page finds no window', [stepOf([login(1)]), HIDE, wait(MINUTE + 15000),
-        wait(5000), wait(10000)]],
-    ['runs on after the login page was released', [stepOf([login(1)]), stepOf([['release', 0]]), wait(MINUTE + 15000)]],
+for (const [what, ...steps] of [
+    ['opens its page when it is up', answered(login(1, { endText: 'Bed time' })), wait(MINUTE), wait(15000),
+        wait(14999), wait(1)],
+    ['shows a page without a text, even if the login page was released', LIMITED, RELEASED, OPENED],
+    ['begins once, whatever is answered later', answered(login(2), login(1), login(1)), OPENED, LIMITED,
+        wait(MINUTE + 14999), wait(1)],
+    ['outlives every answer and release', LIMITED, ...[['result', 0], ['release', 0], ['error', 401], ['error', 5],
+        ['result', 5], ['release', 1]].map((each) => answered(each)), OPENED, RELEASED],
+    ['outlives answers that come before the first is delivered', answered(login(1), login(1), ['result', 0],
+        ['release', 0], ['error', 401], ['result', 5]), OPENED],
+    ['has its page wait for a window that is away', LIMITED, window('hide'), OPENED, wait(3000), window('show'),
+        wait(1000), wait(15000)],
+    ['has no answer to give again when its page finds no window', LIMITED, window('hide'), OPENED, wait(5000),
+        wait(10000)],
 ]) {
     test(`a time to play ${what}`, async () => {
-        for (const name of TIMED) {
-            for (const thread of ['caller', 'ui']) {
-                await assertAgrees([callOf(name), ...steps], { thread });
-            }
+        for (const name of ['getLocalPlayer', 'verifyLocalPlayer', 'quickGameLogin']) {
+            await assertAgreesOnBoth([callOf(name), ...steps]);
         }
     });
 }
@@ -54,30 +51,27 @@ test('the page has its text, the trace of that moment and a modal of its own', a
     game.syncTraceId('late');
     const waited = await timeUp();
     assert.ok(waited >= MINUTE && waited <= MINUTE + 15000, `after ${waited} ms`);
-    const page = device.modals()[1];
+    const [, page] = device.modals();
     assert.deepEqual(page.want, wantOf(6, { endText: 'Time is up', traceId: 'late' }));
-    assert.deepEqual([page.config, page.isOpen], [request.modal.config, true]);
-    assert.notEqual(page.id, request.modal.id);
+    assert.deepEqual([page.config, page.isOpen, page.id === request.modal.id], [request.modal.config, true, false]);
 });
 
-for (const name of ['getLocalPlayer', 'verifyLocalPlayer']) {
-    test(`${name} lets the process end with status 0 fifteen seconds after the page opened`, () => expectChild(
-        async ({ device, start, answer, timeUp }, name) => {
-            process.exitCode = 7;
-            process.on('exit', () => console.log('exit listeners ran'));
-            device.clock.manual();
-            await answer(start(name).modal, ['receive', { resultCode: 0, playableTime: 1 }]);
-            await timeUp();
-            console.log(device.modals().length);
-            await device.clock.advance(14999);
-            console.log('alive');
-            await device.clock.advance(1);
-            console.log('went on');
-        }, { args: [name], out: ['2', 'alive'] }));
-}
+test('a login lets the process end with status 0 fifteen seconds after the page opened', () => expectChild(
+    async ({ device, start, answer, timeUp }) => {
+        process.exitCode = 7;
+        process.on('exit', () => console.log('exit listeners ran'));
+        device.clock.manual();
+        await answer(start('verifyLocalPlayer').modal, ['receive', { resultCode: 0, playableTime: 1 }]);
+        await timeUp();
+        console.log(device.modals().length);
+        await device.clock.advance(14999);
+        console.log('alive');
+        await device.clock.advance(1);
+        console.log('went on');
+    }, { out: ['2', 'alive'] }));
 
 test('a timer whose environment is gone opens no page and still ends the process', async () => {
-    const { stderr } = await expectChild(async ({ device, startWorker, nextMessage, countLogs, timeUp }) => {
+    const stderr = await expectChild(async ({ device, startWorker, nextMessage, countLogs, timeUp }) => {
         process.exitCode = 7;
         device.clock.manual();
         const worker = startWorker(async ({ start, answer, parentPort }) => {

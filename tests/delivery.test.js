@@ -25,34 +25,36 @@ inBothOrders((test) => ['ui', 'caller'].forEach((thread) => {
     });
 }));
 
-for (const [what, body, out] of [
-    ['an answer and a delivery on their way keep the process, as an onModal does', async ({ game, device, setQueueOrder }) => {
-        setQueueOrder();
-        game.init(device.createAbilityContext(), () => console.log('called'));
-        void device.modals()[0].result(0);
-        device.onModal((modal) => void modal.receive({ resultCode: 0 }));
-        console.log(await game.bindPlayer(device.createAbilityContext(), 'o', 't'));
-    }, ['called', 'undefined']],
-    ['a request that waits for its window keeps the process until its modal opens, no longer', ({ game, device, setQueueOrder }) => {
-        setQueueOrder();
-        const context = device.createAbilityContext({ window: false });
-        device.clock.real(100);
-        game.getLocalPlayer(context).then(() => console.log('settled'));
-        setTimeout(() => device.showWindow(context), 5).unref();
-        process.on('exit', () => console.log(device.modals().length, device.modals()[0].isOpen));
-    }, ['1 true']],
-    ['a request without an answer keeps no process, nor do released modals, listeners or limits', async (support) => {
-        const { game, device, start, answer, setQueueOrder } = support;
-        setQueueOrder();
-        game.on('playerChanged', () => {});
-        game.launchAntiAddiction(device.createAbilityContext(), 60, 'text', 6);
-        start('prePurchase');
-        const [released, answered] = [start('getLocalPlayer'), start('getLocalPlayer')];
-        await answer(released.modal, ['release', 0]);
-        await answer(answered.modal, ['receive', { resultCode: 0, playableTime: 5 }]);
-        await answer(start('launchCommonPage').modal, ['release', 0]);
-        console.log(released.state[0], released.modal.isOpen, answered.state[0], answered.modal.isOpen);
-    }, ['pending false resolved true']],
-]) {
-    inBothOrders((test) => test(what, () => expectChild(body, { out })));
-}
+inBothOrders((test) => {
+    test('an answer and a delivery on their way keep the process, as an onModal does', () => expectChild(
+        async ({ game, device, setQueueOrder }) => {
+            setQueueOrder();
+            game.init(device.createAbilityContext(), () => console.log('called'));
+            void device.modals()[0].result(0);
+            device.onModal((modal) => void modal.receive({ resultCode: 0 }));
+            console.log(await game.bindPlayer(device.createAbilityContext(), 'o', 't'));
+        }, { out: ['called', 'undefined'] }));
+
+    test('a request that waits for its window keeps the process until its modal opens, no longer', () => expectChild(
+        ({ game, device, setQueueOrder }) => {
+            setQueueOrder();
+            const context = device.createAbilityContext({ window: false });
+            device.clock.real(100);
+            game.getLocalPlayer(context).then(() => console.log('settled'));
+            setTimeout(() => device.showWindow(context), 5).unref();
+            process.on('exit', () => console.log(device.modals().length, device.modals()[0].isOpen));
+        }, { out: ['1 true'] }));
+
+    test('a request without an answer keeps no process, nor do released modals, listeners or limits', () => expectChild(
+        async ({ game, device, start, answer, setQueueOrder }) => {
+            setQueueOrder();
+            game.on('playerChanged', () => {});
+            game.launchAntiAddiction(device.createAbilityContext(), 60, 'text', 6);
+            start('prePurchase');
+            const [released, answered] = [start('getLocalPlayer'), start('getLocalPlayer')];
+            await answer(released.modal, ['release', 0]);
+            await answer(answered.modal, ['receive', { resultCode: 0, playableTime: 5 }]);
+            await answer(start('launchCommonPage').modal, ['release', 0]);
+            console.log(released.state[0], released.modal.isOpen, answered.state[0], answered.modal.isOpen);
+        }, { out: ['pending false resolved true'] }));
+});

@@ -12,20 +12,13 @@ const { test } = require('node:test');
 const { ErrorCode } = require('game-player-extension-module/errors');
 const { REQUESTS } = require('../lib/methods.js');
 const { MESSAGES } = require('./model/tables');
-const { ROOT, expectChild, game } = require('./support');
+const { expectChild, game } = require('./support');
+const { ROOT, filesIn, firstGroups, isThere, read } = require('./support/files');
 
 const FENCE_OR_LINE = /^```(\w*)\n([^]*?)^```$|^.+$/gm;
 const PRINTING = /console\.log\((.*)\); *\/\/ -> (.*)$/gm;
 const LINK = /\]\(([^)#:\s]*)(?:#([^)]*))?\)/g;
-
-const read = (file) => fs.readFileSync(path.join(ROOT, file), 'utf8');
-const isThere = (...names) => fs.existsSync(path.join(ROOT, ...names));
-const firstGroups = (matches) => Array.from(matches, ([, text]) => text);
-const namesIn = (folder) => fs.readdirSync(path.join(ROOT, folder), { withFileTypes: true })
-    .map((entry) => (entry.isDirectory() ? `${entry.name}/` : entry.name));
-
-const PAGES = ['README.md', 'CONTRIBUTING.md', 'CHANGELOG.md',
-    ...namesIn('docs').filter((name) => name.endsWith('.md')).map((name) => `docs/${name}`)];
+const PAGES = ['README.md', 'CONTRIBUTING.md', 'CHANGELOG.md', ...filesIn('docs', /\.md$/)];
 
 /** The examples of a page as one program, with the line numbers of the page. */
 function programOf(page) {
@@ -41,7 +34,7 @@ function programOf(page) {
     });
 }
 
-// Runs in its own process, which ends by itself. Prints how many lines were as expected, or what went wrong.
+// Runs in a child process, which ends by itself. Prints how many lines were as expected, or what went wrong.
 async function runProgram({ ROOT }, page, source) {
     const assert = require('node:assert/strict');
     const { format } = require('node:util');
@@ -74,30 +67,32 @@ test('every method has a section with an example, every code its row and its tex
         assert.match(types, new RegExp(`"${MESSAGES[code]}"[^/]*\\*/\\s+readonly ${name}: ${code};`));
     }
     const declared = read('lib/index.d.ts').replace(/\n +\*? */g, ' ');
-    const tagged = firstGroups(declared.matchAll(/@syscap [\w.]+ @since 12 \/ function (\w+)/g));
+    const tagged = firstGroups(declared, /@syscap [\w.]+ @since 12 \/ function (\w+)/g);
     assert.deepEqual([...new Set(tagged)].sort(), Object.getOwnPropertyNames(game).sort());
-    const thrown = firstGroups(declared.matchAll(/@throws (.*?)(?= @)/g));
+    const thrown = firstGroups(declared, /@throws (.*?)(?= @)/g);
     const known = Object.entries(MESSAGES).map(([code, text]) => `{ BusinessError } ${code} - ${text}`);
     assert.deepEqual([thrown.length > 20, thrown.filter((text) => !known.includes(text))], [true, []]);
 });
 
-test('every key of a scenario is in the types, those of rules, steps and expectations on the page of the emulator too', () => {
+test('every key of a scenario is in the types, those of rules, steps and expectations also on their page', () => {
     const { definitions, properties } = JSON.parse(read('service/scenario.schema.json'));
     const [types, page] = [read('service/index.d.ts'), read('docs/emulator.md')];
     const keysOf = (part) => Object.keys(part.properties ?? {});
     const all = [...Object.keys(properties), ...Object.values(definitions).flatMap(keysOf)];
-    assert.ok(all.length > 50);
     assert.deepEqual([...definitions.method.enum].sort(), Object.keys(REQUESTS).sort());
-    assert.deepEqual(all.filter((key) => !new RegExp(`[ ({]\\${key[0] === '$' ? '' : 'b'}${key}\\??:`).test(types)), []);
-    const told = ['rule', 'answer', 'step', 'expect'].flatMap((name) => keysOf(definitions[name]));
-    assert.deepEqual(told.filter((key) => key !== 'note' && !new RegExp(`[\`.]${key}\\b`).test(page)), []);
+    const isTyped = (key) => new RegExp(`[ ({]\\${key[0] === '$' ? '' : 'b'}${key}\\??:`).test(types);
+    assert.deepEqual([all.length > 50, all.filter((key) => !isTyped(key))], [true, []]);
+    const explained = ['rule', 'answer', 'step', 'expect'].flatMap((name) => keysOf(definitions[name]));
+    const isOnPage = (key) => key === 'note' || new RegExp(`[\`.]${key}\\b`).test(page);
+    assert.deepEqual(explained.filter((key) => !isOnPage(key)), []);
 });
 
 test('the house in CONTRIBUTING has every folder and command at the root, and what is packed exists', () => {
-    const [, house] = /^## The house\n+```\n([^]*?)^```/m.exec(read('CONTRIBUTING.md'));
+    const [house] = firstGroups(read('CONTRIBUTING.md'), /^## The house\n+```\n([^]*?)^```/gm);
     const shown = house.split('\n').flatMap((line) => line.split('  ', 1)[0].split(' ')).filter(Boolean);
     const unshown = /^\.|^(out|node_modules)\/$|\.(tgz|md|m?js|json)$|^CMake|^LICENSE$/;
-    const there = namesIn('.').filter((name) => !unshown.test(name));
+    const there = fs.readdirSync(ROOT, { withFileTypes: true })
+        .map((entry) => (entry.isDirectory() ? `${entry.name}/` : entry.name)).filter((name) => !unshown.test(name));
     assert.deepEqual(shown.sort(), there.sort());
     const { files, scripts } = require('game-player-extension-module/package.json');
     const made = ['prebuilt/'];  // by scripts/pack
@@ -106,18 +101,17 @@ test('the house in CONTRIBUTING has every folder and command at the root, and wh
 });
 
 test('the porting page lists every header of the platform, and files that there are', () => {
-    const headersIn = (folder) => namesIn(`platform/include/${folder}`)
-        .flatMap((name) => (name.endsWith('.h') ? [folder + name] : headersIn(folder + name)));
     const page = read('docs/porting.md');
-    assert.deepEqual(firstGroups(page.matchAll(/^\| `([\w/]+\.h)` \|/gm)).sort(), headersIn('').sort());
-    const named = firstGroups(page.matchAll(/`([\w/]+\.(?:cpp|h|def|txt|js))`/g));
+    const headers = filesIn('platform/include', /\.h$/).map((file) => path.relative('platform/include', file));
+    assert.deepEqual(firstGroups(page, /^\| `([\w/]+\.h)` \|/gm).sort(), headers.sort());
+    const named = firstGroups(page, /`([\w/]+\.(?:cpp|h|def|txt|js))`/g);
     const isFound = (name) => ['', 'platform', 'platform/include'].some((place) => isThere(place, name));
     assert.deepEqual(named.filter((name) => !isFound(name)), []);
 });
 
 test('links between the documents have existing targets', () => {
     const anchorOf = (title) => title.toLowerCase().replace(/[^\w -]/g, '').replace(/ /g, '-');
-    const anchorsIn = (file) => firstGroups(read(file).matchAll(/^#+ (.*)$/gm)).map(anchorOf);
+    const anchorsIn = (file) => firstGroups(read(file), /^#+ (.*)$/gm).map(anchorOf);
     for (const page of PAGES) {
         for (const [link, file, anchor] of read(page).matchAll(LINK)) {
             const target = file ? path.join(path.dirname(page), file) : page;

@@ -3,15 +3,15 @@
 // Listeners, their events, and the methods that make no request.
 
 const assert = require('node:assert/strict');
+const { assertAgrees, call, callOf, functionOf } = require('./model/oracle');
 const { SYSTEM_ERROR, attempt, countLogs, device, ends, game, inBothOrders, test, turn } = require('./support');
-const { assertAgrees, call, callOf } = require('./support/oracle');
 
 const CHANGED = 'playerChanged';
 const PREVENTED = 'gameAddictionPrevented';
 const PLAYER_INVALID = 1002000015;
 
 const raise = (resultInfo) => call('onEventCallback', [{ resultCode: PLAYER_INVALID, resultInfo }]);
-const [a, b, c] = ['a', 'b', 'c'].map((as) => ({ fn: 'plain', as }));
+const [a, b, c] = ['a', 'b', 'c'].map((name) => functionOf(name));
 const on = (fn, type = CHANGED, receiver = 0) => call('on', [type, fn], receiver);
 const off = (fn, type = CHANGED) => call('off', fn ? [type, fn] : [type]);
 /** Steps that all run before anything of them reaches JS. */
@@ -34,20 +34,20 @@ test('on and off take their arguments, their types and their callers, and no oth
     assert.deepEqual(ends(), [['on', 401], ['off', 202]]);
 });
 
-for (const [what, steps] of [
-    ['hear events in the order of their registration, each once', [on(a), on(b), on(a), on(c), on(b), raise('x'), off(b),
-        on(b), atOnce(raise('y'), raise('z'))]],
-    ['are called on what "on" was called on first', [on(a, CHANGED, 1), on(a, CHANGED, 2), on(b, CHANGED, 2), raise('x'),
-        off(a), on(a), raise('y')]],
-    ['go one by one, or all of their type, and nothing else goes', [off(), on(a), on(b), on(c), off(b), off(b),
-        raise('x'), off(), raise('y'), off(a)]],
-    ['of one type are apart from those of the other', [['system', true], on(a), on(a, PREVENTED), off(undefined, PREVENTED),
-        raise('x'), on(b, PREVENTED), off(), raise('y')]],
-    ['that go or come after an event was raised do not hear it', [on(a), on(b), on(c),
-        atOnce(raise('x'), off(a), off(b), on(b)), atOnce(raise('y'), off())]],
-    ['may remove all of their type, themselves included, while they run', [on({ fn: 'off', as: 'off' }), on(a), raise('x'),
-        raise('y')]],
-    ['may call the module while they run', [on({ fn: 'call', as: 'call' }), on(a), raise('x')]],
+for (const [what, ...steps] of [
+    ['hear events in the order of their registration, each once', on(a), on(b), on(a), on(c), on(b), raise('x'), off(b),
+        on(b), atOnce(raise('y'), raise('z'))],
+    ['are called on what "on" was called on first', on(a, CHANGED, 1), on(a, CHANGED, 2), on(b, CHANGED, 2), raise('x'),
+        off(a), on(a), raise('y')],
+    ['go one by one, or all of their type, and nothing else goes', off(), on(a), on(b), on(c), off(b), off(b),
+        raise('x'), off(), raise('y'), off(a)],
+    ['of one type are apart from those of the other', ['system', true], on(a), on(a, PREVENTED),
+        off(undefined, PREVENTED), raise('x'), on(b, PREVENTED), off(), raise('y')],
+    ['that go or come after an event was raised do not hear it', on(a), on(b), on(c),
+        atOnce(raise('x'), off(a), off(b), on(b)), atOnce(raise('y'), off())],
+    ['may remove all of their type, themselves included, while they run', on(functionOf('off', 'off')), on(a),
+        raise('x'), raise('y')],
+    ['may call the module while they run', on(functionOf('call', 'call')), on(a), raise('x')],
 ]) {
     inBothOrders((test) => test(`listeners ${what}`, () => assertAgrees(steps)));
 }
@@ -91,12 +91,12 @@ test('every method without a request throws 1002000001, and reports nothing, if 
     assert.deepEqual(ends(), []);
 });
 
-for (const [failing, log] of [
-    ['napi_get_uv_event_loop', 'OnEventCallback work is nullptr or get loop failed'],
-    ['uv_queue_work', 'OnEventCallback uv_queue_work call failed'],
-    ['napi_open_handle_scope', 'DoGameEventWork scope is nullptr'],
-    ['napi_get_reference_value', 'DoGameEventWork enter'],
-]) {
+for (const [failing, log] of Object.entries({
+    napi_get_uv_event_loop: 'OnEventCallback work is nullptr or get loop failed',
+    uv_queue_work: 'OnEventCallback uv_queue_work call failed',
+    napi_open_handle_scope: 'DoGameEventWork scope is nullptr',
+    napi_get_reference_value: 'DoGameEventWork enter',
+})) {
     inBothOrders((test) => test(`a failing ${failing} costs its listener the event and no other one`, async () => {
         const heard = [];
         ['1', '2', '3'].forEach((name) => game.on(CHANGED, ({ resultInfo }) => heard.push(name + resultInfo)));

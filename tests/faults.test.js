@@ -45,15 +45,8 @@ const UNPARSED = 'CreateResultMessage parse napiResult or resultMessage failed';
 const UNMADE = 'napi create errorCode failed';
 
 // What runs while `fail` makes calls fail, after some that succeed; what the game sees; and the first logged error.
-for (const [what, play, rows] of [
-    ['a union login with two accounts', (fail) => {
-        const account = (accountName) => ({ accountName, accountIcon: { moduleName: 'entry', id: 7 } });
-        const context = device.createAbilityContext({ modules: { entry: { mediaById: { 7: Buffer.alloc(20000) } } } });
-        fail();
-        game.unionLogin(context, { thirdAccountInfos: [account('a'), account('b')] });
-        const { thirdAccountInfos } = JSON.parse(device.modals()[0].want.parameters.unionLoginParam);
-        return thirdAccountInfos.map(({ accountName }) => accountName);
-    }, [
+for (const { what, play, rows } of [
+    { what: 'a union login with two accounts', rows: [
         [{ CreateModuleContext: 0 }, ['b'], 'moduleContext is nullptr'],
         [{ GetResourceManager: 0 }, ['b'], 'resourceManager is nullptr'],
         [{ GetMediaDataById: 0 }, ['b']],
@@ -65,21 +58,32 @@ for (const [what, play, rows] of [
         [{ BIO_ctrl: 1 }, ['b'], UNWRITTEN],  // the first piece is still there
         [{ BIO_ctrl: 2 }, ['a', 'b']],
         [{ BIO_ctrl: 3 }, ['b'], UNREADABLE],
-    ]],
-    ['a login that succeeds, as analytics are told before', async (fail) => {
-        const request = start('getLocalPlayer');
+    ], play: (fail) => {
+        const account = (accountName) => ({ accountName, accountIcon: { moduleName: 'entry', id: 7 } });
+        const context = device.createAbilityContext({ modules: { entry: { mediaById: { 7: Buffer.alloc(20000) } } } });
         fail();
-        await answer(request.modal, ['receive', { resultCode: 0, resultMessage: 'data' }]);
-        assert.deepEqual(ends(), [['getLocalPlayer', 0]]);
-        return [request.modal.isOpen, ...request.state];
-    }, [
+        game.unionLogin(context, { thirdAccountInfos: [account('a'), account('b')] });
+        const { thirdAccountInfos } = JSON.parse(device.modals()[0].want.parameters.unionLoginParam);
+        return thirdAccountInfos.map(({ accountName }) => accountName);
+    } },
+    { what: 'a login that succeeds, as analytics are told before', rows: [
         [{ WrapWantParams: 0 }, [true, 'rejected', ...SYSTEM_ERROR], UNPARSED],
         [{ napi_get_named_property: 0 }, [true, 'rejected', ...SYSTEM_ERROR], UNPARSED],
         [{ napi_resolve_deferred: 0 }, [true, 'pending']],
         [{ uv_queue_work: 0 }, [false, 'pending'], 'SendMessageBack uv_queue_work call failed'],
         [{ napi_get_uv_event_loop: 0 }, [false, 'pending'], 'isValidEnv[1] or get loop failed'],
-    ]],
-    ['a login that fails, by promise and by callback', async (fail) => {
+    ], play: async (fail) => {
+        const request = start('getLocalPlayer');
+        fail();
+        await answer(request.modal, ['receive', { resultCode: 0, resultMessage: 'data' }]);
+        assert.deepEqual(ends(), [['getLocalPlayer', 0]]);
+        return [request.modal.isOpen, ...request.state];
+    } },
+    { what: 'a login that fails, by promise and by callback', rows: [
+        [{ napi_create_error: 0 }, Array(2).fill(`1002000008 ${BLOCKED}`), UNMADE],
+        [{ napi_create_error: 0, napi_set_named_property: 0 }, Array(2).fill(`undefined ${BLOCKED}`), UNMADE],
+        [{ napi_create_error: 0, napi_throw_error: 0 }, [false, false], UNMADE],
+    ], play: async (fail) => {
         const errors = [];
         game.getLocalPlayer(device.createAbilityContext()).catch((error) => errors.push(error));
         game.getLocalPlayer(device.createAbilityContext(), (error) => errors.push(error));
@@ -87,12 +91,8 @@ for (const [what, play, rows] of [
             fail();
             await answer(modal, ['result', 1002000008]);
         }
-        return errors.map((error) => error instanceof Error && [error.code, error.message]);
-    }, [
-        [{ napi_create_error: 0 }, [[1002000008, BLOCKED], [1002000008, BLOCKED]], UNMADE],
-        [{ napi_create_error: 0, napi_set_named_property: 0 }, [[undefined, BLOCKED], [undefined, BLOCKED]], UNMADE],
-        [{ napi_create_error: 0, napi_throw_error: 0 }, [false, false], UNMADE],
-    ]],
+        return errors.map((error) => error instanceof Error && `${error.code} ${error.message}`);
+    } },
 ]) {
     for (const [calls, expected, error] of rows) {
         test(`${what}, while ${JSON.stringify(calls)} fails`, async () => {
@@ -107,11 +107,11 @@ for (const [what, play, rows] of [
 const failed = [];
 const seen = new Set();
 
-/** Notes what a child process reports about its fault points. Returns the problems. */
+/** Records what a child process reports about its fault points. Returns the problems. */
 function read({ code, signal, stdout, stderr }) {
-    const told = stdout.split('\n').filter(Boolean).map((line) => JSON.parse(line));
+    const reports = stdout.split('\n').filter(Boolean).map((line) => JSON.parse(line));
     const problems = [];
-    for (const { point, isMet, effects = [] } of told) {
+    for (const { point, isMet, effects = [] } of reports) {
         failed.push(...(isMet ? [point.call] : []));
         for (const [effect, ...detail] of effects) {
             seen.add(`${effect} by ${point.call}`);
@@ -119,15 +119,16 @@ function read({ code, signal, stdout, stderr }) {
         }
     }
     // The module may end the process with status 0.
-    if (code !== 0 || !told.at(-1).effects) {
-        problems.push([told.at(-1), `the process ended with ${signal || code}`, stderr.slice(-2000)]);
+    if (code !== 0 || !reports.at(-1).effects) {
+        problems.push([reports.at(-1), `the process ended with ${signal || code}`, stderr.slice(-2000)]);
     }
     return problems;
 }
 
 async function run(how, ...args) {
-    const body = (_, how, args) => require('./tests/support/fault_runs.js')[how](...args);
-    assert.deepEqual(read(await runInChild(body, [how, args])), []);
+    const child = await runInChild((_, how, args) => require('./tests/support/fault_runs.js')[how](...args),
+        [how, args]);
+    assert.deepEqual(read(child), []);
 }
 
 for (const scenario of Object.keys(SCENARIOS)) {
@@ -142,7 +143,7 @@ for (const call of FIRST_CALLS) {
         for (const times of [1, FOR_EVER]) {
             for (let skip = 0, before = -1; failed.length > before; ++skip) {
                 before = failed.length;
-                await run('tell', { scenario: 'a first start', mode: 'caller', call, skip, times });
+                await run('report', { scenario: 'a first start', mode: 'caller', call, skip, times });
             }
         }
     });

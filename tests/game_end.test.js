@@ -5,41 +5,42 @@
 const assert = require('node:assert/strict');
 const { device, expectChild, game, nextMessage, start, startWorker, test, timeUp } = require('./support');
 
-const endBy = {
-    answer: async ({ device, start }) => {
+// Run in a child process.
+const END_BY = {
+    'an answer': async ({ device, start }) => {
         start('savePlayerRole');
         start('getLocalPlayer');
         await device.modals()[1].result(1002000006);
     },
-    timer: async ({ device, game }) => {
+    'a timer': async ({ device, game }) => {
         device.clock.manual();
         game.launchAntiAddiction(device.createAbilityContext(), 60, 'text', 14 + 1);
         await device.clock.advance(200000);
     },
-    'timer of a login': async ({ device, start, answer }) => {
+    'a timer of a login': async ({ device, start, answer }) => {
         device.clock.manual();
         await answer(start('verifyLocalPlayer').modal, ['receive', { resultCode: 0, playableTime: 1 }]);
         await device.clock.advance(200000);
     },
+    'an answer on the JS thread, though handled': ({ device, start }) => {
+        device.answerOn('caller');
+        device.onExit(() => console.log('told'));
+        start('init').modal.result(10);
+    },
 };
-const HANDLED = `(support) => {
-    support.device.answerOn('caller');
-    support.device.onExit(() => console.log('told'));
-    support.start('init').modal.result(10);
-}`;
 
-for (const [what, body, env, code, said] of [
-    ['an answer', endBy.answer, {}, 0, 'status 0: modal 2 (getLocalPlayer) answered 1002000006'],
-    ['a timer', endBy.timer, {}, 0, 'status 0: the time to play that launchAntiAddiction began is over'],
-    ['a timer of a login', endBy['timer of a login'], {}, 0, 'status 0: the time to play that verifyLocalPlayer began'],
-    ['an answer, with a status', endBy.answer, { GAMEAPI_EXIT_STATUS: '3' }, 3, 'status 3: modal 2 (getLocalPlayer)'],
-    ['an answer in silence', endBy.answer, { GAMEAPI_LOG: 'off' }, 0, null],
-    ['an answer on the JS thread, though handled', HANDLED, {}, 70, 'status 70, as onExit cannot help'],
+for (const { by, env, code = 0, says } of [
+    { by: 'an answer', says: 'status 0: modal 2 (getLocalPlayer) answered 1002000006' },
+    { by: 'a timer', says: 'status 0: the time to play that launchAntiAddiction began is over' },
+    { by: 'a timer of a login', says: 'status 0: the time to play that verifyLocalPlayer began' },
+    { by: 'an answer', env: { GAMEAPI_EXIT_STATUS: '3' }, code: 3, says: 'status 3: modal 2 (getLocalPlayer)' },
+    { by: 'an answer', env: { GAMEAPI_LOG: 'off' } },
+    { by: 'an answer on the JS thread, though handled', code: 70, says: 'status 70, as onExit cannot help' },
 ]) {
-    test(`a game that ${what} ends says so, and why`, async () => {
-        const { stderr } = await expectChild(body, { code, env: { GAMEAPI_LOG: '', ...env } });
+    test(`a game that ${by} ends says ${says || 'nothing in silence'}`, async () => {
+        const stderr = await expectChild(END_BY[by], { code, env: { GAMEAPI_LOG: '', ...env } });
         const lines = stderr.split('\n').filter((line) => line.startsWith('game device: the module ends the process'));
-        assert.deepEqual(lines.map((line) => line.includes(said)), said ? [true] : [], stderr);
+        assert.deepEqual(lines.map((line) => line.includes(says)), says ? [true] : [], stderr);
     });
 }
 
@@ -52,7 +53,8 @@ test('a handled end lets the process go on: it is told once, and every answer is
         const answers = [last.modal.result(code), other.modal.result(0), last.modal.receive({ resultCode: 10 })];
         const outcomes = await Promise.allSettled(answers);
         assert.deepEqual(outcomes.map(({ reason }) => /the game has ended/.test(reason?.message)), [false, true, true]);
-        assert.deepEqual(ends.splice(0), [{ reason: 'answer', requestType: last.modal.want.parameters.requestType, code }]);
+        const { requestType } = last.modal.want.parameters;
+        assert.deepEqual(ends.splice(0), [{ reason: 'answer', requestType, code }]);
         device.reset();
         const next = start('init');
         await next.modal.result(0);

@@ -1,13 +1,11 @@
 'use strict';
 
 const assert = require('node:assert/strict');
-const { spawnSync } = require('node:child_process');
-const path = require('node:path');
 const { test } = require('node:test');
-const { ROOT, runInChild } = require('./support');
 const { playBatches } = require('./model/batches');
+const { runInChild } = require('./support');
+const { runNode } = require('./support/files');
 
-const RUN = path.join(ROOT, 'tests', 'model', 'run.js');
 const FIRST_SEED = 1;
 const BATCHES = 10;
 
@@ -22,8 +20,8 @@ test('a module that does otherwise is noticed, and the seed shows it again', asy
     const { stdout } = await runInChild(async ({ game, ROOT }) => {
         const bindPlayer = (context, openId, ...rest) => game.bindPlayer(context, `${openId}`, ...rest);
         require.cache[require.resolve(ROOT)].exports = Object.create(game, { bindPlayer: { value: bindPlayer } });
-        const { Sequence } = require(`${ROOT}/tests/model/sequence`);
-        const find = async (seed) => await new Sequence(seed).run() || (seed < 300 ? find(seed + 1) : null);
+        const { playSequence } = require(`${ROOT}/tests/model/sequence`);
+        const find = async (seed) => (await playSequence(seed)).difference || (seed < 300 ? find(seed + 1) : null);
         const { what } = await find(1);
         console.log(what);
         process.exit();
@@ -31,15 +29,14 @@ test('a module that does otherwise is noticed, and the seed shows it again', asy
     assert.match(stdout, /^(modals opened|warnings and errors|outcome)\n$/);
 });
 
-test('a wrong argument is reported in one line, with the usage', () => {
-    for (const [args, complaint] of [
-        [[], '--seed or --soak is missing'],
-        [['--seed', 'x'], "--seed must be a whole number from 0 on, not 'x'"],
-        [['--soak', '0'], "--soak must be a whole number from 1 on, not '0'"],
-        [['--nothing'], "Unknown option '--nothing'"],
+test('a wrong argument is reported in one line, with the usage', async () => {
+    for (const [complaint, ...args] of [
+        ['--seed or --soak is missing'],
+        ['--seed must be a whole number from 0 on, not \'x\'', '--seed', 'x'],
+        ['--soak must be a whole number from 1 on, not \'0\'', '--soak', '0'],
+        ['Unknown option \'--nothing\'', '--nothing'],
     ]) {
-        const { status, stderr } = spawnSync(process.execPath, [RUN, ...args], { encoding: 'utf8' });
-        assert.equal(status, 2);
-        assert.ok(stderr.startsWith(complaint) && stderr.includes('\nusage: '), stderr);
+        const { code, stderr } = await runNode(['tests/model/run.js', ...args]);
+        assert.deepEqual([code, stderr.startsWith(complaint), stderr.includes('\nusage: ')], [2, true, true], stderr);
     }
 });

@@ -3,9 +3,8 @@
 // What the module logs for whole requests and events, line by line, compared with docs/logs.md.
 
 const assert = require('node:assert/strict');
-const fs = require('node:fs');
-const path = require('node:path');
-const { ROOT, answer, countLogs, device, game, start, test, turn } = require('./support');
+const { advance, answer, countLogs, device, game, start, test, turn } = require('./support');
+const { read } = require('./support/files');
 
 /** The module's lines since the last reset, without line numbers, each with its level unless that is I. */
 function lines() {
@@ -26,20 +25,20 @@ test('the hook of an environment\'s listeners counts as added though it was not'
 });
 
 const PLAYS = {
-    'A request by callback': async () => {
+    'A request by callback': () => {
         game.init(device.createAbilityContext(), () => {});
-        await answer(device.modals()[0], ['result', 0]);
+        return answer(device.modals()[0], ['result', 0]);
     },
     'A request that fails': () => answer(start('bindPlayer').modal, ['error', 5, 'name', 'text'], ['error', 6]),
     'A result that cannot be delivered': () => {
         device.failNext('uv_queue_work');
         return answer(start('bindPlayer').modal, ['result', 0]);
     },
-    'A listener that removes itself': async () => {
+    'A listener that removes itself': () => {
         const listener = () => game.off('playerChanged', listener);
         game.on('playerChanged', listener);
         game.onEventCallback({ resultCode: 1002000015 });
-        await turn();
+        return turn();
     },
     'A login whose page stays open': () =>
         answer(start('getLocalPlayer').modal, ['receive', { resultCode: 0 }], ['release', 0]),
@@ -52,9 +51,9 @@ const PLAYS = {
     },
     'A window that shows no page yet': async () => {
         const { context } = start('savePlayerRole', device.createAbilityContext({ window: false }));
-        await device.clock.advance(1000);
+        await advance(1000);
         device.showWindow(context);
-        await device.clock.advance(1000);
+        await advance(1000);
         await answer(device.modals()[0], ['release', 0]);
     },
     'A page without its text': () => void game.launchCommonPage(device.createAbilityContext()),
@@ -67,8 +66,8 @@ const PLAYS = {
         game.off('playerChanged');
     },
 };
-const page = fs.readFileSync(path.join(ROOT, 'docs', 'logs.md'), 'utf8').split('\n## ');
-const written = page.slice(1).map((section) => [section.split('\n')[0], section.split('```\n')[1]]);
+const written = read('docs/logs.md').split('\n## ').slice(1)
+    .map((section) => [section.split('\n')[0], section.split('```\n')[1]]);
 
 for (const [what, play] of Object.entries(PLAYS)) {
     test(`the log has the lines of its page: ${what}`, async () => {

@@ -4,27 +4,32 @@
 
 const assert = require('node:assert/strict');
 const { inspect } = require('node:util');
+const { CTX, answered, assertAgrees, call, functionOf } = require('./model/oracle');
 const {
-    CALLS, METHODS, PAGES, PARAMETER_ERROR, REQUESTS, SYSTEM_ERROR, answer, attempt, countLogs, device, ends, game, test,
-    track, turn, wantOf,
+    PARAMETER_ERROR, SYSTEM_ERROR, answer, attempt, countLogs, device, ends, game, test, track, turn, wantOf,
 } = require('./support');
-const { assertAgrees, stepOf } = require('./support/oracle');
+const { CALLS, METHODS, REQUESTS } = require('./support/requests');
 
 const IDS = { thirdOpenId: 'open-1', teamPlayerId: 'team-1' };
-const methodOf = (name) => name[0].toUpperCase() + name.slice(1);
-const uncalled = () => assert.fail('called');
+const frameOf = (name) => {
+    const method = name[0].toUpperCase() + name.slice(1);
+    return ['begin ', 'begin Execute', 'end Execute', 'end '].map((text) => text + method);
+};
 
 // Literals, which also check how the model reads records.
-for (const [name, parameters, ...rest] of [
+for (const [name, sent, ...args] of [
     ['init', {}],
     ['getLocalPlayer', {}],
     ['savePlayerRole', {
-        tavikExtra: '{"gamePlayerId":"g","roleId":"r","roleName":"R","serverId":"s","serverName":"S","teamPlayerId":"m",' +
-            '"thirdOpenId":"t"}'
-    }, { thirdOpenId: 't', teamPlayerId: 'm', serverName: 'S', serverId: 's', roleName: 'R', roleId: 'r', gamePlayerId: 'g' }],
+        tavikExtra: '{"gamePlayerId":"g","roleId":"r","roleName":"R","serverId":"s","serverName":"S",' +
+            '"teamPlayerId":"m","thirdOpenId":"t"}',
+    }, {
+        thirdOpenId: 't', teamPlayerId: 'm', serverName: 'S', serverId: 's', roleName: 'R', roleId: 'r',
+        gamePlayerId: 'g',
+    }],
     ['savePlayerRole', {
         tavikExtra: '{"gamePlayerId":"","roleId":"","roleName":"\\"\\\\/\\b\\f\\n\\r\\t\\u0001\x7f\u2028\u9f99",' +
-            '"serverId":"","serverName":"","teamPlayerId":"","thirdOpenId":""}'
+            '"serverId":"","serverName":"","teamPlayerId":"","thirdOpenId":""}',
     }, { roleName: '"\\/\b\f\n\r\t\x01\x7f\u2028\u9f99' }],
     ['prePurchase', { tavikExtra: '{"developerPayload":"d","productId":"p","productType":1,"reservedInfo":"r"}' },
         { reservedInfo: 'r', developerPayload: 'd', productType: 4294967297.9, productId: 'p' }],
@@ -38,33 +43,33 @@ for (const [name, parameters, ...rest] of [
         { isRealName: undefined, isAdult: undefined, ageRange: undefined }],
     ['verifyLocalPlayer', { thirdUserInfo: '{"thirdOpenId":""}' }, {}],
     ['unionLogin', { unionLoginParam: '{"showLoginDialog":false,"thirdAccountInfos":[]}' }, {}],
-    ['quickGameLogin', { quickGameLoginParam: '{"gameAppId":"\\"\u9f99\\"\u{1f409}"}' }, { gameAppId: '"\u9f99"\u{1f409}' }],
+    ['quickGameLogin', { quickGameLoginParam: '{"gameAppId":"\\"\u{1f409}"}' }, { gameAppId: '"\u{1f409}' }],
     ['launchWelcomeBanner', { greetingInfo: 'hello' }, 'hello'],
     ['launchCommonPage', { pageInfo: 'page' }, 'page'],
 ]) {
-    test(`${name} sends ${inspect(rest)}, the common parameters and no other`, async () => {
+    test(`${name} sends ${inspect(args)}, the common parameters and no other`, async () => {
+        const isRequest = name in REQUESTS;
         game.syncTraceId('trace-7');
         for (const kind of ['createAbilityContext', 'createUIExtensionContext']) {
-            const request = track(game[name](device[kind](), ...rest));
+            const request = track(game[name](device[kind](), ...args));
             const modal = device.modals().at(-1);
-            assert.deepEqual(modal.want, wantOf(CALLS[name].type, { ...parameters, traceId: 'trace-7' }));
+            assert.deepEqual(modal.want, wantOf(CALLS[name].type, { ...sent, traceId: 'trace-7' }));
             await answer(modal, ['result', 0]);
-            assert.deepEqual(request.state, name in PAGES ? ['pending'] : ['resolved', undefined]);
+            assert.deepEqual(request.state, isRequest ? ['resolved', undefined] : ['pending']);
         }
-        assert.deepEqual(ends(), name in PAGES ? [] : [[name, 0], [name, 0]]);
-        const frame = ['begin ', 'begin Execute', 'end Execute', 'end '].map((text) => text + methodOf(name));
-        assert.deepEqual(frame.map(countLogs), [2, 2, 2, 2]);
+        assert.deepEqual(ends(), isRequest ? [[name, 0], [name, 0]] : []);
+        assert.deepEqual(frameOf(name).map(countLogs), [2, 2, 2, 2]);
     });
 }
 
-test('a request takes its numbers of arguments and its forms, a function or not in the place of a callback', async () => {
+test('a request takes its numbers of arguments and its forms, a function or not in place of a callback', async () => {
     for (const [name, { rest, least = 1, most = Infinity }] of Object.entries(REQUESTS)) {
-        for (const filler of [{ fn: 'plain', as: 'f' }, { value: 1 }, { value: undefined }]) {
+        for (const filler of [functionOf('f'), 1, undefined]) {
             for (const count of [0, 1, 2, 3, 4, 5]) {
-                const good = [{ ctx: 0 }, ...rest.map((value) => ({ value })), ...Array(5).fill(filler)];
+                const args = [CTX, ...rest, ...Array(5).fill(filler)].slice(0, count);
                 const isTaken = count >= least && count <= most;
-                const answers = isTaken ? [stepOf([['result', 0, { resultMessage: 'data' }]])] : [];
-                await assertAgrees([['call', 'main', 'c1', name, good.slice(0, count), 0], ...answers]);
+                await assertAgrees([call(name, args),
+                    ...(isTaken ? [answered(['result', 0, { resultMessage: 'data' }])] : [])]);
             }
         }
     }
@@ -80,10 +85,8 @@ test('a request takes its numbers of arguments and its forms, a function or not 
 test('a bad context ends every form of a request immediately, and is logged', async () => {
     for (const [name, { rest, callbackAt }] of Object.entries(METHODS)) {
         for (let bad = 0; bad < 6; ++bad) {
-            const args = [{ bad }, ...rest.map((value) => ({ value }))];
-            const forms = callbackAt ? [[], [{ fn: 'plain', as: 'f' }], [{ value: 'f' }]] : [[]];
-            for (const form of forms) {
-                await assertAgrees([['call', 'main', 'c1', name, [...args, ...form], 0]]);
+            for (const form of callbackAt ? [[], [functionOf('f')], ['f']] : [[]]) {
+                await assertAgrees([call(name, [{ bad }, ...rest, ...form])]);
             }
         }
     }
@@ -110,23 +113,28 @@ for (const [name, { rest, callbackAt, failsAs = name, readsFirst }] of Object.en
     test(`${name} survives failing platform calls`, async () => {
         const [refused, nothing] = [['threw', ...SYSTEM_ERROR], ['returned', undefined]];
         const failed = name in REQUESTS ? [[failsAs, 401]] : [];
-        for (const [call, form, outcome, events] of [
-            ['napi_get_undefined', [], refused, []],
-            ['napi_get_cb_info', [], refused, []],
-            ['napi_create_promise', [], nothing, failed],
-            ['napi_typeof', [], failureOf(name), failed],
-            ['IsStageContext', [], failureOf(name), failed],
-            ['GetStageModeContext', [], failureOf(name), failed],
-            ...(callbackAt ? [['napi_get_cb_info', [uncalled], refused, []], ['napi_typeof', [uncalled], nothing, failed],
-                ['napi_create_reference', [uncalled], nothing, failed]] : []),
+        const callback = () => assert.fail('called');
+        for (const { call, form = [], outcome = failureOf(name), events = failed } of [
+            { call: 'napi_get_undefined', outcome: refused, events: [] },
+            { call: 'napi_get_cb_info', outcome: refused, events: [] },
+            { call: 'napi_create_promise', outcome: nothing },
+            { call: 'napi_typeof' },
+            { call: 'IsStageContext' },
+            { call: 'GetStageModeContext' },
+            ...(callbackAt ? [
+                { call: 'napi_get_cb_info', form: [callback], outcome: refused, events: [] },
+                { call: 'napi_typeof', form: [callback], outcome: nothing },
+                { call: 'napi_create_reference', form: [callback], outcome: nothing },
+            ] : []),
         ]) {
             device.reset();
-            device.failNext(call, { skip: readsFirst && call === 'napi_typeof' ? 1 : 0 });  // the first reads an argument
+            // The first one reads an argument.
+            device.failNext(call, { skip: readsFirst && call === 'napi_typeof' ? 1 : 0 });
             const args = [device.createAbilityContext(), ...rest, ...form];
             assert.deepEqual(await outcomeOf(() => game[name](...args)), outcome, call);
             assert.deepEqual([ends(), device.modals()], [events, []], call);
             game[name](device.createAbilityContext(), ...rest);
-            assert.equal(countLogs(`end ${methodOf(name)}`), 1);
+            assert.equal(countLogs(frameOf(name)[3]), 1);
         }
     });
 }

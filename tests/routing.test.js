@@ -3,9 +3,10 @@
 // What each answer does to each request: predicted by the model, and checked by some literals.
 
 const assert = require('node:assert/strict');
+const { answered, assertAgrees, assertAnswersAgree, callOf, window } = require('./model/oracle');
 const { MESSAGES } = require('./model/tables');
-const { CALLS, answer, countLogs, device, ends, expectChild, start, test } = require('./support');
-const { assertAgrees, assertAnswersAgree, callOf, stepOf } = require('./support/oracle');
+const { answer, countLogs, ends, expectChild, start, test } = require('./support');
+const { CALLS } = require('./support/requests');
 
 const CODES = [...Object.keys(MESSAGES).map(Number), -2147483648, -1, 9, 10, 203, 100015, 1002000000, 1002000018,
     2147483647];
@@ -16,7 +17,7 @@ const CHANGED = ['receive', { resultCode: 1002000015, resultInfo: 'who' }];
 const SINGLE = [
     ...CODES.flatMap((code) => [
         ['result', code, { resultMessage: 'data', resultInfo: 'who' }], ['error', code, 'name', 'own text'],
-        ['receive', { resultCode: code, resultMessage: 'data', resultInfo: 'who' }]
+        ['receive', { resultCode: code, resultMessage: 'data', resultInfo: 'who' }],
     ]),
     ...[undefined, '0', 0.5, true, -0, ['0'], { a: 0 }].map((resultCode) => ['receive', { resultCode }]),
     ...['', 5, -7, 2.5, true, [], ['a', ''], { a: { b: 1 } }, undefined]
@@ -44,22 +45,23 @@ for (const [name, { callbackAt }] of Object.entries(CALLS)) {
     });
 }
 
-// The state of the request, whether its modal is open, and whether it is still alive, as a release then shows.
-for (const [name, answers, state, isOpen, isKept] of [
-    ['getLocalPlayer', [OK], ['resolved', 'data'], true, true],
-    ['getLocalPlayer', [OK, OK], ['resolved', 'data'], false, true],
-    ['getLocalPlayer', [OK, ['result', 0]], ['resolved', 'data'], false, false],
-    ['verifyLocalPlayer', [OF_EVENT], ['pending'], true, true],
-    ['unionLogin', [['result', 100015]], ['rejected', 401, 'Total size of icon resource is too large'], false, false],
-    ['quickGameLogin', [['result', 1002000006]], ['rejected', 1002000006, MESSAGES[1002000006]], false, false],
-    ['prePurchase', [['result', 0, { resultMessage: 'data' }]], ['resolved', 'data'], false, false],
-    ['postPurchase', [['result', 7]], ['rejected', 1002000001, 'System internal error.'], false, false],
-    ['init', [['error', 401]], ['resolved', undefined], false, false],
-    ['init', [CHANGED], ['rejected', 1002000015, MESSAGES[1002000015]], false, false],
-    ['bindPlayer', [['release', 1]], ['pending'], false, true],
-    ['bindPlayer', [['error', 1002000012], ['error', 202]],
-        ['rejected', 1002000012, 'The thirdOpenId or teamPlayerId has been bound.'], false, false],
-    ['launchCommonPage', [['receive', { resultCode: 5 }]], ['pending'], false, false],
+// `isKept`: whether the request is still alive, as a release then shows.
+for (const { name, answers, state = ['pending'], isOpen = false, isKept = false } of [
+    { name: 'getLocalPlayer', answers: [OK], state: ['resolved', 'data'], isOpen: true, isKept: true },
+    { name: 'getLocalPlayer', answers: [OK, ['result', 0]], state: ['resolved', 'data'] },
+    { name: 'verifyLocalPlayer', answers: [OF_EVENT], isOpen: true, isKept: true },
+    { name: 'unionLogin', answers: [['result', 100015]],
+        state: ['rejected', 401, 'Total size of icon resource is too large'] },
+    { name: 'quickGameLogin', answers: [['result', 1002000006]],
+        state: ['rejected', 1002000006, 'The user is under age or not real-name.'] },
+    { name: 'prePurchase', answers: [['result', 0, { resultMessage: 'data' }]], state: ['resolved', 'data'] },
+    { name: 'postPurchase', answers: [['result', 7]], state: ['rejected', 1002000001, 'System internal error.'] },
+    { name: 'init', answers: [['error', 401]], state: ['resolved', undefined] },
+    { name: 'init', answers: [CHANGED], state: ['rejected', 1002000015, MESSAGES[1002000015]] },
+    { name: 'bindPlayer', answers: [['release', 1]], isKept: true },
+    { name: 'bindPlayer', answers: [['error', 1002000012], ['error', 202]],
+        state: ['rejected', 1002000012, 'The thirdOpenId or teamPlayerId has been bound.'] },
+    { name: 'launchCommonPage', answers: [['receive', { resultCode: 5 }]] },
 ]) {
     test(`${name} answered by ${JSON.stringify(answers)} is ${state[0]}`, async () => {
         const request = start(name);
@@ -73,14 +75,14 @@ for (const [name, answers, state, isOpen, isKept] of [
 }
 
 // Answers that end the process, and a line that is printed before.
-for (const [name, answers, log] of [
-    ['bindPlayer', [['result', 10]], 'OnResultForModal game exit'],
-    ['init', [['result', 1002000011]], 'game exit when init not agreed agreement.'],
-    ['getLocalPlayer', [OK, ['receive', { resultCode: 1002000006 }]], 'game exit when anti-addiction'],
-    ['launchCommonPage', [['receive', { resultCode: 10 }]], 'OnReceive game exit'],
+for (const [line, name, ...answers] of [
+    ['OnResultForModal game exit', 'bindPlayer', ['result', 10]],
+    ['game exit when init not agreed agreement.', 'init', ['result', 1002000011]],
+    ['game exit when anti-addiction', 'getLocalPlayer', OK, ['receive', { resultCode: 1002000006 }]],
+    ['OnReceive game exit', 'launchCommonPage', ['receive', { resultCode: 10 }]],
 ]) {
     test(`${name} ends the process by the last of ${JSON.stringify(answers)}, with what was logged out`, async () => {
-        const { stderr } = await expectChild(({ device, start }, name, answers) => {
+        const stderr = await expectChild(({ device, start }, name, answers) => {
             process.exitCode = 7;
             process.on('exit', () => console.log('exit listeners ran'));
             device.answerOn('caller');
@@ -88,7 +90,7 @@ for (const [name, answers, log] of [
             answers.forEach(([kind, ...args]) => modal[kind](...args));
             console.log('went on');
         }, { args: [name, answers], env: { GAMEAPI_LOG: 'I' } });
-        assert.ok(stderr.includes(log), stderr.slice(-500));
+        assert.ok(stderr.includes(line), stderr.slice(-500));
     });
 }
 
@@ -108,7 +110,7 @@ test('an answer that ends the process does so after its environment is gone', ()
 
 test('a modal that cannot be closed for want of a window is left, and its request settled', async () => {
     for (const name of Object.keys(CALLS)) {
-        await assertAgrees([callOf(name), ['window', 'main', 0, 'hide'], stepOf([['result', 1002000012]]),
-            ['window', 'main', 0, 'show'], stepOf([['error', 5], ['release', 1]])]);
+        await assertAgrees([callOf(name), window('hide'), answered(['result', 1002000012]), window('show'),
+            answered(['error', 5], ['release', 1])]);
     }
 });

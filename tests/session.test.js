@@ -1,18 +1,9 @@
 'use strict';
 
 const assert = require('node:assert/strict');
-const { CALLS, PARAMETER_ERROR, answer, device, ends, game, start, test, track, turn, wantOf } = require('./support');
-const { assertAgrees, callOf, stepOf } = require('./support/oracle');
-
-const { clock } = device;
-const LATE = 3;  // the context whose window shows no page yet
-const wait = (ms) => ['advance', ms];
-const change = (how, ctx = LATE) => ['window', 'main', ctx, how];
-
-async function advance(ms) {
-    await clock.advance(ms);
-    await turn();
-}
+const { LATE, answered, assertAgrees, callOf, wait, window } = require('./model/oracle');
+const { PARAMETER_ERROR, advance, answer, device, ends, game, start, test, track, turn, wantOf } = require('./support');
+const { CALLS } = require('./support/requests');
 
 test('a modal opens immediately, and ids are above 0 and never reused', () => {
     const ids = [1, 2].flatMap(() => {
@@ -36,21 +27,22 @@ test('a window that appears within five seconds gets its modal then, with the tr
     assert.deepEqual(modal.want, wantOf(2, { traceId: 'of the call' }));
     assert.deepEqual(modal.config, { leading: [true, false, true], trailing: [true, false, false, true] });
     await answer(modal, ['receive', { resultCode: 0, resultMessage: 'data' }]);
-    assert.deepEqual([request.state, clock.sleepers()], [['resolved', 'data'], 0]);
+    assert.deepEqual([request.state, device.clock.sleepers()], [['resolved', 'data'], 0]);
 });
 
 test('every request waits for its window, and is answered, but not analytics, when none comes', async () => {
     for (const [name, { callbackAt }] of Object.entries(CALLS)) {
         for (const callback of callbackAt ? [undefined, 'callback'] : [undefined]) {
             const call = callOf(name, callback, LATE);
-            await assertAgrees([call, wait(4999), wait(1), change('show'), wait(5000)]);
+            await assertAgrees([call, wait(4999), wait(1), window('show', LATE), wait(5000)]);
             for (const rounds of [1, 3, 5]) {
-                await assertAgrees([call, wait(rounds * 1000 - 1), change('show'), wait(1), stepOf([['result', 0]])]);
+                await assertAgrees([call, wait(rounds * 1000 - 1), window('show', LATE), wait(1),
+                    answered(['result', 0])]);
             }
-            await assertAgrees([change('hide', 0), callOf(name, callback), wait(1000), change('show', 0), wait(1000)]);
+            await assertAgrees([window('hide'), callOf(name, callback), wait(1000), window('show'), wait(1000)]);
         }
     }
-    clock.manual();
+    device.clock.manual();
     const request = start('bindPlayer', device.createAbilityContext({ window: false }));
     await advance(5000);
     assert.deepEqual([request.state, ends()], [['rejected', ...PARAMETER_ERROR], []]);

@@ -54,11 +54,12 @@ for (const [scenario, { length: steps }] of Object.entries(SCENARIOS)) {
     test(`${scenario}: a process that ends in the middle, or at the last step`, async () => {
         for (const end of ['process.exit()', 'an uncaught exception']) {
             for (const step of [steps >> 1, steps - 1]) {
+                const env = { GAMEAPI_TEST_QUEUE_ORDER: ORDERS[step % 2] };
                 await expectChild(({ ROOT }, ...args) => {
                     const { playUntil, prepare } = require(`${ROOT}/tests/support/scenarios.js`);
                     prepare('caller');
                     return playUntil(() => {}, ...args);
-                }, { args: [scenario, step, end], code: STATUS[end], env: { GAMEAPI_TEST_QUEUE_ORDER: ORDERS[step % 2] } });
+                }, { args: [scenario, step, end], code: STATUS[end], env });
             }
         }
     });

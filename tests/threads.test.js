@@ -7,7 +7,10 @@ const { countLogs, device, expectChild, game, nextMessage, once, startWorker, te
 
 const ROUNDS = 12;
 
-/** Does everything that an environment can do, `rounds` times. Posts the environment's own events that it heard. */
+/**
+ * Runs in a Worker. Does everything that an environment can do, `rounds` times. Posts the environment's own events that
+ * it heard.
+ */
 async function play({ game, device, parentPort }, name, rounds) {
     const heard = [];
     const hear = ({ resultInfo }) => heard.push(resultInfo);
@@ -81,16 +84,25 @@ test('a quick game whose time is up before JS took a Worker\'s answer still gets
 });
 
 test('first calls of several environments at the same moment make once what a process has once', () => expectChild(
-    async ({ device, gather }) => {
-        const { open, exits } = await gather(4, ({ device, game }) => {
-            game.reportEventOperation('first', 0, 0);
-            for (let i = 0; i < 200; ++i) {
-                game.syncTraceId('trace'.repeat(1 + i % 9));
-                void (i % 20 || game.init(device.createAbilityContext()));
-            }
-        });
-        open();
-        await exits;
+    async ({ device, nextMessage, once, startWorker }) => {
+        const gate = new Int32Array(new SharedArrayBuffer(4));
+        const workers = Array.from({ length: 4 }, () => startWorker((support) => {
+            support.parentPort.once('message', (gate) => {
+                support.parentPort.postMessage('ready');
+                Atomics.wait(gate, 0, 0);
+                const { device, game } = support;
+                game.reportEventOperation('first', 0, 0);
+                for (let i = 0; i < 200; ++i) {
+                    game.syncTraceId('trace'.repeat(1 + i % 9));
+                    void (i % 20 || game.init(device.createAbilityContext()));
+                }
+            });
+        }));
+        const exits = workers.map((worker) => once(worker, 'exit'));
+        await Promise.all(workers.map((worker) => worker.postMessage(gate) || nextMessage(worker)));
+        Atomics.store(gate, 0, 1);
+        Atomics.notify(gate, 0);
+        await Promise.all(exits);
         const traces = device.modals().map(({ want }) => want.parameters.traceId);
         console.log(device.analytics.processors().length, traces.filter((trace) => /^(trace)+$/.test(trace)).length);
     }, { out: ['1 40'] }));

@@ -4,14 +4,14 @@
 // exists at run time, and it is one module however it is loaded.
 
 const assert = require('node:assert/strict');
-const { execFile } = require('node:child_process');
 const fs = require('node:fs');
 const path = require('node:path');
 const { test } = require('node:test');
-const { promisify } = require('node:util');
-const { METHODS, ROOT, device, expectChild, game } = require('./support');
 const { ErrorCode, RequestType, isBusinessError } = require('game-player-extension-module/errors');
 const service = require('game-player-extension-module/service');
+const { device, expectChild, game } = require('./support');
+const { ROOT, firstGroups, read, run } = require('./support/files');
+const { METHODS } = require('./support/requests');
 
 /** For each kind of field: a correct value, and one of another type. */
 const VALUES = {
@@ -23,7 +23,6 @@ const MAY_BE_EMPTY = ['savePlayerRole', 'unionLogin'];
 const PROGRAM = 'out/types/calls.mts';
 const ETS_PROGRAMS = ['tests/types/game.ets', 'tests/types/wrong.ets'];
 const ETS_DECLARATIONS = ['emulator/index.d.ts', 'tests/types/kits.d.ts', 'tests/types/globals.d.ts'];
-const read = (file) => fs.readFileSync(path.join(ROOT, file), 'utf8');
 const isWrong = (line) => line.includes('// wrong');
 
 /** The calls that the types must allow and refuse, for one row of the table of methods. */
@@ -70,11 +69,9 @@ function shownAs([name, object]) {
 async function complaints(program) {
     fs.mkdirSync(path.join(ROOT, path.dirname(PROGRAM)), { recursive: true });
     fs.writeFileSync(path.join(ROOT, PROGRAM), program.join('\n'));
-    const options = { cwd: ROOT, timeout: 60000, env: { ...process.env, LD_PRELOAD: '' } };  // no sanitizer on tsc
-    const { stdout } = await promisify(execFile)('tsc', ['-p', 'tests/types'], options).catch((error) => {
-        assert.notEqual(error.code, 'ENOENT', 'tsc is not on PATH: install node-typescript');
-        return error;
-    });
+    const options = { timeout: 60000, env: { LD_PRELOAD: '' } };  // no sanitizer on tsc
+    const { code, stdout } = await run('tsc', ['-p', 'tests/types'], options);
+    assert.notEqual(code, 'ENOENT', 'tsc is not on PATH: install node-typescript');
     return stdout.split('\n').filter((text) => /^\S/.test(text)).map((text) => {
         const line = text.startsWith(PROGRAM) ? program[/\((\d+),/.exec(text)[1] - 1] : '';
         return isWrong(line) ? line : text;
@@ -112,8 +109,8 @@ test('what is right compiles against the types, what is wrong does not, and they
         ...Object.entries({ device, 'device.clock': device.clock, ErrorCode, RequestType, service }).map(shownAs),
     ];
     assert.deepEqual(new Set(await complaints(program)), new Set(program.filter(isWrong)));
-    const declared = read('lib/index.d.ts').matchAll(/^ {4}function (\w+)/gm);
-    assert.deepEqual([...new Set(Array.from(declared, ([, name]) => name))], Object.getOwnPropertyNames(game));
+    const declared = firstGroups(read('lib/index.d.ts'), /^ {4}function (\w+)/gm);
+    assert.deepEqual([...new Set(declared)], Object.getOwnPropertyNames(game));
 });
 
 test('an error of the module is told from others', () => {
@@ -128,14 +125,15 @@ test('an error of the module is told from others', () => {
 
 test('require and import give one module by folder and by name, in a Worker as well', () => expectChild(
     async ({ startWorker, once }) => {
+        // Runs here and in a Worker.
         const check = async ({ ROOT }) => {
             const { isDeepStrictEqual } = require('node:util');
-            const files = { '': 'lib/index', '/device': 'device/index', '/errors': 'lib/errors', '/service': 'service/index' };
+            const files = { '': 'lib', '/device': 'device', '/errors': 'lib/errors', '/service': 'service' };
             for (const [entry, file] of Object.entries(files)) {
                 const required = require(`game-player-extension-module${entry}`);
                 const { default: imported, ...named } = await import(`game-player-extension-module${entry}`);
                 const names = Object.getOwnPropertyNames(required).map((name) => [name, required[name]]);
-                console.log(required === imported, required === require(`${ROOT}/${file}.js`),
+                console.log(required === imported, required === require(`${ROOT}/${file}`),
                     isDeepStrictEqual(named, Object.fromEntries(names)));
             }
         };

@@ -10,22 +10,26 @@ const { clock } = device;
 /** Watches; each record as its kind and the values of those of `fields` that it has. */
 function watch(...fields) {
     const seen = [];
-    device.onRecord((record) => seen.push([record.kind, ...fields.filter((name) => name in record).map((name) => record[name])]));
+    device.onRecord((record) =>
+        seen.push([record.kind, ...fields.filter((name) => name in record).map((name) => record[name])]));
     return seen;
 }
 
-const without = (seen, ...kinds) => seen.filter(([kind]) => !kinds.includes(kind));
+const withoutLog = (seen) => seen.filter(([kind]) => kind !== 'log' && kind !== 'reported');
+
+/** The records whose second field is their call, with the calls numbered from the first one. */
+const numbered = (seen) => withoutLog(seen)
+    .map(([kind, call, ...rest], _, [[, first]]) => [kind, call - first, ...rest]);
 
 test('a watcher sees a call, its modal, the answers and the outcome in order', async () => {
     const seen = watch('method', 'how', 'code', 'message', 'data', 'arguments');
-    const context = device.createAbilityContext();
     const data = [];
-    game.getLocalPlayer(context, (error, player) => data.push(player));
+    game.getLocalPlayer(device.createAbilityContext(), (error, player) => data.push(player));
     const login = device.modals().at(-1);
     await answer(login, ['receive', { resultCode: 0, resultMessage: 'Lin' }], ['release', 0]);
     const bound = start('bindPlayer');
     await answer(bound.modal, ['result', 1002000012]);
-    assert.deepEqual([without(seen, 'log', 'reported'), data], [[
+    assert.deepEqual([withoutLog(seen), data], [[
         ['call', 'getLocalPlayer', ['object', 'function']],
         ['opened', 'getLocalPlayer'],
         ['answered', 'getLocalPlayer', 'receive', 0],
@@ -44,8 +48,6 @@ test('a watcher sees a call, its modal, the answers and the outcome in order', a
 
 test('a watcher sees what throws, what listeners hear, and which call opened a late modal', async () => {
     const seen = watch('call', 'method', 'code', 'type', 'data');
-    const numbers = () => without(seen, 'log', 'reported')
-        .map(([kind, call, ...rest], i, [[, first]]) => [kind, call - first, ...rest]);
     const broken = { get productId() { throw new Error('of the game'); } };
     game.on('playerChanged', () => {});
     game.onEventCallback({ resultCode: 1002000015, resultInfo: 'Mei' });
@@ -57,7 +59,7 @@ test('a watcher sees what throws, what listeners hear, and which call opened a l
     device.showWindow(context);
     await turn();
     await clock.advance(1000);
-    assert.deepEqual(numbers(), [
+    assert.deepEqual(numbered(seen), [
         ['call', 0, 'on'],
         ['call', 1, 'onEventCallback'],
         ['call', 2, 'bindPlayer'],
@@ -87,11 +89,15 @@ test('a call from within a getter leaves the records, the modal and the place of
         return /at outer /.test(stack) && !/at inner /.test(stack);
     })]);
     await turn();
-    const [[, first], ...others] = without(seen, 'log', 'reported');
-    assert.deepEqual(others.map(([kind, call, ...rest]) => [kind, call - first, ...rest]), [
-        ['call', 1, 'bindPlayer'], ['settled', 1, 'bindPlayer', 401],
-        ['call', 2, 'syncTraceId'], ['opened', 0, 'prePurchase'], ['answered', 0, 'prePurchase', 1002000002],
-        ['closed', 0, 'prePurchase'], ['settled', 0, 'prePurchase', 1002000002],
+    assert.deepEqual(numbered(seen), [
+        ['call', 0, 'prePurchase'],
+        ['call', 1, 'bindPlayer'],
+        ['settled', 1, 'bindPlayer', 401],
+        ['call', 2, 'syncTraceId'],
+        ['opened', 0, 'prePurchase'],
+        ['answered', 0, 'prePurchase', 1002000002],
+        ['closed', 0, 'prePurchase'],
+        ['settled', 0, 'prePurchase', 1002000002],
     ]);
 });
 
@@ -102,14 +108,14 @@ test('a watcher sees the calls of a Worker, and nothing once it looks away', asy
         support.parentPort.postMessage('done');
     });
     await nextMessage(worker);
-    void game.init(device.createAbilityContext());
+    void start('init');
     await turn();
     const calls = seen.filter(([kind]) => kind === 'call');
     assert.deepEqual(calls.map(([, , method]) => method), ['init', 'init']);
     assert.notEqual(calls[0][1], calls[1][1]);
     device.onRecord(null);
     const before = seen.length;
-    void game.init(device.createAbilityContext());
+    void start('init');
     await turn();
     assert.equal(seen.length, before);
     await worker.terminate();

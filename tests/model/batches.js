@@ -3,20 +3,18 @@
 // Runs sequences in batches, each in its own process. Threads that a sequence leaves waiting end with it, and a crash
 // costs one batch and names its seed.
 
-const { execFile } = require('node:child_process');
+const { firstGroups, runNode } = require('../support/files');
 
-const RUN = require.resolve('./run');
 const BATCH = 200;
 
 /** Plays `count` sequences from `seed` on. Resolves to {sequences, steps, problem}; problem is null if all was well. */
-function playBatch(seed, count = BATCH) {
-    const args = ['--expose-gc', RUN, '--seed', String(seed), '--count', String(count)];
-    return new Promise((resolve) => execFile(process.execPath, args, { maxBuffer: Infinity }, (error, stdout, stderr) => {
-        const done = Array.from(stdout.matchAll(/^seed \d+: (\d+) steps$/gm), ([, steps]) => Number(steps));
-        const problem = `seed ${seed + done.length}: ended by ${error?.signal || `status ${error?.code || 0}`}\n${stdout}${stderr}`;
-        const steps = done.reduce((sum, each) => sum + each, 0);
-        resolve({ sequences: done.length, steps, problem: error || done.length < count ? problem : null });
-    }));
+async function playBatch(seed, count = BATCH) {
+    const args = ['--expose-gc', require.resolve('./run'), '--seed', `${seed}`, '--count', `${count}`];
+    const { code, signal, stdout, stderr } = await runNode(args, { timeout: 0 });
+    const done = firstGroups(stdout, /^seed \d+: (\d+) steps$/gm).map(Number);
+    const problem = `seed ${seed + done.length}: ended by ${signal || `status ${code}`}\n${stdout}${stderr}`;
+    const steps = done.reduce((sum, each) => sum + each, 0);
+    return { sequences: done.length, steps, problem: code !== 0 || done.length < count ? problem : null };
 }
 
 /** Plays batches, `lanes` at a time, while `isWanted(batch number)` and nothing went wrong. Resolves to their sum. */
@@ -28,7 +26,7 @@ async function playBatches(seed, lanes, isWanted) {
             const { sequences, steps, problem } = await playBatch(seed + next++ * BATCH);
             sum.sequences += sequences;
             sum.steps += steps;
-            sum.problem = sum.problem || problem;
+            sum.problem ||= problem;
         }
     };
     await Promise.all(Array.from({ length: lanes }, runLane));

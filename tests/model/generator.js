@@ -3,22 +3,11 @@
 // Draws steps from a seed. It looks at the model, so that answers find modals and nothing ends the game too early.
 
 const { METHODS } = require('../support/requests');
-const { UNDER_AGE, codeOf, isDeadly } = require('./tables');
+const { MESSAGES, UNDER_AGE, codeOf, isDeadly } = require('./tables');
 const { Values } = require('./values');
 
-/** A generator of pseudorandom numbers from 0 up to, but not including, 1, from a 32-bit seed. */
-function seeded(seed) {
-    let state = seed >>> 0;
-    return () => {
-        state = (state + 0x6d2b79f5) >>> 0;
-        let mixed = Math.imul(state ^ (state >>> 15), state | 1);
-        mixed ^= mixed + Math.imul(mixed ^ (mixed >>> 7), mixed | 61);
-        return ((mixed ^ (mixed >>> 14)) >>> 0) / 4294967296;
-    };
-}
-
-const CODES = [0, 0, 0, 0, 0, 0, 0, 9, 10, 1002000006, 1002000006, 1002000011, 1002000015, 1002000002,
-    1002000017, 202, 401, 100015, -1, 5, 1002000018, 2147483647];
+const CODES = [...Object.keys(MESSAGES).map(Number), ...Array(12).fill(0), 9, 9, 10, 10, 1002000006, 1002000006,
+    1002000006, 1002000011, 1002000015, 100015, 100015, -1, 5, 1002000018, 2147483647];
 const WRONG_CODES = ['0', 0.5, true, -0, undefined, [], { a: 0 }];
 const TEXTS = ['', 'text', '{"a":1}', '\u6f22\u{1f600}', 'a\0b', 'x'.repeat(5000)];
 const NO_TEXTS = [undefined, null, 7, -0.5, true, {}, ['text']];
@@ -32,7 +21,6 @@ const KINDS = ['result', 'result', 'receive', 'receive', 'receive', 'error', 're
 // Methods whose requests outlive their first answer are drawn more often.
 const REQUEST_NAMES = [...Object.keys(METHODS), 'getLocalPlayer', 'verifyLocalPlayer', 'quickGameLogin',
     'quickGameLogin', 'unionLogin'];
-const OTHER_CALLS = ['syncTraceId', 'reportEventOperation', 'onEventCallback', 'onEventCallback'];
 const ACTING = ['off', 'call'];
 
 class Generator extends Values {
@@ -69,12 +57,12 @@ class Generator extends Values {
         const id = this.id();
         const { least = 3, most = least, callbackAt } = METHODS[method];
         const args = [this.context(env), ...this.rest(env, method)];
-        const hasCallback = callbackAt && this.random() < 0.5;
-        if (hasCallback) {
+        const form = this.random();
+        if (callbackAt && form < 0.5) {
             args.push(this.random() < 0.9 ? { fn: this.kind(env, args[0]), as: id } : { value: this.pick(NO_TEXTS) });
-        } else if (this.random() < 0.1) {
+        } else if (form > 0.9) {
             args.length = this.below(Math.max(args.length, most) + 1);
-        } else if (this.random() < 0.1) {
+        } else if (form > 0.8) {
             args.push({ fn: 'plain', as: id }, { value: 1 });
         }
         return ['call', env, id, method, args, 0];
@@ -105,38 +93,32 @@ class Generator extends Values {
 
     /** An object with some of the fields of a record, or something else. */
     object(env, fields) {
+        const keys = Object.keys(fields);
+        const isWild = this.isWild(env);
         this.isForJson = true;
-        const made = this.makeObject(env, fields);
+        const member = (key) => (fields[key] === 'accounts' ? this.accounts(isWild) : this.fieldOf(isWild));
+        const made = isWild ? this.record(keys, member) : this.tame(keys.filter(() => this.random() < 0.7), member);
         this.isForJson = false;
-        return made;
+        return isWild || this.random() < 0.9 ? made : this.pick(NO_TEXTS);
     }
 
-    makeObject(env, fields) {
-        const isWild = this.isWild(env);
-        const member = (key) => (fields[key] === 'accounts' ? this.accounts(isWild) :
-            isWild ? this.any() : this.pick([...TEXTS, ...NO_TEXTS, ...NUMBERS, 1, 1]));
-        const keys = Object.keys(fields);
-        if (isWild) {
-            return this.record(keys, member);
-        }
-        const entries = keys.filter(() => this.random() < 0.7).map((key) => [key, member(key)]);
-        return this.random() < 0.1 ? this.pick(NO_TEXTS) : Object.fromEntries(entries);
-    }
+    fieldOf(isWild) { return isWild ? this.any() : this.pick([...TEXTS, ...NO_TEXTS, ...NUMBERS, 1, 1]); }
+
+    tame(keys, draw) { return Object.fromEntries(keys.map((key) => [key, draw(key)])); }
 
     accounts(isWild) {
-        const chosen = (choices) => (key) => (this.random() < 0.9 ? choices[key]() : isWild ? this.any() : 5);
-        const make = isWild ? (keys, draw) => this.record(keys, draw, 0.95) :
-            (keys, draw) => Object.fromEntries(keys.map((key) => [key, draw(key)]));
+        const make = (fields) => {
+            const draw = (key) => (this.random() < 0.9 ? fields[key]() : isWild ? this.any() : 5);
+            const keys = Object.keys(fields);
+            return isWild ? this.record(keys, draw, 0.95) : this.tame(keys, draw);
+        };
         const icon = {
             moduleName: () => this.pick(['entry', 'entry', 'entry', 'bare', 'locked', '']),
             id: () => this.pick([1, 1, -1, 0, 2, 5, 4294967297]),
             params: () => this.pick([['icon'], ['none', 'a.png'], ['app.media.icon'], [''], ['.'], []]),
         };
-        const account = {
-            accountName: () => this.pick(TEXTS), accountIcon: () => make(Object.keys(icon), chosen(icon)),
-        };
-        const list = Array.from({ length: this.below(4) }, () => make(Object.keys(account), chosen(account)));
-        return this.random() < 0.9 ? list : this.pick(NO_TEXTS);
+        const account = { accountName: () => this.pick(TEXTS), accountIcon: () => make(icon) };
+        return this.random() < 0.9 ? Array.from({ length: this.below(4) }, () => make(account)) : this.pick(NO_TEXTS);
     }
 
     /** An argument that is not a function: one of `good`, of another type, or any value. */
@@ -149,9 +131,8 @@ class Generator extends Values {
         const env = this.env();
         const type = this.pick(EVENT_NAMES);
         const isTame = this.isTame || type !== 'playerChanged';
-        const kinds = isTame ? ['plain', 'plain', 'throws'] : ['plain', 'throws', ...ACTING];
-        const index = this.below(kinds.length);
-        const listener = this.random() < 0.9 ? { fn: kinds[index], as: `${kinds[index]}${index}` } : this.value(env);
+        const fn = this.pick(['plain', 'plain', 'throws', ...(isTame ? [] : ACTING)]);
+        const listener = this.random() < 0.9 ? { fn, as: `${fn}${this.below(2)}` } : this.value(env);
         const args = [this.random() < 0.95 ? { value: type } : this.value(env), listener];
         const method = this.random() < 0.7 ? 'on' : 'off';
         if (this.random() < (method === 'on' ? 0.1 : 0.5)) {
@@ -163,16 +144,16 @@ class Generator extends Values {
     }
 
     otherCall() {
-        const [env, method] = [this.env(), this.pick(OTHER_CALLS)];
+        const env = this.env();
         const resultCode = this.pick([1002000015, 1002000015, 0, '1002000015']);
         const changed = this.isWild(env) ? this.record(['resultCode', 'resultInfo'],
-            (key) => (key === 'resultCode' && this.random() < 0.8 ? resultCode : this.any())) :
-            { resultCode, resultInfo: this.value(env).value };
-        const args = {
-            syncTraceId: [this.value(env)],
-            reportEventOperation: [this.value(env), this.value(env, NUMBERS), this.value(env, NUMBERS)],
-            onEventCallback: [{ value: this.random() < 0.9 ? changed : this.pick(NO_TEXTS) }],
-        }[method];
+            (key) => (key === 'resultCode' && this.random() < 0.8 ? resultCode : this.any()))
+            : { resultCode, resultInfo: this.value(env).value };
+        const event = { value: this.random() < 0.9 ? changed : this.pick(NO_TEXTS) };
+        const [method, ...args] = this.pick([
+            ['onEventCallback', event], ['onEventCallback', event], ['syncTraceId', this.value(env)],
+            ['reportEventOperation', this.value(env), this.value(env, NUMBERS), this.value(env, NUMBERS)],
+        ]);
         return ['call', env, this.id(), method, this.random() < 0.9 ? args : args.slice(1), 0];
     }
 
@@ -199,8 +180,8 @@ class Generator extends Values {
         if (this.model.modals.length === 0) {
             return null;
         }
-        const steps = Array.from({ length: count }, () => (count > 1 && this.random() < 0.15 ?
-            this.request('main') : this.answer(false)));
+        const steps = Array.from({ length: count }, () => (count > 1 && this.random() < 0.15
+            ? this.request('main') : this.answer(false)));
         return ['answers', this.isTame ? this.onePerRequest(steps) : steps];
     }
 
@@ -261,4 +242,4 @@ class Generator extends Values {
     }
 }
 
-module.exports = { Generator, seeded };
+module.exports = { Generator };

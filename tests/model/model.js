@@ -10,6 +10,11 @@ const { METHODS, rulesOf } = require('../support/requests');
 const { BAD_CONTEXTS, EVENT_TYPES, MESSAGES, MODULES, PLAYER_INVALID } = require('./tables');
 
 class Model extends Sessions {
+    /** Plays a step: there is a method for each kind. Returns its outcome. */
+    step([kind, ...rest]) { return this[kind](...rest); }
+
+    answers(steps) { return steps.map((step) => this.step(step)); }
+
     call(name, id, method, args, receiver) {
         const env = this.envs.get(name);
         return method in METHODS ? this.request(env, id, method, args) : this[method](env, args, receiver);
@@ -19,7 +24,7 @@ class Model extends Sessions {
         const { type, least = 0, most = Infinity, callbackAt, failsAs = method, page, readsFirst } = METHODS[method];
         const failure = rulesOf(type).hidden ? 0 : 401;
         if (args.length < least || args.length > most) {
-            this.end(method, this.now, 401);
+            this.report(method, this.now, 401);
             return this.threw(failure);
         }
         const values = args.slice(1).map((arg) => ('fn' in arg ? () => {} : arg.ctx === undefined ? arg.value : {}));
@@ -33,14 +38,14 @@ class Model extends Sessions {
                 return ['returned', callback ? undefined : 'promise'];
             }
         } catch (error) {
-            this.end(failsAs, request.start, 401);
+            this.report(failsAs, request.start, 401);
             return this.pass(error);
         }
         if (page) {
             this.log(`${page} build context failed`);
             return ['returned', 'promise'];
         }
-        this.end(failsAs, request.start, 401);
+        this.report(failsAs, request.start, 401);
         return this.fail(request, failure);
     }
 
@@ -73,8 +78,8 @@ class Model extends Sessions {
         const { env, callback } = request;
         const error = code === 0 ? null : ['error', code, MESSAGES[code]];
         if (callback) {
-            return callback.fn && this.invoke(env, callback, 'none', [error, code === 0 ? undefined : null]) ?
-                ['threw', undefined, 'on purpose'] : ['returned', undefined];
+            return callback.fn && this.invoke(env, callback, 'none', [error, code === 0 ? undefined : null])
+                ? ['threw', undefined, 'on purpose'] : ['returned', undefined];
         }
         if (code === 0) {
             return ['threw', undefined, 'Invalid argument'];
@@ -127,7 +132,7 @@ class Model extends Sessions {
     }
 
     endListening(method, code) {
-        this.end(method, this.now, code);
+        this.report(method, this.now, code);
         return code === 0 ? ['returned', undefined] : this.threw(code);
     }
 
@@ -145,7 +150,7 @@ class Model extends Sessions {
     reportEventOperation(env, args) {
         if (args.length === 3) {
             const [api, cost, code] = args.map(({ value }) => value);
-            this.end(argument(api, (message) => this.log(message)), this.now - int(cost), int(code));
+            this.report(argument(api, (message) => this.log(message)), this.now - int(cost), int(code));
         }
         return ['returned', undefined];
     }

@@ -17,14 +17,9 @@ const get = (value, key) => (has(value, key) ? Object(value)[key] : undefined);
 
 /** The bytes of a string in UTF-8. A lone surrogate counts as a character of three bytes. */
 function encode(value) {
-    if (!/\p{Surrogate}/u.test(value)) {
-        return Buffer.from(value);
-    }
-    return Buffer.concat(Array.from(value, (character) => {
-        const code = character.codePointAt(0);
-        return code >= 0xd800 && code < 0xe000 ?
-            Buffer.from([0xe0 | (code >> 12), 0x80 | ((code >> 6) & 0x3f), 0x80 | (code & 0x3f)]) : Buffer.from(character);
-    }));
+    const bytesOf = (code) => [0xe0 | (code >> 12), 0x80 | ((code >> 6) & 0x3f), 0x80 | (code & 0x3f)];
+    return Buffer.concat(value.split(/(\p{Surrogate})/u).map((part) =>
+        Buffer.from(/^\p{Surrogate}/u.test(part) ? bytesOf(part.charCodeAt(0)) : part)));
 }
 
 /** Up to the first NUL, and cut to whole characters within the limit. Empty if the value is not a string. */

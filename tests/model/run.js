@@ -35,29 +35,20 @@ function readNumber(name, value) {
     return Number(value);
 }
 
-/** Plays the sequence of a seed. Resolves to whether module and model agreed. */
-async function play(seed, watch) {
-    const { Sequence } = require('./sequence');
-    const sequence = new Sequence(seed, { isWatched: watch !== undefined });
-    const difference = await sequence.run(watch);
-    if (difference) {
-        const { index, step, what, expected, actual } = difference;
-        console.log(`The first difference, in ${what} after step ${index}, ${show(step)}:`);
-        console.log(`expected ${show(expected)}\nactual   ${show(actual)}`);
-        console.log(`again, step by step: node --expose-gc tests/model/run.js --seed ${seed}`);
-        return false;
-    }
-    console.log(`seed ${seed}: ${sequence.steps} steps`);
-    return true;
-}
-
-async function playAll({ seed, count = 0 }) {
+async function playAll({ seed, count }) {
     process.exitCode = 1;  // in case the process ends early
+    const { playSequence } = require('./sequence');
     const watch = count ? undefined : (index, step) => console.log(index, show(step));
-    for (let i = 0; i < (count || 1); ++i) {
-        if (!await play(seed + i, watch)) {
+    for (const end = seed + (count || 1); seed < end; ++seed) {
+        const { steps, difference } = await playSequence(seed, watch);
+        if (difference) {
+            const { index, step, what, expected, actual } = difference;
+            console.log(`The first difference, in ${what} after step ${index}, ${show(step)}:`);
+            console.log(`expected ${show(expected)}\nactual   ${show(actual)}`);
+            console.log(`again, step by step: node --expose-gc tests/model/run.js --seed ${seed}`);
             return;
         }
+        console.log(`seed ${seed}: ${steps} steps`);
     }
     process.exitCode = 0;
 }
@@ -71,8 +62,4 @@ async function soak({ soak: seconds, seed = Date.now() % MAX_NUMBER }) {
 }
 
 const options = readOptions();
-if (options.soak) {
-    soak(options);
-} else {
-    playAll(options);
-}
+void (options.soak ? soak(options) : playAll(options));

@@ -57,7 +57,8 @@ class Sessions extends World {
         this.queue(request, 'DelayStartUIExtensionAbility invalid work or get loop failed');
     }
 
-    answer({ request }, kind, payload, name = '', message = '') {
+    answer(index, kind, payload, name = '', message = '') {
+        const { request } = this.modals[index];
         if (kind === 'error') {
             this.log(`OnError code=${payload}, name=${name}, message=${message}`);
         }
@@ -112,11 +113,11 @@ class Sessions extends World {
         }
         const isEnding = request.isOnItsWay && mayEnd(request);
         if (kind === 'result') {
-            request.isReset = request.isReset || Boolean(rules.ends);
+            request.isReset ||= Boolean(rules.ends);
         } else if (!rules.stores) {
             this.log('DealResponseForReceive API not supported');
         } else {
-            request.isReset = request.isReset && (isEnding || !rules.stays);
+            request.isReset &&= isEnding || !rules.stays;
         }
         if (rules.stores?.includes(kind)) {
             request.params = params;
@@ -145,7 +146,7 @@ class Sessions extends World {
         if (!closes) {
             this.log('ModalUIExtension meet exception and close modal');
         }
-        request.isReset = request.isReset || !request.isTimed;
+        request.isReset ||= !request.isTimed;
         this.closeAndReset(request);
     }
 
@@ -169,7 +170,7 @@ class Sessions extends World {
         if (request.isReset) {
             this.close(request);
         }
-        this.end(request.method, request.start, request.code);
+        this.report(request.method, request.start, request.code);
         this.queue(request, 'isValidEnv[0] or get loop failed');
     }
 

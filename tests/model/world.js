@@ -5,20 +5,18 @@
 
 class World {
     constructor(now) {
-        Object.assign(this, { now, births: 0, traceId: '', isSystem: false, gameEnd: null, logs: [], ends: [] });
-        this.envs = new Map();
-        this.modals = [];
-        this.sleepers = [];
-        this.listeners = new Map();
+        Object.assign(this, { now, births: 0, traceId: '', isSystem: false, gameEnd: null, logs: [], reports: [] });
+        Object.assign(this, { envs: new Map(), modals: [], sleepers: [], listeners: new Map() });
+        this.start('main');
     }
 
     // The contexts of each environment: two abilities, a UI extension, and an ability without a window.
-    addEnv(name) {
+    start(name) {
         const windows = [true, true, true, false].map((isShown, i) => ({ isShown, isOfAbility: i !== 2 }));
         this.envs.set(name, { isAlive: true, windows, queue: [], micro: [], heard: [] });
     }
 
-    endEnv(name) {
+    end(name) {
         const env = this.envs.get(name);
         Object.assign(env, { isAlive: false, queue: [], heard: [] });
         this.modals.filter(({ request }) => request.env === env).forEach((modal) => { modal.isOpen = false; });
@@ -26,11 +24,17 @@ class World {
         this.envs.delete(name);
     }
 
-    setWindow(name, slot, change) {
+    window(name, slot, change) {
         const { windows } = this.envs.get(name);
         windows[slot] = change === 'renew' ? { isShown: true, isOfAbility: true } : windows[slot];
         windows[slot].isShown = change !== 'hide';
     }
+
+    system(isSystem) {
+        this.isSystem = isSystem;
+    }
+
+    gc() {}
 
     /** Delivers everything that is on its way. Returns what each environment heard since the last time. */
     flush() {
@@ -54,12 +58,11 @@ class World {
 
     advance(ms) {
         const target = this.now + ms;
-        this.sleepers.sort((a, b) => a.at - b.at || a.birth - b.birth);
-        while (this.sleepers[0]?.at <= target) {
-            const first = this.sleepers.shift();
-            this.now = first.at;
-            first.wake();
-            this.sleepers.sort((a, b) => a.at - b.at || a.birth - b.birth);
+        const next = () => this.sleepers.sort((a, b) => a.at - b.at || a.birth - b.birth)[0];
+        while (next()?.at <= target) {
+            const { at, wake } = this.sleepers.shift();
+            this.now = at;
+            wake();
         }
         this.now = target;
     }
@@ -69,15 +72,15 @@ class World {
 
     /** Ends the game, once: [reason, code]. */
     endGame(...why) {
-        this.gameEnd = this.gameEnd || why;
+        this.gameEnd ||= why;
     }
 
     log(message) {
         this.logs.push(message);
     }
 
-    end(api, begin, code) {
-        this.ends.push([api, begin, this.now, code]);
+    report(api, begin, code) {
+        this.reports.push([api, begin, this.now, code]);
     }
 }
 

@@ -1,41 +1,29 @@
 'use strict';
 
-// Runs the emulator as a user does, with games that a test writes to a temporary folder.
+// Runs the emulator as a user does.
 
 const { spawn } = require('node:child_process');
-const { once } = require('node:events');
-const fs = require('node:fs');
-const os = require('node:os');
-const path = require('node:path');
-const { LIMIT_MS, ROOT } = require('.');
+const { EventEmitter, once } = require('node:events');
+const { test } = require('node:test');
+const { LIMIT_MS, ROOT, folderWith, runNode } = require('./files');
 
-const COMMAND = path.join(ROOT, 'emulator', 'index.js');
+const COMMAND = `${ROOT}/emulator/index.js`;
+const env = { GAMEAPI_EXIT_STATUS: '' };
+const children = [];
 
-/** A temporary folder with these files, by name. It is removed when the process of the tests ends. */
-function folderWith(files) {
-    const folder = fs.mkdtempSync(path.join(os.tmpdir(), 'emulator-'));
-    process.on('exit', () => fs.rmSync(folder, { recursive: true, force: true }));
-    for (const [name, text] of Object.entries(files)) {
-        fs.writeFileSync(path.join(folder, name), typeof text === 'string' ? text : JSON.stringify(text));
-    }
-    return folder;
+/** A test that may leave emulators running: they end with it. */
+function testEmulator(title, body) {
+    test(title, { timeout: 2 * LIMIT_MS }, async () => {
+        try {
+            await body();
+        } finally {
+            children.splice(0).forEach((child) => child.kill());
+        }
+    });
 }
 
-function start(args, cwd) {
-    const env = { ...process.env, GAMEAPI_EXIT_STATUS: '' };
-    const child = spawn(process.execPath, [COMMAND, ...args], { cwd, env, timeout: LIMIT_MS, killSignal: 'SIGKILL' });
-    child.text = { out: '', err: '' };
-    child.stdout.setEncoding('utf8').on('data', (text) => { child.text.out += text; });
-    child.stderr.setEncoding('utf8').on('data', (text) => { child.text.err += text; });
-    return child;
-}
-
-/** Runs the emulator to its end. */
-async function emulate(args, cwd = ROOT) {
-    const child = start(args, cwd);
-    const [status] = await once(child, 'close');
-    return { status, ...child.text };
-}
+/** Runs the emulator to its end. Resolves to { code, stdout, stderr }. */
+const emulate = (args, cwd = ROOT) => runNode([COMMAND, ...args], { cwd, env });
 
 /** Resolves when `find` finds something in what the child prints to stdout; rejects if the child ends before. */
 async function printed(child, find) {
@@ -44,16 +32,24 @@ async function printed(child, find) {
         if (found) {
             return found;
         }
-        const ended = once(child, 'close').then(([status]) => { throw new Error(`status ${status}: ${child.text.err}`); });
+        const ended = once(child, 'close').then(([status]) => {
+            throw new Error(`status ${status}: ${child.text.err}`);
+        });
         await Promise.race([once(child.stdout, 'data'), ended]);
     }
 }
 
-/** Starts the emulator with its page. Resolves with the process and the page's address. */
-async function openEmulator(args, cwd = ROOT) {
-    const child = start(args, cwd);
+/** Starts the emulator with its page on a game of this source. Resolves with its folder, process and address. */
+async function openGame(source, ...args) {
+    const folder = folderWith({ 'game.js': source });
+    const options = { cwd: folder, env: { ...process.env, ...env }, timeout: LIMIT_MS, killSignal: 'SIGKILL' };
+    const child = spawn(process.execPath, [COMMAND, ...args, 'game.js'], options);
+    children.push(child);
+    child.text = { out: '', err: '' };
+    child.stdout.setEncoding('utf8').on('data', (text) => { child.text.out += text; });
+    child.stderr.setEncoding('utf8').on('data', (text) => { child.text.err += text; });
     const [address] = await printed(child, (text) => /^http:\/\/127\.0\.0\.1:\d+\/\w+\/$/m.exec(text));
-    return { child, address };
+    return { folder, child, address };
 }
 
 /** Reads the stream of a page. `next(isIt)` resolves with the first record from now on that `isIt`. */
@@ -61,7 +57,7 @@ async function readRecords(address, headers = {}) {
     const abort = new AbortController();
     const response = await fetch(`${address}events`, { headers, signal: abort.signal });
     const records = [];
-    let wake = () => {};
+    const news = new EventEmitter();
     (async () => {
         let text = '';
         for await (const chunk of response.body.pipeThrough(new TextDecoderStream())) {
@@ -71,18 +67,19 @@ async function readRecords(address, headers = {}) {
                 const [, data] = /^data: (.*)$/m.exec(event) ?? [];
                 records.push(...JSON.parse(data ?? '[]'));
             }
-            wake();
+            news.emit('come');
         }
     })().catch(() => {});
     let seen = 0;
     const next = async (isIt) => {
         for (;;) {
-            for (; seen < records.length; ++seen) {
-                if (isIt(records[seen])) {
-                    return records[seen++];
+            while (seen < records.length) {
+                const record = records[seen++];
+                if (isIt(record)) {
+                    return record;
                 }
             }
-            await new Promise((resolve) => { wake = resolve; });
+            await once(news, 'come');
         }
     };
     return { records, next, close: () => abort.abort() };
@@ -96,4 +93,4 @@ async function post(address, name, value = null, headers = {}) {
     return [response.status, await response.json()];
 }
 
-module.exports = { emulate, folderWith, openEmulator, post, printed, readRecords };
+module.exports = { emulate, openGame, post, printed, readRecords, testEmulator };

@@ -1,6 +1,6 @@
 'use strict';
 
-// Runs scenarios with failing calls, in a separate process. It reports each fault point before it is tried, so that the
+// Runs scenarios with failing calls, in a child process. It reports each fault point before it is tried, so that the
 // last line names it after a crash, and then its effects.
 
 const fs = require('node:fs');
@@ -24,15 +24,15 @@ const describe = (value) => (value instanceof Error ? `${value.code} ${value.mes
 function effectsOf({ requests, refusedAnswers }, { scenario, mode }) {
     const pending = requests.filter(({ method, state }) => state === 'pending' && !method.startsWith('launch'));
     const odd = requests.filter(({ state, error }) => state === 'threw' && !(error instanceof Error));
-    const { environments, ...others } = leftovers();
-    const left = scenario === LOAD ? { ...others, environments } : others;
+    const { environments, ...left } = leftovers();
     return [
         ...pending.map(({ form, method }) => [`a ${form} stays pending`, method]),
         ...odd.map(({ method, error }) => [`${method} threw`, describe(error)]),
         ...uncaught.splice(0).map((error) => [`uncaught: ${describe(error)}`]),
         ...refusedAnswers.map((error) => [`an answer on the ${mode} thread throws ${describe(error)}`]),
         ...refusals().map((line) => ['a call is refused', line]),
-        ...Object.entries(left).filter(([, count]) => count !== 0).map(([what, count]) => [`${what} are left`, count]),
+        ...Object.entries(scenario === LOAD ? { ...left, environments } : left)
+            .filter(([, count]) => count !== 0).map(([what, count]) => [`${what} are left`, count]),
     ];
 }
 
@@ -68,24 +68,27 @@ async function tryPoint(point) {
 }
 
 /** Tries one fault point and reports it. Resolves to whether a call failed there. */
-async function tell(point) {
-    const say = (told) => fs.writeSync(1, `${JSON.stringify({ point, ...told })}\n`);
-    say();
+async function report(point) {
+    const print = (outcome) => fs.writeSync(1, `${JSON.stringify({ point, ...outcome })}\n`);
+    print();
     const outcome = await tryPoint(point);
-    say(outcome);
+    print(outcome);
     return outcome.isMet;
 }
 
 /** Makes each call of a scenario fail, or those in `only`: once, and together with all later calls of the function. */
 async function sweep(scenario, mode, only) {
     void support.game;
-    await tell({ scenario, mode, call: 'napi_typeof', skip: FOR_EVER, times: 1 });
+    await report({ scenario, mode, call: 'napi_typeof', skip: FOR_EVER, times: 1 });
     const made = device.faults().filter((each) => each.made > 0).map(({ call }) => call);
     for (const call of only || made) {
         for (const times of [1, FOR_EVER]) {
-            for (let skip = 0; await tell({ scenario, mode, call, skip, times }); ++skip);
+            let skip = 0;
+            while (await report({ scenario, mode, call, skip, times })) {
+                skip += 1;
+            }
         }
     }
 }
 
-module.exports = { sweep, tell };
+module.exports = { report, sweep };

@@ -1,18 +1,16 @@
 'use strict';
 
-// What all tests share. The module and the device load on first use, so that a child process or Worker can choose its
-// own load order.
+// What the tests of the module share. The module and the device load on first use, so that a child process or Worker
+// can choose its own load order. A function that runs there stands in the call that starts it, or is marked as such. It
+// gets this object, and must not use its enclosing scope.
 
 const assert = require('node:assert/strict');
-const { execFile } = require('node:child_process');
 const { once } = require('node:events');
 const path = require('node:path');
 const { Worker, parentPort, threadId } = require('node:worker_threads');
-const { CALLS, METHODS, PAGES, REQUESTS, rulesOf } = require('./requests.js');
+const { LIMIT_MS, ROOT, runNode } = require('./files');
+const { CALLS } = require('./requests');
 
-const ROOT = path.join(__dirname, '..', '..');
-// Real time, for operations that must end. They take longer under sanitizers.
-const LIMIT_MS = 15000 * (Number(process.env.GAMEAPI_TEST_PATIENCE) || 1);
 const PARAMETER_ERROR = [401, 'Parameter error.'];
 const SYSTEM_ERROR = [1002000001, 'System internal error.'];
 
@@ -69,18 +67,15 @@ function test(title, body) {
 /** Lets everything queued for this environment run. */
 async function turn() {
     for (let i = 0; i < 3; ++i) {
-        await new Promise((resolve) => setImmediate(resolve));
+        await new Promise(setImmediate);
     }
 }
 
 /** A record whose `state` follows `promise`: ['pending'], ['resolved', value] or ['rejected', code, message]. */
 function track(promise) {
     const request = { state: ['pending'] };
-    promise.then((value) => {
-        request.state = ['resolved', value];
-    }, (error) => {
-        request.state = ['rejected', error.code, error.message];
-    });
+    const settle = (...state) => Object.assign(request, { state });
+    promise.then((value) => settle('resolved', value), ({ code, message }) => settle('rejected', code, message));
     return request;
 }
 
@@ -88,8 +83,8 @@ function track(promise) {
 function attempt(call) {
     try {
         return ['returned', call()];
-    } catch (error) {
-        return ['threw', error.code, error.message];
+    } catch ({ code, message }) {
+        return ['threw', code, message];
     }
 }
 
@@ -108,21 +103,14 @@ async function answer(modal, ...answers) {
     }
 }
 
+/** Advances the clock, and lets everything that this wakes reach JS. */
+const advance = (ms) => loadDevice().clock.advance(ms).then(turn);
+
 /** The analytics end events so far, as [API name, error code]. */
-function ends() {
-    return loadDevice().analytics.events().map(({ params }) => {
-        const fields = Object.fromEntries(params);
-        return [fields.api_name, fields.error_code];
-    });
-}
+const ends = () => loadDevice().analytics.events().map(({ params }) => Object.fromEntries(params))
+    .map(({ api_name: name, error_code: code }) => [name, code]);
 
 const countLogs = (text) => loadDevice().logs().filter(({ message }) => message.includes(text)).length;
-
-/** How many threads of the module are asleep, once none of them runs. */
-async function sleepers() {
-    await loadDevice().clock.advance(0);
-    return loadDevice().clock.sleepers();
-}
 
 /** Advances the clock until a timer's time is up. Returns the milliseconds. */
 async function timeUp() {
@@ -158,54 +146,31 @@ async function roundTrip() {
 
 const sourceOf = (body, args) => `(${body})(require(${JSON.stringify(__filename)}), ...${JSON.stringify(args)})`;
 
-/** Runs `body(support, ...args)` in a Worker. `body` must not use its enclosing scope. */
-function startWorker(body, ...args) { return new Worker(sourceOf(body, args), { eval: true }); }
+/** Runs `body(support, ...args)` in a Worker. */
+const startWorker = (body, ...args) => new Worker(sourceOf(body, args), { eval: true });
 
 const nextMessage = async (worker) => (await once(worker, 'message'))[0];
 
-/** Starts Workers that all run `body(support)` at `open()`. Resolves when they are ready, `exits` when they end. */
-async function gather(count, body) {
-    const gate = new Int32Array(new SharedArrayBuffer(4));
-    const workers = Array.from({ length: count }, () => startWorker(`(support) => {
-        support.parentPort.once('message', (gate) => {
-            support.parentPort.postMessage('ready');
-            Atomics.wait(gate, 0, 0);
-            (${body})(support);
-        });
-    }`));
-    const exits = Promise.all(workers.map((worker) => once(worker, 'exit')));
-    await Promise.all(workers.map((worker) => worker.postMessage(gate) || nextMessage(worker)));
-    return { open: () => Atomics.store(gate, 0, 1) && Atomics.notify(gate, 0), exits };
-}
-
 /** Runs `body(support, ...args)` in a child process with a time limit. */
-function runInChild(body, args = [], env = {}) {
-    const options = { cwd: ROOT, env: { ...process.env, GAMEAPI_EXIT_STATUS: '', ...env }, timeout: LIMIT_MS, killSignal: 'SIGKILL' };
-    return new Promise((resolve) => {
-        execFile(process.execPath, ['-e', sourceOf(body, args)], options, (error, stdout, stderr) => {
-            const { code, signal } = error || { code: 0, signal: null };
-            resolve({ code, signal, stdout, stderr });
-        });
-    });
-}
+const runInChild = (body, args = [], env = {}) =>
+    runNode(['-e', sourceOf(body, args)], { env: { GAMEAPI_EXIT_STATUS: '', ...env } });
 
-/** Like `runInChild`. The process must print exactly the lines `out` and exit with `code`. */
+/** Like `runInChild`. The process must print exactly the lines `out` and exit with `code`. Resolves to its stderr. */
 async function expectChild(body, { args = [], env = {}, code = 0, out = [] } = {}) {
-    const result = await runInChild(body, args, env);
-    const seen = { code: result.code, signal: result.signal, out: result.stdout.split('\n').slice(0, -1) };
+    const { stdout, stderr, ...end } = await runInChild(body, args, env);
     try {
-        assert.deepEqual(seen, { code, signal: null, out });
+        assert.deepEqual({ ...end, out: stdout.split('\n').slice(0, -1) }, { code, signal: null, out });
     } catch (error) {
-        error.message += `\nits stderr:\n${result.stderr.slice(-2000)}`;
+        error.message += `\nits stderr:\n${stderr.slice(-2000)}`;
         throw error;
     }
-    return result;
+    return stderr;
 }
 
 module.exports = {
     get game() { return loadGame(); },
     get device() { return loadDevice(); },
-    CALLS, LIMIT_MS, METHODS, PAGES, PARAMETER_ERROR, REQUESTS, ROOT, SYSTEM_ERROR,
-    answer, attempt, countLogs, ends, expectChild, gather, inBothOrders, nextMessage, once, parentPort, reset, roundTrip,
-    rulesOf, runInChild, setQueueOrder, sleepers, start, startWorker, test, timeUp, track, turn, wantOf,
+    PARAMETER_ERROR, ROOT, SYSTEM_ERROR, advance, answer, attempt, countLogs, ends, expectChild, inBothOrders,
+    nextMessage, once, parentPort, reset, roundTrip, runInChild, setQueueOrder, start, startWorker, test, timeUp, track,
+    turn, wantOf,
 };

@@ -4,7 +4,7 @@
 
 const support = require('./index.js');
 
-const { countLogs, device, start, startWorker, turn } = support;
+const { advance, countLogs, device, start, startWorker, turn } = support;
 const CALLBACK = Symbol('a callback that is noted');
 const LISTENER = Symbol('a listener that is counted');
 const LATE = Symbol('a context without a window');
@@ -65,9 +65,9 @@ class Stage {
     /** Waits until everything on its way has arrived. */
     rest() { return Promise.all(this.given).then(turn); }
 
-    advance(ms) { return device.clock.advance(ms).then(turn); }
+    advance(ms) { return advance(ms); }
 
-    tell(method, ...args) {
+    device(method, ...args) {
         device[method](...this.made(args));
     }
 
@@ -85,13 +85,18 @@ const ACCOUNTS = [{ id: 7 }, { id: 0, params: ['app.media.icon'] }, { params: ['
 
 /** Answers to a call, and the wait for their delivery. */
 const answer = (...args) => [['answer', ...args], ['rest']];
+const BIND = ['open', 'bindPlayer', ['open', 'team']];
+const QUICK = ['open', 'quickGameLogin', [{ gameAppId: 'app' }]];
+const LISTEN = ['call', 'on', 'playerChanged', LISTENER];
+const RAISE = ['call', 'onEventCallback', CHANGED];
+
 /**
  * The scenarios by name. Steps are [method of Stage, ...arguments]. They need the manual clock and a system
  * application. Calls are numbered from 0.
  */
 const SCENARIOS = {
     'errors that cannot be made': [[], [CALLBACK]].flatMap((rest, i) => [
-        ['open', 'init', rest], ['tell', 'failNext', 'napi_create_error'], ...answer(i, ['receive', CHANGED]),
+        ['open', 'init', rest], ['device', 'failNext', 'napi_create_error'], ...answer(i, ['receive', CHANGED]),
     ]),
     'calls that open nothing': [
         ['init'], ['init', null], ['init', null, CALLBACK], ['getLocalPlayer', device.createStageContext('other')],
@@ -117,35 +122,31 @@ const SCENARIOS = {
         ...answer(0, LOGIN), ...answer(0, ['release', 0]),
     ],
     'a quick game whose time is up': [
-        ['call', 'on', 'gameAddictionPrevented', LISTENER], ['open', 'quickGameLogin', [{ gameAppId: 'app' }]],
-        ...answer(1, LIMITED), ['advance', 75000], ['advance', 15000], ...answer('latest', ['release', 0]),
+        ['call', 'on', 'gameAddictionPrevented', LISTENER], QUICK, ...answer(1, LIMITED), ['advance', 75000],
+        ['advance', 15000], ...answer('latest', ['release', 0]),
     ],
     'a time limit of the game\'s own': [['open', 'launchAntiAddiction', [60, 'over', 14]], ['advance', 15000]],
     'listeners that come and go': [
-        ['call', 'on', 'playerChanged', LISTENER], ['call', 'on', 'playerChanged', Math.abs],
-        ['call', 'on', 'playerChanged', LISTENER], ['call', 'onEventCallback', CHANGED], ['rest'],
-        ['call', 'off', 'playerChanged', Math.abs], ['call', 'onEventCallback', CHANGED],
-        ['call', 'off', 'playerChanged'], ['rest'],
+        LISTEN, ['call', 'on', 'playerChanged', Math.abs], LISTEN, RAISE, ['rest'],
+        ['call', 'off', 'playerChanged', Math.abs], RAISE, ['call', 'off', 'playerChanged'], ['rest'],
     ],
     'events that the extension raises': [
-        ['call', 'on', 'playerChanged', LISTENER], ['open', 'bindPlayer', ['open', 'team']],
-        ...answer(1, ['result', 9, { resultInfo: 'who' }], ['receive', CHANGED]),
-        ['open', 'quickGameLogin', [{ gameAppId: 'app' }]], ...answer(2, ['result', 1002000006]),
+        LISTEN, BIND, ...answer(1, ['result', 9, { resultInfo: 'who' }], ['receive', CHANGED]),
+        QUICK, ...answer(2, ['result', 1002000006]),
     ],
     'windows that come late and never': [
-        ['call', 'getLocalPlayer', LATE], ['open', 'bindPlayer', ['open', 'team'], { window: false }],
-        ['open', 'init', [CALLBACK], { window: false }], ['advance', 2500], ['tell', 'showWindow', LATE],
-        ['advance', 1000], ...answer('latest', LOGIN), ['advance', 2000],
+        ['call', 'getLocalPlayer', LATE], [...BIND, { window: false }], ['open', 'init', [CALLBACK], { window: false }],
+        ['advance', 2500], ['device', 'showWindow', LATE], ['advance', 1000], ...answer('latest', LOGIN),
+        ['advance', 2000],
     ],
     'a first start': [
-        ['call', 'on', 'playerChanged', LISTENER], ['open', 'init'], ['call', 'onEventCallback', CHANGED], ['rest'],
-        ...answer(1, ['result', 0]), ['call', 'off', 'playerChanged'],
+        LISTEN, ['open', 'init'], RAISE, ['rest'], ...answer(1, ['result', 0]), ['call', 'off', 'playerChanged'],
     ],
 };
 
 /** How an environment ends from within. */
 const ENDS = {
-    'terminate()': () => { for (;;); },
+    'terminate()': () => { for (;;) { /* until then */ } },
     'process.exit()': () => process.exit(7),
     'an uncaught exception': () => { throw new Error('on purpose'); },
     // It does nothing more, and ends when nothing keeps it alive.
@@ -153,14 +154,14 @@ const ENDS = {
 };
 
 /** Plays a scenario up to a step, reports how many events were heard, and ends in one of the ways of ENDS. */
-function playUntil(say, scenario, step, end) {
+function playUntil(report, scenario, step, end) {
     let left = step;
     return new Stage({
         beforeStep() {
             if (left-- > 0) {
                 return undefined;
             }
-            say(this.heard);
+            report(this.heard);
             return ENDS[end]();
         },
     }).play(SCENARIOS[scenario]);
@@ -196,14 +197,15 @@ function prepare(mode) {
 
 /** Makes a request and raises an event. Resolves to the request's state and what a listener heard. */
 async function playNext() {
+    const { game } = support;
     const heard = [];
-    support.game.on('playerChanged', ({ resultInfo }) => heard.push(resultInfo));
+    game.on('playerChanged', ({ resultInfo }) => heard.push(resultInfo));
     const request = start('init');
-    support.game.onEventCallback({ ...CHANGED, resultInfo: 'next' });
+    game.onEventCallback({ ...CHANGED, resultInfo: 'next' });
     await request.modal.result(0);
     await turn();
-    support.game.off('playerChanged');
-    support.game.off('gameAddictionPrevented');
+    game.off('playerChanged');
+    game.off('gameAddictionPrevented');
     await turn();
     return [request.state[0], ...heard].join();
 }
@@ -214,12 +216,13 @@ async function runOut({ isAsleep = false } = {}) {
         await device.clock.advance(15000);
     }
     for (const modal of device.modals()) {
-        for (const answer of [() => modal.error(401), () => modal.release(1)]) {
-            await answer().catch(() => {});
+        for (const [kind, code] of [['error', 401], ['release', 1]]) {
+            await modal[kind](code).catch(() => {});
             await turn();
         }
     }
 }
 
-module.exports = { FOR_EVER, SCENARIOS, Stage, leftovers, playInWorker, playNext, playUntil, prepare, refusals,
-    runOut };
+module.exports = {
+    FOR_EVER, SCENARIOS, Stage, leftovers, playInWorker, playNext, playUntil, prepare, refusals, runOut,
+};
