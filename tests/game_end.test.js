@@ -38,13 +38,13 @@ for (const { by, env, code = 0, says } of [
     { by: 'an answer on the JS thread, though handled', code: 70, says: 'status 70, as onExit cannot help' },
 ]) {
     test(`a game that ${by} ends says ${says || 'nothing in silence'}`, async () => {
-        const stderr = await expectChild(END_BY[by], { code, env: { GAMEAPI_LOG: '', ...env } });
+        const { stderr } = await expectChild(END_BY[by], { code, env: { GAMEAPI_LOG: '', ...env } });
         const lines = stderr.split('\n').filter((line) => line.startsWith('game device: the module ends the process'));
         assert.deepEqual(lines.map((line) => line.includes(says)), says ? [true] : [], stderr);
     });
 }
 
-test('a handled end lets the process go on: it is told once, and every answer is refused until a reset', async () => {
+test('a handled end is told once; every answer is refused until a reset', async () => {
     const ends = [];
     for (const [method, code] of [['init', 1002000011], ['bindPlayer', 10], ['getLocalPlayer', 1002000006]]) {
         device.reset();
@@ -62,7 +62,7 @@ test('a handled end lets the process go on: it is told once, and every answer is
     }
 });
 
-test('a handled end by a timer is told on the thread of each handler, and the clock runs on', async () => {
+test('a handled end by a timer is told on each handler\'s thread', async () => {
     const ends = [];
     device.onExit((end) => ends.push(end));
     const worker = startWorker(({ device, parentPort }) => {

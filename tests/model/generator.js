@@ -13,8 +13,11 @@ const TEXTS = ['', 'text', '{"a":1}', '\u6f22\u{1f600}', 'a\0b', 'x'.repeat(5000
 const NO_TEXTS = [undefined, null, 7, -0.5, true, {}, ['text']];
 const NUMBERS = [0, 1, 2, -5, 1.5, 4294967297, 40000000, NaN];
 const RESULT_MESSAGES = ['data', '', 5, -2.5, true, [], ['a', ''], { a: { b: 1.5 } }, undefined];
-const MINUTES = [undefined, undefined, 0, 1, 1, 1, 1, 2, -5, 1.5, '1', 40000000];
+const MINUTES = [undefined, undefined, 0, 1, 1, 1, 1, 2, -5, 1.5, '1', 35791395, 40000000];
 const EVENT_NAMES = ['playerChanged', 'playerChanged', 'playerChanged', 'gameAddictionPrevented', 'other'];
+/** Request types, for the answers of a limit's page. */
+const TYPES = [...Array(20).fill(14), ...Array.from({ length: 17 }, (_, type) => type), 14.9, 2 ** 32 + 14,
+    2 ** 16 + 14, -1, NaN, '14'];
 const SPANS = [1, 999, 1000, 1000, 5000, 15000, 15000, 60000];
 const LONGEST_SPAN = 150000;
 const KINDS = ['result', 'result', 'receive', 'receive', 'receive', 'error', 'release', 'release'];
@@ -82,8 +85,7 @@ class Generator extends Values {
             return [{ value: this.object(env, record[1]) }];
         }
         if (method === 'launchAntiAddiction') {
-            const type = this.random() < 0.6 ? 14 : this.pick([0, 2, 6, 13, 99, -1, '2']);
-            return [this.value(env, NUMBERS), this.value(env), { value: type }];
+            return [this.value(env, NUMBERS), this.value(env), { value: this.pick(TYPES) }];
         }
         return callbackAt ? [] : [this.value(env), this.value(env)].slice(method.startsWith('launch') ? 1 : 0);
     }

@@ -4,7 +4,7 @@
 // tables and rules on plain records, without threads, event loops or any line of the module. This file has the game's
 // side: its calls, and what reaches its functions.
 
-const { argument, get, int, sent, text } = require('./reading');
+const { get, int, text } = require('./reading');
 const { Sessions } = require('./sessions');
 const { METHODS, rulesOf } = require('../support/requests');
 const { BAD_CONTEXTS, EVENT_TYPES, MESSAGES, MODULES, PLAYER_INVALID } = require('./tables');
@@ -28,7 +28,7 @@ class Model extends Sessions {
             return this.threw(failure);
         }
         const values = args.slice(1).map((arg) => ('fn' in arg ? () => {} : arg.ctx === undefined ? arg.value : {}));
-        const read = readsFirst ? sent(method, values, (message) => this.log(message)) : undefined;
+        const read = readsFirst ? this.sent(method, values) : undefined;
         const callback = args.length === callbackAt ? args[callbackAt - 1] : null;
         const request = { env, id, type, method, callback, start: this.now, window: this.windowOf(env, args[0]),
             params: {}, hasBack: Boolean(page), isOnItsWay: false, isReset: true, hasNoError: true, isTimed: false,
@@ -61,13 +61,12 @@ class Model extends Sessions {
     }
 
     begin(request, values, read) {
-        const say = (message) => this.log(message);
         if (request.method === 'launchAntiAddiction') {
             request.type = int(values[2]);
-            this.startTimer(request, argument(values[1], say), int(values[0]));
+            this.startTimer(request, this.argument(values[1]), int(values[0]));
             return true;
         }
-        const more = read ?? sent(request.method, values, say, request.window.isOfAbility ? MODULES : {});
+        const more = read ?? this.sent(request.method, values, request.window.isOfAbility ? MODULES : {});
         if (more) {
             this.open(request, { requestType: request.type, ...more });
         }
@@ -89,7 +88,7 @@ class Model extends Sessions {
     }
 
     on(env, args, receiver) {
-        const type = args.length === 2 ? argument(args[0].value, (message) => this.log(message)) : '';
+        const type = args.length === 2 ? this.argument(args[0].value) : '';
         const code = args[1]?.fn && EVENT_TYPES.includes(type) && args.length === 2 ? this.permit(type) : 401;
         const listeners = this.listeners.get(type) || [];
         if (code === 0 && !listeners.some((each) => each.env === env && each.fn.as === args[1].as)) {
@@ -99,7 +98,7 @@ class Model extends Sessions {
     }
 
     off(env, args) {
-        const type = argument(args[0]?.value, (message) => this.log(message));
+        const type = this.argument(args[0]?.value);
         let code = args.length <= 2 && EVENT_TYPES.includes(type) ? this.permit(type) : 401;
         if (code === 0 && args.length === 2 && !args[1].fn) {
             this.log(`Off eventType: ${type} or callback function invalid`);
@@ -150,13 +149,13 @@ class Model extends Sessions {
     reportEventOperation(env, args) {
         if (args.length === 3) {
             const [api, cost, code] = args.map(({ value }) => value);
-            this.report(argument(api, (message) => this.log(message)), this.now - int(cost), int(code));
+            this.report(this.argument(api), this.now - int(cost), int(code));
         }
         return ['returned', undefined];
     }
 
     syncTraceId(env, [traceId]) {
-        this.traceId = argument(traceId?.value, (message) => this.log(message));
+        this.traceId = this.argument(traceId?.value);
         return ['returned', undefined];
     }
 

@@ -1,7 +1,7 @@
 'use strict';
 
 // How the module reads JS values, written from its documented rules alone: strings, numbers and flags, and what each
-// request sends. `say` gets the warnings and errors that reading logs.
+// request sends.
 
 const { isProxy } = require('node:util').types;
 const { METHODS } = require('../support/requests');
@@ -42,104 +42,104 @@ function text(value) {
 const int = (value) => (typeof value === 'number' ? value | 0 : 0);
 const flag = (value) => value === true;
 
-function argument(value, say) {
-    if (typeof value !== 'string') {
-        say('GetStringUtf8 value param type is not string');
-    }
-    return text(value);
-}
-
-function findIconByNames(names, resources, say) {
-    for (let i = 0; i < names.length; ++i) {
-        const name = argument(names[i], say);
-        const media = name.includes('.') ? resources.mediaByName?.[name.slice(name.lastIndexOf('.') + 1)] : undefined;
-        const found = media?.length ? media : resources.rawFiles?.[name];
-        if (found?.length) {
-            return found;
-        }
-    }
-    return undefined;
-}
-
-/** The icon that a description refers to in the game's modules, in base64. Empty if there is none. */
-function icon(description, modules, say) {
-    const moduleName = text(get(description, 'moduleName'));
-    if (moduleName === '') {
-        say('GetEncodedAccountIcon moduleName is empty');
-        return '';
-    }
-    const resources = Object.hasOwn(modules, moduleName) ? modules[moduleName] : undefined;
-    if (!resources) {
-        say(`${resources === null ? 'resourceManager' : 'moduleContext'} is nullptr`);
-        return '';
-    }
-    const id = int(get(description, 'id')) >>> 0;
-    const media = resources.mediaById?.[id];
-    const names = media?.length ? [] : get(description, 'params');
-    if (!isArray(names)) {
-        return '';
-    }
-    const found = media?.length ? media : findIconByNames(names, resources, say);
-    if (!found) {
-        say('Base64Encode error: invalid input param.');
-        return '';
-    }
-    return Buffer.from(found).toString('base64');
-}
-
-function account(element, panel, modules, say) {
-    const accountName = text(get(element, 'accountName'));
-    if (panel === PANEL_WITHOUT_ICONS) {
-        return [{ accountName, encodedIcon: '' }];
-    }
-    if (!has(element, 'accountIcon')) {
-        say('JsObjectToAccountInfoList has not accountIcon property');
-        return [];
-    }
-    const encodedIcon = icon(get(element, 'accountIcon'), modules, say);
-    if (encodedIcon === '') {
-        say('JsObjectToAccountInfoList icon size is 0');
-        return [];
-    }
-    return [{ accountName, encodedIcon }];
-}
-
-function accounts(object, panel, modules, say) {
-    if (!has(object, 'thirdAccountInfos')) {
-        say('JsObjectToAccountInfoList thirdAccountInfos not existed');
-        return [];
-    }
-    const list = get(object, 'thirdAccountInfos');
-    if (!isArray(list)) {
-        say('JsObjectToAccountInfoList thirdAccountInfos not array');
-        return [];
-    }
-    return Array.from({ length: list.length }, (_, i) => account(list[i], panel, modules, say)).flat();
-}
-
 const READERS = { string: text, int, flag };
 
-/** The JSON of a record that is read from an object, with its keys sorted. */
-function recordOf(object, fields, say, modules) {
-    const record = {};
-    for (const [name, kind] of Object.entries(fields)) {
-        if (kind === 'accounts') {
-            record[name] = accounts(object, record.loginPanelType || 0, modules, say);
-        } else if (!kind.endsWith('?') || has(object, name)) {
-            record[name] = READERS[kind.replace('?', '')](get(object, name));
+/** Reads what logs its complaints. */
+class Reader {
+    argument(value) {
+        if (typeof value !== 'string') {
+            this.log('GetStringUtf8 value param type is not string');
         }
+        return text(value);
     }
-    return JSON.stringify(Object.fromEntries(Object.entries(record).sort(([a], [b]) => (a < b ? -1 : 1))));
+
+    iconByNames(names, resources) {
+        for (let i = 0; i < names.length; ++i) {
+            const name = this.argument(names[i]);
+            const last = name.lastIndexOf('.') + 1;
+            const media = last > 0 ? resources.mediaByName?.[name.slice(last)] : undefined;
+            const found = media?.length ? media : resources.rawFiles?.[name];
+            if (found?.length) {
+                return found;
+            }
+        }
+        return undefined;
+    }
+
+    /** The icon that a description refers to in the game's modules, in base64. Empty if there is none. */
+    icon(description, modules) {
+        const moduleName = text(get(description, 'moduleName'));
+        if (moduleName === '') {
+            this.log('GetEncodedAccountIcon moduleName is empty');
+            return '';
+        }
+        const resources = Object.hasOwn(modules, moduleName) ? modules[moduleName] : undefined;
+        if (!resources) {
+            this.log(`${resources === null ? 'resourceManager' : 'moduleContext'} is nullptr`);
+            return '';
+        }
+        const media = resources.mediaById?.[int(get(description, 'id')) >>> 0];
+        const names = media?.length ? [] : get(description, 'params');
+        if (!isArray(names)) {
+            return '';
+        }
+        const found = media?.length ? media : this.iconByNames(names, resources);
+        if (!found) {
+            this.log('Base64Encode error: invalid input param.');
+            return '';
+        }
+        return Buffer.from(found).toString('base64');
+    }
+
+    account(element, panel, modules) {
+        const accountName = text(get(element, 'accountName'));
+        if (panel === PANEL_WITHOUT_ICONS) {
+            return [{ accountName, encodedIcon: '' }];
+        }
+        if (!has(element, 'accountIcon')) {
+            this.log('JsObjectToAccountInfoList has not accountIcon property');
+            return [];
+        }
+        const encodedIcon = this.icon(get(element, 'accountIcon'), modules);
+        if (encodedIcon === '') {
+            this.log('JsObjectToAccountInfoList icon size is 0');
+            return [];
+        }
+        return [{ accountName, encodedIcon }];
+    }
+
+    accounts(object, panel, modules) {
+        const list = get(object, 'thirdAccountInfos');
+        if (!isArray(list)) {
+            const problem = has(object, 'thirdAccountInfos') ? 'array' : 'existed';
+            this.log(`JsObjectToAccountInfoList thirdAccountInfos not ${problem}`);
+            return [];
+        }
+        return Array.from({ length: list.length }, (_, i) => this.account(list[i], panel, modules)).flat();
+    }
+
+    /** The JSON of a record that is read from an object, with its keys sorted. */
+    recordOf(object, fields, modules) {
+        const record = {};
+        for (const [name, kind] of Object.entries(fields)) {
+            if (kind === 'accounts') {
+                record[name] = this.accounts(object, record.loginPanelType || 0, modules);
+            } else if (!kind.endsWith('?') || has(object, name)) {
+                record[name] = READERS[kind.replace('?', '')](get(object, name));
+            }
+        }
+        return JSON.stringify(Object.fromEntries(Object.entries(record).sort(([a], [b]) => (a < b ? -1 : 1))));
+    }
+
+    /** The parameters that `method` sends in addition to the common ones. Null if its record is not an object. */
+    sent(method, rest, modules = {}) {
+        const { record, sent: names = {} } = METHODS[method];
+        if (!record) {
+            return Object.fromEntries(Object.keys(names).map((name, i) => [name, this.argument(rest[i])]));
+        }
+        const [key, fields] = record;
+        return isObject(rest[0]) ? { [key]: this.recordOf(rest[0], fields, modules) } : null;
+    }
 }
 
-/** The parameters that `method` sends in addition to the common ones. Null if its record is not an object. */
-function sent(method, rest, say = () => {}, modules = {}) {
-    const { record, sent: names = {} } = METHODS[method];
-    if (!record) {
-        return Object.fromEntries(Object.keys(names).map((name, i) => [name, argument(rest[i], say)]));
-    }
-    const [key, fields] = record;
-    return isObject(rest[0]) ? { [key]: recordOf(rest[0], fields, say, modules) } : null;
-}
-
-module.exports = { argument, get, int, sent, text };
+module.exports = { Reader, get, int, text };

@@ -4,8 +4,8 @@
 // sides of the model share.
 
 const {
-    CALLBACK_NAMES, ICONS_TOO_LARGE, MESSAGES, PLAYER_INVALID, QUICK_GAME, SYSTEM_ERROR, UNDER_AGE, codeOf, intParam,
-    isDeadly, textParam,
+    CALLBACK_NAMES, MESSAGES, PLAYER_INVALID, QUICK_GAME_LOGIN, SYSTEM_INTERNAL, UNDER_AGE, codeOf, intParam, isDeadly,
+    textParam,
 } = require('./tables');
 const { rulesOf } = require('../support/requests');
 const { World } = require('./world');
@@ -18,7 +18,7 @@ class Sessions extends World {
             this.log('asyncContext is nullptr');
             return;
         }
-        const parameters = { ...params, 'ability.want.params.uiExtensionType': 'sys/commonUI', traceId: this.traceId };
+        const parameters = { ...params, traceId: this.traceId };
         if (!request.window.isShown) {
             this.log('UIContent is nullptr and delay start UIExtensionAbility');
             this.sleep(1000, (again) => this.retry(request, parameters, 1, again));
@@ -155,9 +155,9 @@ class Sessions extends World {
             request.code = 0;
         } else if (!(request.code in MESSAGES)) {
             this.log(`AssembleErrorMessage resultCode not existed: ${request.code}`);
-            const isTooLarge = request.type === 10 && request.code === ICONS_TOO_LARGE;
+            const isTooLarge = request.type === 10 && request.code === 100015;
             request.message = isTooLarge ? 'Total size of icon resource is too large' : undefined;
-            request.code = isTooLarge ? 401 : SYSTEM_ERROR;
+            request.code = isTooLarge ? 401 : SYSTEM_INTERNAL;
         }
     }
 
@@ -218,12 +218,12 @@ class Sessions extends World {
     // The timer looks every 15 seconds. Its time is up when it first finds the deadline past.
     startTimer(request, endText, seconds) {
         const looks = Math.max(1, Math.floor(seconds / 15) + 1);
-        const { type } = request;
+        const isQuickGame = request.type === QUICK_GAME_LOGIN;
         request.isTimed = true;
-        const exitAt = type === QUICK_GAME ? Infinity : this.now + (looks + 1) * 15000;
+        const exitAt = isQuickGame ? Infinity : this.now + (looks + 1) * 15000;
         this.sleep(looks * 15000, (again) => {
             this.open(request, { requestType: 6, endText });
-            again(15000, () => (type === QUICK_GAME ? this.preventPlay(request) : this.endGame('timer', undefined)));
+            again(15000, () => (isQuickGame ? this.preventPlay(request) : this.endGame('timer', undefined)));
         }, exitAt);
     }
 

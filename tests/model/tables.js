@@ -2,15 +2,12 @@
 
 // The rules of the module as tables, written from what it promises and not from its code.
 
+const { ErrorCode, RequestType } = require('../../lib/errors');
 const { read } = require('../support/files');
 const { int } = require('./reading');
 
-const UNDER_AGE = 1002000006;
-const NOT_AGREED = 1002000011;
-const PLAYER_INVALID = 1002000015;
-const SYSTEM_ERROR = 1002000001;
-const ICONS_TOO_LARGE = 100015;
-const QUICK_GAME = 14;
+const { AGREEMENT_NOT_AGREED, PLAYER_INVALID, SYSTEM_INTERNAL, UNDER_AGE } = ErrorCode;
+const { INIT, QUICK_GAME_LOGIN } = RequestType;
 
 /** The text of each error code, as in the table of the documents. */
 const MESSAGES = Object.fromEntries(
@@ -18,8 +15,8 @@ const MESSAGES = Object.fromEntries(
 
 const BAD_CONTEXTS = ['param invalid', 'param invalid', 'it is not a stage mode', 'it is not a stage mode',
     'get context failed', null];
-/** The modules of the game's abilities. A UI extension has none. */
 const bytes = (length) => Uint8Array.from({ length }, (_, i) => i);
+/** The modules of the game's abilities. A UI extension has none. */
 const MODULES = {
     entry: {
         mediaById: { 1: bytes(3), 4294967295: Buffer.alloc(4, 255), 2: bytes(0) },
@@ -42,12 +39,13 @@ const textParam = (params, key) => (typeof params[key] === 'string' ? params[key
 /** Whether an answer ends the game. Errors and releases never do. */
 function isDeadly(kind, code, type) {
     return (kind === 'result' || kind === 'receive') &&
-        (code === 10 || (code === NOT_AGREED && type === 1) || (code === UNDER_AGE && type !== QUICK_GAME));
+        (code === 10 || (code === AGREEMENT_NOT_AGREED && type === INIT) ||
+            (code === UNDER_AGE && type !== QUICK_GAME_LOGIN));
 }
 
-const codeOf = (kind, payload) => (kind === 'receive' ? intParam(payload, 'resultCode', SYSTEM_ERROR) : payload);
+const codeOf = (kind, payload) => (kind === 'receive' ? intParam(payload, 'resultCode', SYSTEM_INTERNAL) : payload);
 
 module.exports = {
-    BAD_CONTEXTS, CALLBACK_NAMES, EVENT_TYPES, ICONS_TOO_LARGE, MESSAGES, MODULES, PLAYER_INVALID, QUICK_GAME,
-    SYSTEM_ERROR, UNDER_AGE, codeOf, intParam, isDeadly, textParam,
+    BAD_CONTEXTS, CALLBACK_NAMES, EVENT_TYPES, MESSAGES, MODULES, PLAYER_INVALID, QUICK_GAME_LOGIN, SYSTEM_INTERNAL,
+    UNDER_AGE, codeOf, intParam, isDeadly, textParam,
 };

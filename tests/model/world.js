@@ -3,8 +3,11 @@
 // The world of the model: environments with what is on its way to them, time, and what was logged and reported. Nothing
 // in it runs by itself.
 
-class World {
+const { Reader } = require('./reading');
+
+class World extends Reader {
     constructor(now) {
+        super();
         Object.assign(this, { now, births: 0, traceId: '', isSystem: false, gameEnd: null, logs: [], reports: [] });
         Object.assign(this, { envs: new Map(), modals: [], sleepers: [], listeners: new Map() });
         this.start('main');

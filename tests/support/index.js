@@ -155,16 +155,17 @@ const nextMessage = async (worker) => (await once(worker, 'message'))[0];
 const runInChild = (body, args = [], env = {}) =>
     runNode(['-e', sourceOf(body, args)], { env: { GAMEAPI_EXIT_STATUS: '', ...env } });
 
-/** Like `runInChild`. The process must print exactly the lines `out` and exit with `code`. Resolves to its stderr. */
+/** Like `runInChild`. The process must print exactly the lines `out` and exit with `code`. */
 async function expectChild(body, { args = [], env = {}, code = 0, out = [] } = {}) {
-    const { stdout, stderr, ...end } = await runInChild(body, args, env);
+    const result = await runInChild(body, args, env);
+    const seen = { code: result.code, signal: result.signal, out: result.stdout.split('\n').slice(0, -1) };
     try {
-        assert.deepEqual({ ...end, out: stdout.split('\n').slice(0, -1) }, { code, signal: null, out });
+        assert.deepEqual(seen, { code, signal: null, out });
     } catch (error) {
-        error.message += `\nits stderr:\n${stderr.slice(-2000)}`;
+        error.message += `\nits stderr:\n${result.stderr.slice(-2000)}`;
         throw error;
     }
-    return stderr;
+    return result;
 }
 
 module.exports = {
