@@ -3,12 +3,24 @@
 // Runs the emulator as a user does.
 
 const { spawn } = require('node:child_process');
-const { EventEmitter, once } = require('node:events');
+const { once } = require('node:events');
 const { test } = require('node:test');
 const { LIMIT_MS, ROOT, folderWith, runNode } = require('./files');
 
 const COMMAND = `${ROOT}/emulator/index.js`;
 const env = { GAMEAPI_EXIT_STATUS: '' };
+const LOAD = 'const game = require(\'game-player-extension-module\'); const context = getContext();';
+/** The source of a game that logs in, buys and binds, and prints what that comes to. In the end it does `more`. */
+const sampleGame = (more = '') => `${LOAD}
+    const told = (promise) => promise.then((data) => console.log('got', data), ({ code }) => console.log('met', code));
+    game.on('playerChanged', ({ resultInfo }) => console.log(resultInfo));
+    (async () => {
+        await told(game.init(context));
+        await told(game.getLocalPlayer(context));
+        await told(game.prePurchase(context, { productId: 'sword' }));
+        await told(game.bindPlayer(context, 'open-1', 'T-2002'));
+        ${more}
+    })();`;
 const children = [];
 
 /** A test that may leave emulators running: they end with it. */
@@ -52,35 +64,30 @@ async function openGame(source, ...args) {
     return { folder, child, address };
 }
 
+/** The records in the stream of a page. */
+async function* recordsOf(body) {
+    let text = '';
+    for await (const chunk of body.pipeThrough(new TextDecoderStream())) {
+        const events = (text + chunk).split('\n\n');
+        text = events.pop();
+        for (const event of events.filter((one) => !one.startsWith('event:'))) {
+            const [, data] = /^data: (.*)$/m.exec(event) ?? [];
+            yield* JSON.parse(data ?? '[]');
+        }
+    }
+}
+
 /** Reads the stream of a page. `next(isIt)` resolves with the first record from now on that `isIt`. */
 async function readRecords(address, headers = {}) {
     const abort = new AbortController();
     const response = await fetch(`${address}events`, { headers, signal: abort.signal });
+    const stream = recordsOf(response.body);
     const records = [];
-    const news = new EventEmitter();
-    (async () => {
-        let text = '';
-        for await (const chunk of response.body.pipeThrough(new TextDecoderStream())) {
-            const events = (text + chunk).split('\n\n');
-            text = events.pop();
-            for (const event of events.filter((one) => !one.startsWith('event:'))) {
-                const [, data] = /^data: (.*)$/m.exec(event) ?? [];
-                records.push(...JSON.parse(data ?? '[]'));
-            }
-            news.emit('come');
-        }
-    })().catch(() => {});
-    let seen = 0;
     const next = async (isIt) => {
-        for (;;) {
-            while (seen < records.length) {
-                const record = records[seen++];
-                if (isIt(record)) {
-                    return record;
-                }
-            }
-            await once(news, 'come');
-        }
+        do {
+            records.push((await stream.next()).value);
+        } while (!isIt(records.at(-1)));
+        return records.at(-1);
     };
     return { records, next, close: () => abort.abort() };
 }
@@ -93,4 +100,4 @@ async function post(address, name, value = null, headers = {}) {
     return [response.status, await response.json()];
 }
 
-module.exports = { emulate, openGame, post, printed, readRecords, testEmulator };
+module.exports = { LOAD, emulate, openGame, post, printed, readRecords, sampleGame, testEmulator };
