@@ -9,7 +9,9 @@ const { folderWith } = require('./support/files');
 const { CALLS } = require('./support/requests');
 
 const { clock } = device;
-const ROLE = { roleId: 'r1', roleName: 'Knight' };
+const ROLE = {
+    roleId: 'r1', roleName: 'Knight', serverId: '', serverName: '', gamePlayerId: '', teamPlayerId: '', thirdOpenId: '',
+};
 const [LIN, MEI] = newState().players;
 const [BOUND, OF_MEI] = ['T-1001', 'T-2002'].map((teamPlayerId) => [{ thirdOpenId: 'o', teamPlayerId }]);
 
@@ -46,6 +48,8 @@ for (const { given, state = {}, asks, answers, leaves } of [
     { given: 'nobody', state: { currentPlayer: '' },
         asks: () => [...['init', 'getLocalPlayer', 'savePlayerRole'].map(askValid), buy('a'), bind('o', '')],
         answers: ['done', 1002000003, 'done', 1002000003, 1002000003] },
+    { given: 'roles', leaves: { roles: [{ ...ROLE, roleName: 'Mage' }] }, answers: ['done', 'done'],
+        asks: () => ['Knight', 'Mage'].map((roleName) => ask('savePlayerRole', { ...ROLE, roleName })) },
     { given: 'no real name', state: mei({ isRealName: false }),
         asks: () => ['getLocalPlayer', 'verifyLocalPlayer'].map(askValid), answers: [1002000004, 1002000004] },
     { given: 'a game without real names', answers: [1002000004, 'done'],
@@ -88,21 +92,16 @@ for (const { given, state = {}, asks, answers, leaves } of [
     });
 }
 
-test('the service keeps roles and purchases; its state is a copy, and a wrong one is refused', async () => {
+test('the state of a service is a copy, and a wrong one is refused', () => {
     const service = createService({});
-    await Promise.all([ask('savePlayerRole', ROLE), buy('a'), turn()]);
-    await Promise.all([ask('savePlayerRole', { ...ROLE, roleName: 'Mage' }), turn()]);
-    const { roles, purchases, ...rest } = service.state;
-    assert.deepEqual([roles.map(({ roleName }) => roleName), purchases], [['Mage'], [PAID]]);
-    assert.deepEqual({ ...rest, roles: [], purchases: [] }, newState());
     service.state.roles.push('x');
-    assert.equal(service.state.roles.length, 1);
+    assert.deepEqual(service.state, newState());
     assert.throws(() => { service.state = { currentPlayr: 'p1' }; },
         /the state has no 'currentPlayr': possible is online, /);
     assert.throws(() => createService({ state: { currentPlayer: 'p9' } }), /currentPlayer is 'p9', but no player/);
 });
 
-test('a game hears of another player at once if it waits for an answer, else with its next question', async () => {
+test('a game hears of another player at once, or with its next question', async () => {
     const service = createService({ rules: [{ when: { method: 'prePurchase' }, wait: true }] });
     const heard = newsOf();
     const purchase = buy('a');
@@ -116,46 +115,35 @@ test('a game hears of another player at once if it waits for an answer, else wit
     await assert.rejects(service.answer({ method: 'init' }, []), /there is no open request of init to answer/);
 });
 
-test('a young player has the time that is left; who has not agreed ends the game', async () => {
-    const ends = [];
-    device.onExit((end) => ends.push(end.reason));
-    createService({ state: mei({ playableMinutes: 1, endText: 'Good night.' }) });
-    assert.equal((await ask('getLocalPlayer')).playerName, 'Mei');
-    await clock.advance(75000);
-    assert.equal(device.modals().at(-1).want.parameters.endText, 'Good night.');
-    await clock.advance(15000);
-    assert.deepEqual(ends, ['timer']);
-    device.reset();
-    const answered = new Promise((resolve) => device.onExit(({ code }) => resolve(code)));
-    createService({ state: { players: [{ ...LIN, hasAgreed: false }] } });
-    void ask('init');
-    assert.equal(await answered, 1002000011);
-});
-
 for (const name of ['getLocalPlayer', 'verifyLocalPlayer', 'quickGameLogin']) {
     test(`${name} limits the time of a player under age, and of no other`, async () => {
-        const pages = () => device.modals().filter(({ method }) => method === 'launchAntiAddiction').length;
-        const service = createService({ state: { ...mei({ playableMinutes: 1 }), currentPlayer: 'p1' } });
-        for (const [playerId, changes, shown] of [['p1', {}, 0], ['p1', { playableMinutes: 1 }, 0], ['p2', {}, 1]]) {
-            const players = [{ ...LIN, ...changes }, { ...MEI, playableMinutes: 1 }];
-            service.state = { players, currentPlayer: playerId };
+        const texts = () => device.modals().filter(({ method }) => method === 'launchAntiAddiction')
+            .map(({ want }) => want.parameters.endText);
+        const limited = { playableMinutes: 1, endText: 'Good night.' };
+        const service = createService();
+        for (const [player, changes, expected] of [['p1', {}, []], ['p1', limited, []], ['p2', {}, ['Good night.']]]) {
+            service.state = { players: [{ ...LIN, ...changes }, { ...MEI, ...limited }], currentPlayer: player };
             assert.notEqual(typeof await askValid(name), 'number');
             await clock.advance(75000);
-            assert.equal(pages(), shown);
+            assert.deepEqual(texts(), expected);
         }
     });
 }
 
-for (const name of ['getLocalPlayer', 'verifyLocalPlayer']) {
-    test(`${name} ends the game of a player who has no time left`, async () => {
+for (const [name, state, code] of [
+    ['init', { players: [{ ...LIN, hasAgreed: false }] }, 1002000011],
+    ['getLocalPlayer', mei({ playableMinutes: 0 }), 1002000006],
+    ['verifyLocalPlayer', mei({ playableMinutes: 0 }), 1002000006],
+]) {
+    test(`${name} ends the game of a player who must not play`, async () => {
         const ended = new Promise((resolve) => device.onExit(resolve));
-        createService({ state: mei({ playableMinutes: 0 }) });
+        createService({ state });
         void askValid(name);
-        assert.deepEqual(await ended, { reason: 'answer', requestType: CALLS[name].type, code: 1002000006 });
+        assert.deepEqual(await ended, { reason: 'answer', requestType: CALLS[name].type, code });
     });
 }
 
-test('a page that is open waits for no news, and an unknown player changes nothing', async () => {
+test('an open page waits for no news, an unknown player changes nothing', async () => {
     const service = createService();
     const heard = newsOf();
     void askValid('launchWelcomeBanner');
@@ -222,7 +210,7 @@ for (const [what, rules, ...outcomes] of [
     });
 }
 
-test('chance depends on the seed alone, and the time of a rule begins when it is added', async () => {
+test('chance depends on the seed, and a rule\'s time on its addition', async () => {
     const draw = async (seed) => {
         const service = createService({ rules: [{ chance: 0.5, answer: OFFLINE }], seed });
         const drawn = [];
@@ -246,7 +234,7 @@ test('chance depends on the seed alone, and the time of a rule begins when it is
     assert.deepEqual(results, [MET, MET, 'done']);
 });
 
-test('by hand: a list of methods, an answer with several parts, and a closed service', async () => {
+test('by hand: a choice of requests, several answers, a closed service', async () => {
     const service = createService({ byHand: ({ method, nth }) => method === 'init' && nth === 2 });
     const waits = [];
     service.on('waits', ({ nth }) => waits.push(nth));
@@ -305,12 +293,6 @@ test('a scenario plays every kind of step, and reports', async () => {
     assert.deepEqual(device.modals(), []);
 });
 
-test('a scenario in a file on the real clock', async () => {
-    const scenario = { version: 1, clock: 'real', steps: [{ await: { method: 'init' } }, { advance: 5 }] };
-    const folder = folderWith({ 'a.json': scenario });
-    assert.deepEqual((await play(`${folder}/a.json`, logIn)).codes.bindPlayer, [0]);
-});
-
 const ENDED = [{ answer: [{ result: 10 }] }];
 const IN_VAIN = 'the game should end by itself, but';
 
@@ -347,10 +329,10 @@ for (const [scenario, failures, body = logIn] of [
     });
 }
 
-test('a game that runs on is left when all that is expected has come, or when the module ends it', async () => {
+test('a game that runs on is left when all has come, or it is ended', async () => {
     const logInForEver = (context) => logIn(context).then(forEver);
-    const calls = [{ method: 'bindPlayer', code: 0 }];
-    assert.deepEqual((await play({ version: 1, expect: { calls, end: 'runs' } }, logInForEver)).end, { how: 'runs' });
+    const met = { version: 1, expect: { calls: [{ method: 'bindPlayer', code: 0 }], end: 'runs' } };
+    assert.deepEqual((await play(met, logInForEver)).end, { how: 'runs' });
     const steps = [{ await: { method: 'bindPlayer' } }, { advance: 5430000 }];
     const limited = { version: 1, state: { currentPlayer: 'p2' }, steps, expect: { end: { module: 'timer' } } };
     assert.deepEqual((await play(limited, logInForEver)).end, { how: 'module', code: undefined });
@@ -374,10 +356,10 @@ for (const [scenario, message] of [
     });
 }
 
-test('a game that has ended does not fail because an answer was still due', async () => {
-    const steps = [{ await: { method: 'init' } }];
-    const expect = { calls: [{ method: 'init', code: 'pending' }] };
-    const late = { version: 1, clock: 'real', rules: [{ delay: 3600000 }], steps, expect };
+test('on the real clock, a game may end while an answer is due', async () => {
+    const steps = [{ await: { method: 'init' } }, { advance: 5 }];
+    const expected = expecting({ method: 'init', code: 'pending' });
+    const late = { version: 1, clock: 'real', rules: [{ delay: 3600000 }], steps, ...expected };
     assert.deepEqual((await play(late, (context) => { void game.init(context); })).end, { how: 'ends' });
 });
 
