@@ -103,7 +103,7 @@ for (const ruleSet of ['ArkTSLinter_1_0', 'ArkTSLinter_1_1']) {
     });
 }
 
-test('what is right compiles against the types, what is wrong does not, and they declare what there is', async () => {
+test('what is right compiles, what is wrong does not, all is declared', async () => {
     const program = [
         ...read('tests/types/calls.mts').split('\n'), ...Object.entries(METHODS).flatMap(callsOf),
         ...Object.entries({ device, 'device.clock': device.clock, ErrorCode, RequestType, service }).map(shownAs),
@@ -123,7 +123,7 @@ test('an error of the module is told from others', () => {
         isBusinessError(error));
 });
 
-test('require and import give one module by folder and by name, in a Worker as well', () => expectChild(
+test('require and import give one module by folder and by name', () => expectChild(
     async ({ startWorker, once }) => {
         // Runs here and in a Worker.
         const check = async ({ ROOT }) => {

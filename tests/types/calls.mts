@@ -22,16 +22,15 @@ type Shown<T> = { [K in keyof T]: T[K] extends number ? T[K] : unknown };
 const accountIcon: gamePlayer.AccountIcon = { moduleName: 'entry', id: 7, params: ['app.media.lin'] as const };
 const thirdAccountInfos: readonly ThirdAccountInfo[] = [{ accountName: 'Lin', accountIcon }, { accountName: 'Mei' }];
 is<gamePlayer.UnionLoginParam>({ thirdAccountInfos });
-is<ThirdAccountInfo>({ accountIcon }); // wrong: whose icon
-is<gamePlayer.AccountIcon>({ id: 7 }); // wrong: of no module
-is<[gamePlayer.PlayerRole, gamePlayer.ThirdUserInfo]>([{}, { thirdOpenId: 'open-1' }]);
-is<[gamePlayer.PurchaseParameter, gamePlayer.PurchaseResult]>([{ productId: 'sword' }, { purchaseData: 'data' }]);
-is<gamePlayer.QuickGameLoginParam>({ gameAppId: 'app-1' });
+is<ThirdAccountInfo>({ accountIcon }); // wrong
+is<gamePlayer.AccountIcon>({ id: 7 }); // wrong
+declare const named: [gamePlayer.PlayerRole, gamePlayer.ThirdUserInfo, gamePlayer.PurchaseParameter,
+    gamePlayer.PurchaseResult, gamePlayer.QuickGameLoginParam];
 is<gamePlayer.ResultCallback<string>>((failure, data) => (failure ? failure.message : data.trim()));
 is<gamePlayer.ResultCallback<string>>((failure, data) => data.trim()); // wrong: a failure has none
 is<gamePlayer.DoneCallback>((failure) => failure?.message);
 is<gamePlayer.AsyncCallback<string>[]>([onText, (failure, data) => [failure.code.toFixed(), data.trim()]]);
-is<gamePlayer.AsyncCallback<string>>(onDone); // wrong: of no text
+is<gamePlayer.AsyncCallback<string>>(onDone); // wrong
 is<Context[]>([getContext(context), globalThis.getContext()]);
 getContext('window'); // wrong
 bindPlayer(context, 'open-1', 'team-1').catch(() => all.init === gamePlayer.init);
@@ -40,29 +39,29 @@ bindPlayer(context, 'open-1', 'team-1').catch(() => all.init === gamePlayer.init
 gamePlayer.syncTraceId('trace');
 gamePlayer.syncTraceId(5); // wrong
 gamePlayer.reportEventOperation('load', 1500, 0);
-gamePlayer.reportEventOperation('load', 1500); // wrong: without an outcome
+gamePlayer.reportEventOperation('load', 1500); // wrong
 gamePlayer.onEventCallback({ resultCode: ErrorCode.PLAYER_INVALID, resultInfo: 'Mei' });
-gamePlayer.onEventCallback({ resultInfo: 'Mei' }); // wrong: without a code
+gamePlayer.onEventCallback({ resultInfo: 'Mei' }); // wrong
 on('playerChanged', ({ event, resultInfo }) => `${event.toFixed()} ${resultInfo.trim()}`);
 gamePlayer.on('gameAddictionPrevented', (text) => text.trim());
-gamePlayer.on('playerLeft', () => undefined); // wrong: an unknown event
-gamePlayer.on('playerChanged'); // wrong: no listener
+gamePlayer.on('playerLeft', () => undefined); // wrong
+gamePlayer.on('playerChanged'); // wrong
 gamePlayer.on('playerChanged', (text: string) => text); // wrong: the other event's argument
 gamePlayer.on('gameAddictionPrevented', ({ resultInfo }) => resultInfo); // wrong: the other event's argument
 gamePlayer.off('playerChanged');
 gamePlayer.off('playerChanged', (event: gamePlayer.PlayerChangedEvent) => event);
-gamePlayer.off('playerLeft'); // wrong: an unknown event
-gamePlayer.off('playerChanged', undefined); // wrong: undefined is no listener
+gamePlayer.off('playerLeft'); // wrong
+gamePlayer.off('playerChanged', undefined); // wrong
 
 // Errors
 is<gamePlayer.ErrorCode | false>(isBusinessError(caught) && caught.code);
 caught.code; // wrong: not known to be an error of the module
-error.code === 402; // wrong: no such code
-error.code = ErrorCode.PARAMETER; // wrong: read only
-ErrorCode.TIMEOUT; // wrong: no such name
-ErrorCode.PARAMETER = 401; // wrong: read only
-is<gamePlayer.ErrorCode>(402); // wrong: no such code
-is<BusinessError>(Object.assign(new Error('text'), { code: '401' })); // wrong: a code is a number
+error.code === 402; // wrong
+error.code = ErrorCode.PARAMETER; // wrong
+ErrorCode.TIMEOUT; // wrong
+ErrorCode.PARAMETER = 401; // wrong
+is<gamePlayer.ErrorCode>(402); // wrong
+is<BusinessError>(Object.assign(new Error('text'), { code: '401' })); // wrong
 gamePlayer.ErrorCode; // wrong: the module itself has no codes at run time
 
 // The device
@@ -74,26 +73,26 @@ device.createStageContext('ability'); // wrong
 device.showWindow(); // wrong
 is<Promise<Modal>[]>([nextModal(), nextModal(500), nextModal({ requestType: RequestType.INIT }, { timeoutMs: 5 })]);
 nextModal('5'); // wrong
-nextModal('syncTraceId'); // wrong: it opens none
+nextModal('syncTraceId'); // wrong
 device.onModal((opened) => opened.error(ErrorCode.ALREADY_BOUND, 'name', 'message'));
 device.onModal(5); // wrong
 device.onExit(({ reason, code }: GameEnd) => [reason === 'timer', code?.toFixed()]);
 device.answerOn('main'); // wrong
-modal.isOpen = false; // wrong: read only
+modal.isOpen = false; // wrong
 modal.result('0'); // wrong
 modal.result(0, { a: [''], b: { c: 1.5, d: true, e: undefined } });
 is<ParameterObject>({ a: null }); // wrong
 is<ParameterObject>({ a: [1] }); // wrong: lists are of texts
 device.clock.advance('5'); // wrong
 device.failNext('napi_typeof', { times: '1' }); // wrong
-device.logs().filter(({ level }) => level === 'X'); // wrong: no such level
+device.logs().filter(({ level }) => level === 'X'); // wrong
 device.setSystemApp('yes'); // wrong
 
 // The game service
 createService({ rules: [{ when: { method: 'init', nth: [1, 2] }, answer: [{ after: 5, result: 0 }, { own: true }] }], seed: 3 });
 createService({ state: { currentPlayr: 'p1' } }); // wrong
 createService({ rules: [{ answers: [] }] }); // wrong
-is<Answer>({ after: 5 }); // wrong: what
+is<Answer>({ after: 5 }); // wrong
 is<Answer>({ receive: { a: null } }); // wrong
 service.createService().on('request', ({ modal: { method } }, rule) => method.length + (rule?.delay ?? 0)).close();
 createService().state = { online: false };
