@@ -26,7 +26,7 @@ inBothOrders((test) => ['ui', 'caller'].forEach((thread) => {
 }));
 
 inBothOrders((test) => {
-    test('an answer and a delivery on their way keep the process, as an onModal does', () => expectChild(
+    test('an answer, a delivery and an onModal keep the process', () => expectChild(
         async ({ game, device, setQueueOrder }) => {
             setQueueOrder();
             game.init(device.createAbilityContext(), () => console.log('called'));
@@ -35,7 +35,7 @@ inBothOrders((test) => {
             console.log(await game.bindPlayer(device.createAbilityContext(), 'o', 't'));
         }, { out: ['called', 'undefined'] }));
 
-    test('a request that waits for its window keeps the process until its modal opens, no longer', () => expectChild(
+    test('a request that waits for its window keeps the process until then', () => expectChild(
         ({ game, device, setQueueOrder }) => {
             setQueueOrder();
             const context = device.createAbilityContext({ window: false });
@@ -45,7 +45,7 @@ inBothOrders((test) => {
             process.on('exit', () => console.log(device.modals().length, device.modals()[0].isOpen));
         }, { out: ['1 true'] }));
 
-    test('a request without an answer keeps no process, nor do released modals, listeners or limits', () => expectChild(
+    test('nothing else keeps the process: requests, modals, listeners, limits', () => expectChild(
         async ({ game, device, start, answer, setQueueOrder }) => {
             setQueueOrder();
             game.on('playerChanged', () => {});

@@ -55,7 +55,7 @@ for (const [page, source] of PAGES.map((page) => [page, programOf(page)]).filter
     });
 }
 
-test('every method has a section with an example, every code its row and its text', () => {
+test('every method has a section with an example, every code a row', () => {
     const [api, types] = [read('docs/api.md'), read('lib/errors.d.ts').replace(/\n +\* /g, ' ')];
     for (const name of Object.getOwnPropertyNames(game)) {
         const section = api.split(/^## /m).find((text) => text.startsWith(`${name}\n`));
@@ -74,7 +74,7 @@ test('every method has a section with an example, every code its row and its tex
     assert.deepEqual([thrown.length > 20, thrown.filter((text) => !known.includes(text))], [true, []]);
 });
 
-test('every key of a scenario is in the types, those of rules, steps and expectations also on their page', () => {
+test('every key of a scenario is in the types, and on its page', () => {
     const { definitions, properties } = JSON.parse(read('service/scenario.schema.json'));
     const [types, page] = [read('service/index.d.ts'), read('docs/emulator.md')];
     const keysOf = (part) => Object.keys(part.properties ?? {});
@@ -87,7 +87,7 @@ test('every key of a scenario is in the types, those of rules, steps and expecta
     assert.deepEqual(explained.filter((key) => !isOnPage(key)), []);
 });
 
-test('the house in CONTRIBUTING has every folder and command at the root, and what is packed exists', () => {
+test('the house in CONTRIBUTING is complete, and what is packed exists', () => {
     const [house] = firstGroups(read('CONTRIBUTING.md'), /^## The house\n+```\n([^]*?)^```/gm);
     const shown = house.split('\n').flatMap((line) => line.split('  ', 1)[0].split(' ')).filter(Boolean);
     const unshown = /^\.|^(out|node_modules)\/$|\.(tgz|md|m?js|json)$|^CMake|^LICENSE$/;
@@ -100,7 +100,7 @@ test('the house in CONTRIBUTING has every folder and command at the root, and wh
     Object.values(scripts).forEach((command) => fs.accessSync(path.join(ROOT, command), fs.constants.X_OK));
 });
 
-test('the porting page lists every header of the platform, and files that there are', () => {
+test('the porting page lists every header, and files that there are', () => {
     const page = read('docs/porting.md');
     const headers = filesIn('platform/include', /\.h$/).map((file) => path.relative('platform/include', file));
     assert.deepEqual(firstGroups(page, /^\| `([\w/]+\.h)` \|/gm).sort(), headers.sort());

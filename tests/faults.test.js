@@ -149,7 +149,7 @@ for (const call of FIRST_CALLS) {
     });
 }
 
-test('every call that can fail did, and has all the effects that are known of it', () => {
+test('every call that can fail did, with all its known effects', () => {
     assert.deepEqual(device.faults().filter(({ call }) => !failed.includes(call)), []);
     const known = Object.entries(EFFECTS).flatMap(([effect, calls]) => calls.map((call) => `${effect} by ${call}`));
     assert.deepEqual(known.filter((each) => !seen.has(each)), []);

@@ -45,7 +45,7 @@ function answerAll(modal) {
     modal.release(1);
 }
 
-test('Workers, the UI thread, timers and late starts disturb each other in nothing', async () => {
+test('Workers, the UI thread, timers and late starts keep apart', async () => {
     const heard = [];
     game.on('playerChanged', (event) => heard.push(event));
     device.setSystemApp(true);
@@ -83,7 +83,7 @@ test('a quick game whose time is up before JS took a Worker\'s answer still gets
     assert.deepEqual([device.modals().at(-1).isOpen, countLogs('DoMessageBackSuccess release context')], [false, 1]);
 });
 
-test('first calls of several environments at the same moment make once what a process has once', () => expectChild(
+test('first calls at the same moment make once what a process has once', () => expectChild(
     async ({ device, nextMessage, once, startWorker }) => {
         const gate = new Int32Array(new SharedArrayBuffer(4));
         const workers = Array.from({ length: 4 }, () => startWorker((support) => {
@@ -107,7 +107,7 @@ test('first calls of several environments at the same moment make once what a pr
         console.log(device.analytics.processors().length, traces.filter((trace) => /^(trace)+$/.test(trace)).length);
     }, { out: ['1 40'] }));
 
-test('answers that come while the first one is delivered, or fails to be, change nothing of it', () => expectChild(
+test('answers that come while the first one is delivered change nothing', () => expectChild(
     async ({ device, start, turn }) => {
         process.on('uncaughtException', () => {});
         for (const skip of [1e9, 0]) {
