@@ -3,28 +3,10 @@
 // The time limit that an answer sets: its timer, its page and the end of the game.
 
 const assert = require('node:assert/strict');
-const { RELEASED, answered, assertAgreesOnBoth, callOf, wait, window } = require('./model/oracle');
 const { answer, device, expectChild, game, start, test, timeUp, wantOf } = require('./support');
 
 const login = (playableTime, more = {}) => ['receive', { resultCode: 0, resultMessage: 'data', playableTime, ...more }];
 const MINUTE = 60000;
-const LIMITED = answered(login(1));
-const OPENED = wait(MINUTE + 15000);
-
-for (const [what, ...steps] of [
-    ['outlives every answer and release', LIMITED, ...[['result', 0], ['release', 0], ['error', 401], ['error', 5],
-        ['result', 5], ['release', 1]].map((each) => answered(each)), OPENED, RELEASED],
-    ['has its page wait for a window that is away', LIMITED, window('hide'), OPENED, wait(3000), window('show'),
-        wait(1000), wait(15000)],
-    ['has no answer to give again when its page finds no window', LIMITED, window('hide'), OPENED, wait(5000),
-        wait(10000)],
-]) {
-    test(`a time to play ${what}`, async () => {
-        for (const name of ['getLocalPlayer', 'verifyLocalPlayer', 'quickGameLogin']) {
-            await assertAgreesOnBoth([callOf(name), ...steps]);
-        }
-    });
-}
 
 test('the page has its text, the trace of that moment and its own modal', async () => {
     const request = start('getLocalPlayer');

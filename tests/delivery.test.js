@@ -3,13 +3,13 @@
 // When and how results reach the game, and what keeps the process alive until then.
 
 const assert = require('node:assert/strict');
-const { device, expectChild, game, inBothOrders, turn } = require('./support');
+const { ask, device, expectChild, inBothOrders, turn } = require('./support');
 
 inBothOrders((test) => ['ui', 'caller'].forEach((thread) => {
     test(`answers on the ${thread} thread arrive later, in their order, microtasks running in between`, async () => {
         const seen = [];
         for (let i = 0; i < 8; ++i) {
-            game.init(device.createAbilityContext(), function () {
+            ask('init', function () {
                 seen.push(`${i} ${this}`);
                 Promise.resolve().then(() => seen.push(`after ${i}`));
             });
@@ -27,12 +27,12 @@ inBothOrders((test) => ['ui', 'caller'].forEach((thread) => {
 
 inBothOrders((test) => {
     test('an answer, a delivery and an onModal keep the process', () => expectChild(
-        async ({ game, device, setQueueOrder }) => {
+        async ({ ask, device, setQueueOrder }) => {
             setQueueOrder();
-            game.init(device.createAbilityContext(), () => console.log('called'));
+            ask('init', () => console.log('called'));
             void device.modals()[0].result(0);
             device.onModal((modal) => void modal.receive({ resultCode: 0 }));
-            console.log(await game.bindPlayer(device.createAbilityContext(), 'o', 't'));
+            console.log(await ask('bindPlayer', 'o', 't'));
         }, { out: ['called', 'undefined'] }));
 
     test('a request that waits for its window keeps the process until then', () => expectChild(
@@ -46,10 +46,10 @@ inBothOrders((test) => {
         }, { out: ['1 true'] }));
 
     test('nothing else keeps the process: requests, modals, listeners, limits', () => expectChild(
-        async ({ game, device, start, answer, setQueueOrder }) => {
+        async ({ game, answer, ask, start, setQueueOrder }) => {
             setQueueOrder();
             game.on('playerChanged', () => {});
-            game.launchAntiAddiction(device.createAbilityContext(), 60, 'text', 6);
+            ask('launchAntiAddiction', 60, 'text', 6);
             start('prePurchase');
             const [released, answered] = [start('getLocalPlayer'), start('getLocalPlayer')];
             await answer(released.modal, ['release', 0]);

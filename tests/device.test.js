@@ -2,7 +2,7 @@
 
 const assert = require('node:assert/strict');
 const {
-    advance, answer, attempt, device, ends, expectChild, game, nextMessage, start, startWorker, test, turn,
+    advance, answer, attempt, device, ends, expectChild, game, nextMessage, raise, start, startWorker, test, turn,
 } = require('./support');
 
 const { clock } = device;
@@ -133,7 +133,7 @@ test('reset brings back the device as it began, but keeps contexts', async () =>
     device.reset();
     assert.deepEqual([device.modals(), device.logs(), ends(), clock.sleepers()], [[], [], [], 0]);
     assert.deepEqual(attempt(() => game.off('gameAddictionPrevented'))[1], 202);
-    game.onEventCallback({ resultCode: 1002000015, resultInfo: 'x' });
+    raise('x');
     clock.manual();
     await advance(10000);
     assert.deepEqual([asleep.state, open.state, heard], [['pending'], ['pending'], []]);

@@ -5,7 +5,7 @@
 
 const assert = require('node:assert/strict');
 const { MESSAGES } = require('./model/tables');
-const { SYSTEM_ERROR, answer, device, ends, game, runInChild, start, test } = require('./support');
+const { SYSTEM_ERROR, answer, ask, device, ends, game, runInChild, start, test } = require('./support');
 const { FOR_EVER, SCENARIOS } = require('./support/scenarios.js');
 
 // If one of these fails, an answer ends its request, and a system error is thrown into the environment.
@@ -85,8 +85,8 @@ for (const { what, play, rows } of [
         [{ napi_create_error: 0, napi_throw_error: 0 }, [false, false], UNMADE],
     ], play: async (fail) => {
         const errors = [];
-        game.getLocalPlayer(device.createAbilityContext()).catch((error) => errors.push(error));
-        game.getLocalPlayer(device.createAbilityContext(), (error) => errors.push(error));
+        ask('getLocalPlayer').catch((error) => errors.push(error));
+        ask('getLocalPlayer', (error) => errors.push(error));
         for (const modal of device.modals()) {
             fail();
             await answer(modal, ['result', 1002000008]);

@@ -3,7 +3,7 @@
 // The end of the game as seen by tests of a game: what is printed, who can handle it, and what works afterwards.
 
 const assert = require('node:assert/strict');
-const { device, expectChild, game, nextMessage, start, startWorker, test, timeUp } = require('./support');
+const { ask, device, expectChild, nextMessage, start, startWorker, test, timeUp } = require('./support');
 
 // Run in a child process.
 const END_BY = {
@@ -12,9 +12,9 @@ const END_BY = {
         start('getLocalPlayer');
         await device.modals()[1].result(1002000006);
     },
-    'a timer': async ({ device, game }) => {
+    'a timer': async ({ ask, device }) => {
         device.clock.manual();
-        game.launchAntiAddiction(device.createAbilityContext(), 60, 'text', 14 + 1);
+        ask('launchAntiAddiction', 60, 'text', 14 + 1);
         await device.clock.advance(200000);
     },
     'a timer of a login': async ({ device, start, answer }) => {
@@ -71,8 +71,8 @@ test('a handled end by a timer is told on each handler\'s thread', async () => {
         parentPort.postMessage('ready');
     });
     await nextMessage(worker);
-    game.launchAntiAddiction(device.createAbilityContext(), 20, 'text', 12);
-    game.launchAntiAddiction(device.createAbilityContext(), 30, 'text', 6);
+    ask('launchAntiAddiction', 20, 'text', 12);
+    ask('launchAntiAddiction', 30, 'text', 6);
     const told = nextMessage(worker);
     await timeUp();
     await device.clock.advance(100000);

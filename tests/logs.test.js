@@ -3,7 +3,7 @@
 // What the module logs for whole requests and events, line by line, compared with docs/logs.md.
 
 const assert = require('node:assert/strict');
-const { advance, answer, countLogs, device, game, start, test, turn } = require('./support');
+const { advance, answer, ask, countLogs, device, game, raise, start, test, turn } = require('./support');
 const { read } = require('./support/files');
 
 /** The module's lines since the last reset, without line numbers, each with its level unless that is I. */
@@ -26,7 +26,7 @@ test('the hook of an environment\'s listeners counts as added though it was not'
 
 const PLAYS = {
     'A request by callback': () => {
-        game.init(device.createAbilityContext(), () => {});
+        ask('init', () => {});
         return answer(device.modals()[0], ['result', 0]);
     },
     'A request that fails': () => answer(start('bindPlayer').modal, ['error', 5, 'name', 'text'], ['error', 6]),
@@ -37,14 +37,14 @@ const PLAYS = {
     'A listener that removes itself': () => {
         const listener = () => game.off('playerChanged', listener);
         game.on('playerChanged', listener);
-        game.onEventCallback({ resultCode: 1002000015 });
+        raise();
         return turn();
     },
     'A login whose page stays open': () =>
         answer(start('getLocalPlayer').modal, ['receive', { resultCode: 0 }], ['release', 0]),
     'A time to play that is over': async () => {
         const info = { thirdOpenId: 'open-1', isRealName: true, isAdult: false, ageRange: 1 };
-        void game.verifyLocalPlayer(device.createAbilityContext(), info);
+        void ask('verifyLocalPlayer', info);
         const limited = ['receive', { resultCode: 0, playableTime: 1 }];
         await answer(device.modals()[0], ['receive', { resultCode: 0 }], limited, limited);
         await device.clock.advance(75000);
@@ -56,12 +56,12 @@ const PLAYS = {
         await advance(1000);
         await answer(device.modals()[0], ['release', 0]);
     },
-    'A page without its text': () => void game.launchCommonPage(device.createAbilityContext()),
+    'A page without its text': () => void ask('launchCommonPage'),
     'Methods without a request': async () => {
         game.syncTraceId('t');
         game.reportEventOperation('name', 1, 0);
         game.on('playerChanged', () => {});
-        game.onEventCallback({ resultCode: 1002000015 });
+        raise();
         await turn();
         game.off('playerChanged');
     },
@@ -82,7 +82,7 @@ test('verifyLocalPlayer logs each field that it has read before it reads the nex
     for (const name of ['isRealName', 'isAdult', 'ageRange']) {
         Object.defineProperty(info, name, { get: () => read.push(lines().at(-1)) });
     }
-    void game.verifyLocalPlayer(device.createAbilityContext(), info);
+    void ask('verifyLocalPlayer', info);
     assert.deepEqual(read, ['begin ParseVerifyLocalPlayerReq', 'has isRealName field', 'has isAdult field']
         .map((text) => `[(ParseVerifyLocalPlayerReq)]${text}`));
 });

@@ -3,7 +3,9 @@
 const assert = require('node:assert/strict');
 const { ErrorCode } = require('game-player-extension-module/errors');
 const { MESSAGES } = require('./model/tables');
-const { PARAMETER_ERROR, attempt, countLogs, device, ends, expectChild, game, test } = require('./support');
+const {
+    PARAMETER_ERROR, SYSTEM_ERROR, answer, attempt, countLogs, device, ends, expectChild, game, start, test,
+} = require('./support');
 const { METHODS } = require('./support/requests');
 
 const OTHERS = ['syncTraceId', 'on', 'off', 'reportEventOperation', 'onEventCallback'];
@@ -12,8 +14,13 @@ test('the module exports the methods of the table and five others', () => {
     assert.deepEqual(Object.getOwnPropertyNames(game).sort(), [...Object.keys(METHODS), ...OTHERS].sort());
 });
 
-test('the error codes are those that the documents have', () => {
+test('the error codes are those that the documents have, with their messages', async () => {
     assert.deepEqual(Object.values(ErrorCode), Object.keys(MESSAGES).map(Number));
+    for (const code of [1, 202, 401, 402, ...Array.from({ length: 32 }, (_, i) => 1002000000 + i)]) {
+        const request = start('bindPlayer');
+        await answer(request.modal, ['error', code]);
+        assert.deepEqual(request.state, ['rejected', ...(code in MESSAGES ? [code, MESSAGES[code]] : SYSTEM_ERROR)]);
+    }
 });
 
 for (const { call, outcome = ['returned', undefined], log } of [
@@ -34,13 +41,13 @@ for (const { call, outcome = ['returned', undefined], log } of [
 }
 
 test('a second import on a thread shares all with the first', () => expectChild(
-    async ({ ROOT, game, countLogs, roundTrip, turn }) => {
+    async ({ ROOT, game, countLogs, raise, roundTrip, turn }) => {
         const isOfModule = (file) => file.endsWith('.node') || file === require.resolve(ROOT);
         Object.keys(require.cache).filter(isOfModule).forEach((file) => delete require.cache[file]);
         const again = require(ROOT);
         console.log(again !== game, countLogs('begin Entry'), countLogs('SaveEnvInfo add env success'));
         again.on('playerChanged', ({ resultInfo }) => console.log(`second heard ${resultInfo}`));
-        game.onEventCallback({ resultCode: 1002000015, resultInfo: 'first' });
+        raise('first');
         await turn();
         game.off('playerChanged');
         again.onEventCallback({ resultCode: 1002000015, resultInfo: 'nobody' });

@@ -1,7 +1,7 @@
 'use strict';
 
 const assert = require('node:assert/strict');
-const { PARAMETER_ERROR, advance, answer, device, ends, game, start, test, track, turn, wantOf } = require('./support');
+const { advance, answer, device, game, start, test, wantOf } = require('./support');
 const { CALLS } = require('./support/requests');
 
 test('a modal opens immediately, and ids are above 0 and never reused', () => {
@@ -29,28 +29,10 @@ test('a window that appears in time gets its modal, with the call\'s trace', asy
     assert.deepEqual([request.state, device.clock.sleepers()], [['resolved', 'data'], 0]);
 });
 
-test('a request whose window never comes fails, unseen by analytics', async () => {
-    device.clock.manual();
-    const request = start('bindPlayer', device.createAbilityContext({ window: false }));
-    await advance(5000);
-    assert.deepEqual([request.state, ends()], [['rejected', ...PARAMETER_ERROR], []]);
-});
-
 test('a window without content is asked again a second later', async () => {
     device.failNext('GetUIContent');
     start('init');
     assert.deepEqual(device.modals(), []);
     await advance(1000);
     assert.equal(device.modals().length, 1);
-});
-
-test('many waiting starts open in their order, each in its own window', async () => {
-    const contexts = Array.from({ length: 8 }, () => device.createAbilityContext({ window: false }));
-    const requests = contexts.map((context, i) => track(game.bindPlayer(context, `${i}`, 'team')));
-    contexts.filter((_, i) => i % 2).forEach(device.showWindow);
-    await advance(5000);
-    assert.deepEqual(device.modals().map(({ want }) => want.parameters.thirdOpenId), ['1', '3', '5', '7']);
-    await Promise.all(device.modals().map((modal) => modal.result(0)));
-    await turn();
-    assert.deepEqual(requests.map(({ state }) => state[0]), contexts.map((_, i) => i % 2 ? 'resolved' : 'rejected'));
 });

@@ -3,7 +3,7 @@
 // Tests that need several threads: many working simultaneously, and races that no sequence of steps can produce.
 
 const assert = require('node:assert/strict');
-const { countLogs, device, expectChild, game, nextMessage, once, startWorker, test } = require('./support');
+const { ask, countLogs, device, expectChild, game, nextMessage, once, startWorker, test } = require('./support');
 
 const ROUNDS = 12;
 
@@ -11,7 +11,7 @@ const ROUNDS = 12;
  * Runs in a Worker. Does everything that an environment can do, `rounds` times. Posts the environment's own events that
  * it heard.
  */
-async function play({ game, device, parentPort }, name, rounds) {
+async function play({ game, device, parentPort, raise }, name, rounds) {
     const heard = [];
     const hear = ({ resultInfo }) => heard.push(resultInfo);
     for (let round = 0; round < rounds; ++round) {
@@ -21,7 +21,7 @@ async function play({ game, device, parentPort }, name, rounds) {
         game.on('gameAddictionPrevented', () => {});
         game.syncTraceId(`${name} ${round}`);
         // Before the requests: time runs fast here, and all of them may be answered before the next line.
-        game.onEventCallback({ resultCode: 1002000015, resultInfo: `${name} ${round}` });
+        raise(`${name} ${round}`);
         const requests = [
             game.bindPlayer(late, 'open', 'team'), game.getLocalPlayer(context),
             game.quickGameLogin(context, { gameAppId: 'app' }), new Promise((resolve) => game.init(context, resolve)),
@@ -69,7 +69,7 @@ test('Workers, the UI thread, timers and late starts keep apart', async () => {
 
 test('a quick game whose time is up before JS took a Worker\'s answer still gets it, and its record goes', async () => {
     device.answerOn('caller');
-    const login = game.quickGameLogin(device.createAbilityContext(), { gameAppId: 'app' });
+    const login = ask('quickGameLogin', { gameAppId: 'app' });
     const gate = new Int32Array(new SharedArrayBuffer(4));
     startWorker(({ device, parentPort }) => parentPort.once('message', async (gate) => {
         await device.modals()[0].receive({ resultCode: 0, resultMessage: 'mine', playableTime: 1 });
@@ -90,11 +90,11 @@ test('first calls at the same moment make once what a process has once', () => e
             support.parentPort.once('message', (gate) => {
                 support.parentPort.postMessage('ready');
                 Atomics.wait(gate, 0, 0);
-                const { device, game } = support;
+                const { ask, game } = support;
                 game.reportEventOperation('first', 0, 0);
                 for (let i = 0; i < 200; ++i) {
                     game.syncTraceId('trace'.repeat(1 + i % 9));
-                    void (i % 20 || game.init(device.createAbilityContext()));
+                    void (i % 20 || ask('init'));
                 }
             });
         }));

@@ -15,7 +15,7 @@ async function saidBy(body, options = {}) {
 }
 
 test('a modal without an answer is reported once, pages are not', async () => {
-    const said = await saidBy(async ({ start, answer, game, device }) => {
+    const said = await saidBy(async ({ start, answer, ask }) => {
         const { reportSilentModals } = require('./device/binding.js');
         start('launchCommonPage');
         await answer(start('getLocalPlayer').modal, ['receive', { resultCode: 0 }]);
@@ -24,7 +24,7 @@ test('a modal without an answer is reported once, pages are not', async () => {
         reportSilentModals(-1);
         reportSilentModals(-1);
         console.log('told');
-        game.init(device.createAbilityContext());
+        ask('init');
     }, { out: ['told'] });
     assert.deepEqual(said, ['modal 4 (prePurchase) has no answer', 'modal 5 (init) has no answer']);
 });

@@ -3,7 +3,7 @@
 // What a watcher of the device sees, and the timers on its clock.
 
 const assert = require('node:assert/strict');
-const { answer, attempt, device, game, nextMessage, start, startWorker, test, turn } = require('./support');
+const { answer, ask, attempt, device, game, nextMessage, raise, start, startWorker, test, turn } = require('./support');
 
 const { clock } = device;
 
@@ -20,7 +20,7 @@ const withoutLog = (seen) => seen.filter(([kind]) => kind !== 'log' && kind !== 
 test('a watcher sees a call, its modal, its answers and its outcome', async () => {
     const seen = watch('method', 'how', 'code', 'message', 'data', 'arguments');
     const data = [];
-    game.getLocalPlayer(device.createAbilityContext(), (error, player) => data.push(player));
+    ask('getLocalPlayer', (error, player) => data.push(player));
     const login = device.modals().at(-1);
     await answer(login, ['receive', { resultCode: 0, resultMessage: 'Lin' }], ['release', 0]);
     const bound = start('bindPlayer');
@@ -41,8 +41,8 @@ test('a watcher sees to which call something belongs', async () => {
     const seen = watch('call', 'method', 'code', 'type', 'data');
     const throwing = { get productId() { throw new Error('of the game'); } };
     game.on('playerChanged', () => {});
-    game.onEventCallback({ resultCode: 1002000015, resultInfo: 'Mei' });
-    attempt(() => game.prePurchase(device.createAbilityContext(), throwing));
+    raise('Mei');
+    attempt(() => ask('prePurchase', throwing));
     const context = device.createAbilityContext({ window: false });
     void game.getLocalPlayer(context);
     game.syncTraceId('after it');
@@ -76,7 +76,7 @@ test('a watcher sees to which call something belongs', async () => {
 test('a watcher sees the calls of a Worker, and nothing once it looks away', async () => {
     const seen = watch('call', 'method');
     const worker = startWorker((support) => {
-        void support.game.init(support.device.createAbilityContext());
+        void support.ask('init');
         support.parentPort.postMessage('done');
     });
     await nextMessage(worker);
@@ -108,7 +108,7 @@ test('handlers run at their times, and what they await holds the clock', async (
         clock.after(250, () => note('later'));
     });
     clock.after(700, () => note('never'))();
-    game.launchAntiAddiction(device.createAbilityContext(), 1, '', 14);
+    ask('launchAntiAddiction', 1, '', 14);
     assert.equal(clock.next(), 1000);
     await clock.advance(16000);
     assert.deepEqual(seen, [[1000, 'first'], [1000, 'at once'], [1250, 'later'], [1500, 'second'], [15500, 'modal']]);

@@ -12,7 +12,8 @@ const WRONG_CODES = ['0', 0.5, true, -0, undefined, [], { a: 0 }];
 const TEXTS = ['', 'text', '{"a":1}', '\u6f22\u{1f600}', 'a\0b', 'x'.repeat(5000)];
 const NO_TEXTS = [undefined, null, 7, -0.5, true, {}, ['text']];
 const NUMBERS = [0, 1, 2, -5, 1.5, 4294967297, 40000000, NaN];
-const RESULT_MESSAGES = ['data', '', 5, -2.5, true, [], ['a', ''], { a: { b: 1.5 } }, undefined];
+const RESULT_MESSAGES = ['data', '', 0, -7, 2147483647, -2147483648, 2147483648, 1e300, -2.5, true, false, [], {},
+    ['a', ''], { text: '\u00e9\u{1f600}', list: ['a', ''], deeper: { no: false, half: 1.5, none: {} } }, undefined];
 const MINUTES = [undefined, undefined, 0, 1, 1, 1, 1, 2, -5, 1.5, '1', 35791395, 40000000];
 const EVENT_NAMES = ['playerChanged', 'playerChanged', 'playerChanged', 'gameAddictionPrevented', 'other'];
 /** Request types, for the answers of a limit's page. */
@@ -116,11 +117,14 @@ class Generator extends Values {
         };
         const icon = {
             moduleName: () => this.pick(['entry', 'entry', 'entry', 'bare', 'locked', '']),
-            id: () => this.pick([1, 1, -1, 0, 2, 5, 4294967297]),
-            params: () => this.pick([['icon'], ['none', 'a.png'], ['app.media.icon'], [''], ['.'], []]),
+            id: () => this.pick([1, 1, 1.9, -1, 0, 2, 5, 4294967297]),
+            params: () => this.pick([['icon'], ['none', 'a.png'], ['app.media.icon'], ['app.media.raw'], ['a.blank'],
+                ['b.'], ['none', 'no.such', 5, 'x.icon'], [''], ['.'], []]),
         };
         const account = { accountName: () => this.pick(TEXTS), accountIcon: () => make(icon) };
-        return this.random() < 0.9 ? Array.from({ length: this.below(4) }, () => make(account)) : this.pick(NO_TEXTS);
+        const other = () => (isWild ? this.any() : this.pick(NO_TEXTS));
+        const list = Array.from({ length: this.below(4) }, () => (this.random() < 0.9 ? make(account) : other()));
+        return this.random() < 0.9 ? list : other();
     }
 
     /** An argument that is not a function: one of `good`, of another type, or any value. */

@@ -1,8 +1,7 @@
 'use strict';
 
-// Predicts what the game, the extension, the log's warnings and errors, and analytics see of the module. It consists of
-// tables and rules on plain records, without threads, event loops or any line of the module. This file has the game's
-// side: its calls, and what reaches its functions.
+// Predicts what the game, the extension, the log's warnings and errors, and analytics see of the module: by tables and
+// rules on plain records, without threads or event loops. This file has the calls, and what reaches the game's functions.
 
 const { get, int, text } = require('./reading');
 const { Sessions } = require('./sessions');

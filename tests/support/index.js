@@ -88,6 +88,12 @@ function attempt(call) {
     }
 }
 
+/** Calls a method with a new context. */
+const ask = (method, ...args) => loadGame()[method](loadDevice().createAbilityContext(), ...args);
+
+/** Raises playerChanged. */
+const raise = (resultInfo) => loadGame().onEventCallback({ resultCode: 1002000015, resultInfo });
+
 /** Makes a valid call of a request or a page launch. The result contains its modal, if one opened. */
 function start(name, context = loadDevice().createAbilityContext()) {
     const before = loadDevice().modals().length;
@@ -137,7 +143,7 @@ let trips = 0;
 /** Makes a request and has it answered. Returns its open ID, which no other request has. */
 async function roundTrip() {
     const id = `${threadId}-${++trips}`;
-    const promise = loadGame().bindPlayer(loadDevice().createAbilityContext(), id, 'team');
+    const promise = ask('bindPlayer', id, 'team');
     const modal = loadDevice().modals().find(({ want }) => want.parameters.thirdOpenId === id);
     await modal.result(0);
     await promise;
@@ -171,7 +177,7 @@ async function expectChild(body, { args = [], env = {}, code = 0, out = [] } = {
 module.exports = {
     get game() { return loadGame(); },
     get device() { return loadDevice(); },
-    PARAMETER_ERROR, ROOT, SYSTEM_ERROR, advance, answer, attempt, countLogs, ends, expectChild, inBothOrders,
-    nextMessage, once, parentPort, reset, roundTrip, runInChild, setQueueOrder, start, startWorker, test, timeUp, track,
-    turn, wantOf,
+    PARAMETER_ERROR, ROOT, SYSTEM_ERROR, advance, answer, ask, attempt, countLogs, ends, expectChild, inBothOrders,
+    nextMessage, once, parentPort, raise, reset, roundTrip, runInChild, setQueueOrder, start, startWorker, test, timeUp,
+    track, turn, wantOf,
 };
