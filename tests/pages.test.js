@@ -3,7 +3,7 @@
 // Launches without an answer: pages, and a time limit that the game sets itself.
 
 const assert = require('node:assert/strict');
-const { ask, device, ends, game, test, timeUp, track, turn, wantOf } = require('./support');
+const { ask, device, ends, test, timeUp, track, turn, wantOf } = require('./support');
 
 test('a launch sends its string, ignores all other arguments, and stays pending', async () => {
     for (const [method, type, name] of [

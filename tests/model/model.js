@@ -1,7 +1,8 @@
 'use strict';
 
 // Predicts what the game, the extension, the log's warnings and errors, and analytics see of the module: by tables and
-// rules on plain records, without threads or event loops. This file has the calls, and what reaches the game's functions.
+// rules on plain records, without threads or event loops. This file has the calls, and what reaches the game's
+// functions.
 
 const { get, int, text } = require('./reading');
 const { Sessions } = require('./sessions');

@@ -89,7 +89,9 @@ device.logs().filter(({ level }) => level === 'X'); // wrong
 device.setSystemApp('yes'); // wrong
 
 // The game service
-createService({ rules: [{ when: { method: 'init', nth: [1, 2] }, answer: [{ after: 5, result: 0 }, { own: true }] }], seed: 3 });
+createService({
+    rules: [{ when: { method: 'init', nth: [1, 2] }, answer: [{ after: 5, result: 0 }, { own: true }] }], seed: 3,
+});
 createService({ state: { currentPlayr: 'p1' } }); // wrong
 createService({ rules: [{ answers: [] }] }); // wrong
 is<Answer>({ after: 5 }); // wrong
@@ -99,7 +101,8 @@ createService().state = { online: false };
 is<State>(createService().state);
 is<Scenario>({ version: 1, steps: [{ await: { method: 'init' } }], expect: { end: { module: 'timer' } } });
 is<Scenario>({ version: 2 }); // wrong
-is<Promise<number[]>>(play('scenario.json', async (context) => gamePlayer.init(context)).then(({ codes }) => codes.init));
+const played = play('scenario.json', async (context) => gamePlayer.init(context));
+is<Promise<number[]>>(played.then(({ codes }) => codes.init));
 device.onRecord((record) => record.kind === 'settled' && is<number | undefined>(record.code));
 device.onRecord((record) => record.kind === 'setled'); // wrong
 device.clock.after(5, () => {})();
