@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <functional>
 #include <iterator>
-#include <new>
 #include <utility>
 
 #include "common/js_value_helpers.h"
@@ -52,21 +51,6 @@ const EventCallback* FindListener(const char* finder, napi_env env,
 }
 
 }  // namespace
-
-/// One event on its way to one listener.
-class GamePlayerEventCallback::EventWork final : public LoopWork {
-public:
-    EventWork(std::shared_ptr<const GameEventResult> result, std::weak_ptr<EventCallback> listener)
-        : result_(std::move(result)), listener_(std::move(listener)) {}
-    void Run() override {
-        const auto result = std::move(result_);
-        DoGameEventWork(std::exchange(listener_, {}).lock(), *result);
-    }
-
-private:
-    std::shared_ptr<const GameEventResult> result_;
-    std::weak_ptr<EventCallback> listener_;
-};
 
 EventCallback::~EventCallback() {
     if (callbackRef != nullptr) {
@@ -204,7 +188,8 @@ void GamePlayerEventCallback::OnEventCallback(GameEventResult event) {
         return;
     }
     for (auto& listener : *listeners) {
-        std::unique_ptr<LoopWork> work(new (std::nothrow) EventWork(result, std::move(listener)));
+        auto work = MakeLoopWork(
+            [result, listener = std::move(listener)] { DoGameEventWork(listener.lock(), *result); });
         const QueueStatus status = QueueOnLoop(envInfo, work);
         if (status == QueueStatus::NO_LOOP) {
             GAME_LOGE("OnEventCallback work is nullptr or get loop failed");

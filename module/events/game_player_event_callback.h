@@ -69,7 +69,6 @@ public:
     void OnEventCallback(GameEventResult event);
 
 private:
-    class EventWork;
     using Listeners = std::vector<std::shared_ptr<EventCallback>>;
     using WeakListeners = std::optional<std::vector<std::weak_ptr<EventCallback>>>;
 
