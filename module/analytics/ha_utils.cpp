@@ -15,19 +15,15 @@ namespace HiAppEvent = HiviewDFX::HiAppEvent;
 
 namespace {
 
-constexpr const char* PERF_LOG_TAG = "VelmorPerf";
 constexpr const char* EVENT_DOMAIN = "api_diagnostic";
 constexpr const char* EVENT_END = "api_exec_end";
 
 // Never seeded: the number only has to keep the IDs of one process different.
 std::string MakeTransactionId() {
-    return "transId_" +
-           std::to_string(std::rand());  // NOLINT(concurrency-mt-unsafe): locked in the C library
+    return "transId_" + std::to_string(std::rand());  // NOLINT(concurrency-mt-unsafe): locked in the C library
 }
 
-}  // namespace
-
-int64_t HaUtils::AddProcessor() {
+int64_t AddProcessor() {
     HiAppEvent::ReportConfig config;
     config.name = "ha_app_event";
     config.appId = "com_lumora_xelos_sdk_ocg";
@@ -42,11 +38,13 @@ int64_t HaUtils::AddProcessor() {
     return HiAppEvent::AppEventProcessorMgr::AddProcessor(config);
 }
 
+}  // namespace
+
 // If several first events come simultaneously, only one registers.
 void HaUtils::Init() {
     if (initialised || initialised.exchange(true)) return;
     processorId = AddProcessor();
-    GAME_LOG(PERF_LOG_TAG, LOG_INFO, __FUNCTION__, "ha init success");
+    GAME_LOG("VelmorPerf", LOG_INFO, __FUNCTION__, "ha init success");
 }
 
 void HaUtils::WriteEndEvent(const std::string& apiName, int64_t beginTime, int32_t errorCode) {

@@ -9,6 +9,7 @@ void EnvInfo::SetRegistered(bool isRegistered) {
 
 // The only calls of the platform under a lock.
 QueueStatus EnvInfo::Queue(std::unique_ptr<LoopWork>& work) {
+    if (work == nullptr) return QueueStatus::NO_LOOP;
     work->envInfo_ = shared_from_this();
     work->request_.data = work.get();
     std::lock_guard<std::mutex> guard(mutex_);
@@ -39,10 +40,6 @@ void EnvInfo::CompleteWork(uv_work_t* request, int /*status*/) {
 
 void EnvInfo::FinishHalf(LoopWork* work) {
     if (std::exchange(work->isHalfDone_, true)) delete work;
-}
-
-QueueStatus QueueOnLoop(const std::shared_ptr<EnvInfo>& info, std::unique_ptr<LoopWork>& work) {
-    return info != nullptr && work != nullptr ? info->Queue(work) : QueueStatus::NO_LOOP;
 }
 
 }  // namespace TAVIK::GAME_PLAYER

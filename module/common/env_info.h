@@ -15,7 +15,7 @@ namespace TAVIK::GAME_PLAYER {
 
 class EnvInfo;
 
-/// Work for the JS thread of an environment: see `QueueOnLoop`.
+/// Work for the JS thread of an environment: see `EnvInfo::Queue`.
 class LoopWork {
 public:
     LoopWork() = default;
@@ -51,9 +51,9 @@ enum class QueueStatus {
     REFUSED,  // the event loop did not accept the work
 };
 
-/// One JS environment, and the work on its way to it. The object lives as long as anything refers to it, so
-/// its address is not reused while a late answer still checks it. The environment itself is alive only while
-/// it is registered. Thread-safe.
+/// One JS environment, and the work on its way to it. The object lives as long as anything refers to it, so its address
+/// is not reused while a late answer still checks it. The environment itself is alive only while it is registered.
+/// Thread-safe.
 class EnvInfo : public std::enable_shared_from_this<EnvInfo> {
 public:
     explicit EnvInfo(napi_env jsEnv) : env(jsEnv) {}
@@ -65,7 +65,8 @@ public:
     /// For the registry alone. Waits for a thread that is queuing work.
     void SetRegistered(bool isRegistered);
 
-    /// See `QueueOnLoop`.
+    /// Queues `work`, which may be null, to run on the JS thread, after all that was queued for it before. Takes it if
+    /// the status is QUEUED; otherwise `work` stays the caller's. The environment cannot end meanwhile. Any thread.
     QueueStatus Queue(std::unique_ptr<LoopWork>& work);
 
 private:
@@ -73,16 +74,11 @@ private:
     static void CompleteWork(uv_work_t* request, int status);
     static void FinishHalf(LoopWork* work);
 
-    // Guards writing `isRegistered_`, and the queue. While it is held, the environment cannot end, so its
-    // event loop can be found and work queued there; nothing else is called under it.
+    // Guards writing `isRegistered_`, and the queue. While it is held, the environment cannot end, so its event loop
+    // can be found and work queued there; nothing else is called under it.
     std::mutex mutex_;
     std::atomic<bool> isRegistered_{false};
     std::deque<LoopWork*> queue_;  // accepted by the event loop, oldest first
 };
-
-/// Queues `work`, which may be null, to run on the JS thread of `info`, after all that was queued for it
-/// before. Takes it if the status is QUEUED; otherwise `work` stays the caller's. The environment cannot end
-/// meanwhile. Any thread.
-QueueStatus QueueOnLoop(const std::shared_ptr<EnvInfo>& info, std::unique_ptr<LoopWork>& work);
 
 }  // namespace TAVIK::GAME_PLAYER

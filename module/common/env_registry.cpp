@@ -25,12 +25,6 @@ auto FindEnvInfo(const EnvInfo* info) {
     return std::find_if(gEnvInfoList.infos.begin(), gEnvInfoList.infos.end(), isSame);
 }
 
-bool DeleteOwnReference(const EnvInfo* info, napi_ref reference) {
-    if (!IsValidEnv(info)) return false;
-    (void)napi_delete_reference(info->env, reference);
-    return true;
-}
-
 }  // namespace
 
 thread_local std::shared_ptr<EnvInfo> gEnvInfo;
@@ -85,9 +79,14 @@ bool IsValidEnv(const EnvInfo* info) {
 }
 
 bool DeleteReference(const std::shared_ptr<EnvInfo>& info, napi_ref reference) {
-    if (info == gEnvInfo) return DeleteOwnReference(info.get(), reference);
-    auto work = MakeLoopWork([info, reference] { (void)DeleteOwnReference(info.get(), reference); });
-    return QueueOnLoop(info, work) == QueueStatus::QUEUED;
+    auto deleteIt = [info, reference] {
+        const bool isAlive = IsValidEnv(info);
+        if (isAlive) (void)napi_delete_reference(info->env, reference);
+        return isAlive;
+    };
+    if (info == gEnvInfo) return deleteIt();
+    auto work = MakeLoopWork([deleteIt] { (void)deleteIt(); });
+    return info->Queue(work) == QueueStatus::QUEUED;
 }
 
 }  // namespace TAVIK::GAME_PLAYER

@@ -20,8 +20,8 @@ void DeleteEnvInfo(const EnvInfo* info);
 bool IsValidEnv(const EnvInfo* info);
 inline bool IsValidEnv(const std::shared_ptr<EnvInfo>& info) { return IsValidEnv(info.get()); }
 
-/// Deletes a reference of an environment: immediately on its JS thread, otherwise later on that thread. False
-/// if it cannot: the environment has ended, or its event loop accepts no work. Any thread.
+/// Deletes a reference of an environment: immediately on its JS thread, otherwise later on that thread. False if it
+/// cannot: the environment has ended, or its event loop accepts no work. Any thread.
 bool DeleteReference(const std::shared_ptr<EnvInfo>& info, napi_ref reference);
 
 }  // namespace TAVIK::GAME_PLAYER

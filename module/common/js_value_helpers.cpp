@@ -16,8 +16,8 @@ std::string ReadString(napi_env env, napi_value value, int32_t maxLength) {
 }
 
 // For `setter`, the function that created the value.
-napi_status SetCreated(const char* setter, napi_env env, napi_value object, const char* name,
-                       napi_status created, napi_value value) {
+napi_status SetCreated(const char* setter, napi_env env, napi_value object, const char* name, napi_status created,
+                       napi_value value) {
     if (created != napi_ok) {
         GAME_LOGE_AS(setter, "create %{public}s failed", name);
         return created;
@@ -91,15 +91,6 @@ bool IsExceptionPending(napi_env env) {
     bool isPending = false;
     (void)napi_is_exception_pending(env, &isPending);
     return isPending;
-}
-
-bool ValidateTypeNotEmpty(napi_env env, napi_value value) {
-    const napi_valuetype type = TypeOf(env, value).value_or(napi_undefined);
-    if (type == napi_undefined || type == napi_null) {
-        GAME_LOGE("param invalid");
-        return false;
-    }
-    return true;
 }
 
 }  // namespace TAVIK::GAME_PLAYER

@@ -8,8 +8,8 @@
 
 namespace TAVIK::GAME_PLAYER {
 
-// All on `env`'s JS thread. The readers never fail. A missing value leaves the output unchanged; the comments
-// below say what a value of the wrong type does. An exception of a getter stays pending for the JS caller.
+// All on `env`'s JS thread. The readers never fail. A missing value leaves the output unchanged; the comments below say
+// what a value of the wrong type does. An exception of a getter stays pending for the JS caller.
 
 /// The longest string read from JS, in bytes of UTF-8. Longer ones are cut without splitting a character.
 inline constexpr int32_t MAX_STRING_LENGTH = 4096;
@@ -23,14 +23,13 @@ bool HasProperty(napi_env env, napi_value object, const char* name);
 /// The property's value; null if it does not exist or cannot be read.
 napi_value GetProperty(napi_env env, napi_value object, const char* name);
 
-/// Reads a property as a string up to its first NUL, truncated to `maxLength` bytes (at most
-/// `MAX_STRING_LENGTH`). A value that is not a string reads as empty.
-void JsObjectToString(napi_env env, const napi_value& object, const char* name, int32_t maxLength,
-                      std::string& output);
+/// Reads a property as a string up to its first NUL, truncated to `maxLength` bytes (at most `MAX_STRING_LENGTH`). A
+/// value that is not a string reads as empty.
+void JsObjectToString(napi_env env, const napi_value& object, const char* name, int32_t maxLength, std::string& output);
 
-/// Reads a property as a 32-bit integer. The fraction is dropped, a number out of range keeps its lowest 32
-/// bits, and NaN and the infinities read as 0 (Node-API manual, napi_get_value_int32). A value that is not a
-/// number leaves `output` unchanged.
+/// Reads a property as a 32-bit integer. The fraction is dropped, a number out of range keeps its lowest 32 bits, and
+/// NaN and the infinities read as 0 (Node-API manual, napi_get_value_int32). A value that is not a number leaves
+/// `output` unchanged.
 void JsObjectToInt(napi_env env, const napi_value& object, const char* name, int32_t& output);
 
 /// Reads a property as a boolean. A value that is not a boolean leaves `output` unchanged.
@@ -48,9 +47,6 @@ napi_status SetStringProperty(napi_env env, napi_value object, const char* name,
 
 /// Whether an exception is pending that JS will see when the current call returns.
 bool IsExceptionPending(napi_env env);
-
-/// Returns false and logs for `undefined` and `null`; otherwise true.
-bool ValidateTypeNotEmpty(napi_env env, napi_value value);
 
 /// A handle scope of `env` while this object lives; false if none could be opened. On `env`'s JS thread.
 class HandleScope {

@@ -18,23 +18,19 @@ constexpr ApiRow apiNameMap[] = {
 #include "common/requests.def"
 };
 
-const ApiRow* FindRow(int32_t requestType) {
+constexpr ApiRow UNDEFINED = {0, "undefined", 0};
+
+const ApiRow& FindRow(int32_t requestType) {
     for (const ApiRow& row : apiNameMap) {
-        if (row.requestType == requestType) return &row;
+        if (row.requestType == requestType) return row;
     }
-    return nullptr;
+    return UNDEFINED;
 }
 
 }  // namespace
 
-bool HasFlag(int32_t requestType, RequestFlag flag) {
-    const ApiRow* row = FindRow(requestType);
-    return row != nullptr && (row->flags & flag) != 0;
-}
+bool HasFlag(int32_t requestType, RequestFlag flag) { return (FindRow(requestType).flags & flag) != 0; }
 
-const char* FindApiName(int32_t requestType) {
-    const ApiRow* row = FindRow(requestType);
-    return row != nullptr ? row->name : "undefined";
-}
+const char* FindApiName(int32_t requestType) { return FindRow(requestType).name; }
 
 }  // namespace TAVIK::GAME_PLAYER

@@ -67,9 +67,8 @@ napi_value CreateBusinessError(const napi_env& env, int32_t code, const std::str
     napi_value errorCode = nullptr;
     if (napi_create_int32(env, code, &errorCode) != napi_ok) GAME_LOGE("napi create errorCode failed");
     napi_value error = nullptr;
-    if (napi_create_error(env, errorCode, errorMessage, &error) != napi_ok) {
-        GAME_LOGE("napi create errorCode failed");  // the text of both failures
-    }
+    const napi_status status = napi_create_error(env, errorCode, errorMessage, &error);
+    if (status != napi_ok) GAME_LOGE("napi create errorCode failed");  // the text of both failures
     GAME_LOGI("CreateBusinessError exit");
     return error;
 }

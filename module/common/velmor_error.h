@@ -23,19 +23,19 @@ enum ErrorCode : int32_t {
 /// The fixed message of an error code; null for a code without one. Callable from any thread.
 const char* FindErrorMessage(int32_t code);
 
-/// Creates a JS Error with `message`, or with the code's fixed message if `message` is empty. Its property
-/// `code` is the number `code`. Null if the environment refuses. On `env`'s JS thread.
+/// Creates a JS Error with `message`, or with the code's fixed message if `message` is empty. Its property `code` is
+/// the number `code`. Null if the environment refuses. On `env`'s JS thread.
 napi_value CreateBusinessError(const napi_env& env, int32_t code, const std::string& message);
 
-/// The same. If the environment refuses, creates an Error in another way, with the same message and, if
-/// possible, code. Null if that fails too. No exception may be pending. On `env`'s JS thread.
+/// The same. If the environment refuses, creates an Error in another way, with the same message and, if possible, code.
+/// Null if that fails too. No exception may be pending. On `env`'s JS thread.
 napi_value ObtainBusinessError(napi_env env, int32_t code, const std::string& message);
 
 /// Throws a business error into the current JS call. On `env`'s JS thread.
 void ThrowBusinessError(const napi_env& env, int32_t code, const std::string& message);
 
-/// The same for an environment that may end meanwhile, from any thread: checked before the error is created
-/// and again before it is thrown.
+/// The same for an environment that may end meanwhile, from any thread: checked before the error is created and again
+/// before it is thrown.
 void ThrowBusinessError(const std::shared_ptr<EnvInfo>& envInfo, int32_t code, const std::string& message);
 
 }  // namespace TAVIK::GAME_PLAYER

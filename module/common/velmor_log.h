@@ -7,11 +7,11 @@
 #define LOG_DOMAIN 0xD00470A
 #define LOG_TAG "GAMEAPISDK"
 
-/// One log line. The format is that of `HiLogPrint`, printf with privacy marks; the prefix names a function
-/// and the source line. Callable from any thread.
-#define GAME_LOG(tag, level, function, format, ...)                                                       \
-    ((void)HiLogPrint(LOG_CORE, level, LOG_DOMAIN, tag, "[%{public}s(%{public}s:%{public}d)]" format, "", \
-                      function, __LINE__, ##__VA_ARGS__))
+/// One log line. The format is that of `HiLogPrint`, printf with privacy marks; the prefix names a function and the
+/// source line. Callable from any thread.
+#define GAME_LOG(tag, level, function, format, ...)                                                                 \
+    ((void)HiLogPrint(LOG_CORE, level, LOG_DOMAIN, tag, "[%{public}s(%{public}s:%{public}d)]" format, "", function, \
+                      __LINE__, ##__VA_ARGS__))
 
 #define GAME_LOGI(format, ...) GAME_LOGI_AS(__FUNCTION__, format, ##__VA_ARGS__)
 #define GAME_LOGW(format, ...) GAME_LOGW_AS(__FUNCTION__, format, ##__VA_ARGS__)

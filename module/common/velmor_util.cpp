@@ -68,9 +68,7 @@ std::string GetTraceId() {
     return gTraceId.value;
 }
 
-int64_t GetCurrentTimestamp() {
-    return OHOS::MiscServices::TimeServiceClient::GetInstance()->GetBootTimeMs();
-}
+int64_t GetCurrentTimestamp() { return OHOS::MiscServices::TimeServiceClient::GetInstance()->GetBootTimeMs(); }
 
 std::string Base64Encode(const uint8_t* data, size_t length) {
     if (data == nullptr || length == 0) return FailToEncode("invalid input param.");

@@ -15,8 +15,8 @@ std::string GetTraceId();
 /// Milliseconds since the device booted.
 int64_t GetCurrentTimestamp();
 
-/// `length` bytes in base64 (RFC 4648, section 4: with padding, on one line). Returns an empty string and
-/// logs if there is nothing to encode or memory runs out. `length` must fit into an int.
+/// `length` bytes in base64 (RFC 4648, section 4: with padding, on one line). Returns an empty string and logs if there
+/// is nothing to encode or memory runs out. `length` must fit into an int.
 std::string Base64Encode(const uint8_t* data, size_t length);
 
 /// Whether the caller is a system application. Logs if it is not.

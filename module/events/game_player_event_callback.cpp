@@ -30,11 +30,11 @@ List TakeIf(List& list, Predicate predicate) {
     return taken;
 }
 
-// Finds the listener, among an environment's own, whose function is strictly equal to `callback`; null if
-// there is none. For `finder`, which complains of each listener whose function cannot be read.
+// Finds the listener, among an environment's own, whose function is strictly equal to `callback`; null if there is
+// none. For `finder`, which complains of each listener whose function cannot be read.
 const EventCallback* FindListener(const char* finder, napi_env env,
-                                  const std::vector<std::weak_ptr<EventCallback>>& listeners,
-                                  napi_value callback, const char* complaint) {
+                                  const std::vector<std::weak_ptr<EventCallback>>& listeners, napi_value callback,
+                                  const char* complaint) {
     for (const auto& weak : listeners) {
         const EventCallback* listener = weak.lock().get();  // only this thread destroys it
         napi_value function = nullptr;
@@ -48,6 +48,44 @@ const EventCallback* FindListener(const char* finder, napi_env env,
         if (isSame) return listener;
     }
     return nullptr;
+}
+
+napi_value AssembleEventResult(napi_env env, const GameEventResult& result) {
+    napi_value value = nullptr;
+    if (result.eventType == EVENT_GAME_ADDICTION_PREVENTED) {
+        (void)napi_create_string_utf8(env, result.resultInfo.c_str(), NAPI_AUTO_LENGTH, &value);
+        return value;
+    }
+    (void)napi_create_object(env, &value);
+    (void)SetIntProperty(env, value, "event", result.event);
+    (void)SetStringProperty(env, value, "resultInfo", result.resultInfo);
+    return value;
+}
+
+// The status of the call; empty if there was none. A listener that removes itself dies before it returns.
+std::optional<napi_status> CallListener(std::shared_ptr<EventCallback> listener, const GameEventResult& result) {
+    const napi_env env = listener->env;
+    HandleScope scope(env);
+    if (!scope) {
+        GAME_LOGE_AS("DoGameEventWork", "DoGameEventWork scope is nullptr");
+        return std::nullopt;
+    }
+    napi_value argument = AssembleEventResult(env, result);
+    napi_value thisArg = nullptr;
+    napi_value callback = nullptr;
+    if (napi_get_reference_value(env, listener->thisArgRef, &thisArg) != napi_ok ||
+        napi_get_reference_value(env, listener->callbackRef, &callback) != napi_ok) {
+        return std::nullopt;
+    }
+    listener.reset();
+    return napi_call_function(env, thisArg, callback, 1, &argument, nullptr);
+}
+
+void DoGameEventWork(std::shared_ptr<EventCallback> listener, const GameEventResult& result) {
+    GAME_LOGI("DoGameEventWork enter");
+    if (listener == nullptr) return;
+    const std::optional<napi_status> status = CallListener(std::move(listener), result);
+    if (status) GAME_LOGI("DoGameEventWork exit, callBack status %{public}d", *status == napi_ok ? 1 : 0);
 }
 
 }  // namespace
@@ -64,26 +102,26 @@ EventCallback::~EventCallback() {
     GAME_LOGI("EventCallback release exit");
 }
 
-GamePlayerEventCallback::GamePlayerEventCallback() {
-    GAME_LOGI("GamePlayerEventCallback clear all cache events.");
-}
+GamePlayerEventCallback::GamePlayerEventCallback() { GAME_LOGI("GamePlayerEventCallback clear all cache events."); }
 
 // Empty if there is no entry for the type.
-GamePlayerEventCallback::WeakListeners GamePlayerEventCallback::ListenersOf(
-    const std::shared_ptr<EnvInfo>& envInfo, napi_env env, const std::string& eventType) {
+GamePlayerEventCallback::WeakListeners GamePlayerEventCallback::ListenersOf(const std::shared_ptr<EnvInfo>& envInfo,
+                                                                            napi_env env,
+                                                                            const std::string& eventType) {
     std::lock_guard<std::mutex> guard(mutex_);
     auto entry = events_.find(eventType);
     if (entry == events_.end()) return std::nullopt;
     std::vector<std::weak_ptr<EventCallback>> listeners;
     listeners.reserve(entry->second.size());
-    std::copy_if(entry->second.begin(), entry->second.end(), std::back_inserter(listeners),
-                 IsOf(envInfo, env));
+    std::copy_if(entry->second.begin(), entry->second.end(), std::back_inserter(listeners), IsOf(envInfo, env));
     return listeners;
 }
 
-void GamePlayerEventCallback::RegisterGameEventCallback(napi_env env, const std::string& eventType,
-                                                        napi_value callback, napi_value thisArg) {
-    if (IsEventCallbackExisted(env, eventType, callback)) {
+void GamePlayerEventCallback::RegisterGameEventCallback(napi_env env, const std::string& eventType, napi_value callback,
+                                                        napi_value thisArg) {
+    const WeakListeners own = ListenersOf(gEnvInfo, env, eventType);
+    if (own && FindListener("IsEventCallbackExisted", env, *own, callback,
+                            "IsEventCallbackExisted get callback reference failed.") != nullptr) {
         GAME_LOGI("RegisterGameEventCallback current callback existed");
         return;
     }
@@ -96,18 +134,7 @@ void GamePlayerEventCallback::RegisterGameEventCallback(napi_env env, const std:
         inserted.first->second.push_back(std::move(eventCallback));
         isFirst = inserted.second;
     }
-    if (isFirst) {
-        GAME_LOGI("RegisterGameEventCallback first register succeeded");
-    } else {
-        GAME_LOGI("RegisterGameEventCallback callback register succeeded");
-    }
-}
-
-bool GamePlayerEventCallback::IsEventCallbackExisted(napi_env env, const std::string& eventType,
-                                                     napi_value callback) {
-    const WeakListeners own = ListenersOf(gEnvInfo, env, eventType);
-    return own && FindListener(__FUNCTION__, env, *own, callback,
-                               "IsEventCallbackExisted get callback reference failed.") != nullptr;
+    GAME_LOGI("RegisterGameEventCallback %{public}s register succeeded", isFirst ? "first" : "callback");
 }
 
 // Only the first environment of a thread gets a hook.
@@ -130,11 +157,8 @@ void GamePlayerEventCallback::UnRegisterGameEventCallback(napi_env env, const st
         GAME_LOGW("UnRegisterGameEventCallback eventType %{public}s not existed", eventType.c_str());
         return;
     }
-    const EventCallback* found = nullptr;
-    if (callback != nullptr) {
-        found = FindListener(__FUNCTION__, env, *own, callback,
-                             "UnRegisterGameEventCallback get callback reference failed");
-    }
+    constexpr const char* COMPLAINT = "UnRegisterGameEventCallback get callback reference failed";
+    const auto* found = callback != nullptr ? FindListener(__FUNCTION__, env, *own, callback, COMPLAINT) : nullptr;
     if (callback != nullptr && found == nullptr) {
         GAME_LOGW("UnRegisterGameEventCallback eventType %{public}s callback not existed", eventType.c_str());
         return;
@@ -144,8 +168,7 @@ void GamePlayerEventCallback::UnRegisterGameEventCallback(napi_env env, const st
 }
 
 // Removes all of the environment's listeners or `only` one, and the type's entry with its last listener.
-void GamePlayerEventCallback::RemoveListeners(const std::string& eventType, napi_env env,
-                                              const EventCallback* only) {
+void GamePlayerEventCallback::RemoveListeners(const std::string& eventType, napi_env env, const EventCallback* only) {
     Listeners removed;  // destroyed after the lock is released
     std::lock_guard<std::mutex> guard(mutex_);
     auto entry = events_.find(eventType);
@@ -188,9 +211,9 @@ void GamePlayerEventCallback::OnEventCallback(GameEventResult event) {
         return;
     }
     for (auto& listener : *listeners) {
-        auto work = MakeLoopWork(
-            [result, listener = std::move(listener)] { DoGameEventWork(listener.lock(), *result); });
-        const QueueStatus status = QueueOnLoop(envInfo, work);
+        auto work =
+            MakeLoopWork([result, listener = std::move(listener)] { DoGameEventWork(listener.lock(), *result); });
+        const QueueStatus status = envInfo->Queue(work);
         if (status == QueueStatus::NO_LOOP) {
             GAME_LOGE("OnEventCallback work is nullptr or get loop failed");
         } else if (status == QueueStatus::REFUSED) {
@@ -198,46 +221,6 @@ void GamePlayerEventCallback::OnEventCallback(GameEventResult event) {
         }
     }
     GAME_LOGI("OnEventCallback uv_queue_work success");
-}
-
-void GamePlayerEventCallback::DoGameEventWork(std::shared_ptr<EventCallback> listener,
-                                              const GameEventResult& result) {
-    GAME_LOGI("DoGameEventWork enter");
-    if (listener == nullptr) return;
-    const std::optional<napi_status> status = CallListener(std::move(listener), result);
-    if (status) GAME_LOGI("DoGameEventWork exit, callBack status %{public}d", *status == napi_ok ? 1 : 0);
-}
-
-// The status of the call; empty if there was none. A listener that removes itself dies before it returns.
-std::optional<napi_status> GamePlayerEventCallback::CallListener(std::shared_ptr<EventCallback> listener,
-                                                                 const GameEventResult& result) {
-    const napi_env env = listener->env;
-    HandleScope scope(env);
-    if (!scope) {
-        GAME_LOGE_AS("DoGameEventWork", "DoGameEventWork scope is nullptr");
-        return std::nullopt;
-    }
-    napi_value argument = AssembleEventResult(env, result);
-    napi_value thisArg = nullptr;
-    napi_value callback = nullptr;
-    if (napi_get_reference_value(env, listener->thisArgRef, &thisArg) != napi_ok ||
-        napi_get_reference_value(env, listener->callbackRef, &callback) != napi_ok) {
-        return std::nullopt;
-    }
-    listener.reset();
-    return napi_call_function(env, thisArg, callback, 1, &argument, nullptr);
-}
-
-napi_value GamePlayerEventCallback::AssembleEventResult(napi_env env, const GameEventResult& result) {
-    napi_value value = nullptr;
-    if (result.eventType == EVENT_GAME_ADDICTION_PREVENTED) {
-        (void)napi_create_string_utf8(env, result.resultInfo.c_str(), NAPI_AUTO_LENGTH, &value);
-        return value;
-    }
-    (void)napi_create_object(env, &value);
-    (void)SetIntProperty(env, value, "event", result.event);
-    (void)SetStringProperty(env, value, "resultInfo", result.resultInfo);
-    return value;
 }
 
 }  // namespace TAVIK::GAME_PLAYER

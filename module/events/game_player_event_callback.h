@@ -26,11 +26,11 @@ struct GameEventResult {
     std::string resultInfo;
 };
 
-/// One JS listener: its function, and the `this` that `on` was called with. Created, used and destroyed on
-/// the JS thread of its environment. Its destructor deletes its references.
+/// One JS listener: its function, and the `this` that `on` was called with. Created, used and destroyed on the JS
+/// thread of its environment. Its destructor deletes its references.
 ///
-/// `envInfo` distinguishes environments whose `env` reuses the same address. `env` distinguishes those that
-/// share a thread, and therefore an `EnvInfo`.
+/// `envInfo` distinguishes environments whose `env` reuses the same address. `env` distinguishes those that share a
+/// thread, and therefore an `EnvInfo`.
 struct EventCallback {
     const std::shared_ptr<EnvInfo> envInfo = gEnvInfo;
     const napi_env env;
@@ -43,48 +43,38 @@ struct EventCallback {
     ~EventCallback();
 };
 
-/// The listeners of all environments, by event type and in order of registration. One per process: see
-/// `WithListeners`.
+/// The listeners of all environments, by event type and in order of registration. One per process: see `WithListeners`.
 ///
-/// The registry owns each listener from `on` until `off` or the end of the listener's environment, both on
-/// that environment's JS thread. A queued delivery has only a weak reference: the listener may be gone.
+/// The registry owns each listener from `on` until `off` or the end of the listener's environment, both on that
+/// environment's JS thread. A queued delivery has only a weak reference: the listener may be gone.
 class GamePlayerEventCallback {
 public:
     GamePlayerEventCallback();
 
     /// Adds a listener, unless the same function is already registered. On `env`'s JS thread.
-    void RegisterGameEventCallback(napi_env env, const std::string& eventType, napi_value callback,
-                                   napi_value thisArg);
+    void RegisterGameEventCallback(napi_env env, const std::string& eventType, napi_value callback, napi_value thisArg);
 
-    /// Removes this environment's listeners of a type: all of them, or only the one with function `callback`.
-    /// On `env`'s JS thread.
-    void UnRegisterGameEventCallback(napi_env env, const std::string& eventType,
-                                     napi_value callback = nullptr);
+    /// Removes this environment's listeners of a type: all of them, or only the one with function `callback`. On
+    /// `env`'s JS thread.
+    void UnRegisterGameEventCallback(napi_env env, const std::string& eventType, napi_value callback = nullptr);
 
     /// The clean-up hook of an environment: removes its listeners. Owns `hookRecord`. On its JS thread.
     static void CleanupEventCallback(void* hookRecord);
 
-    /// Queues the event for each listener of its type and environment. Callable from any thread. The
-    /// listeners are called later, one by one in order of registration, on their JS thread.
+    /// Queues the event for each listener of its type and environment. Callable from any thread. The listeners are
+    /// called later, one by one in order of registration, on their JS thread.
     void OnEventCallback(GameEventResult event);
 
 private:
     using Listeners = std::vector<std::shared_ptr<EventCallback>>;
     using WeakListeners = std::optional<std::vector<std::weak_ptr<EventCallback>>>;
 
-    WeakListeners ListenersOf(const std::shared_ptr<EnvInfo>& envInfo, napi_env env,
-                              const std::string& eventType);
-    bool IsEventCallbackExisted(napi_env env, const std::string& eventType, napi_value callback);
-    void AssembleEventCallback(napi_env env, napi_value callback, napi_value thisArg,
-                               EventCallback& eventCallback);
+    WeakListeners ListenersOf(const std::shared_ptr<EnvInfo>& envInfo, napi_env env, const std::string& eventType);
+    void AssembleEventCallback(napi_env env, napi_value callback, napi_value thisArg, EventCallback& eventCallback);
     void RemoveListeners(const std::string& eventType, napi_env env, const EventCallback* only);
-    static void DoGameEventWork(std::shared_ptr<EventCallback> listener, const GameEventResult& result);
-    static std::optional<napi_status> CallListener(std::shared_ptr<EventCallback> listener,
-                                                   const GameEventResult& result);
-    static napi_value AssembleEventResult(napi_env env, const GameEventResult& result);
 
-    // Guards the map. Nothing is called and no listener is destroyed under it. Only a listener's own JS
-    // thread destroys it, so that thread may use its listeners without the lock.
+    // Guards the map. Nothing is called and no listener is destroyed under it. Only a listener's own JS thread destroys
+    // it, so that thread may use its listeners without the lock.
     std::mutex mutex_;
     std::map<std::string, Listeners> events_;
 };

@@ -74,11 +74,6 @@ void JudgeMessage(const Answer& answer, int32_t requestType, Verdict& verdict) {
     }
 }
 
-// Only the first error of a request reaches it.
-void JudgeError(const Answer& answer, int32_t requestType, Verdict& verdict) {
-    if (std::exchange(verdict.status.needMessageBack, false)) JudgeMessage(answer, requestType, verdict);
-}
-
 // An order to end the game is obeyed for an environment that has ended, too.
 void JudgeResult(const Answer& answer, int32_t requestType, Verdict& verdict) {
     if (IsKillApp(answer.code, requestType)) {
@@ -98,7 +93,8 @@ Verdict Judge(const Answer& answer, int32_t requestType, const RequestStatus& st
     if (answer.kind == AnswerKind::RELEASE) {
         JudgeRelease(answer, requestType, verdict);
     } else if (answer.kind == AnswerKind::ERROR) {
-        JudgeError(answer, requestType, verdict);
+        // Only the first error of a request reaches it.
+        if (std::exchange(verdict.status.needMessageBack, false)) JudgeMessage(answer, requestType, verdict);
     } else {
         JudgeResult(answer, requestType, verdict);
     }

@@ -34,9 +34,7 @@ napi_status Settle(napi_env env, const BaseContext& request, bool isFailure, con
     napi_value callback = nullptr;
     napi_status status = napi_get_undefined(env, &receiver);
     if (status == napi_ok) status = napi_get_reference_value(env, request.callbackRef, &callback);
-    if (status == napi_ok) {
-        (void)napi_call_function(env, receiver, callback, std::size(result), result, nullptr);
-    }
+    if (status == napi_ok) (void)napi_call_function(env, receiver, callback, std::size(result), result, nullptr);
     return status;
 }
 

@@ -19,10 +19,8 @@ namespace {
 
 constexpr std::chrono::seconds CHECK_INTERVAL(15);
 constexpr std::chrono::seconds PAGE_TIME(15);
-constexpr int64_t MILLISECONDS = 1000;
-constexpr const char* KEY_PLAYABLE_TIME = "playableTime";  // minutes
 constexpr const char* KEY_END_TEXT = "endText";
-constexpr int32_t NO_LIMIT = -1;
+constexpr int32_t NO_LIMIT = -1;                                // minutes
 constexpr const char* LAUNCHER = "LaunchAntiAddictionAbility";  // the timer is its second half
 
 // Wraps around like a 32-bit number: the extension's number of minutes is not checked.
@@ -30,10 +28,7 @@ int32_t ToSeconds(int32_t minutes) { return static_cast<int32_t>(static_cast<uin
 
 }  // namespace
 
-// In minutes.
-int32_t ModalUICallback::ReadPlayableTime(const WantParams& data) {
-    return data.GetIntParam(KEY_PLAYABLE_TIME, NO_LIMIT);
-}
+int32_t ModalUICallback::ReadPlayableTime(const WantParams& data) { return data.GetIntParam("playableTime", NO_LIMIT); }
 
 void ModalUICallback::DoAntiAddiction(TimerStep step, const WantParams& data) {
     if (step == TimerStep::RUNS_ALREADY) {
@@ -53,13 +48,12 @@ void ModalUICallback::LaunchAntiAddictionAbility(std::string endText, int32_t se
 
 void ModalUICallback::StartTimer(std::string endText, int32_t seconds) {
     GAME_LOGI_AS(LAUNCHER, "LaunchAntiAddictionAbility playable time %{public}d seconds", seconds);
-    std::thread(&ModalUICallback::RunAntiAddictionTimer, shared_from_this(), std::move(endText), seconds)
-        .detach();
+    std::thread(&ModalUICallback::RunAntiAddictionTimer, shared_from_this(), std::move(endText), seconds).detach();
 }
 
 // The time limit applies to the game even if the request has ended in the meantime.
 void ModalUICallback::RunAntiAddictionTimer(const std::string& endText, int32_t seconds) {
-    const int64_t deadline = GetCurrentTimestamp() + seconds * MILLISECONDS;
+    const int64_t deadline = GetCurrentTimestamp() + int64_t{1000} * seconds;
     do {
         std::this_thread::sleep_for(CHECK_INTERVAL);
     } while (GetCurrentTimestamp() <= deadline);
@@ -86,8 +80,8 @@ void ModalUICallback::PreventQuickGame() {
     CloseModalUIExtension(*request);
 }
 
-void ModalUICallback::DoGameEvent(const std::shared_ptr<EnvInfo>& envInfo, int32_t event,
-                                  std::string eventType, std::string resultInfo) {
+void ModalUICallback::DoGameEvent(const std::shared_ptr<EnvInfo>& envInfo, int32_t event, std::string eventType,
+                                  std::string resultInfo) {
     GAME_LOGI("DoGameEvent %{public}s[%{public}d] called", eventType.c_str(), event);
     if (!IsValidEnv(envInfo)) {
         GAME_LOGW("DoGameEvent invalid context or env");

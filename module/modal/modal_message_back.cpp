@@ -12,8 +12,6 @@
 namespace TAVIK::GAME_PLAYER {
 namespace {
 
-constexpr const char* KEY_RESULT_MESSAGE = "resultMessage";
-
 bool IsParseResultMessage(int32_t requestType) {
     GAME_LOGI("IsParseResultMessage requestType=%{public}d", requestType);
     return HasFlag(requestType, HAS_MESSAGE);
@@ -33,8 +31,7 @@ void CreateResultMessage(BaseContext& request, napi_value (&result)[2]) {
     }
     if (IsParseResultMessage(request.requestType)) {
         napi_value params = OHOS::AppExecFwk::WrapWantParams(env, request.resultParams);
-        if (params == nullptr ||
-            napi_get_named_property(env, params, KEY_RESULT_MESSAGE, &result[1]) != napi_ok) {
+        if (params == nullptr || napi_get_named_property(env, params, "resultMessage", &result[1]) != napi_ok) {
             GAME_LOGE("CreateResultMessage parse napiResult or resultMessage failed");
             request.errorCode = ERROR_SYSTEM_INTERNAL;
             result[0] = ObtainBusinessError(env, ERROR_SYSTEM_INTERNAL, "");
@@ -79,8 +76,7 @@ struct ModalUICallback::WorkData final : LoopWork {
     std::shared_ptr<BaseContext> context;
 };
 
-void ModalUICallback::SendMessageBack(std::shared_ptr<BaseContext> request, int32_t code,
-                                      const char* message) {
+void ModalUICallback::SendMessageBack(std::shared_ptr<BaseContext> request, int32_t code, const char* message) {
     request->errorCode = code;
     request->errorMessage = message;
     OHOS::Velmor::HaUtils::ReportEnd(FindApiName(requestType_), request->startTime, code);
@@ -92,7 +88,7 @@ void ModalUICallback::QueueMessageBack(std::shared_ptr<BaseContext> request, boo
     auto* workData = new (std::nothrow) WorkData(shared_from_this());
     if (workData != nullptr) workData->context.swap(request);
     std::unique_ptr<LoopWork> work(workData);
-    const QueueStatus status = QueueOnLoop(envInfo_, work);
+    const QueueStatus status = envInfo_->Queue(work);
     if (status == QueueStatus::QUEUED) return;
     if (work != nullptr) workData->context.swap(request);
     const char* sender = isLateStart ? "DelayStartUIExtensionAbility" : "SendMessageBack";

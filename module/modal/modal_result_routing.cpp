@@ -15,8 +15,6 @@ using OHOS::AAFwk::WantParams;
 
 namespace {
 
-constexpr const char* KEY_RESULT_CODE = "resultCode";
-constexpr const char* KEY_RESULT_INFO = "resultInfo";
 constexpr const char* SENDER = "SendMessageBack";  // for the log
 
 constexpr int32_t CODE_ICONS_TOO_LARGE = 100015;
@@ -67,14 +65,12 @@ void ModalUICallback::OnResultForModal(int32_t resultCode, const Want& result) {
 
 void ModalUICallback::OnReceive(const WantParams& data) {
     GAME_LOGI("OnReceive enter");
-    const int32_t code = data.GetIntParam(KEY_RESULT_CODE, ERROR_SYSTEM_INTERNAL);
-    HandleAnswer("OnReceive", {AnswerKind::RECEIVE, code, ReadPlayableTime(data), IsValidEnv(envInfo_)},
-                 data);
+    const int32_t code = data.GetIntParam("resultCode", ERROR_SYSTEM_INTERNAL);
+    HandleAnswer("OnReceive", {AnswerKind::RECEIVE, code, ReadPlayableTime(data), IsValidEnv(envInfo_)}, data);
 }
 
 void ModalUICallback::OnError(int32_t code, const std::string& name, const std::string& message) {
-    GAME_LOGE("OnError code=%{public}d, name=%{public}s, message=%{public}s", code, name.c_str(),
-              message.c_str());
+    GAME_LOGE("OnError code=%{public}d, name=%{public}s, message=%{public}s", code, name.c_str(), message.c_str());
     HandleAnswer("OnError", {AnswerKind::ERROR, code}, WantParams());
 }
 
@@ -111,14 +107,13 @@ ModalUICallback::Decision ModalUICallback::Decide(const Answer& answer) {
     if (context_ == nullptr) return {};
     Decision decision{context_, Judge(answer, requestType_, context_->status)};
     context_->status = decision.verdict.status;
-    if (context_->status.state == RequestState::ENDED)
-        context_.reset();  // the decision has another reference
+    if (context_->status.state == RequestState::ENDED) context_.reset();  // the decision has another reference
     return decision;
 }
 
 void ModalUICallback::RaiseEvent(GameEvent event, const WantParams& data) const {
     if (event == GameEvent::PLAYER_CHANGED) {
-        DoGameEvent(envInfo_, 0, EVENT_PLAYER_CHANGED, data.GetStringParam(KEY_RESULT_INFO));
+        DoGameEvent(envInfo_, 0, EVENT_PLAYER_CHANGED, data.GetStringParam("resultInfo"));
     } else if (event == GameEvent::GAME_ADDICTION_PREVENTED) {
         DoGameEvent(envInfo_, 0, EVENT_GAME_ADDICTION_PREVENTED, "The user is under age.");
     }
@@ -150,8 +145,7 @@ void ModalUICallback::HandleMessage(const Answer& answer, Decision decision, con
     } else if (code == ERROR_SUCCESS && answer.kind == AnswerKind::RESULT) {
         DealResponseForModal(requestType_);
     } else if (code == ERROR_SUCCESS) {
-        if (!verdict.stores)
-            GAME_LOGW_AS("DealResponseForReceive", "DealResponseForReceive API not supported");
+        if (!verdict.stores) GAME_LOGW_AS("DealResponseForReceive", "DealResponseForReceive API not supported");
         DoAntiAddiction(verdict.timer, data);
     }
     GAME_LOGI_AS(SENDER, "SendMessageBack %{public}s", FindApiName(requestType_));

@@ -11,6 +11,7 @@
 namespace TAVIK::GAME_PLAYER {
 
 using OHOS::AAFwk::Want;
+using OHOS::AAFwk::WantParams;
 using OHOS::Ace::ModalUIExtensionCallbacks;
 using OHOS::Ace::ModalUIExtensionConfig;
 using OHOS::Ace::UIContent;
@@ -19,7 +20,6 @@ namespace {
 
 constexpr std::chrono::seconds RETRY_INTERVAL(1);
 constexpr int RETRY_COUNT = 5;
-constexpr const char* KEY_EXTENSION_TYPE = "ability.want.params.uiExtensionType";
 
 ModalUIExtensionConfig MakeModalConfig() {
     ModalUIExtensionConfig config;
@@ -37,11 +37,6 @@ UIContent* GetUIContent(const BaseContext& request) {
         GAME_LOGI("GetUIContent extensionContext is not nullptr");
     }
     return request.FindUIContent();
-}
-
-template <auto CALLBACK>
-auto Bind(const std::shared_ptr<ModalUICallback>& session) {
-    return [session](const auto&... answer) { (*session.*CALLBACK)(answer...); };
 }
 
 }  // namespace
@@ -63,36 +58,36 @@ void ModalUICallback::StartUIExtensionAbility(Want want) {
         return;
     }
     GAME_LOGI_AS("ModalUICallback", "constructor ModalUICallback");
-    want.SetParam(KEY_EXTENSION_TYPE, std::string("sys/commonUI"));  // a literal would be sent as true
+    want.SetParam("ability.want.params.uiExtensionType",
+                  std::string("sys/commonUI"));  // a literal would be sent as true
     want.SetParam("traceId", GetTraceId());
     UIContent* content = GetUIContent(*request);
     if (content == nullptr) {
         GAME_LOGW("UIContent is nullptr and delay start UIExtensionAbility");
-        std::thread(&ModalUICallback::DelayStartUIExtensionAbility, shared_from_this(), std::move(want))
-            .detach();
+        std::thread(&ModalUICallback::DelayStartUIExtensionAbility, shared_from_this(), std::move(want)).detach();
         return;
     }
     if (!IsValidEnv(envInfo_)) {
         GAME_LOGE("StartUIExtensionAbility invalid env");
         return;
     }
-    if (CreateModal(*request, *content, want)) {
-        GAME_LOGI("StartUIExtensionAbility create modal succeeded");
-    }
+    if (CreateModal(*request, *content, want)) GAME_LOGI("StartUIExtensionAbility create modal succeeded");
 }
 
 ModalUIExtensionCallbacks ModalUICallback::BindCallbacks() {
     const auto session = shared_from_this();
     ModalUIExtensionCallbacks callbacks;
-    callbacks.onRelease = Bind<&ModalUICallback::OnRelease>(session);
-    callbacks.onResult = Bind<&ModalUICallback::OnResultForModal>(session);
-    callbacks.onReceive = Bind<&ModalUICallback::OnReceive>(session);
-    callbacks.onError = Bind<&ModalUICallback::OnError>(session);
+    callbacks.onRelease = [session](int32_t code) { session->OnRelease(code); };
+    callbacks.onResult = [session](int32_t code, const Want& result) { session->OnResultForModal(code, result); };
+    callbacks.onReceive = [session](const WantParams& data) { session->OnReceive(data); };
+    callbacks.onError = [session](int32_t code, const std::string& name, const std::string& message) {
+        session->OnError(code, name, message);
+    };
     return callbacks;
 }
 
-// Until the new modal's ID is known, answers close the previous modal. If there is none, the new modal is
-// closed as soon as its ID is known. Returns false if the request has ended, and opens nothing.
+// Until the new modal's ID is known, answers close the previous modal. If there is none, the new modal is closed as
+// soon as its ID is known. Returns false if the request has ended, and opens nothing.
 bool ModalUICallback::CreateModal(BaseContext& request, UIContent& content, const Want& want) {
     {
         std::lock_guard<std::mutex> guard(mutex_);

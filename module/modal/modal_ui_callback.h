@@ -15,9 +15,9 @@ namespace TAVIK::GAME_PLAYER {
 /// A Want for the game-service UI extension, with the integer parameter "requestType" and no others.
 OHOS::AAFwk::Want MakeGameServiceWant(int32_t requestType);
 
-/// The life of one request after the JS call: opens the game-service extension, decides what each answer
-/// means, and delivers the result to JS. It owns the request's context. The platform's callbacks, a start
-/// that waits for a window, the anti-addiction timer and a queued delivery share it.
+/// The life of one request after the JS call: opens the game-service extension, decides what each answer means, and
+/// delivers the result to JS. It owns the request's context. The platform's callbacks, a start that waits for a window,
+/// the anti-addiction timer and a queued delivery share it.
 ///
 /// | state    | meaning                                        | ended by                               |
 /// |----------|------------------------------------------------|----------------------------------------|
@@ -27,24 +27,24 @@ OHOS::AAFwk::Want MakeGameServiceWant(int32_t requestType);
 /// |          |                                                | 0; nothing while a timer runs          |
 /// | ENDED    | the context is gone; later answers are logged  | nothing                                |
 ///
-/// The first answer settles the request. A later one may still end the process, raise an event, close the
-/// modal, or end the request.
+/// The first answer settles the request. A later one may still end the process, raise an event, close the modal, or end
+/// the request.
 ///
-/// A callback decides under the lock and acts afterwards. So an answer may come from within any call of the
-/// platform, on any thread, even one that the platform waits for. Any thread may call any public member.
+/// A callback decides under the lock and acts afterwards. So an answer may come from within any call of the platform,
+/// on any thread, even one that the platform waits for. Any thread may call any public member.
 class ModalUICallback : public std::enable_shared_from_this<ModalUICallback> {
 public:
     /// Takes ownership of `request`, which must not be null. If its state is OPEN, JS expects no result.
     explicit ModalUICallback(std::shared_ptr<BaseContext> request);
 
-    /// Opens the extension over the caller's window, or waits up to five seconds for it. Adds the parameters
-    /// that every request has. Called on the JS thread for the request, and on the anti-addiction timer's
-    /// thread for its page. The page's modal then replaces the request's.
+    /// Opens the extension over the caller's window, or waits up to five seconds for it. Adds the parameters that every
+    /// request has. Called on the JS thread for the request, and on the anti-addiction timer's thread for its page. The
+    /// page's modal then replaces the request's.
     void StartUIExtensionAbility(OHOS::AAFwk::Want want);
 
-    /// Counts down `seconds` on a separate thread, then shows the anti-addiction page with `endText`. 15
-    /// seconds later it ends the process; for a quick game, it closes the page and raises an event instead.
-    /// Does nothing if a timer is already running.
+    /// Counts down `seconds` on a separate thread, then shows the anti-addiction page with `endText`. 15 seconds later
+    /// it ends the process; for a quick game, it closes the page and raises an event instead. Does nothing if a timer
+    /// is already running.
     void LaunchAntiAddictionAbility(std::string endText, int32_t seconds);
 
     /// Passes a game event to the listeners of an environment; dropped if the environment has ended.

@@ -4,8 +4,8 @@
 
 namespace TAVIK::GAME_PLAYER {
 
-/// The module's eighteen JS methods, and the code between a JS call and its request context. Stateless;
-/// everything runs on the JS thread of the calling environment.
+/// The module's eighteen JS methods, and the code between a JS call and its request context. Stateless; everything runs
+/// on the JS thread of the calling environment.
 ///
 /// In an environment that is no longer registered, every method except `on`, `off` and `syncTraceId` returns
 /// `undefined`. A method throws business error 1002000001 if its arguments cannot be read.
@@ -16,8 +16,8 @@ class GamePlayerExtensionAbilityManager {
     }
 
 public:
-    /// Registers the environment of this thread, once, and defines the methods on `exports`. Returns
-    /// `exports`, or throws a business error and returns null if they could not be defined.
+    /// Registers the environment of this thread, once, and defines the methods on `exports`. Returns `exports`, or
+    /// throws a business error and returns null if they could not be defined.
     static napi_value Entry(napi_env env, napi_value exports);
 
 #define REQUEST(type, number, Method, name, flags) static constexpr napi_callback Method = Run<type>;
@@ -29,19 +29,17 @@ public:
     static napi_value ReportEventOperation(napi_env env, napi_callback_info info);
     static napi_value OnEventCallback(napi_env env, napi_callback_info info);
 
-    /// Prepares a context for the callback form; its `contextValue` and `callbackValue` must be set. False if
-    /// the request cannot continue. A callback that is not a function is not a failure, but is never called.
+    /// Prepares a context for the callback form; its `contextValue` and `callbackValue` must be set. False if the
+    /// request cannot continue. A callback that is not a function is not a failure, but is never called.
     static bool BuildContextForCallback(napi_env env, BaseContext& context);
 
-    /// Prepares a context for the promise form; its `contextValue` must be set. False if the request cannot
-    /// continue; even then, `promise` may have been created.
+    /// Prepares a context for the promise form; its `contextValue` must be set. False if the request cannot continue;
+    /// even then, `promise` may have been created.
     static bool BuildContextForPromise(napi_env env, BaseContext& context, napi_value& promise);
 
-    /// Settles a request that failed before it reached the extension, by its promise or else its callback.
-    /// With `errCode` 0, `data` is the result, otherwise `error`. If the environment refuses, throws a plain
-    /// error.
-    static void ReturnCallbackOrPromise(napi_env env, const BaseContext& context, napi_value error,
-                                        napi_value data);
+    /// Settles a request that failed before it reached the extension, by its promise or else its callback. With
+    /// `errCode` 0, `data` is the result, otherwise `error`. If the environment refuses, throws a plain error.
+    static void ReturnCallbackOrPromise(napi_env env, const BaseContext& context, napi_value error, napi_value data);
 
 private:
     static bool ParseAbilityContextReq(napi_env env, napi_value value, BaseContext& context);

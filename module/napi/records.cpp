@@ -1,8 +1,6 @@
 #include "napi/records.h"
 
 #include <nlohmann/json.hpp>
-#include <ostream>
-#include <streambuf>
 #include <utility>
 
 #include "common/js_value_helpers.h"
@@ -25,8 +23,8 @@ public:
     void operator()(const char* name, int32_t& field) const { JsObjectToInt(env_, object_, name, field); }
     void operator()(const char* name, bool& field) const { JsObjectToBool(env_, object_, name, field); }
 
-    // An optional field is set if it was given, even with the wrong type. Reading it asks for it once more: a
-    // proxy of the game sees both questions.
+    // An optional field is set if it was given, even with the wrong type. Reading it asks for it once more: a proxy of
+    // the game sees both questions.
     template <typename Field>
     void operator()(const char* name, Field& field, bool& isSet) const {
         if (!HasProperty(env_, object_, name)) return;
@@ -39,35 +37,9 @@ private:
     napi_value object_;
 };
 
-template <typename Record>
-bool ReadFields(napi_env env, napi_value object, Record& record) {
-    if (TypeOf(env, object) != napi_object) return false;
-    record.VisitFields(FieldReader(env, object));
-    return true;
-}
-
-/// A stream buffer that appends to a string.
-class StringSink final : public std::streambuf {
-public:
-    explicit StringSink(std::string& text) : text_(text) {}
-
-protected:
-    int_type overflow(int_type character) override {
-        text_.push_back(static_cast<char>(character));
-        return character;
-    }
-    std::streamsize xsputn(const char* characters, std::streamsize count) override {
-        text_.append(characters, static_cast<size_t>(count));
-        return count;
-    }
-
-private:
-    std::string& text_;
-};
-
 // Assigns members one by one, because the library copies the elements of an initialiser list.
-template <typename Record>
-json ToJson(Record& record) {
+template <typename Fields>
+json ToJson(Fields& record) {
     json object;
     record.VisitFields([&object](const char* key, auto& value, bool isSet = true) {
         if (isSet) object[key] = std::move(value);
@@ -86,23 +58,27 @@ bool ThirdUserInfo::Read(napi_env env, napi_value object) {
     });
     return true;
 }
-std::string ThirdUserInfo::ToString() && { return ToJson(*this).dump(); }
 
-bool RVQPlayerRole::Read(napi_env env, napi_value object) { return ReadFields(env, object, *this); }
-std::string RVQPlayerRole::ToString() && { return ToJson(*this).dump(); }
+template <typename Derived>
+bool Record<Derived>::Read(napi_env env, napi_value object) {
+    if (TypeOf(env, object) != napi_object) return false;
+    static_cast<Derived*>(this)->VisitFields(FieldReader(env, object));
+    return true;
+}
 
-bool PurchaseParameter::Read(napi_env env, napi_value object) { return ReadFields(env, object, *this); }
-std::string PurchaseParameter::ToString() && { return ToJson(*this).dump(); }
+template <typename Derived>
+std::string Record<Derived>::ToString() && {
+    return ToJson(static_cast<Derived&>(*this)).dump();
+}
 
-bool CreatePurchaseResult::Read(napi_env env, napi_value object) { return ReadFields(env, object, *this); }
-std::string CreatePurchaseResult::ToString() && { return ToJson(*this).dump(); }
+template struct Record<ThirdUserInfo>;
+template struct Record<RVQPlayerRole>;
+template struct Record<PurchaseParameter>;
+template struct Record<CreatePurchaseResult>;
+template struct Record<QuickGameLoginParam>;
+template struct Record<UnionLoginParam>;
 
-bool QuickGameLoginParam::Read(napi_env env, napi_value object) { return ReadFields(env, object, *this); }
-std::string QuickGameLoginParam::ToString() && { return ToJson(*this).dump(); }
-
-bool UnionLoginParam::Read(napi_env env, napi_value object) { return ReadFields(env, object, *this); }
-
-// Writes account by account, so that each icon is freed before the next one is written.
+// Icons are written as they are: base64 needs no escapes. Each is freed before the next one is written.
 std::string UnionLoginParam::ToString() && {
     constexpr size_t FRAME_LENGTH = 80;  // of the object, without its accounts
     constexpr size_t ACCOUNT_FRAME_LENGTH = 40;
@@ -110,19 +86,17 @@ std::string UnionLoginParam::ToString() && {
     for (const ThirdAccountInfo& info : thirdAccountInfos) {
         length += info.encodedIcon.size() + info.accountName.size() + ACCOUNT_FRAME_LENGTH;
     }
-    std::string text;
-    text.reserve(length);  // a long string would be copied each time its memory doubles
-    StringSink sink(text);
-    std::ostream out(&sink);
     json object = ToJson(*this);
     object["thirdAccountInfos"] = json::array();  // the last key
-    out << object;
+    std::string text;
+    text.reserve(length);  // a long string would be copied each time its memory doubles
+    text += object.dump();
     text.resize(text.rfind(']'));
     for (ThirdAccountInfo& info : thirdAccountInfos) {
-        if (text.back() != '[') text.push_back(',');
-        json account = ToJson(info);
-        account["encodedIcon"] = std::move(info.encodedIcon);
-        out << account;
+        if (text.back() != '[') text += ',';
+        text += R"({"accountName":)" + json(std::move(info.accountName)).dump() + R"(,"encodedIcon":")";
+        text += std::exchange(info.encodedIcon, {});
+        text += R"("})";
     }
     text += "]}";
     return text;

@@ -20,12 +20,9 @@ void ReportFailure(RequestType type, int64_t startTime) {
     OHOS::Velmor::HaUtils::ReportEnd(FindApiName(type), startTime, ERROR_PARAMETER);
 }
 
-int32_t FailureCode(RequestType type) {
-    return HasFlag(type, HIDES_FAILURES) ? ERROR_SUCCESS : ERROR_PARAMETER;
-}
+int32_t FailureCode(RequestType type) { return HasFlag(type, HIDES_FAILURES) ? ERROR_SUCCESS : ERROR_PARAMETER; }
 
-std::shared_ptr<BaseContext> CreateContext(const RequestRule& rule, const CallArguments& args,
-                                           int64_t startTime) {
+std::shared_ptr<BaseContext> CreateContext(const RequestRule& rule, const CallArguments& args, int64_t startTime) {
     std::shared_ptr<BaseContext> context = rule.create();
     context->startTime = startTime;
     context->contextValue = args.values[0];

@@ -37,15 +37,9 @@ struct ArgumentRule {
 constexpr ArgumentRule WithCallback(size_t count) { return {count, SIZE_MAX, count + 1, count + 1, true}; }
 
 /// Exactly `count` arguments, and a promise.
-constexpr ArgumentRule PromiseOnly(size_t count) { return {count, count, count, 0, true}; }
-
-constexpr ArgumentRule WithoutCountLog(ArgumentRule rule) {
-    rule.isCountLogged = false;
-    return rule;
+constexpr ArgumentRule PromiseOnly(size_t count, bool isCountLogged = true) {
+    return {count, count, count, 0, isCountLogged};
 }
-
-/// Any number of arguments, and a promise; the first `count` arguments are read.
-constexpr ArgumentRule Unchecked(size_t count) { return {0, SIZE_MAX, count, 0, false}; }
 
 /// One asynchronous method: see `Request` and `PageLaunch`.
 struct RequestRule {
@@ -62,15 +56,13 @@ struct RequestRule {
     const char* executeStep = nullptr;
 };
 
-inline bool ParseNothing(napi_env /*env*/, const CallArguments& /*args*/, BaseContext& /*context*/) {
-    return true;
-}
+inline bool ParseNothing(napi_env /*env*/, const CallArguments& /*args*/, BaseContext& /*context*/) { return true; }
 inline void SendNothing(BaseContext& /*context*/, OHOS::AAFwk::Want& /*want*/) {}
 
-/// A method that passes the extension's answer to JS: the class of its context, and its arguments. PARSE
-/// reads the parameters into the context, and returns whether they are valid. EXECUTE adds to the Want that
-/// opens the extension. Analytics reports a call that fails after its arguments were counted under
-/// `failureType`, if that is known, otherwise under the method's own type.
+/// A method that passes the extension's answer to JS: the class of its context, and its arguments. PARSE reads the
+/// parameters into the context, and returns whether they are valid. EXECUTE adds to the Want that opens the extension.
+/// Analytics reports a call that fails after its arguments were counted under `failureType`, if that is known,
+/// otherwise under the method's own type.
 template <typename Context, auto PARSE, auto EXECUTE>
 constexpr RequestRule Request(ArgumentRule arguments, RequestType failureType = REQUEST_UNKNOWN) {
     auto create = []() -> std::shared_ptr<BaseContext> { return std::make_shared<Context>(); };
@@ -83,35 +75,26 @@ constexpr RequestRule Request(ArgumentRule arguments, RequestType failureType = 
     return {arguments, failureType, create, parse, addParams};
 }
 
-/// A method whose answer and failures reach neither the caller nor analytics. Its promise never settles, and
-/// only shows that the call was accepted. Failures are only logged. It accepts any number of arguments, and
-/// reads `count` of them.
+/// A method whose answer and failures reach neither the caller nor analytics. Its promise never settles, and only shows
+/// that the call was accepted. Failures are only logged. It accepts any number of arguments, and reads `count` of them.
 template <typename Context, auto PARSE, auto EXECUTE>
-constexpr RequestRule PageLaunch(size_t count) {
-    RequestRule rule = Request<Context, PARSE, EXECUTE>(Unchecked(count));
-    rule.isAnswered = false;
-    return rule;
-}
-
-constexpr RequestRule ParsedFirst(RequestRule rule) {
-    rule.parsesFirst = true;
-    return rule;
-}
-
-constexpr RequestRule Starting(void (*start)(const std::shared_ptr<BaseContext>&), RequestRule rule) {
+constexpr RequestRule PageLaunch(size_t count, bool parsesFirst = false,
+                                 void (*start)(const std::shared_ptr<BaseContext>&) = nullptr) {
+    RequestRule rule = Request<Context, PARSE, EXECUTE>({0, SIZE_MAX, count, 0, false});
     rule.start = start;
+    rule.isAnswered = false;
+    rule.parsesFirst = parsesFirst;
     return rule;
 }
 
 /// The rule of the method with this request type. There must be one.
 const RequestRule& FindRequest(RequestType type);
 
-/// Runs an asynchronous JS method until the extension is opened: reads the arguments, builds the context in
-/// the form that the caller chose, parses the parameters, and passes the request to its session. Returns the
-/// promise, or `undefined` in the callback form. A failure is reported to analytics as 401, and to JS as
-/// business error 401 (0 for types whose failures are hidden). It is thrown for a wrong number of arguments,
-/// and otherwise settles the request. If a getter throws, the call ends with that exception. On `env`'s JS
-/// thread.
+/// Runs an asynchronous JS method until the extension is opened: reads the arguments, builds the context in the form
+/// that the caller chose, parses the parameters, and passes the request to its session. Returns the promise, or
+/// `undefined` in the callback form. A failure is reported to analytics as 401, and to JS as business error 401 (0 for
+/// types whose failures are hidden). It is thrown for a wrong number of arguments, and otherwise settles the request.
+/// If a getter throws, the call ends with that exception. On `env`'s JS thread.
 napi_value RunRequest(napi_env env, napi_callback_info info, const RequestRule& rule);
 
 }  // namespace TAVIK::GAME_PLAYER

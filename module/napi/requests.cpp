@@ -8,7 +8,6 @@
 #include "modal/modal_ui_callback.h"
 #include "napi/records.h"
 #include "napi/request_shape.h"
-#include "napi/union_login.h"
 
 namespace TAVIK::GAME_PLAYER {
 
@@ -21,13 +20,10 @@ constexpr const char* KEY_EXTRA = "tavikExtra";
 // The methods, each with its parameters, the steps that read and send them, and its rule.
 
 struct InitContext : BaseContext {};
-void ExecuteInit(InitContext& /*context*/, Want& /*want*/) {}
-constexpr RequestRule InitRule = Request<InitContext, ParseNothing, ExecuteInit>(WithCallback(1));
+constexpr RequestRule InitRule = Request<InitContext, ParseNothing, SendNothing>(WithCallback(1));
 
 struct GetLocalPlayerContext : BaseContext {};
-void ExecuteGetLocalPlayer(GetLocalPlayerContext& /*context*/, Want& /*want*/) {}
-constexpr RequestRule GetLocalPlayerRule =
-    Request<GetLocalPlayerContext, ParseNothing, ExecuteGetLocalPlayer>(WithCallback(1));
+constexpr RequestRule GetLocalPlayerRule = Request<GetLocalPlayerContext, ParseNothing, SendNothing>(WithCallback(1));
 
 struct SavePlayerRoleContext : BaseContext {
     RVQPlayerRole playerRole;
@@ -83,11 +79,11 @@ void ExecuteBindPlayer(BindPlayerContext& context, Want& want) {
     want.SetParam("teamPlayerId", context.teamPlayerId);
 }
 constexpr RequestRule BindPlayerRule =
-    Request<BindPlayerContext, ParseBindPlayerReq, ExecuteBindPlayer>(WithoutCountLog(PromiseOnly(3)));
+    Request<BindPlayerContext, ParseBindPlayerReq, ExecuteBindPlayer>(PromiseOnly(3, false));
 
 struct UnbindPlayerContext : BindPlayerContext {};
 constexpr RequestRule UnbindPlayerRule =
-    Request<UnbindPlayerContext, ParseBindPlayerReq, ExecuteBindPlayer>(WithoutCountLog(PromiseOnly(3)));
+    Request<UnbindPlayerContext, ParseBindPlayerReq, ExecuteBindPlayer>(PromiseOnly(3, false));
 
 struct VerifyLocalPlayerContext : BaseContext {
     ThirdUserInfo thirdUserInfo;
@@ -136,8 +132,7 @@ constexpr RequestRule QuickGameLoginRule =
 struct LaunchWelcomeBannerContext : BaseContext {
     std::string greetingInfo;
 };
-bool ParseLaunchWelcomeBannerReq(napi_env env, const CallArguments& args,
-                                 LaunchWelcomeBannerContext& context) {
+bool ParseLaunchWelcomeBannerReq(napi_env env, const CallArguments& args, LaunchWelcomeBannerContext& context) {
     context.greetingInfo = GetStringUtf8(env, args.values[1]);
     return true;
 }
@@ -158,15 +153,14 @@ void ExecuteLaunchCommonPage(LaunchCommonPageContext& context, Want& want) {
     want.SetParam("pageInfo", context.pageInfo);
 }
 constexpr RequestRule LaunchCommonPageRule =
-    ParsedFirst(PageLaunch<LaunchCommonPageContext, ParseLaunchCommonPageReq, ExecuteLaunchCommonPage>(2));
+    PageLaunch<LaunchCommonPageContext, ParseLaunchCommonPageReq, ExecuteLaunchCommonPage>(2, true);
 
 struct LaunchAntiAddictionContext : BaseContext {
     std::string antiAddictionInfo;  // the text of the page
     int32_t playableTime = 0;       // in seconds
 };
 // The caller chooses the request type under which the page's answers are handled; so it is read first.
-bool ParseLaunchAntiAddictionReq(napi_env env, const CallArguments& args,
-                                 LaunchAntiAddictionContext& context) {
+bool ParseLaunchAntiAddictionReq(napi_env env, const CallArguments& args, LaunchAntiAddictionContext& context) {
     context.requestType = ToInt32(env, args.values[3]);
     context.playableTime = ToInt32(env, args.values[1]);
     context.antiAddictionInfo = GetStringUtf8(env, args.values[2]);
@@ -178,8 +172,8 @@ void StartAntiAddiction(const std::shared_ptr<BaseContext>& base) {
     std::make_shared<ModalUICallback>(base)->LaunchAntiAddictionAbility(std::move(context.antiAddictionInfo),
                                                                         context.playableTime);
 }
-constexpr RequestRule LaunchAntiAddictionRule = Starting(
-    StartAntiAddiction, PageLaunch<LaunchAntiAddictionContext, ParseLaunchAntiAddictionReq, SendNothing>(4));
+constexpr RequestRule LaunchAntiAddictionRule =
+    PageLaunch<LaunchAntiAddictionContext, ParseLaunchAntiAddictionReq, SendNothing>(4, false, StartAntiAddiction);
 
 constexpr RequestRule Named(RequestType type, const char* method, const char* executeStep, RequestRule rule) {
     rule.type = type;

@@ -1,5 +1,3 @@
-#include "napi/union_login.h"
-
 #include <cstddef>
 #include <memory>
 #include <utility>
@@ -7,6 +5,7 @@
 #include "common/js_value_helpers.h"
 #include "common/velmor_log.h"
 #include "common/velmor_util.h"
+#include "napi/records.h"
 #include "resource_manager.h"
 
 namespace TAVIK::GAME_PLAYER {
@@ -16,12 +15,8 @@ using OHOS::Global::Resource::ResourceManager;
 namespace {
 
 constexpr const char* KEY_ACCOUNTS = "thirdAccountInfos";
-constexpr const char* KEY_NAME = "accountName";
 constexpr const char* KEY_ICON = "accountIcon";
-
-// The only panel that shows accounts without icons.
-constexpr int32_t PANEL_WITHOUT_ICONS = 1;
-
+constexpr int32_t PANEL_WITHOUT_ICONS = 1;  // the only panel that shows accounts without icons
 constexpr uint32_t SCREEN_DENSITY = 0;
 
 // The functions whose steps stand here, for the log.
@@ -50,13 +45,13 @@ void ReadByName(ResourceManager& resources, const std::string& name, IconData& i
     const size_t dot = name.rfind('.');
     if (dot != std::string::npos) {
         (void)resources.GetMediaDataByName(name.c_str() + dot + 1, icon.length, icon.bytes, SCREEN_DENSITY);
-        GAME_LOGI_AS(ICON_READER, "GetEncodedAccountIcon media iconName: %{public}s, len: %{public}zu",
-                     name.c_str(), icon.length);
+        GAME_LOGI_AS(ICON_READER, "GetEncodedAccountIcon media iconName: %{public}s, len: %{public}zu", name.c_str(),
+                     icon.length);
     }
     if (icon.length == 0) {
         (void)resources.GetRawFileFromHap(name, icon.length, icon.bytes);
-        GAME_LOGI_AS(ICON_READER, "GetEncodedAccountIcon raw iconName: %{public}s, len: %{public}zu",
-                     name.c_str(), icon.length);
+        GAME_LOGI_AS(ICON_READER, "GetEncodedAccountIcon raw iconName: %{public}s, len: %{public}zu", name.c_str(),
+                     icon.length);
     }
 }
 
@@ -77,9 +72,9 @@ bool ReadByNames(napi_env env, napi_value descriptor, ResourceManager& resources
     return true;
 }
 
-// The icon of one of the game's resource descriptors, in base64; empty if it is not found. It is looked up by
-// the descriptor's `id`, then by each name in `params`: as media by the part after the last dot, or as a raw
-// file by the whole name.
+// The icon of one of the game's resource descriptors, in base64; empty if it is not found. It is looked up by the
+// descriptor's `id`, then by each name in `params`: as media by the part after the last dot, or as a raw file by the
+// whole name.
 std::string GetEncodedAccountIcon(napi_env env, napi_value icon, const RequestOrigin& origin) {
     std::string moduleName;
     JsObjectToString(env, icon, "moduleName", MAX_STRING_LENGTH, moduleName);
@@ -119,7 +114,7 @@ bool ReadIcon(napi_env env, napi_value element, const RequestOrigin& origin, Thi
 
 void ReadAccount(napi_env env, napi_value element, const RequestOrigin& origin, UnionLoginParam& login) {
     ThirdAccountInfo account;
-    JsObjectToString(env, element, KEY_NAME, MAX_STRING_LENGTH, account.accountName);
+    JsObjectToString(env, element, "accountName", MAX_STRING_LENGTH, account.accountName);
     if (login.loginPanelType == PANEL_WITHOUT_ICONS || ReadIcon(env, element, origin, account)) {
         login.thirdAccountInfos.push_back(std::move(account));
     }
@@ -127,8 +122,7 @@ void ReadAccount(napi_env env, napi_value element, const RequestOrigin& origin, 
 
 }  // namespace
 
-void JsObjectToAccountInfoList(napi_env env, napi_value object, const RequestOrigin& origin,
-                               UnionLoginParam& login) {
+void JsObjectToAccountInfoList(napi_env env, napi_value object, const RequestOrigin& origin, UnionLoginParam& login) {
     if (!HasProperty(env, object, KEY_ACCOUNTS)) {
         GAME_LOGE("JsObjectToAccountInfoList %{public}s not existed", KEY_ACCOUNTS);
         return;
