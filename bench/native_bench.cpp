@@ -1,5 +1,4 @@
-// The benchmarks that need no JS. Each is named "<work> module" or "<work> floor", and takes its size as
-// argument.
+// The benchmarks that need no JS. Each is named "<work> module" or "<work> floor", and takes its size as argument.
 
 #include <benchmark/benchmark.h>
 
@@ -25,8 +24,7 @@ namespace {
 template <std::string (*ENCODE)(const uint8_t*, size_t)>
 void Encode(benchmark::State& state) {
     std::vector<uint8_t> bytes(state.range(0));
-    std::generate(bytes.begin(), bytes.end(),
-                  [next = 0U]() mutable { return static_cast<uint8_t>(next += 7); });
+    std::generate(bytes.begin(), bytes.end(), [next = 0U]() mutable { return static_cast<uint8_t>(next += 7); });
     for (auto _ : state) {
         benchmark::DoNotOptimize(ENCODE(bytes.data(), bytes.size()));
     }
@@ -85,8 +83,8 @@ void LogInFloor(benchmark::State& state) {
     const std::string text(state.range(0), 'x');
     for (auto _ : state) {
         (void)HiLogPrint(LOG_CORE, LOG_INFO, LOG_DOMAIN, LOG_TAG,
-                         "[%{public}s(%{public}s:%{public}d)]end %{public}s, code %{public}d", "",
-                         __FUNCTION__, __LINE__, text.c_str(), 401);
+                         "[%{public}s(%{public}s:%{public}d)]end %{public}s, code %{public}d", "", __FUNCTION__,
+                         __LINE__, text.c_str(), 401);
     }
 }
 

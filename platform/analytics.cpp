@@ -39,8 +39,7 @@ ADD_PARAM(const std::vector<std::string>&)
 int Write(const Event& event) {
     if (StandIn::Faults::Trip(StandIn::Call::Write)) return -1;
     StandIn::MarkEffect();
-    if (StandIn::RecordStream::HasSubscribers())
-        StandIn::RecordStream::Publish({"reported", {{"event", event}}});
+    if (StandIn::RecordStream::HasSubscribers()) StandIn::RecordStream::Publish({"reported", {{"event", event}}});
     (void)StandIn::EventStore::Get().Append(event);
     return 0;
 }

@@ -11,9 +11,9 @@ namespace StandIn {
 
 /// The device's only clock. Its boot time and every sleep of the module's threads follow it.
 ///
-/// In real mode it follows the machine's monotonic clock at a rate. In manual mode only `Advance` moves time:
-/// it wakes one sleeper at a time, in order of (deadline, thread), and lets each thread it woke run until
-/// that thread sleeps again or ends. The same calls therefore give the same trace every time. Thread-safe.
+/// In real mode it follows the machine's monotonic clock at a rate. In manual mode only `Advance` moves time: it wakes
+/// one sleeper at a time, in order of (deadline, thread), and lets each thread it woke run until that thread sleeps
+/// again or ends. The same calls therefore give the same trace every time. Thread-safe.
 class Clock {
 public:
     using Nanoseconds = std::chrono::nanoseconds;
@@ -29,8 +29,8 @@ public:
 
     /// Milliseconds since boot.
     int64_t NowMs();
-    /// Moves manual time forward by `distance`, stopping at each deadline on the way. Blocks until every
-    /// thread it woke sleeps or has ended, so not for a JS thread. False if the clock is not manual.
+    /// Moves manual time forward by `distance`, stopping at each deadline on the way. Blocks until every thread it woke
+    /// sleeps or has ended, so not for a JS thread. False if the clock is not manual.
     bool Advance(Nanoseconds distance);
     /// The number of sleeping threads. Blocks until no thread of the module is awake.
     size_t Sleepers();
@@ -42,8 +42,8 @@ public:
     /// Sleeps for `span` of device time.
     void Sleep(Nanoseconds span);
 
-    /// Call before starting a thread of the module, on its parent thread, so that the numbers have one order.
-    /// Returns the new thread's number.
+    /// Call before starting a thread of the module, on its parent thread, so that the numbers have one order. Returns
+    /// the new thread's number.
     uint64_t CountThread();
     /// Call on the new thread, before it does anything else.
     static void BeginThread(uint64_t thread);

@@ -51,8 +51,7 @@ public:
     }
 
     RState GetMediaDataByName(const char* name, size_t& length, Data& data, uint32_t /*density*/) override {
-        return CopyOut(Find(Call::GetMediaDataByName, resources_->mediaByName, std::string(name)), length,
-                       data);
+        return CopyOut(Find(Call::GetMediaDataByName, resources_->mediaByName, std::string(name)), length, data);
     }
 
     RState GetRawFileFromHap(const std::string& name, size_t& length, Data& data) override {
@@ -63,20 +62,18 @@ private:
     const std::shared_ptr<const Resources> resources_;
 };
 
-/// A context of an application with these modules, and with the resources of one module or none. It converts
-/// to no class, unless a subclass allows it. `Base` is the class it implements.
+/// A context of an application with these modules, and with the resources of one module or none. It converts to no
+/// class, unless a subclass allows it. `Base` is the class it implements.
 template <typename Base>
 class ModuleContext : public Base {
 public:
-    explicit ModuleContext(std::shared_ptr<const Modules> modules,
-                           std::shared_ptr<ResourceManager> resources = nullptr)
+    explicit ModuleContext(std::shared_ptr<const Modules> modules, std::shared_ptr<ResourceManager> resources = nullptr)
         : modules_(std::move(modules)), resources_(std::move(resources)) {}
 
     std::shared_ptr<Context> CreateModuleContext(const std::string& moduleName) override {
         auto found = modules_->find(moduleName);
         if (Faults::Trip(Call::CreateModuleContext) || found == modules_->end()) return nullptr;
-        auto resources =
-            found->second == nullptr ? nullptr : std::make_shared<ModuleResources>(found->second);
+        auto resources = found->second == nullptr ? nullptr : std::make_shared<ModuleResources>(found->second);
         return std::make_shared<ModuleContext<Context>>(modules_, resources);
     }
     // No other application is installed.
@@ -171,9 +168,7 @@ void DropWindowWaits() {
     waits.holds.clear();
 }
 
-void SetSystemApp(bool isSystem) {
-    gCallingToken = isSystem ? APPLICATION_TOKEN | SYSTEM_APP_MASK : APPLICATION_TOKEN;
-}
+void SetSystemApp(bool isSystem) { gCallingToken = isSystem ? APPLICATION_TOKEN | SYSTEM_APP_MASK : APPLICATION_TOKEN; }
 
 ContextBacking MakeContext(ContextKind kind, Modules modules, const std::shared_ptr<Window>& window) {
     auto shared = std::make_shared<const Modules>(std::move(modules));
@@ -192,12 +187,9 @@ ContextBacking MakeContext(ContextKind kind, Modules modules, const std::shared_
 
 napi_value MakeContextObject(napi_env env, ContextBacking backing) {
     auto owned = std::make_unique<ContextBacking>(std::move(backing));
-    auto finalize = [](napi_env /*env*/, void* data, void* /*hint*/) {
-        delete static_cast<ContextBacking*>(data);
-    };
+    auto finalize = [](napi_env /*env*/, void* data, void* /*hint*/) { delete static_cast<ContextBacking*>(data); };
     napi_value object = nullptr;
-    if (napi_create_object(env, &object) != napi_ok ||
-        napi_type_tag_object(env, object, &CONTEXT_TAG) != napi_ok ||
+    if (napi_create_object(env, &object) != napi_ok || napi_type_tag_object(env, object, &CONTEXT_TAG) != napi_ok ||
         napi_wrap(env, object, owned.get(), finalize, nullptr, nullptr) != napi_ok) {
         return nullptr;
     }

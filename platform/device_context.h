@@ -29,8 +29,8 @@ struct Resources {
 /// The modules of an application by name. A module with null resources has no resource manager.
 using Modules = std::map<std::string, std::shared_ptr<const Resources>>;
 
-/// A window. Its content object always exists, but `FindContent` returns it only while the window shows a
-/// page. Thread-safe.
+/// A window. Its content object always exists, but `FindContent` returns it only while the window shows a page.
+/// Thread-safe.
 class Window final : public OHOS::Ace::UIContent {
 public:
     /// The window of a context that lives in `environment`.
@@ -41,8 +41,7 @@ public:
     /// The content as the module gets it: null while the window shows no page.
     OHOS::Ace::UIContent* FindContent();
 
-    int32_t CreateModalUIExtension(const OHOS::AAFwk::Want& want,
-                                   const OHOS::Ace::ModalUIExtensionCallbacks& callbacks,
+    int32_t CreateModalUIExtension(const OHOS::AAFwk::Want& want, const OHOS::Ace::ModalUIExtensionCallbacks& callbacks,
                                    const OHOS::Ace::ModalUIExtensionConfig& config) override;
     void CloseModalUIExtension(int32_t sessionId) override;
 
@@ -51,8 +50,8 @@ private:
     std::atomic<bool> isShown_;
 };
 
-/// Call when this thread starts the module's thread `thread` (its thread number). If this is a JS thread and
-/// the call that it serves found no window, the new thread waits for one: this holds the JS thread's loop.
+/// Call when this thread starts the module's thread `thread` (its thread number). If this is a JS thread and the call
+/// that it serves found no window, the new thread waits for one: this holds the JS thread's loop.
 void BeginWindowWait(uint64_t thread);
 /// Call when that thread ends, or if it did not start.
 void EndWindowWait(uint64_t thread);
@@ -72,22 +71,22 @@ struct ContextBacking {
     std::shared_ptr<Window> window;                          // empty if the kind has none
 };
 
-/// Makes the context of an application with these modules. The kinds ABILITY and UI_EXTENSION need a window;
-/// the others have none.
+/// Makes the context of an application with these modules. The kinds ABILITY and UI_EXTENSION need a window; the others
+/// have none.
 ContextBacking MakeContext(ContextKind kind, Modules modules, const std::shared_ptr<Window>& window);
 
 /// Makes the JS object of a context. Null if a Node-API call fails. On `env`'s JS thread.
 napi_value MakeContextObject(napi_env env, ContextBacking backing);
 
-/// What backs `value`, owned by the JS object; null if `value` is not a context object. Leaves no exception
-/// pending. On `env`'s JS thread.
+/// What backs `value`, owned by the JS object; null if `value` is not a context object. Leaves no exception pending. On
+/// `env`'s JS thread.
 const ContextBacking* FindBacking(napi_env env, napi_value value);
 
 /// Makes a JS string. Null if a Node-API call fails. On `env`'s JS thread.
 napi_value MakeText(napi_env env, const std::string& text);
 
-/// Makes a JS object of `params`, like `WrapWantParams`, but cannot be made to fail. Null if a Node-API call
-/// fails. On `env`'s JS thread.
+/// Makes a JS object of `params`, like `WrapWantParams`, but cannot be made to fail. Null if a Node-API call fails. On
+/// `env`'s JS thread.
 napi_value MakeParamsObject(napi_env env, const OHOS::AAFwk::WantParams& params);
 
 /// Sets whether this process belongs to a system application. Thread-safe.

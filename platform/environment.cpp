@@ -63,9 +63,7 @@ std::shared_ptr<Environment> Environment::Attach(napi_env env) {
 
 std::shared_ptr<Environment> Environment::Of(napi_env env) { return Find(&Registry::byEnv, env); }
 
-std::shared_ptr<Environment> Environment::OfLoop(const uv_loop_t* loop) {
-    return Find(&Registry::byLoop, loop);
-}
+std::shared_ptr<Environment> Environment::OfLoop(const uv_loop_t* loop) { return Find(&Registry::byLoop, loop); }
 
 Environment* Environment::Current() { return gCurrent; }
 
@@ -76,8 +74,8 @@ bool Environment::IsOwn(napi_env env) {
     return true;
 }
 
-// Cleanup hooks run in LIFO order. The hook that ends the whole environment is therefore added before any
-// other on its thread, and each `napi_env` is closed after the hooks that its addon adds later have run.
+// Cleanup hooks run in LIFO order. The hook that ends the whole environment is therefore added before any other on its
+// thread, and each `napi_env` is closed after the hooks that its addon adds later have run.
 void Environment::Start(napi_env env) {
     scopeEnv_ = env;
     async_.data = this;
@@ -89,8 +87,7 @@ void Environment::Start(napi_env env) {
                 napi_async_init(env, nullptr, name, &asyncContext_) == napi_ok,
             "napi_async_init");
     auto end = [](napi_async_cleanup_hook_handle, void* self) { static_cast<Environment*>(self)->End(); };
-    Require(napi_add_async_cleanup_hook(env, end, this, &cleanupHandle_) == napi_ok,
-            "napi_add_async_cleanup_hook");
+    Require(napi_add_async_cleanup_hook(env, end, this, &cleanupHandle_) == napi_ok, "napi_add_async_cleanup_hook");
     gCurrent = this;
     auto& registry = Forever<Registry>();
     std::lock_guard<std::mutex> guard(registry.mutex);
@@ -237,8 +234,8 @@ napi_env ModuleEnv() { return gModuleEnv; }
 napi_value TakePendingException(napi_env env) {
     bool isPending = false;
     napi_value error = nullptr;
-    const bool isTaken = env != nullptr && napi_is_exception_pending(env, &isPending) == napi_ok &&
-                         isPending && napi_get_and_clear_last_exception(env, &error) == napi_ok;
+    const bool isTaken = env != nullptr && napi_is_exception_pending(env, &isPending) == napi_ok && isPending &&
+                         napi_get_and_clear_last_exception(env, &error) == napi_ok;
     return isTaken ? error : nullptr;
 }
 
@@ -268,6 +265,6 @@ napi_value LoadModule(napi_env env, napi_value exports) {
 
 }  // namespace StandIn
 
-// Replaces Node's function, which would tie the record to the load that registered it and forget it with that
-// load's environment.
+// Replaces Node's function, which would tie the record to the load that registered it and forget it with that load's
+// environment.
 extern "C" void __wrap_napi_module_register(napi_module* record) { StandIn::gRecord = record; }

@@ -17,14 +17,14 @@ namespace StandIn {
 /// Keeps the loop of one environment alive while any copy exists. May be dropped on any thread.
 using LoopHold = std::shared_ptr<void>;
 
-/// One JS thread as the device sees it: the main thread or a Worker. Node gives every addon its own
-/// `napi_env`, so several of them may belong to one Environment. An Environment ends in the first cleanup
-/// hook that Node runs for it after those of the module. From then on it accepts no work, and the jobs that
-/// were queued have run with `isEnding` set.
+/// One JS thread as the device sees it: the main thread or a Worker. Node gives every addon its own `napi_env`, so
+/// several of them may belong to one Environment. An Environment ends in the first cleanup hook that Node runs for it
+/// after those of the module. From then on it accepts no work, and the jobs that were queued have run with `isEnding`
+/// set.
 class Environment : public std::enable_shared_from_this<Environment> {
 public:
-    /// Runs on the environment's JS thread inside a handle scope and a callback scope. If `isEnding` is set,
-    /// the environment is being torn down and the job must not touch JS.
+    /// Runs on the environment's JS thread inside a handle scope and a callback scope. If `isEnding` is set, the
+    /// environment is being torn down and the job must not touch JS.
     using Job = std::function<void(bool isEnding)>;
 
     /// The environment of the calling JS thread, created on first use. `env` belongs to it from now on.
@@ -36,15 +36,15 @@ public:
     /// Whether this is the JS thread of `env` and `env` is alive. Cheap: every guarded call checks it.
     static bool IsOwn(napi_env env);
 
-    /// Any thread. Queues `job` in FIFO order. An exception that it leaves pending in `env` (null: in the
-    /// module's own) becomes an uncaught exception. The loop stays alive until the job has run. Returns false
-    /// and drops the job if the environment has ended.
+    /// Any thread. Queues `job` in FIFO order. An exception that it leaves pending in `env` (null: in the module's own)
+    /// becomes an uncaught exception. The loop stays alive until the job has run. Returns false and drops the job if
+    /// the environment has ended.
     bool Post(napi_env env, Job job);
-    /// Any thread. The same for a request of the module that `loop` completes, with the module's `napi_env`
-    /// there. False if there is no such environment.
+    /// Any thread. The same for a request of the module that `loop` completes, with the module's `napi_env` there.
+    /// False if there is no such environment.
     static bool PostTo(const uv_loop_t* loop, Job job);
-    /// Any thread. How completions come from now on: in any order, drawn from `seed`, or else first in, first
-    /// out. Each takes the place of another one, so that whatever was queued after them all comes after them.
+    /// Any thread. How completions come from now on: in any order, drawn from `seed`, or else first in, first out. Each
+    /// takes the place of another one, so that whatever was queued after them all comes after them.
     static void SetQueueOrder(bool isAny, uint32_t seed = 0);
 
     /// Any thread.
@@ -97,12 +97,12 @@ napi_env ModuleEnv();
 /// The module's exports on the calling JS thread; null if it has none there.
 napi_value ModuleExports();
 
-/// Calls the register function of the record that the module's load-time constructor registered. On the
-/// device a JS thread has one environment, so a second load on the same thread gets the first one again.
+/// Calls the register function of the record that the module's load-time constructor registered. On the device a JS
+/// thread has one environment, so a second load on the same thread gets the first one again.
 napi_value LoadModule(napi_env env, napi_value exports);
 
-/// Clears and returns the exception pending in `env`; null if there is none or `env` is null. On the JS
-/// thread of `env`.
+/// Clears and returns the exception pending in `env`; null if there is none or `env` is null. On the JS thread of
+/// `env`.
 napi_value TakePendingException(napi_env env);
 
 }  // namespace StandIn

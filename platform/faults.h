@@ -25,8 +25,8 @@ public:
         uint64_t failed = 0;  // of those, the injected failures
     };
 
-    /// Makes the next `times` calls of the function `name` fail, after `skip` calls that pass. False if there
-    /// is no such function that can be made to fail.
+    /// Makes the next `times` calls of the function `name` fail, after `skip` calls that pass. False if there is no
+    /// such function that can be made to fail.
     static bool Arm(const std::string& name, uint64_t skip, uint64_t times);
     static void Reset();
     /// All functions that can be made to fail, in the order of calls.def.

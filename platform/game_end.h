@@ -16,8 +16,8 @@ public:
     static void Handle(const void* owner, Handler handler);
     static void Unhandle(const void* owner);
 
-    /// Replaces `_exit` and never returns. Calls the handlers; without any, or on a JS thread, prints the
-    /// reason and ends the process.
+    /// Replaces `_exit` and never returns. Calls the handlers; without any, or on a JS thread, prints the reason and
+    /// ends the process.
     [[noreturn]] static void Arrive(int status);
     /// Whether the game has ended since the last reset.
     static bool HasArrived();

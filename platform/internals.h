@@ -23,8 +23,8 @@ struct Internals {
     static void SetParam(WantParams& params, const std::string& key, Param value);
     /// Null if there is none.
     static const Param* FindParam(const WantParams& params, const std::string& key);
-    /// Calls `visit(key, param)` for all parameters, in the order of their keys. `visit` is false to stop,
-    /// and so is the result.
+    /// Calls `visit(key, param)` for all parameters, in the order of their keys. `visit` is false to stop, and so is
+    /// the result.
     template <typename Visit>
     static bool VisitParams(const WantParams& params, const Visit& visit);
 

@@ -69,8 +69,7 @@ int WriteLog(LogLevel level, unsigned int domain, const char* tag, const char* f
 
 }  // namespace StandIn
 
-int HiLogPrint(LogType /*type*/, LogLevel level, unsigned int domain, const char* tag, const char* format,
-               ...) {
+int HiLogPrint(LogType /*type*/, LogLevel level, unsigned int domain, const char* tag, const char* format, ...) {
     va_list arguments;
     va_start(arguments, format);
     const int status = StandIn::WriteLog(level, domain, tag, format, arguments);

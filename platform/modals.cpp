@@ -85,9 +85,7 @@ Modal::Modal(int32_t id, int32_t generation, Opening opening)
 
 int32_t Modal::RequestType() const { return want_.GetParams().GetIntParam("requestType", 0); }
 
-std::string Modal::Name() const {
-    return "modal " + std::to_string(id_) + " (" + NameOfRequest(RequestType()) + ")";
-}
+std::string Modal::Name() const { return "modal " + std::to_string(id_) + " (" + NameOfRequest(RequestType()) + ")"; }
 
 bool Modal::IsOpen() const { return isOpen_ && environment_ != nullptr && !environment_->HasEnded(); }
 
@@ -105,8 +103,7 @@ bool Modal::IsOlderThan(std::chrono::milliseconds age) const {
 }
 
 void Modal::Close() {
-    if (isOpen_.exchange(false) && RecordStream::HasSubscribers())
-        RecordStream::Publish(About("closed", *this));
+    if (isOpen_.exchange(false) && RecordStream::HasSubscribers()) RecordStream::Publish(About("closed", *this));
 }
 
 void Modal::Forget() {
@@ -116,8 +113,7 @@ void Modal::Forget() {
 
 std::string Modal::Give(const Answer& answer, std::function<void()> giveUp) const {
     if (isForgotten_) return Name() + " cannot answer: reset() made the device forget it.";
-    if (GameEnd::HasArrived())
-        return Name() + " cannot answer: the game has ended, until reset() begins anew.";
+    if (GameEnd::HasArrived()) return Name() + " cannot answer: the game has ended, until reset() begins anew.";
     const bool isLate = !IsOpen() && answer.kind != Answer::Kind::RELEASE;
     if (RecordStream::HasSubscribers()) PublishAnswer(*this, answer);
     ServedCall call;
@@ -233,9 +229,7 @@ void Modals::ReportSilent(std::chrono::milliseconds age) {
 
 void Modals::ReportSilent(const Environment& environment) {
     std::lock_guard<std::mutex> guard(mutex_);
-    auto isOfThis = [&environment](const auto& modal) {
-        return modal->GetEnvironment().get() == &environment;
-    };
+    auto isOfThis = [&environment](const auto& modal) { return modal->GetEnvironment().get() == &environment; };
     auto first = std::stable_partition(unreported_.begin(), unreported_.end(), std::not_fn(isOfThis));
     for (auto modal = first; modal != unreported_.end(); ++modal) {
         if ((*modal)->IsSilent()) Say((*modal)->Name() + " has no answer");

@@ -85,8 +85,8 @@ public:
     /// Closes it. From now on, no answer reaches the module.
     void Forget();
 
-    /// Calls the module with `answer` on this thread. If that ends the game, `giveUp` runs on this thread.
-    /// Returns why the module could not be called; empty if it was.
+    /// Calls the module with `answer` on this thread. If that ends the game, `giveUp` runs on this thread. Returns why
+    /// the module could not be called; empty if it was.
     std::string Give(const Answer& answer, std::function<void()> giveUp) const;
 
 private:
@@ -128,8 +128,8 @@ public:
     void Subscribe(const void* owner, Receiver receiver);
     void Unsubscribe(const void* owner);
 
-    /// The oldest modal of `requestType` (0: of any) that is open, unanswered and not yet taken; empty if
-    /// there is none.
+    /// The oldest modal of `requestType` (0: of any) that is open, unanswered and not yet taken; empty if there is
+    /// none.
     std::shared_ptr<Modal> Take(int32_t requestType);
 
     /// Reports the silent modals that are older than `age`, each only once.

@@ -13,8 +13,8 @@
 
 namespace StandIn {
 
-/// Something that happened on the device: a call of the game, a modal, an answer, a log line. Its kinds and
-/// their fields are those of `DeviceRecord` in device/index.d.ts.
+/// Something that happened on the device: a call of the game, a modal, an answer, a log line. Its kinds and their
+/// fields are those of `DeviceRecord` in device/index.d.ts.
 struct DeviceRecord {
     using Value = std::variant<double, std::string, std::vector<std::string>, OHOS::AAFwk::WantParams,
                                OHOS::HiviewDFX::HiAppEvent::Event>;

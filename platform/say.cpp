@@ -19,10 +19,9 @@ PrintedLines ReadPrinted() {
     if (wanted == nullptr || *wanted == '\0') return {NOTHING, false};
     if (std::strcmp(wanted, "off") == 0) return {NOTHING, true};
     const char* letter = std::strchr(LETTERS, *wanted);
-    if (letter != nullptr && wanted[1] == '\0')
-        return {LOG_DEBUG + static_cast<int>(letter - LETTERS), false};
-    (void)std::fprintf(
-        stderr, "GAMEAPI_LOG is \"%s\", so no log is printed: set it to D, I, W, E, F or off.\n", wanted);
+    if (letter != nullptr && wanted[1] == '\0') return {LOG_DEBUG + static_cast<int>(letter - LETTERS), false};
+    (void)std::fprintf(stderr, "GAMEAPI_LOG is \"%s\", so no log is printed: set it to D, I, W, E, F or off.\n",
+                       wanted);
     return {NOTHING, false};
 }
 

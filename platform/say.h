@@ -14,8 +14,8 @@ const PrintedLines& Printed();
 /// Writes one line to stderr. Any thread.
 void PrintLine(const std::string& line);
 
-/// Prints a warning for testers to stderr, as a line "game device: TEXT", unless the environment variable
-/// GAMEAPI_LOG is "off". Any thread.
+/// Prints a warning for testers to stderr, as a line "game device: TEXT", unless the environment variable GAMEAPI_LOG
+/// is "off". Any thread.
 void Say(const std::string& text);
 
 }  // namespace StandIn

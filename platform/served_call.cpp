@@ -32,9 +32,7 @@ const Method& Intern(const Method& method) {
     auto& all = Forever<Methods>();
     std::lock_guard<std::mutex> guard(all.mutex);
     for (const Method& known : all.methods) {
-        if (known.callback == method.callback && known.name == method.name && known.data == method.data) {
-            return known;
-        }
+        if (known.callback == method.callback && known.name == method.name && known.data == method.data) return known;
     }
     return all.methods.emplace_back(method);
 }
@@ -56,8 +54,7 @@ napi_value CallMethod(napi_env env, napi_callback_info info) {
 
 }  // namespace
 
-ServedCallScope::ServedCallScope(ServedCall call)
-    : call_(std::move(call)), outer_(std::exchange(gServed, &call_)) {}
+ServedCallScope::ServedCallScope(ServedCall call) : call_(std::move(call)), outer_(std::exchange(gServed, &call_)) {}
 
 ServedCallScope::~ServedCallScope() { gServed = outer_; }
 

@@ -21,9 +21,9 @@ struct Occasion {
     std::function<void()> giveUp;  // called on that thread if the answer ends the game: it never returns
 };
 
-/// A call of the game that the module's code serves on a thread: while the method runs, while an extension
-/// answers the modal that the call opened, and on the threads that are started meanwhile. A delivery serves
-/// no call, but has one of these for itself.
+/// A call of the game that the module's code serves on a thread: while the method runs, while an extension answers the
+/// modal that the call opened, and on the threads that are started meanwhile. A delivery serves no call, but has one of
+/// these for itself.
 struct ServedCall {
     uint64_t number = 0;                 // no other call of the process has it
     const char* method = "";             // its name in JS
@@ -38,9 +38,8 @@ struct ServedCall {
     napi_value propertyValue = nullptr;
     napi_value element = nullptr;  // and the element of that value that it has read last
     uint32_t index = 0;
-    std::vector<std::pair<napi_value, napi_ref>>
-        functions;              // of the game that it has read, by their reference
-    std::string invalidString;  // the one read last that is no valid UTF-8 on a device
+    std::vector<std::pair<napi_value, napi_ref>> functions;  // of the game that it has read, by their reference
+    std::string invalidString;                               // the one read last that is no valid UTF-8 on a device
 
     bool isRecorded = false;       // somebody watches
     bool hasThrown = false;        // and knows what the method has thrown

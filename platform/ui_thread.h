@@ -11,8 +11,8 @@ namespace StandIn {
 
 using Task = std::function<void()>;
 
-/// Runs tasks one at a time, in FIFO order, on one thread, which starts with the first task and never ends.
-/// The object must live as long as the process. Thread-safe.
+/// Runs tasks one at a time, in FIFO order, on one thread, which starts with the first task and never ends. The object
+/// must live as long as the process. Thread-safe.
 class SerialThread {
 public:
     void Post(Task task);
@@ -29,8 +29,8 @@ private:
     std::thread::id thread_;  // runs the tasks; no thread before the first one
 };
 
-/// Delivers the answers of extensions: one at a time on the whole device, whichever thread an answer runs on.
-/// Posted answers run on the UI thread. Thread-safe.
+/// Delivers the answers of extensions: one at a time on the whole device, whichever thread an answer runs on. Posted
+/// answers run on the UI thread. Thread-safe.
 class UiThread {
 public:
     static UiThread& Get();

@@ -60,8 +60,7 @@ napi_value MakeParamsObject(napi_env env, const WantParams& params) {
         napi_value name = MakeText(env, key);
         napi_value value = std::visit(ValueMaker{env}, param);
         // Defined, not set: setting "__proto__" would change the prototype.
-        properties.push_back(
-            {nullptr, name, nullptr, nullptr, nullptr, value, napi_default_jsproperty, nullptr});
+        properties.push_back({nullptr, name, nullptr, nullptr, nullptr, value, napi_default_jsproperty, nullptr});
         return name != nullptr && value != nullptr;
     });
     napi_value object = nullptr;
@@ -77,8 +76,7 @@ napi_value MakeParamsObject(napi_env env, const WantParams& params) {
 namespace OHOS::AppExecFwk {
 
 napi_value WrapWantParams(napi_env env, const AAFwk::WantParams& params) {
-    return StandIn::Faults::Trip(StandIn::Call::WrapWantParams) ? nullptr
-                                                                : StandIn::MakeParamsObject(env, params);
+    return StandIn::Faults::Trip(StandIn::Call::WrapWantParams) ? nullptr : StandIn::MakeParamsObject(env, params);
 }
 
 }  // namespace OHOS::AppExecFwk

@@ -11,8 +11,7 @@
 
 namespace Floors {
 
-/// Encodes with the module's calls: pieces through the base64 filter into a memory BIO, which is emptied
-/// after each.
+/// Encodes with the module's calls: pieces through the base64 filter into a memory BIO, which is emptied after each.
 inline std::string EncodeBase64(const uint8_t* data, size_t length) {
     constexpr size_t PIECE_LENGTH = 12288;
     BIO* memory = BIO_new(BIO_s_mem());

@@ -16,8 +16,8 @@
 #include "time_service_client.h"
 #include "want.h"
 
-// The module's methods, and the delivery of answers and events. The addon serves the one environment that
-// loads it: the main thread's, for as long as the process lives.
+// The module's methods, and the delivery of answers and events. The addon serves the one environment that loads it: the
+// main thread's, for as long as the process lives.
 
 namespace Floors {
 namespace {

@@ -8,14 +8,14 @@
 #include "hilog/log.h"
 #include "napi/native_api.h"
 
-// The floors make the same calls of the platform, Node-API, libuv and OpenSSL as the module for the same
-// work, in the same order, and write the same log lines. They have no layers, request contexts, locks or
-// shared ownership, and handle only the arguments that they are measured with.
+// The floors make the same calls of the platform, Node-API, libuv and OpenSSL as the module for the same work, in the
+// same order, and write the same log lines. They have no layers, request contexts, locks or shared ownership, and
+// handle only the arguments that they are measured with.
 
 /// A log line of the module's form. `function` names the function of the module that writes it.
-#define LOG_LINE(level, function, format, ...)                  \
-    ((void)HiLogPrint(LOG_CORE, level, 0xD00470A, "GAMEAPISDK", \
-                      "[%{public}s(%{public}s:%{public}d)]" format, "", function, __LINE__, ##__VA_ARGS__))
+#define LOG_LINE(level, function, format, ...)                                                                    \
+    ((void)HiLogPrint(LOG_CORE, level, 0xD00470A, "GAMEAPISDK", "[%{public}s(%{public}s:%{public}d)]" format, "", \
+                      function, __LINE__, ##__VA_ARGS__))
 #define SAY(function, format, ...) LOG_LINE(LOG_INFO, function, format, ##__VA_ARGS__)
 
 namespace OHOS::AbilityRuntime {
@@ -62,9 +62,7 @@ inline napi_value Property(napi_env env, napi_value object, const char* name) {
     return isThere ? Get(napi_get_named_property, env, object, name) : nullptr;
 }
 
-inline int32_t ReadInt(napi_env env, napi_value value) {
-    return Get<int32_t>(napi_get_value_int32, env, value);
-}
+inline int32_t ReadInt(napi_env env, napi_value value) { return Get<int32_t>(napi_get_value_int32, env, value); }
 
 /// Reads a string as the module does: at most 4096 bytes of it.
 inline std::string ReadText(napi_env env, napi_value value) {

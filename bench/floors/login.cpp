@@ -24,9 +24,8 @@ std::string ReadIcon(napi_env env, napi_value icon, AbilityContext& context) {
     std::unique_ptr<uint8_t[]> bytes;
     size_t length = 0;
     (void)resources->GetMediaDataById(static_cast<uint32_t>(id), length, bytes, 0);
-    SAY("GetEncodedAccountIcon",
-        "GetEncodedAccountIcon id:%{public}d, len:%{public}zu, moduleName:%{public}s", id, length,
-        moduleName.c_str());
+    SAY("GetEncodedAccountIcon", "GetEncodedAccountIcon id:%{public}d, len:%{public}zu, moduleName:%{public}s", id,
+        length, moduleName.c_str());
     return EncodeBase64(bytes.get(), length);
 }
 
@@ -34,8 +33,8 @@ json ReadAccount(napi_env env, napi_value element, AbilityContext& context) {
     json account;
     std::string name = ReadText(env, Property(env, element, "accountName"));
     const napi_value icon = Property(env, element, "accountIcon");
-    SAY("JsObjectToAccountInfoList",
-        "JsObjectToAccountInfoList has accountIcon property, accountName=%{public}s", name.c_str());
+    SAY("JsObjectToAccountInfoList", "JsObjectToAccountInfoList has accountIcon property, accountName=%{public}s",
+        name.c_str());
     account["accountName"] = std::move(name);
     account["encodedIcon"] = ReadIcon(env, icon, context);
     return account;
@@ -51,8 +50,7 @@ std::vector<json> ReadAccounts(napi_env env, napi_value login, AbilityContext& c
         accounts.push_back(ReadAccount(env, Get(napi_get_element, env, list, i), context));
     }
     Must(napi_close_handle_scope(env, scope));
-    SAY("JsObjectToAccountInfoList", "JsObjectToAccountInfoList end, length=%{public}d",
-        static_cast<int>(length));
+    SAY("JsObjectToAccountInfoList", "JsObjectToAccountInfoList end, length=%{public}d", static_cast<int>(length));
     return accounts;
 }
 

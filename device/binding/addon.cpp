@@ -9,8 +9,6 @@ NAPI_MODULE_INIT() {
                            DefineModalFunctions(env, exports) && DefineAnswerFunctions(env, exports) &&
                            DefineClockFunctions(env, exports) && DefineRecordFunctions(env, exports) &&
                            DefineControlFunctions(env, exports);
-    if (!isDefined) {
-        (void)napi_throw_error(env, nullptr, "This JS environment cannot drive the stand-in device.");
-    }
+    if (!isDefined) (void)napi_throw_error(env, nullptr, "This JS environment cannot drive the stand-in device.");
     return exports;
 }

@@ -16,11 +16,9 @@ using OHOS::AAFwk::WantParams;
 using Answer = Modal::Answer;
 using Kind = Answer::Kind;
 
-/// Gives `answer` to the module. The caller then settles `promise`, unless the answer ends the game: then
-/// this settles it and never returns. `hold` keeps the modal's loop alive until everything that the answer
-/// causes is queued there.
-void Deliver(const Modal& modal, const Answer& answer, const std::shared_ptr<PendingPromise>& promise,
-             LoopHold& hold) {
+/// Gives `answer` to the module. The caller then settles `promise`, unless the answer ends the game: then this settles
+/// it and never returns. `hold` keeps the modal's loop alive until everything that the answer causes is queued there.
+void Deliver(const Modal& modal, const Answer& answer, const std::shared_ptr<PendingPromise>& promise, LoopHold& hold) {
     promise->Fail(modal.Give(answer, [&promise, &hold] {
         hold.reset();
         PendingPromise::Settle(promise);
@@ -49,11 +47,10 @@ napi_value Give(napi_env env, napi_value id, Answer answer) {
         PendingPromise::Settle(std::move(promise));
         return result;
     }
-    ui.Post(
-        [modal, answer = std::move(answer), promise = std::move(promise), hold = std::move(hold)]() mutable {
-            Deliver(*modal, answer, promise, hold);
-            PendingPromise::Settle(std::move(promise));
-        });
+    ui.Post([modal, answer = std::move(answer), promise = std::move(promise), hold = std::move(hold)]() mutable {
+        Deliver(*modal, answer, promise, hold);
+        PendingPromise::Settle(std::move(promise));
+    });
     return result;
 }
 

@@ -19,9 +19,7 @@ napi_value SetClockRate(napi_env env, napi_callback_info info) {
     return nullptr;
 }
 
-napi_value ClockRate(napi_env env, napi_callback_info /*info*/) {
-    return MakeNumber(env, Clock::Get().Rate());
-}
+napi_value ClockRate(napi_env env, napi_callback_info /*info*/) { return MakeNumber(env, Clock::Get().Rate()); }
 
 napi_value ClockNow(napi_env env, napi_callback_info /*info*/) {
     return MakeNumber(env, static_cast<double>(Clock::Get().NowMs()));
@@ -32,9 +30,7 @@ napi_value ClockSleepers(napi_env env, napi_callback_info /*info*/) {
 }
 
 // Milliseconds until the next thread is due to wake; infinite if none is.
-napi_value ClockNext(napi_env env, napi_callback_info /*info*/) {
-    return MakeNumber(env, Clock::Get().NextMs());
-}
+napi_value ClockNext(napi_env env, napi_callback_info /*info*/) { return MakeNumber(env, Clock::Get().NextMs()); }
 
 // Takes milliseconds. The promise fails if the clock is not manual.
 napi_value ClockAdvance(napi_env env, napi_callback_info info) {

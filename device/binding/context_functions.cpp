@@ -39,24 +39,21 @@ std::shared_ptr<const Resources> ReadResources(napi_env env, napi_value value) {
     return resources;
 }
 
-// Takes whether it is that of a UI extension, whether it has a window, and an array of pairs
-// [module, resources].
+// Takes whether it is that of a UI extension, whether it has a window, and an array of pairs [module, resources].
 napi_value CreateContext(napi_env env, napi_callback_info info) {
     const auto [isExtension, hasWindow, pairs] = Arguments<3>(env, info);
     Modules modules;
     ForEachElement(env, pairs, [&modules, env](napi_value pair) {
         modules[ReadText(env, ReadElement(env, pair, 0))] = ReadResources(env, ReadElement(env, pair, 1));
     });
-    const auto window =
-        std::make_shared<Window>(Instance::Of(env).GetEnvironment(), ReadFlag(env, hasWindow));
+    const auto window = std::make_shared<Window>(Instance::Of(env).GetEnvironment(), ReadFlag(env, hasWindow));
     const auto kind = ReadFlag(env, isExtension) ? ContextKind::UI_EXTENSION : ContextKind::ABILITY;
     return MakeContextObject(env, MakeContext(kind, std::move(modules), window));
 }
 
 napi_value CreateStageContext(napi_env env, napi_callback_info info) {
     const bool isOther = ReadFlag(env, Arguments<1>(env, info)[0]);
-    return MakeContextObject(env,
-                             MakeContext(isOther ? ContextKind::OTHER : ContextKind::EMPTY, {}, nullptr));
+    return MakeContextObject(env, MakeContext(isOther ? ContextKind::OTHER : ContextKind::EMPTY, {}, nullptr));
 }
 
 // False if the context has no window.
@@ -71,10 +68,9 @@ napi_value ChangeWindow(napi_env env, napi_callback_info info) {
 }  // namespace
 
 bool DefineContextFunctions(napi_env env, napi_value exports) {
-    return DefineFunctions(env, exports,
-                           {{"createContext", CreateContext},
-                            {"createStageContext", CreateStageContext},
-                            {"changeWindow", ChangeWindow}});
+    return DefineFunctions(
+        env, exports,
+        {{"createContext", CreateContext}, {"createStageContext", CreateStageContext}, {"changeWindow", ChangeWindow}});
 }
 
 }  // namespace StandIn

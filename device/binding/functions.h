@@ -4,8 +4,7 @@
 
 namespace StandIn {
 
-// The functions of the binding by group. Each definer adds its group to `exports`; false if a Node-API call
-// fails.
+// The functions of the binding by group. Each definer adds its group to `exports`; false if a Node-API call fails.
 
 bool DefineContextFunctions(napi_env env, napi_value exports);
 bool DefineModalFunctions(napi_env env, napi_value exports);

@@ -14,9 +14,7 @@ struct OpenedModal {
     LoopHold hold;
 };
 
-napi_value MakeOpened(napi_env env, const OpenedModal& opened) {
-    return MakeModalSnapshot(env, *opened.modal);
-}
+napi_value MakeOpened(napi_env env, const OpenedModal& opened) { return MakeModalSnapshot(env, *opened.modal); }
 
 napi_value MakeOpening(napi_env /*env*/, const LoopHold& /*hold*/) { return nullptr; }
 

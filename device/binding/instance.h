@@ -29,8 +29,7 @@ public:
     void OnModal(napi_value handler);
     /// Whenever a modal was opened, also after a reset.
     void OnOpening(napi_value handler);
-    /// With { isTimer, requestType, code } when the game ends: whether a timer ended it, and the code of the
-    /// answer.
+    /// With { isTimer, requestType, code } when the game ends: whether a timer ended it, and the code of the answer.
     void OnExit(napi_value handler);
     /// With a record of everything that happens.
     void OnRecord(napi_value handler);

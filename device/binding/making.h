@@ -8,8 +8,7 @@
 
 #include "device_context.h"
 
-// Makes the JS values that the functions of the device return. Null on failure, as in an environment that is
-// ending.
+// Makes the JS values that the functions of the device return. Null on failure, as in an environment that is ending.
 
 namespace StandIn {
 

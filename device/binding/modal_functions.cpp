@@ -22,8 +22,7 @@ napi_value MakeWant(napi_env env, const Modal::Want& want) {
 
 napi_value MakeConfig(napi_env env, const Modal::Config& config) {
     return ObjectMaker(env)
-        .Set("leading",
-             MakeFlags(env, {config.isProhibitBack, config.isAsyncModalBinding, config.isAllowedBeCovered}))
+        .Set("leading", MakeFlags(env, {config.isProhibitBack, config.isAsyncModalBinding, config.isAllowedBeCovered}))
         .Set("trailing", MakeFlags(env, {config.prohibitedRemoveByRouter, config.isAllowAddChildBelowModalUec,
                                          config.isDensityFollowHost, config.prohibitedRemoveByNavigation}))
         .Object();

@@ -6,8 +6,7 @@ namespace StandIn {
 
 std::shared_ptr<PendingPromise> PendingPromise::Make(napi_env env, napi_value& promise) {
     std::shared_ptr<PendingPromise> pending(new PendingPromise(env));
-    if (pending->environment_ == nullptr ||
-        napi_create_promise(env, &pending->deferred_, &promise) != napi_ok) {
+    if (pending->environment_ == nullptr || napi_create_promise(env, &pending->deferred_, &promise) != napi_ok) {
         return nullptr;
     }
     return pending;

@@ -10,8 +10,8 @@
 
 namespace StandIn {
 
-/// A promise that another thread may settle. It keeps the loop of its environment alive until then. One
-/// thread at a time owns it; its last owner is its JS thread.
+/// A promise that another thread may settle. It keeps the loop of its environment alive until then. One thread at a
+/// time owns it; its last owner is its JS thread.
 class PendingPromise {
 public:
     /// Stores the JS promise in `promise`. Empty on failure. On `env`'s JS thread.
@@ -21,8 +21,8 @@ public:
     void Fail(std::string message) { failure_ = std::move(message); }
     /// On the JS thread, before `Settle`. The promise will be rejected with `error`.
     void FailWith(napi_value error);
-    /// Any thread. Has the JS thread settle the promise after everything queued there so far. Only the first
-    /// call counts.
+    /// Any thread. Has the JS thread settle the promise after everything queued there so far. Only the first call
+    /// counts.
     static void Settle(std::shared_ptr<PendingPromise> promise);
 
 private:

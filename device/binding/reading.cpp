@@ -82,8 +82,8 @@ napi_value ReadProperty(napi_env env, napi_value object, const char* name) {
 
 WantParams ReadParams(napi_env env, napi_value object) {
     napi_value keys = nullptr;
-    (void)napi_get_all_property_names(env, object, napi_key_own_only, napi_key_enumerable,
-                                      napi_key_numbers_to_strings, &keys);
+    (void)napi_get_all_property_names(env, object, napi_key_own_only, napi_key_enumerable, napi_key_numbers_to_strings,
+                                      &keys);
     WantParams params;
     ForEachElement(env, keys, [&](napi_value key) {
         napi_value value = nullptr;

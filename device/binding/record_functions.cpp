@@ -74,9 +74,7 @@ struct FieldMaker {
     napi_value operator()(double number) const { return MakeNumber(env, number); }
     napi_value operator()(const std::string& text) const { return MakeText(env, text); }
     napi_value operator()(const std::vector<std::string>& texts) const { return MakeTexts(env, texts); }
-    napi_value operator()(const OHOS::AAFwk::WantParams& params) const {
-        return MakeParamsObject(env, params);
-    }
+    napi_value operator()(const OHOS::AAFwk::WantParams& params) const { return MakeParamsObject(env, params); }
     napi_value operator()(const Event& event) const { return MakeEvent(env, event); }
 };
 
@@ -99,8 +97,8 @@ napi_value MakeEventConfig(napi_env env, const EventConfig& config) {
 }
 
 napi_value MakeProcessor(napi_env env, const ReportConfig& config) {
-    napi_value eventConfigs = MakeArray(
-        env, config.eventConfigs, [env](const EventConfig& event) { return MakeEventConfig(env, event); });
+    napi_value eventConfigs =
+        MakeArray(env, config.eventConfigs, [env](const EventConfig& event) { return MakeEventConfig(env, event); });
     return ObjectMaker(env)
         .Text("name", config.name)
         .Flag("debugMode", config.debugMode)
@@ -123,13 +121,11 @@ napi_value MakeLogLine(napi_env env, const LogLine& line) {
 }
 
 napi_value Logs(napi_env env, napi_callback_info /*info*/) {
-    return MakeArray(env, LogStore::Get().All(),
-                     [env](const LogLine& line) { return MakeLogLine(env, line); });
+    return MakeArray(env, LogStore::Get().All(), [env](const LogLine& line) { return MakeLogLine(env, line); });
 }
 
 napi_value AnalyticsEvents(napi_env env, napi_callback_info /*info*/) {
-    return MakeArray(env, EventStore::Get().All(),
-                     [env](const Event& event) { return MakeEvent(env, event); });
+    return MakeArray(env, EventStore::Get().All(), [env](const Event& event) { return MakeEvent(env, event); });
 }
 
 napi_value AnalyticsProcessors(napi_env env, napi_callback_info /*info*/) {

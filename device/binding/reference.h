@@ -10,11 +10,8 @@ namespace StandIn {
 class Reference {
 public:
     Reference() = default;
-    Reference(napi_env env, napi_value value) : env_(env) {
-        (void)napi_create_reference(env, value, 1, &reference_);
-    }
-    Reference(Reference&& other) noexcept
-        : env_(other.env_), reference_(std::exchange(other.reference_, nullptr)) {}
+    Reference(napi_env env, napi_value value) : env_(env) { (void)napi_create_reference(env, value, 1, &reference_); }
+    Reference(Reference&& other) noexcept : env_(other.env_), reference_(std::exchange(other.reference_, nullptr)) {}
     Reference& operator=(Reference&& other) noexcept {
         std::swap(env_, other.env_);
         std::swap(reference_, other.reference_);

@@ -34,9 +34,8 @@ public:
 
 private:
     friend struct StandIn::Internals;
-    using Value =
-        std::variant<bool, int32_t, int64_t, double, std::string, std::vector<bool>, std::vector<int32_t>,
-                     std::vector<int64_t>, std::vector<double>, std::vector<std::string>>;
+    using Value = std::variant<bool, int32_t, int64_t, double, std::string, std::vector<bool>, std::vector<int32_t>,
+                               std::vector<int64_t>, std::vector<double>, std::vector<std::string>>;
 
     std::string domain_;
     std::string name_;
@@ -44,8 +43,7 @@ private:
     std::vector<std::pair<std::string, Value>> params_;
 };
 
-/// Writes `event` for the registered processors. Returns 0, or another number if it fails. Callable from any
-/// thread.
+/// Writes `event` for the registered processors. Returns 0, or another number if it fails. Callable from any thread.
 int Write(const Event& event);
 
 }  // namespace OHOS::HiviewDFX::HiAppEvent

@@ -14,8 +14,7 @@ struct EventConfig {
     bool isRealTime = false;
 };
 
-/// When a processor reports a batch: after `row` events, `size` bytes or `timeout` seconds; 0 disables a
-/// rule.
+/// When a processor reports a batch: after `row` events, `size` bytes or `timeout` seconds; 0 disables a rule.
 struct TriggerCondition {
     int row = 0;
     int size = 0;

@@ -8,8 +8,8 @@
 
 namespace OHOS::AbilityRuntime {
 
-/// A stage-model context: what an application component knows about its surroundings. Always held by shared
-/// pointers; callable from any thread.
+/// A stage-model context: what an application component knows about its surroundings. Always held by shared pointers;
+/// callable from any thread.
 class Context {
 public:
     virtual ~Context() = default;
@@ -24,8 +24,7 @@ public:
     /// Empty if this context has no resources.
     virtual std::shared_ptr<Global::Resource::ResourceManager> GetResourceManager() const = 0;
 
-    /// Checked conversion to `T`, a class that declares a `CONTEXT_TYPE_ID`; empty if `context` is of another
-    /// kind.
+    /// Checked conversion to `T`, a class that declares a `CONTEXT_TYPE_ID`; empty if `context` is of another kind.
     template <typename T>
     static std::shared_ptr<T> ConvertTo(const std::shared_ptr<Context>& context) {
         if (context == nullptr || !context->IsContext(T::CONTEXT_TYPE_ID)) return nullptr;

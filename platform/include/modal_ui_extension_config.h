@@ -11,8 +11,8 @@ namespace OHOS::Ace {
 
 class ModalUIExtensionProxy;
 
-/// The callbacks for an extension's answers. The platform keeps them for the life of the modal and calls them
-/// on the UI thread of the window that hosts it, one at a time.
+/// The callbacks for an extension's answers. The platform keeps them for the life of the modal and calls them on the UI
+/// thread of the window that hosts it, one at a time.
 struct ModalUIExtensionCallbacks {
     std::function<void(int32_t releaseCode)> onRelease;
     std::function<void(int32_t resultCode, const AAFwk::Want& result)> onResult;

@@ -9,8 +9,8 @@ namespace OHOS::Global::Resource {
 
 enum RState { SUCCESS = 0, NOT_FOUND = 7, ERROR_CODE_RES_NOT_FOUND_BY_ID = 9001002 };
 
-/// Reads the resources of an application package. Each read sets `length`, in bytes, and `data`, which the
-/// caller then owns. A missing resource gives `NOT_FOUND` and length 0. Callable from any thread.
+/// Reads the resources of an application package. Each read sets `length`, in bytes, and `data`, which the caller then
+/// owns. A missing resource gives `NOT_FOUND` and length 0. Callable from any thread.
 class ResourceManager {
 public:
     virtual ~ResourceManager() = default;
@@ -24,8 +24,7 @@ public:
                                       uint32_t density) = 0;
 
     /// A raw file by its name within the package.
-    virtual RState GetRawFileFromHap(const std::string& name, size_t& length,
-                                     std::unique_ptr<uint8_t[]>& data) = 0;
+    virtual RState GetRawFileFromHap(const std::string& name, size_t& length, std::unique_ptr<uint8_t[]>& data) = 0;
 };
 
 }  // namespace OHOS::Global::Resource

@@ -6,8 +6,8 @@
 
 namespace OHOS {
 
-/// Lazily creates the only instance of `T`. Callable from any thread. The instance is never destroyed,
-/// because detached threads may still use it while the process exits.
+/// Lazily creates the only instance of `T`. Callable from any thread. The instance is never destroyed, because detached
+/// threads may still use it while the process exits.
 template <typename T>
 class DelayedSingleton {
 public:

@@ -12,8 +12,7 @@ public:
     virtual ~UIContent() = default;
 
     /// Opens a modal UI extension over the window. Returns its session ID, above 0; 0 if it was refused.
-    virtual int32_t CreateModalUIExtension(const AAFwk::Want& want,
-                                           const ModalUIExtensionCallbacks& callbacks,
+    virtual int32_t CreateModalUIExtension(const AAFwk::Want& want, const ModalUIExtensionCallbacks& callbacks,
                                            const ModalUIExtensionConfig& config) = 0;
 
     /// Closes the modal with this session ID. Ignores an unknown or closed one.

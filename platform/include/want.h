@@ -13,8 +13,8 @@ public:
     /// Addresses an ability of the local device.
     Want& SetElementName(const std::string& bundleName, const std::string& abilityName);
 
-    /// Stores a value under `key`, replacing a value of any type. There is no overload for `const char*`: a
-    /// literal would be stored as the boolean true.
+    /// Stores a value under `key`, replacing a value of any type. There is no overload for `const char*`: a literal
+    /// would be stored as the boolean true.
     Want& SetParam(const std::string& key, bool value);
     Want& SetParam(const std::string& key, int value);
     Want& SetParam(const std::string& key, double value);

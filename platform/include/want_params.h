@@ -10,8 +10,8 @@ struct Internals;
 
 namespace OHOS::AAFwk {
 
-/// Typed key-value parameters that travel between applications. A plain value type: copies share no mutable
-/// state, so different threads may use different copies.
+/// Typed key-value parameters that travel between applications. A plain value type: copies share no mutable state, so
+/// different threads may use different copies.
 class WantParams {
 public:
     /// The integer under `key`; `defaultValue` if there is none or it is of another type.

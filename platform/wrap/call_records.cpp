@@ -88,9 +88,7 @@ DeviceRecord About(const char* kind, const Made& made) {
 }
 
 void AddText(napi_env env, const char* name, napi_value value, DeviceRecord& record) {
-    if (IsOf(env, value, napi_string)) {
-        record.fields.emplace_back(name, TextOf(env, value, MAX_TEXT));
-    }
+    if (IsOf(env, value, napi_string)) record.fields.emplace_back(name, TextOf(env, value, MAX_TEXT));
 }
 
 /// The code of an error of the module; `NO_CODE` if it has none.
@@ -140,8 +138,8 @@ void LimitPromises(napi_env env) {
 const Made* FindFunction(napi_value function) {
     if (Served() == nullptr) return nullptr;
     const auto& read = Served()->functions;
-    auto found = std::find_if(read.rbegin(), read.rend(),
-                              [function](const auto& each) { return each.first == function; });
+    auto found =
+        std::find_if(read.rbegin(), read.rend(), [function](const auto& each) { return each.first == function; });
     if (found == read.rend()) return nullptr;
     auto made = gKept.functions.find(found->second);
     return made == gKept.functions.end() ? nullptr : &made->second;
@@ -168,9 +166,7 @@ void RecordCall(napi_env env, size_t count, const napi_value* arguments) {
     for (size_t i = 0; i < count; ++i) {
         shown.push_back(Show(env, arguments[i]));
     }
-    if (std::string_view(served.method) == "on" && count > 0) {
-        gKept.about = TextOf(env, arguments[0], MAX_ARGUMENT);
-    }
+    if (std::string_view(served.method) == "on" && count > 0) gKept.about = TextOf(env, arguments[0], MAX_ARGUMENT);
     DeviceRecord call = About("call", MadeByServed());
     call.fields.emplace_back("arguments", std::move(shown));
     RecordStream::Publish(std::move(call));

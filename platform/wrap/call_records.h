@@ -6,9 +6,9 @@
 
 namespace StandIn {
 
-// Records which methods JS calls and what becomes of each call, for those who watch, and where a request was
-// made, for the error that rejects it. All on the JS thread of `env`, without running code of the game.
-// Nothing but the place is recorded unless somebody watches when the method is called.
+// Records which methods JS calls and what becomes of each call, for those who watch, and where a request was made, for
+// the error that rejects it. All on the JS thread of `env`, without running code of the game. Nothing but the place is
+// recorded unless somebody watches when the method is called.
 
 /// Call when the method that this thread serves has read its arguments.
 void RecordCall(napi_env env, size_t count, const napi_value* arguments);

@@ -39,8 +39,7 @@ napi_status FailOnPurpose() {
 
 napi_status RefuseForeign(Call call, napi_env env) {
     ForgetPurpose();
-    const char* reason =
-        Environment::Of(env) == nullptr ? "the environment has ended" : "not on its JS thread";
+    const char* reason = Environment::Of(env) == nullptr ? "the environment has ended" : "not on its JS thread";
     (void)HiLogPrint(LOG_CORE, LOG_ERROR, LOG_DOMAIN_DEVICE, "DEVICE", "%{public}s refused: %{public}s",
                      Faults::NameOf(call), reason);
     return napi_invalid_arg;

@@ -17,9 +17,7 @@ long __wrap_BIO_ctrl(BIO* bio, int command, long number, void* pointer) {
     return Faults::Trip(Call::BIO_ctrl) ? 0 : BIO_ctrl(bio, command, number, pointer);
 }
 
-BIO* __wrap_BIO_new(const BIO_METHOD* method) {
-    return Faults::Trip(Call::BIO_new) ? nullptr : BIO_new(method);
-}
+BIO* __wrap_BIO_new(const BIO_METHOD* method) { return Faults::Trip(Call::BIO_new) ? nullptr : BIO_new(method); }
 
 int __wrap_BIO_write(BIO* bio, const void* data, int length) {
     return Faults::Trip(Call::BIO_write) ? -1 : BIO_write(bio, data, length);

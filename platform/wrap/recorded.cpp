@@ -6,8 +6,8 @@
 #include "wrap/strings.h"
 #include "wrap/wrap.h"
 
-// The module's Node-API calls that show what the game asks for and what it gets. The linker redirects them
-// here. Some also behave differently on Node and on the device.
+// The module's Node-API calls that show what the game asks for and what it gets. The linker redirects them here. Some
+// also behave differently on Node and on the device.
 
 namespace StandIn {
 namespace {
@@ -21,8 +21,8 @@ napi_status DropTypeError(napi_env env, napi_status status) {
     return status;
 }
 
-napi_status CallFunction(napi_env env, napi_value self, napi_value function, size_t count,
-                         const napi_value* args, napi_value* result) {
+napi_status CallFunction(napi_env env, napi_value self, napi_value function, size_t count, const napi_value* args,
+                         napi_value* result) {
     RecordCalledBack(env, function, count, args);
     return napi_call_function(env, self, function, count, args, result);
 }
@@ -68,8 +68,7 @@ napi_status __wrap_napi_define_properties(napi_env env, napi_value object, size_
 napi_status __wrap_napi_get_cb_info(napi_env env, napi_callback_info info, size_t* count, napi_value* args,
                                     napi_value* self, void** data) {
     const size_t capacity = count != nullptr && args != nullptr ? *count : 0;
-    napi_status status =
-        Guarded(Call::napi_get_cb_info, napi_get_cb_info, env, info, count, args, self, data);
+    napi_status status = Guarded(Call::napi_get_cb_info, napi_get_cb_info, env, info, count, args, self, data);
     const StandIn::ServedCall* served = StandIn::Served();
     if (status != napi_ok || served == nullptr || served->info != info) return status;
     if (data != nullptr) *data = served->data;
@@ -111,17 +110,14 @@ napi_status __wrap_napi_delete_reference(napi_env env, napi_ref reference) {
     return environment->Post(env, remove) ? napi_ok : napi_invalid_arg;
 }
 
-napi_status __wrap_napi_create_reference(napi_env env, napi_value value, uint32_t count,
-                                         napi_ref* reference) {
-    napi_status status =
-        Guarded(Call::napi_create_reference, napi_create_reference, env, value, count, reference);
+napi_status __wrap_napi_create_reference(napi_env env, napi_value value, uint32_t count, napi_ref* reference) {
+    napi_status status = Guarded(Call::napi_create_reference, napi_create_reference, env, value, count, reference);
     if (status == napi_ok) StandIn::KeepFunction(*reference);
     return status;
 }
 
 napi_status __wrap_napi_get_reference_value(napi_env env, napi_ref reference, napi_value* value) {
-    napi_status status =
-        Guarded(Call::napi_get_reference_value, napi_get_reference_value, env, reference, value);
+    napi_status status = Guarded(Call::napi_get_reference_value, napi_get_reference_value, env, reference, value);
     if (status == napi_ok) StandIn::KeepHandle(reference, *value);
     return status;
 }
@@ -138,10 +134,8 @@ napi_status __wrap_napi_has_named_property(napi_env env, napi_value object, cons
         env, Guarded(Call::napi_has_named_property, napi_has_named_property, env, object, name, answer));
 }
 
-napi_status __wrap_napi_get_named_property(napi_env env, napi_value object, const char* name,
-                                           napi_value* value) {
-    napi_status status =
-        Guarded(Call::napi_get_named_property, napi_get_named_property, env, object, name, value);
+napi_status __wrap_napi_get_named_property(napi_env env, napi_value object, const char* name, napi_value* value) {
+    napi_status status = Guarded(Call::napi_get_named_property, napi_get_named_property, env, object, name, value);
     if (status == napi_ok) StandIn::KeepProperty(*value, name);
     return StandIn::DropTypeError(env, status);
 }

@@ -10,9 +10,9 @@
 #include "served_call.h"
 #include "wrap/wrap.h"
 
-// The module's reads of strings. Node replaces a lone surrogate; a device encodes it like any other character
-// of its size, in three bytes that are no valid UTF-8. And where Node cuts a character that does not fit is
-// up to Node; a device leaves it out, and what follows.
+// The module's reads of strings. Node replaces a lone surrogate; a device encodes it like any other character of its
+// size, in three bytes that are no valid UTF-8. And where Node cuts a character that does not fit is up to Node; a
+// device leaves it out, and what follows.
 
 namespace StandIn {
 namespace {
@@ -161,8 +161,8 @@ extern "C" {
 
 napi_status __wrap_napi_get_value_string_utf8(napi_env env, napi_value value, char* buffer, size_t size,
                                               size_t* length) {
-    return StandIn::Guarded(StandIn::Call::napi_get_value_string_utf8, StandIn::ReadString, env, value,
-                            buffer, size, length);
+    return StandIn::Guarded(StandIn::Call::napi_get_value_string_utf8, StandIn::ReadString, env, value, buffer, size,
+                            length);
 }
 
 // The JSON library aborts, as it cannot throw in the module.

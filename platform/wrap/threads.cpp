@@ -39,8 +39,8 @@ extern "C" int __wrap_pthread_create(pthread_t* thread, const pthread_attr_t* at
                                      void* argument) {
     using namespace StandIn;
     MarkEffect();
-    auto started = std::make_unique<StartedThread>(
-        StartedThread{run, argument, ServedByNewThread(), Clock::Get().CountThread()});
+    auto started =
+        std::make_unique<StartedThread>(StartedThread{run, argument, ServedByNewThread(), Clock::Get().CountThread()});
     BeginWindowWait(started->number);
     const int error = pthread_create(thread, attributes, RunThread, started.get());
     if (error == 0) {

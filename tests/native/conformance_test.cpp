@@ -107,8 +107,7 @@ MEMBER(ModalUIExtensionCallbacks, onRelease, function<void(int32_t)>);
 MEMBER(ModalUIExtensionCallbacks, onResult, function<void(int32_t, const Want&)>);
 MEMBER(ModalUIExtensionCallbacks, onReceive, function<void(const WantParams&)>);
 MEMBER(ModalUIExtensionCallbacks, onError, function<void(int32_t, const string&, const string&)>);
-MEMBER(ModalUIExtensionCallbacks, onRemoteReady,
-       function<void(const std::shared_ptr<Ace::ModalUIExtensionProxy>&)>);
+MEMBER(ModalUIExtensionCallbacks, onRemoteReady, function<void(const std::shared_ptr<Ace::ModalUIExtensionProxy>&)>);
 MEMBER(ModalUIExtensionCallbacks, onDestroy, function<void()>);
 MEMBER(ModalUIExtensionConfig, isProhibitBack, bool);
 MEMBER(ModalUIExtensionConfig, isAsyncModalBinding, bool);
@@ -118,24 +117,21 @@ MEMBER(ModalUIExtensionConfig, prohibitedRemoveByRouter, bool);
 MEMBER(ModalUIExtensionConfig, isAllowAddChildBelowModalUec, bool);
 MEMBER(ModalUIExtensionConfig, isDensityFollowHost, bool);
 MEMBER(ModalUIExtensionConfig, prohibitedRemoveByNavigation, bool);
-static_assert(Has<int32_t (UIContent::*)(const Want&, const ModalUIExtensionCallbacks&,
-                                         const ModalUIExtensionConfig&)>(&UIContent::CreateModalUIExtension));
+static_assert(Has<int32_t (UIContent::*)(const Want&, const ModalUIExtensionCallbacks&, const ModalUIExtensionConfig&)>(
+    &UIContent::CreateModalUIExtension));
 static_assert(Has<void (UIContent::*)(int32_t)>(&UIContent::CloseModalUIExtension));
 
 static_assert(SUCCESS == 0 && NOT_FOUND == 7 && ERROR_CODE_RES_NOT_FOUND_BY_ID == 9001002);
+static_assert(Has<RState (ResourceManager::*)(uint32_t, size_t&, Data&, uint32_t)>(&ResourceManager::GetMediaDataById));
 static_assert(
-    Has<RState (ResourceManager::*)(uint32_t, size_t&, Data&, uint32_t)>(&ResourceManager::GetMediaDataById));
-static_assert(Has<RState (ResourceManager::*)(const char*, size_t&, Data&, uint32_t)>(
-    &ResourceManager::GetMediaDataByName));
-static_assert(
-    Has<RState (ResourceManager::*)(const string&, size_t&, Data&)>(&ResourceManager::GetRawFileFromHap));
+    Has<RState (ResourceManager::*)(const char*, size_t&, Data&, uint32_t)>(&ResourceManager::GetMediaDataByName));
+static_assert(Has<RState (ResourceManager::*)(const string&, size_t&, Data&)>(&ResourceManager::GetRawFileFromHap));
 
 using ContextPointer = std::shared_ptr<Context>;
 static_assert(Has<ContextPointer (Context::*)(const string&)>(&Context::CreateModuleContext));
 static_assert(Has<ContextPointer (Context::*)(const string&, const string&)>(&Context::CreateModuleContext));
 static_assert(Has<std::shared_ptr<ResourceManager> (Context::*)() const>(&Context::GetResourceManager));
-static_assert(
-    Has<std::shared_ptr<AbilityContext> (*)(const ContextPointer&)>(&Context::ConvertTo<AbilityContext>));
+static_assert(Has<std::shared_ptr<AbilityContext> (*)(const ContextPointer&)>(&Context::ConvertTo<AbilityContext>));
 static_assert(Has<UIContent* (AbilityContext::*)()>(&AbilityContext::GetUIContent));
 static_assert(Has<UIContent* (UIExtensionContext::*)()>(&UIExtensionContext::GetUIContent));
 static_assert(Has<napi_status (*)(napi_env, napi_value, bool&)>(IsStageContext));

@@ -7,16 +7,14 @@
 #include "hilog/log.h"
 #include "log.h"
 
-// Logs a line, with a tag, a format and its arguments. Its value is the latest one. A macro, so that clang
-// checks formats.
+// Logs a line, with a tag, a format and its arguments. Its value is the latest one. A macro, so that clang checks
+// formats.
 #define LOGGED(...) \
     ((void)HiLogPrint(LOG_CORE, LOG_INFO, 1, __VA_ARGS__), StandIn::LogStore::Get().All().back().message)
 
 TEST(Log, TakesPrivacyMarksCutsLongLinesAndKeepsTheLast) {
-    EXPECT_EQ(LOGGED("TAG", "%{public}s%-3d|%{private}05zu%%, %x", "a", -5, size_t{7}, 255U),
-              "a-5 |00007%, ff");
-    EXPECT_EQ(LOGGED("TAG", "100%%{public}s"), "100%{public}s")
-        << "a percent sign to be printed, and no mark";
+    EXPECT_EQ(LOGGED("TAG", "%{public}s%-3d|%{private}05zu%%, %x", "a", -5, size_t{7}, 255U), "a-5 |00007%, ff");
+    EXPECT_EQ(LOGGED("TAG", "100%%{public}s"), "100%{public}s") << "a percent sign to be printed, and no mark";
     const std::string text(5000, 'x');
     EXPECT_EQ(LOGGED("TAG", "%{public}s%{public}d", text.c_str(), 1), text.substr(0, 4095));
     EXPECT_EQ(LOGGED("TAG", "short"), "short");

@@ -129,8 +129,7 @@ WATCH(pthread_rwlock_rdlock, +1)
 WATCH(pthread_rwlock_wrlock, +1)
 WATCH(pthread_rwlock_unlock, -1)
 
-int __wrap_HiLogPrint(LogType /*type*/, LogLevel level, unsigned int domain, const char* tag,
-                      const char* format, ...) {
+int __wrap_HiLogPrint(LogType /*type*/, LogLevel level, unsigned int domain, const char* tag, const char* format, ...) {
     Enter("HiLogPrint");
     va_list arguments;
     va_start(arguments, format);
@@ -187,8 +186,7 @@ napi_status napi_define_properties(napi_env /*env*/, napi_value /*object*/, size
     return Enter("napi_define_properties");
 }
 
-napi_status napi_create_error(napi_env /*env*/, napi_value /*code*/, napi_value /*message*/,
-                              napi_value* value) {
+napi_status napi_create_error(napi_env /*env*/, napi_value /*code*/, napi_value /*message*/, napi_value* value) {
     gWhileCreatingAnError();
     *value = AsHandle(1);
     return Enter("napi_create_error");

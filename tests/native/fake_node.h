@@ -14,9 +14,9 @@
 #include "modal_ui_extension_config.h"
 #include "napi/native_api.h"
 
-// A platform for native tests: Node-API with one loop, and a window that a test controls. A test fails if the
-// module calls this platform, or takes another lock, while it holds one. It may only queue work under a lock.
-// The platform itself takes no lock: a test that starts a thread waits for it.
+// A platform for native tests: Node-API with one loop, and a window that a test controls. A test fails if the module
+// calls this platform, or takes another lock, while it holds one. It may only queue work under a lock. The platform
+// itself takes no lock: a test that starts a thread waits for it.
 
 using namespace TAVIK::GAME_PLAYER;
 
@@ -40,8 +40,8 @@ protected:
     void SetUp() override;
     void TearDown() override;
 
-    /// Delivers what is queued. Returns the deeds since the last time: "open", "close", "resolve", "reject",
-    /// "call", "throw", "delete".
+    /// Delivers what is queued. Returns the deeds since the last time: "open", "close", "resolve", "reject", "call",
+    /// "throw", "delete".
     static Deeds RunLoop();
     /// Runs the clean-up hooks and returns their number.
     static size_t RunHooks();
@@ -71,11 +71,7 @@ public:
 
 private:
     std::shared_ptr<Context> CreateModuleContext(const std::string& /*name*/) override { return nullptr; }
-    std::shared_ptr<Context> CreateModuleContext(const std::string&, const std::string&) override {
-        return nullptr;
-    }
-    std::shared_ptr<OHOS::Global::Resource::ResourceManager> GetResourceManager() const override {
-        return {};
-    }
+    std::shared_ptr<Context> CreateModuleContext(const std::string&, const std::string&) override { return nullptr; }
+    std::shared_ptr<OHOS::Global::Resource::ResourceManager> GetResourceManager() const override { return {}; }
     bool IsContext(size_t /*contextTypeId*/) const override { return true; }
 };

@@ -1,5 +1,5 @@
-// What JS cannot test about listeners: several environments on one thread, and that the module holds no lock
-// while it calls the platform or JS, or takes another lock. The fixture checks the latter.
+// What JS cannot test about listeners: several environments on one thread, and that the module holds no lock while it
+// calls the platform or JS, or takes another lock. The fixture checks the latter.
 
 #include <thread>
 

@@ -12,9 +12,7 @@ namespace {
 
 napi_module* gRegistered = nullptr;
 
-std::shared_ptr<EnvInfo> MakeEnv(size_t number) {
-    return std::make_shared<EnvInfo>(AsHandle<napi_env>(number));
-}
+std::shared_ptr<EnvInfo> MakeEnv(size_t number) { return std::make_shared<EnvInfo>(AsHandle<napi_env>(number)); }
 
 std::string LastMessage() {
     const std::string message = StandIn::LogStore::Get().All().back().message;

@@ -1,5 +1,5 @@
-// The life of a request on a platform that may answer at any time: from within its own calls, on the calling
-// thread or on one that it waits for, and before JS has the result.
+// The life of a request on a platform that may answer at any time: from within its own calls, on the calling thread or
+// on one that it waits for, and before JS has the result.
 
 #include <algorithm>
 #include <thread>
@@ -173,8 +173,7 @@ TEST_P(Session, HandsItsCallbackOverToTheThreadThatOwnsItUnlessThatHasEnded) {
     for (const Deeds& last : {Deeds{"delete"}, Deeds{}}) {
         Start(REQUEST_VERIFY_LOCAL_PLAYER);
         observed.lock()->deferred = nullptr;
-        ASSERT_EQ(napi_create_reference(envInfo->env, AsHandle(5), 1, &observed.lock()->callbackRef),
-                  napi_ok);
+        ASSERT_EQ(napi_create_reference(envInfo->env, AsHandle(5), 1, &observed.lock()->callbackRef), napi_ok);
         Give({RECEIVE, 0});
         EXPECT_EQ(RunLoop(), (Deeds{"open", "call", "close"}));
         if (last.empty()) DeleteEnvInfo(envInfo.get());

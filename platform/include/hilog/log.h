@@ -23,8 +23,8 @@ enum LogLevel { LOG_DEBUG = 3, LOG_INFO = 4, LOG_WARN = 5, LOG_ERROR = 6, LOG_FA
 #define HILOG_FORMAT_CHECK
 #endif
 
-/// Writes one line. `format` is a printf format whose conversions may carry a privacy mark after the percent
-/// sign, `%{public}d` or `%{private}s`. A line is cut off at 4095 bytes. Returns the number of bytes written,
-/// or -1 if the tag is null.
-extern "C" int HiLogPrint(LogType type, LogLevel level, unsigned int domain, const char* tag,
-                          const char* format, ...) HILOG_FORMAT_CHECK;
+/// Writes one line. `format` is a printf format whose conversions may carry a privacy mark after the percent sign,
+/// `%{public}d` or `%{private}s`. A line is cut off at 4095 bytes. Returns the number of bytes written, or -1 if the
+/// tag is null.
+extern "C" int HiLogPrint(LogType type, LogLevel level, unsigned int domain, const char* tag, const char* format,
+                          ...) HILOG_FORMAT_CHECK;
