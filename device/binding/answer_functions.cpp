@@ -1,10 +1,8 @@
 #include <utility>
 
 #include "functions.h"
-#include "making.h"
 #include "modals.h"
 #include "pending_promise.h"
-#include "reading.h"
 #include "ui_thread.h"
 
 namespace StandIn {
@@ -26,14 +24,13 @@ void Deliver(const Modal& modal, const Answer& answer, const std::shared_ptr<Pen
 }
 
 /// Answers for the modal `id`. Returns a promise that is settled when the module has processed the answer.
-napi_value Give(napi_env env, napi_value id, Answer answer) {
+napi_value Give(napi_env env, int32_t id, Answer answer) {
     napi_value result = nullptr;
     auto promise = PendingPromise::Make(env, result);
     if (promise == nullptr) return nullptr;
-    const auto modal = Modals::Get().Find(ReadInt32(env, id));
+    const auto modal = Modals::Get().Find(id);
     if (modal == nullptr) {
-        promise->Fail("Modal " + std::to_string(ReadInt32(env, id)) +
-                      " cannot answer: reset() made the device forget it.");
+        promise->Fail("Modal " + std::to_string(id) + " cannot answer: reset() made the device forget it.");
         PendingPromise::Settle(std::move(promise));
         return result;
     }
@@ -54,9 +51,8 @@ napi_value Give(napi_env env, napi_value id, Answer answer) {
     return result;
 }
 
-napi_value AnswerResult(napi_env env, napi_callback_info info) {
-    const auto [id, code, parameters] = Arguments<3>(env, info);
-    return Give(env, id, {Kind::RESULT, ReadInt32(env, code), ReadParams(env, parameters)});
+napi_value AnswerResult(napi_env env, int32_t id, int32_t code, WantParams params) {
+    return Give(env, id, {Kind::RESULT, code, std::move(params)});
 }
 
 Answer MakeReceive(WantParams params) {
@@ -64,49 +60,36 @@ Answer MakeReceive(WantParams params) {
     return {Kind::RECEIVE, code, std::move(params)};
 }
 
-napi_value AnswerReceive(napi_env env, napi_callback_info info) {
-    const auto [id, parameters] = Arguments<2>(env, info);
-    return Give(env, id, MakeReceive(ReadParams(env, parameters)));
+napi_value AnswerReceive(napi_env env, int32_t id, WantParams params) {
+    return Give(env, id, MakeReceive(std::move(params)));
 }
 
-napi_value AnswerRelease(napi_env env, napi_callback_info info) {
-    const auto [id, code] = Arguments<2>(env, info);
-    return Give(env, id, {Kind::RELEASE, ReadInt32(env, code), {}});
-}
+napi_value AnswerRelease(napi_env env, int32_t id, int32_t code) { return Give(env, id, {Kind::RELEASE, code, {}}); }
 
-napi_value AnswerError(napi_env env, napi_callback_info info) {
-    const auto [id, code, parameters] = Arguments<3>(env, info);
-    return Give(env, id, {Kind::ERROR, ReadInt32(env, code), ReadParams(env, parameters)});
+napi_value AnswerError(napi_env env, int32_t id, int32_t code, WantParams params) {
+    return Give(env, id, {Kind::ERROR, code, std::move(params)});
 }
 
 // For benchmarks: no JS runs between the opening of a modal and its answer. Cannot be turned off.
-napi_value AnswerAll(napi_env env, napi_callback_info info) {
-    WantParams params = ReadParams(env, Arguments<1>(env, info)[0]);
+void AnswerAll(WantParams params) {
     static const char OWNER = 0;
     const auto answer = std::make_shared<const Answer>(MakeReceive(std::move(params)));
     (void)Modals::Get().Subscribe(&OWNER, [answer](const std::shared_ptr<Modal>& modal) {
         modal->MarkAnswered(*answer);
         UiThread::Get().Post([modal, answer, hold = modal->HoldLoop()] { (void)modal->Give(*answer, {}); });
     });
-    return nullptr;
-}
-
-// Takes whether answers run on the thread that gives them.
-napi_value AnswerOn(napi_env env, napi_callback_info info) {
-    UiThread::Get().SetBypassed(ReadFlag(env, Arguments<1>(env, info)[0]));
-    return nullptr;
 }
 
 }  // namespace
 
 bool DefineAnswerFunctions(napi_env env, napi_value exports) {
     return DefineFunctions(env, exports,
-                           {{"answerAll", AnswerAll},
-                            {"answerResult", AnswerResult},
-                            {"answerReceive", AnswerReceive},
-                            {"answerRelease", AnswerRelease},
-                            {"answerError", AnswerError},
-                            {"answerOn", AnswerOn}});
+                           {{"answerAll", Exposed<AnswerAll>},
+                            {"answerResult", Exposed<AnswerResult>},
+                            {"answerReceive", Exposed<AnswerReceive>},
+                            {"answerRelease", Exposed<AnswerRelease>},
+                            {"answerError", Exposed<AnswerError>},
+                            {"answerOn", Exposed<&UiThread::SetBypassed>}});
 }
 
 }  // namespace StandIn

@@ -5,36 +5,15 @@
 #include "clock.h"
 #include "forever.h"
 #include "functions.h"
-#include "making.h"
 #include "pending_promise.h"
-#include "reading.h"
 #include "ui_thread.h"
 
 namespace StandIn {
 namespace {
 
-// Takes the rate; 0 makes the clock manual.
-napi_value SetClockRate(napi_env env, napi_callback_info info) {
-    Clock::Get().SetRate(ReadNumber(env, Arguments<1>(env, info)[0]));
-    return nullptr;
-}
-
-napi_value ClockRate(napi_env env, napi_callback_info /*info*/) { return MakeNumber(env, Clock::Get().Rate()); }
-
-napi_value ClockNow(napi_env env, napi_callback_info /*info*/) {
-    return MakeNumber(env, static_cast<double>(Clock::Get().NowMs()));
-}
-
-napi_value ClockSleepers(napi_env env, napi_callback_info /*info*/) {
-    return MakeNumber(env, static_cast<double>(Clock::Get().Sleepers()));
-}
-
-// Milliseconds until the next thread is due to wake; infinite if none is.
-napi_value ClockNext(napi_env env, napi_callback_info /*info*/) { return MakeNumber(env, Clock::Get().NextMs()); }
-
-// Takes milliseconds. The promise fails if the clock is not manual.
-napi_value ClockAdvance(napi_env env, napi_callback_info info) {
-    const Clock::Nanoseconds distance(std::llround(ReadNumber(env, Arguments<1>(env, info)[0]) * 1e6));
+// The promise fails if the clock is not manual.
+napi_value Advance(napi_env env, double milliseconds) {
+    const Clock::Nanoseconds distance(std::llround(milliseconds * 1e6));
     napi_value result = nullptr;
     auto promise = PendingPromise::Make(env, result);
     if (promise == nullptr) return nullptr;
@@ -51,12 +30,12 @@ napi_value ClockAdvance(napi_env env, napi_callback_info info) {
 
 bool DefineClockFunctions(napi_env env, napi_value exports) {
     return DefineFunctions(env, exports,
-                           {{"setClockRate", SetClockRate},
-                            {"clockRate", ClockRate},
-                            {"clockNow", ClockNow},
-                            {"clockSleepers", ClockSleepers},
-                            {"clockNext", ClockNext},
-                            {"clockAdvance", ClockAdvance}});
+                           {{"setClockRate", Exposed<&Clock::SetRate>},
+                            {"clockRate", Exposed<&Clock::Rate>},
+                            {"clockNow", Exposed<&Clock::NowMs>},
+                            {"clockSleepers", Exposed<&Clock::Sleepers>},
+                            {"clockNext", Exposed<&Clock::NextMs>},
+                            {"clockAdvance", Exposed<Advance>}});
 }
 
 }  // namespace StandIn

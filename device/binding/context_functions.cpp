@@ -3,8 +3,6 @@
 #include "device_context.h"
 #include "functions.h"
 #include "instance.h"
-#include "making.h"
-#include "reading.h"
 
 namespace StandIn {
 namespace {
@@ -17,16 +15,11 @@ Bytes ReadBytes(napi_env env, napi_value value) {
     return Bytes(first, first + length);
 }
 
-void ReadKey(napi_env env, napi_value value, std::string& key) { key = ReadText(env, value); }
-void ReadKey(napi_env env, napi_value value, uint32_t& key) { (void)napi_get_value_uint32(env, value, &key); }
-
 // From an array of pairs [key, bytes].
 template <typename Key>
 void ReadGroup(napi_env env, napi_value pairs, std::map<Key, Bytes>& group) {
     ForEachElement(env, pairs, [&](napi_value pair) {
-        Key key{};
-        ReadKey(env, ReadElement(env, pair, 0), key);
-        group[key] = ReadBytes(env, ReadElement(env, pair, 1));
+        group[Read<Key>(env, ReadElement(env, pair, 0))] = ReadBytes(env, ReadElement(env, pair, 1));
     });
 }
 
@@ -39,38 +32,36 @@ std::shared_ptr<const Resources> ReadResources(napi_env env, napi_value value) {
     return resources;
 }
 
-// Takes whether it is that of a UI extension, whether it has a window, and an array of pairs [module, resources].
-napi_value CreateContext(napi_env env, napi_callback_info info) {
-    const auto [isExtension, hasWindow, pairs] = Arguments<3>(env, info);
+// Takes the resources as an array of pairs [module, resources].
+napi_value CreateContext(napi_env env, bool isExtension, bool hasWindow, napi_value pairs) {
     Modules modules;
     ForEachElement(env, pairs, [&modules, env](napi_value pair) {
-        modules[ReadText(env, ReadElement(env, pair, 0))] = ReadResources(env, ReadElement(env, pair, 1));
+        modules[Read<std::string>(env, ReadElement(env, pair, 0))] = ReadResources(env, ReadElement(env, pair, 1));
     });
-    const auto window = std::make_shared<Window>(Instance::Of(env).GetEnvironment(), ReadFlag(env, hasWindow));
-    const auto kind = ReadFlag(env, isExtension) ? ContextKind::UI_EXTENSION : ContextKind::ABILITY;
+    const auto window = std::make_shared<Window>(Instance::Of(env).GetEnvironment(), hasWindow);
+    const auto kind = isExtension ? ContextKind::UI_EXTENSION : ContextKind::ABILITY;
     return MakeContextObject(env, MakeContext(kind, std::move(modules), window));
 }
 
-napi_value CreateStageContext(napi_env env, napi_callback_info info) {
-    const bool isOther = ReadFlag(env, Arguments<1>(env, info)[0]);
+napi_value CreateStageContext(napi_env env, bool isOther) {
     return MakeContextObject(env, MakeContext(isOther ? ContextKind::OTHER : ContextKind::EMPTY, {}, nullptr));
 }
 
 // False if the context has no window.
-napi_value ChangeWindow(napi_env env, napi_callback_info info) {
-    const auto [context, isShown] = Arguments<2>(env, info);
+bool ChangeWindow(napi_env env, napi_value context, bool isShown) {
     const ContextBacking* backing = FindBacking(env, context);
-    if (backing == nullptr || backing->window == nullptr) return MakeFlag(env, false);
-    ReadFlag(env, isShown) ? backing->window->Show() : backing->window->Hide();
-    return MakeFlag(env, true);
+    if (backing == nullptr || backing->window == nullptr) return false;
+    isShown ? backing->window->Show() : backing->window->Hide();
+    return true;
 }
 
 }  // namespace
 
 bool DefineContextFunctions(napi_env env, napi_value exports) {
-    return DefineFunctions(
-        env, exports,
-        {{"createContext", CreateContext}, {"createStageContext", CreateStageContext}, {"changeWindow", ChangeWindow}});
+    return DefineFunctions(env, exports,
+                           {{"createContext", Exposed<CreateContext>},
+                            {"createStageContext", Exposed<CreateStageContext>},
+                            {"changeWindow", Exposed<ChangeWindow>}});
 }
 
 }  // namespace StandIn

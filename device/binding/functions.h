@@ -2,7 +2,52 @@
 
 #include <node_api.h>
 
+#include <type_traits>
+#include <utility>
+
+#include "making.h"
+#include "reading.h"
+
 namespace StandIn {
+
+/// Calls `function` with the arguments of a JS call, read as `Parameters`. Returns its result for JS.
+template <typename... Parameters, typename Function, size_t... INDEX>
+napi_value Apply(napi_env env, napi_callback_info info, const Function& function,
+                 std::index_sequence<INDEX...> /*indices*/) {
+    [[maybe_unused]] const auto values = Arguments<sizeof...(Parameters)>(env, info);
+    if constexpr (std::is_void_v<std::invoke_result_t<Function, Parameters...>>) {
+        function(Read<Parameters>(env, values[INDEX])...);
+        return nullptr;
+    } else {
+        return Make(env, function(Read<Parameters>(env, values[INDEX])...));
+    }
+}
+
+// The functions that can be applied: those with the environment as an additional first parameter, those without, and
+// the members of a class with one object.
+
+template <typename Result, typename... Parameters>
+napi_value Apply(napi_env env, napi_callback_info info, Result (*function)(napi_env env, Parameters...)) {
+    auto bound = [env, function](auto&&... values) { return function(env, std::forward<decltype(values)>(values)...); };
+    return Apply<std::decay_t<Parameters>...>(env, info, bound, std::index_sequence_for<Parameters...>());
+}
+
+template <typename Result, typename... Parameters>
+napi_value Apply(napi_env env, napi_callback_info info, Result (*function)(Parameters...)) {
+    return Apply<std::decay_t<Parameters>...>(env, info, function, std::index_sequence_for<Parameters...>());
+}
+
+template <typename Result, typename Class, typename... Parameters>
+napi_value Apply(napi_env env, napi_callback_info info, Result (Class::*function)(Parameters...)) {
+    auto bound = [function](Parameters... values) { return (Class::Get().*function)(std::move(values)...); };
+    return Apply<std::decay_t<Parameters>...>(env, info, bound, std::index_sequence_for<Parameters...>());
+}
+
+/// A C++ function as JS calls it.
+template <auto FUNCTION>
+napi_value Exposed(napi_env env, napi_callback_info info) {
+    return Apply(env, info, FUNCTION);
+}
 
 // The functions of the binding by group. Each definer adds its group to `exports`; false if a Node-API call fails.
 

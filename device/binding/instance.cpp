@@ -14,15 +14,15 @@ struct OpenedModal {
     LoopHold hold;
 };
 
-napi_value MakeOpened(napi_env env, const OpenedModal& opened) { return MakeModalSnapshot(env, *opened.modal); }
+napi_value MakeOpened(napi_env env, const OpenedModal& opened) { return Make(env, opened.modal); }
 
 napi_value MakeOpening(napi_env /*env*/, const LoopHold& /*hold*/) { return nullptr; }
 
 napi_value MakeExit(napi_env env, const Occasion& why) {
     return ObjectMaker(env)
-        .Flag("isTimer", why.isTimer)
-        .Number("requestType", why.requestType)
-        .Number("code", why.code)
+        .Set("isTimer", why.isTimer)
+        .Set("requestType", why.requestType)
+        .Set("code", why.code)
         .Object();
 }
 

@@ -55,7 +55,7 @@ napi_value On(napi_env env, napi_callback_info info) {
 /// A record for JS: { kind, time } and the fields of its kind. Null if a Node-API call fails.
 napi_value MakeRecord(napi_env env, const DeviceRecord& record);
 
-/// A modal for JS: { id, generation, want, config }. Null if a Node-API call fails.
-napi_value MakeModalSnapshot(napi_env env, const Modal& modal);
+/// A modal for JS: { id, generation, want, config }. Null if there is none, or a Node-API call fails.
+napi_value Make(napi_env env, const std::shared_ptr<Modal>& modal);
 
 }  // namespace StandIn

@@ -1,16 +1,14 @@
 #include "making.h"
 
-#include <vector>
-
 namespace StandIn {
 
-napi_value MakeNumber(napi_env env, double number) {
+napi_value Make(napi_env env, double number) {
     napi_value value = nullptr;
     (void)napi_create_double(env, number, &value);
     return value;
 }
 
-napi_value MakeFlag(napi_env env, bool flag) {
+napi_value Make(napi_env env, bool flag) {
     napi_value value = nullptr;
     (void)napi_get_boolean(env, flag, &value);
     return value;

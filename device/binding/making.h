@@ -12,25 +12,14 @@
 
 namespace StandIn {
 
-napi_value MakeNumber(napi_env env, double number);
-napi_value MakeFlag(napi_env env, bool flag);
-
-/// Builds a plain object. Null values are left out.
-class ObjectMaker {
-public:
-    explicit ObjectMaker(napi_env env);
-
-    ObjectMaker& Set(const char* name, napi_value value);
-    ObjectMaker& Text(const char* name, const std::string& text) { return Set(name, MakeText(env_, text)); }
-    ObjectMaker& Number(const char* name, double number) { return Set(name, MakeNumber(env_, number)); }
-    ObjectMaker& Flag(const char* name, bool flag) { return Set(name, MakeFlag(env_, flag)); }
-
-    napi_value Object() const { return object_; }
-
-private:
-    napi_env env_;
-    napi_value object_ = nullptr;
-};
+inline napi_value Make(napi_env /*env*/, napi_value value) { return value; }
+napi_value Make(napi_env env, bool flag);
+napi_value Make(napi_env env, double number);
+inline napi_value Make(napi_env env, int32_t number) { return Make(env, static_cast<double>(number)); }
+inline napi_value Make(napi_env env, uint32_t number) { return Make(env, static_cast<double>(number)); }
+inline napi_value Make(napi_env env, int64_t number) { return Make(env, static_cast<double>(number)); }
+inline napi_value Make(napi_env env, uint64_t number) { return Make(env, static_cast<double>(number)); }
+inline napi_value Make(napi_env env, const std::string& text) { return MakeText(env, text); }
 
 /// Makes an array of the results of `make` for each of `items`.
 template <typename Items, typename Make>
@@ -46,6 +35,31 @@ napi_value MakeArray(napi_env env, const Items& items, const Make& make) {
     }
     return array;
 }
+
+/// An array of all items of a container.
+template <typename Items, typename = typename Items::const_iterator>
+napi_value Make(napi_env env, const Items& items) {
+    return MakeArray(env, items, [env](const auto& item) { return Make(env, item); });
+}
+
+/// Builds a plain object. Null values are left out.
+class ObjectMaker {
+public:
+    explicit ObjectMaker(napi_env env);
+
+    ObjectMaker& Set(const char* name, napi_value value);
+    ObjectMaker& Set(const char* name, const char* text) { return Set(name, MakeText(env_, text)); }
+    template <typename Value>
+    ObjectMaker& Set(const char* name, const Value& value) {
+        return Set(name, Make(env_, value));
+    }
+
+    napi_value Object() const { return object_; }
+
+private:
+    napi_env env_;
+    napi_value object_ = nullptr;
+};
 
 struct Function {
     const char* name;

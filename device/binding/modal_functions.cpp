@@ -1,21 +1,19 @@
 #include "functions.h"
 #include "instance.h"
 #include "internals.h"
-#include "making.h"
-#include "reading.h"
 
 namespace StandIn {
 namespace {
 
 napi_value MakeFlags(napi_env env, std::initializer_list<bool> flags) {
-    return MakeArray(env, flags, [env](bool flag) { return MakeFlag(env, flag); });
+    return MakeArray(env, flags, [env](bool flag) { return Make(env, flag); });
 }
 
 napi_value MakeWant(napi_env env, const Modal::Want& want) {
     return ObjectMaker(env)
-        .Text("bundleName", Internals::BundleNameOf(want))
-        .Text("abilityName", Internals::AbilityNameOf(want))
-        .Text("deviceId", Internals::DeviceIdOf(want))
+        .Set("bundleName", Internals::BundleNameOf(want))
+        .Set("abilityName", Internals::AbilityNameOf(want))
+        .Set("deviceId", Internals::DeviceIdOf(want))
         .Set("parameters", MakeParamsObject(env, want.GetParams()))
         .Object();
 }
@@ -28,75 +26,52 @@ napi_value MakeConfig(napi_env env, const Modal::Config& config) {
         .Object();
 }
 
-/// The modal whose ID is the first argument; empty if there is none.
-std::shared_ptr<Modal> FindModal(napi_env env, napi_callback_info info) {
-    return Modals::Get().Find(ReadInt32(env, Arguments<1>(env, info)[0]));
+bool IsModalOpen(int32_t id) {
+    const auto modal = Modals::Get().Find(id);
+    return modal != nullptr && modal->IsOpen();
 }
 
-napi_value ModalIds(napi_env env, napi_callback_info /*info*/) {
-    return MakeArray(env, Modals::Get().Ids(), [env](int32_t id) { return MakeNumber(env, id); });
+bool IsModalAnswered(int32_t id) {
+    const auto modal = Modals::Get().Find(id);
+    return modal != nullptr && modal->IsAnswered();
 }
 
-// Undefined for a modal that was forgotten in the meantime.
-napi_value ModalSnapshot(napi_env env, napi_callback_info info) {
-    const auto modal = FindModal(env, info);
-    return modal == nullptr ? nullptr : MakeModalSnapshot(env, *modal);
-}
-
-napi_value IsModalOpen(napi_env env, napi_callback_info info) {
-    const auto modal = FindModal(env, info);
-    return MakeFlag(env, modal != nullptr && modal->IsOpen());
-}
-
-napi_value IsModalAnswered(napi_env env, napi_callback_info info) {
-    const auto modal = FindModal(env, info);
-    return MakeFlag(env, modal != nullptr && modal->IsAnswered());
-}
-
-// Reports the modals that have had no answer for this many milliseconds.
-napi_value ReportSilentModals(napi_env env, napi_callback_info info) {
-    Modals::Get().ReportSilent(std::chrono::milliseconds(ReadInt32(env, Arguments<1>(env, info)[0])));
-    return nullptr;
-}
-
-// Takes a request type. Undefined if there is none.
-napi_value TakeModal(napi_env env, napi_callback_info info) {
-    const auto modal = Modals::Get().Take(ReadInt32(env, Arguments<1>(env, info)[0]));
-    return modal == nullptr ? nullptr : MakeModalSnapshot(env, *modal);
+void ReportSilentModals(double age) {
+    Modals::Get().ReportSilent(std::chrono::milliseconds(static_cast<int64_t>(age)));
 }
 
 // Takes what the device's JS knows of the methods: an array of { type, method, isPage }.
-napi_value NameRequests(napi_env env, napi_callback_info info) {
+void NameRequests(napi_env env, napi_value methods) {
     std::vector<RequestMethod> requests;
-    ForEachElement(env, Arguments<1>(env, info)[0], [&requests, env](napi_value request) {
-        requests.push_back({ReadInt32(env, ReadProperty(env, request, "type")),
-                            ReadText(env, ReadProperty(env, request, "method")),
-                            ReadFlag(env, ReadProperty(env, request, "isPage"))});
+    ForEachElement(env, methods, [&requests, env](napi_value request) {
+        requests.push_back({Read<int32_t>(env, ReadProperty(env, request, "type")),
+                            Read<std::string>(env, ReadProperty(env, request, "method")),
+                            Read<bool>(env, ReadProperty(env, request, "isPage"))});
     });
     SetRequestMethods(std::move(requests));
-    return nullptr;
 }
 
 }  // namespace
 
-napi_value MakeModalSnapshot(napi_env env, const Modal& modal) {
+napi_value Make(napi_env env, const std::shared_ptr<Modal>& modal) {
+    if (modal == nullptr) return nullptr;
     return ObjectMaker(env)
-        .Number("id", modal.Id())
-        .Number("generation", modal.Generation())
-        .Set("want", MakeWant(env, modal.GetWant()))
-        .Set("config", MakeConfig(env, modal.GetConfig()))
+        .Set("id", modal->Id())
+        .Set("generation", modal->Generation())
+        .Set("want", MakeWant(env, modal->GetWant()))
+        .Set("config", MakeConfig(env, modal->GetConfig()))
         .Object();
 }
 
 bool DefineModalFunctions(napi_env env, napi_value exports) {
     return DefineFunctions(env, exports,
-                           {{"modalIds", ModalIds},
-                            {"modalSnapshot", ModalSnapshot},
-                            {"isModalOpen", IsModalOpen},
-                            {"isModalAnswered", IsModalAnswered},
-                            {"reportSilentModals", ReportSilentModals},
-                            {"takeModal", TakeModal},
-                            {"nameRequests", NameRequests},
+                           {{"modalIds", Exposed<&Modals::Ids>},
+                            {"modalSnapshot", Exposed<&Modals::Find>},
+                            {"isModalOpen", Exposed<IsModalOpen>},
+                            {"isModalAnswered", Exposed<IsModalAnswered>},
+                            {"reportSilentModals", Exposed<ReportSilentModals>},
+                            {"takeModal", Exposed<&Modals::Take>},
+                            {"nameRequests", Exposed<NameRequests>},
                             {"onModal", On<&Instance::OnModal>},
                             {"onOpening", On<&Instance::OnOpening>}});
 }

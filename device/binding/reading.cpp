@@ -13,7 +13,7 @@ using OHOS::AAFwk::WantParams;
 
 Internals::Param ReadNumberParam(napi_env env, napi_value value) {
     using Int = std::numeric_limits<int32_t>;
-    const double number = ReadNumber(env, value);
+    const double number = Read<double>(env, value);
     const bool isInt = number >= Int::min() && number <= Int::max() && std::trunc(number) == number;
     if (isInt && !(number == 0 && std::signbit(number))) return static_cast<int32_t>(number);
     return number;
@@ -21,11 +21,11 @@ Internals::Param ReadNumberParam(napi_env env, napi_value value) {
 
 Internals::Param ReadParam(napi_env env, napi_value value) {
     if (IsOfType(env, value, napi_number)) return ReadNumberParam(env, value);
-    if (IsOfType(env, value, napi_boolean)) return ReadFlag(env, value);
-    if (IsOfType(env, value, napi_string)) return ReadText(env, value);
-    if (!IsArray(env, value)) return ReadParams(env, value);
+    if (IsOfType(env, value, napi_boolean)) return Read<bool>(env, value);
+    if (IsOfType(env, value, napi_string)) return Read<std::string>(env, value);
+    if (!IsArray(env, value)) return Read<WantParams>(env, value);
     std::vector<std::string> texts;
-    ForEachElement(env, value, [&](napi_value element) { texts.push_back(ReadText(env, element)); });
+    ForEachElement(env, value, [&](napi_value element) { texts.push_back(Read<std::string>(env, element)); });
     return texts;
 }
 
@@ -41,25 +41,36 @@ bool IsArray(napi_env env, napi_value value) {
     return napi_is_array(env, value, &isArray) == napi_ok && isArray;
 }
 
-bool ReadFlag(napi_env env, napi_value value) {
+template <>
+bool Read(napi_env env, napi_value value) {
     bool flag = false;
     (void)napi_get_value_bool(env, value, &flag);
     return flag;
 }
 
-int32_t ReadInt32(napi_env env, napi_value value) {
+template <>
+int32_t Read(napi_env env, napi_value value) {
     int32_t number = 0;
     (void)napi_get_value_int32(env, value, &number);
     return number;
 }
 
-double ReadNumber(napi_env env, napi_value value) {
+template <>
+uint32_t Read(napi_env env, napi_value value) {
+    uint32_t number = 0;
+    (void)napi_get_value_uint32(env, value, &number);
+    return number;
+}
+
+template <>
+double Read(napi_env env, napi_value value) {
     double number = 0;
     (void)napi_get_value_double(env, value, &number);
     return number;
 }
 
-std::string ReadText(napi_env env, napi_value value) {
+template <>
+std::string Read(napi_env env, napi_value value) {
     size_t length = 0;
     if (napi_get_value_string_utf8(env, value, nullptr, 0, &length) != napi_ok) return {};
     std::string text(length + 1, '\0');  // Node-API appends a null byte
@@ -80,7 +91,8 @@ napi_value ReadProperty(napi_env env, napi_value object, const char* name) {
     return value;
 }
 
-WantParams ReadParams(napi_env env, napi_value object) {
+template <>
+WantParams Read(napi_env env, napi_value object) {
     napi_value keys = nullptr;
     (void)napi_get_all_property_names(env, object, napi_key_own_only, napi_key_enumerable, napi_key_numbers_to_strings,
                                       &keys);
@@ -88,7 +100,7 @@ WantParams ReadParams(napi_env env, napi_value object) {
     ForEachElement(env, keys, [&](napi_value key) {
         napi_value value = nullptr;
         (void)napi_get_property(env, object, key, &value);
-        Internals::SetParam(params, ReadText(env, key), ReadParam(env, value));
+        Internals::SetParam(params, Read<std::string>(env, key), ReadParam(env, value));
     });
     return params;
 }

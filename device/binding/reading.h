@@ -24,13 +24,31 @@ std::array<napi_value, COUNT> Arguments(napi_env env, napi_callback_info info) {
 bool IsOfType(napi_env env, napi_value value, napi_valuetype type);
 bool IsArray(napi_env env, napi_value value);
 
-bool ReadFlag(napi_env env, napi_value value);
-int32_t ReadInt32(napi_env env, napi_value value);
-double ReadNumber(napi_env env, napi_value value);
-std::string ReadText(napi_env env, napi_value value);
+template <typename Value>
+Value Read(napi_env env, napi_value value);
+template <>
+inline napi_value Read(napi_env /*env*/, napi_value value) {
+    return value;
+}
+template <>
+bool Read(napi_env env, napi_value value);
+template <>
+int32_t Read(napi_env env, napi_value value);
+template <>
+uint32_t Read(napi_env env, napi_value value);
+template <>
+double Read(napi_env env, napi_value value);
+template <>
+inline uint64_t Read(napi_env env, napi_value value) {
+    return static_cast<uint64_t>(Read<double>(env, value));
+}
+template <>
+std::string Read(napi_env env, napi_value value);
+template <>
+OHOS::AAFwk::WantParams Read(napi_env env, napi_value object);
+
 napi_value ReadElement(napi_env env, napi_value array, uint32_t index);
 napi_value ReadProperty(napi_env env, napi_value object, const char* name);
-OHOS::AAFwk::WantParams ReadParams(napi_env env, napi_value object);
 
 /// Calls `visit` with each element of `array`; with none if it is undefined.
 template <typename Visit>
