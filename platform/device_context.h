@@ -82,13 +82,6 @@ napi_value MakeContextObject(napi_env env, ContextBacking backing);
 /// `env`'s JS thread.
 const ContextBacking* FindBacking(napi_env env, napi_value value);
 
-/// Makes a JS string. Null if a Node-API call fails. On `env`'s JS thread.
-napi_value MakeText(napi_env env, const std::string& text);
-
-/// Makes a JS object of `params`, like `WrapWantParams`, but cannot be made to fail. Null if a Node-API call fails. On
-/// `env`'s JS thread.
-napi_value MakeParamsObject(napi_env env, const OHOS::AAFwk::WantParams& params);
-
 /// Sets whether this process belongs to a system application. Thread-safe.
 void SetSystemApp(bool isSystem);
 

@@ -4,8 +4,6 @@
 
 #include <atomic>
 #include <cstdlib>
-#include <map>
-#include <mutex>
 #include <string>
 #include <utility>
 
@@ -23,11 +21,7 @@ namespace {
 constexpr int STATUS_ON_JS_THREAD = 70;
 constexpr long MAX_STATUS = 255;
 
-struct Ending {
-    std::mutex mutex;  // guards the handlers, which are called under it
-    std::map<const void*, GameEnd::Handler> handlers;
-    std::atomic<bool> hasArrived{false};
-};
+std::atomic<bool> gHasArrived{false};
 
 std::string Describe(const ServedCall& call) {
     const Occasion& why = call.occasion;
@@ -53,42 +47,27 @@ int ChooseStatus(int status) {
 
 }  // namespace
 
-void GameEnd::Handle(const void* owner, Handler handler) {
-    auto& ending = Forever<Ending>();
-    std::lock_guard<std::mutex> guard(ending.mutex);
-    ending.handlers[owner] = std::move(handler);
-}
+Receivers<Occasion>& GameEnd::Handlers() { return Forever<Receivers<Occasion>>(); }
 
-void GameEnd::Unhandle(const void* owner) {
-    auto& ending = Forever<Ending>();
-    std::lock_guard<std::mutex> guard(ending.mutex);
-    ending.handlers.erase(owner);
-}
-
-bool GameEnd::HasArrived() { return Forever<Ending>().hasArrived; }
+bool GameEnd::HasArrived() { return gHasArrived; }
 
 void GameEnd::Reset() {
-    auto& ending = Forever<Ending>();
-    std::lock_guard<std::mutex> guard(ending.mutex);
-    ending.handlers.clear();
-    ending.hasArrived = false;
+    Handlers().Clear();
+    gHasArrived = false;
 }
 
 // A second end, such as a timer's, only stops its own thread.
 void GameEnd::Arrive(int status) {
     const ServedCall why = Served() != nullptr ? *Served() : ServedCall{};
-    auto& ending = Forever<Ending>();
-    std::unique_lock<std::mutex> lock(ending.mutex);
-    const bool isFirst = !ending.hasArrived;
-    if (isFirst && ending.handlers.empty()) EndProcess(ChooseStatus(status), why, "");
-    if (Environment::Current() != nullptr) {
+    const bool isHandled = gHasArrived || !Handlers().IsEmpty();
+    if (isHandled && Environment::Current() != nullptr) {
         EndProcess(STATUS_ON_JS_THREAD, why, ", as onExit cannot help on the JS thread that answers");
     }
-    ending.hasArrived = true;
-    for (const auto& [owner, handler] : ending.handlers) {
-        if (isFirst) handler(why.occasion);
+    const auto& occasion = why.occasion;
+    const bool isFirst = !gHasArrived.exchange(true);
+    if (isFirst && !Handlers().Send([&]() -> const Occasion& { return occasion; })) {
+        EndProcess(ChooseStatus(status), why, "");
     }
-    lock.unlock();
     if (why.occasion.giveUp) why.occasion.giveUp();
     UiThread::Get().Abandon();
     Clock::Get().Leave();

@@ -1,7 +1,6 @@
 #pragma once
 
-#include <functional>
-
+#include "receivers.h"
 #include "served_call.h"
 
 namespace StandIn {
@@ -9,12 +8,9 @@ namespace StandIn {
 /// The end of the game: the module exits its process. Thread-safe.
 class GameEnd {
 public:
-    /// Forwards the end to its JS thread. Must not call back into this class.
-    using Handler = std::function<void(const Occasion& why)>;
-
-    /// While there is a handler, the end of the game does not end the process. One handler per owner.
-    static void Handle(const void* owner, Handler handler);
-    static void Unhandle(const void* owner);
+    /// Those who handle the end: each forwards it to its JS thread. While there is one, the end of the game does not
+    /// end the process.
+    static Receivers<Occasion>& Handlers();
 
     /// Replaces `_exit` and never returns. Calls the handlers; without any, or on a JS thread, prints the reason and
     /// ends the process.

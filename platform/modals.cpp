@@ -156,9 +156,7 @@ int32_t Modals::Open(Modal::Opening opening) {
     free_.push_back(modal);
     if (RecordStream::HasSubscribers()) PublishOpening(*modal);
     // Under the lock, so that every receiver gets the modals in the order of their IDs.
-    for (const auto& [owner, receiver] : receivers_) {
-        receiver(modal);
-    }
+    (void)openings_.Send([&modal]() -> const auto& { return modal; });
     return id;
 }
 
@@ -195,16 +193,6 @@ void Modals::Reset() {
     for (const auto& modal : forgotten) {
         modal->Forget();
     }
-}
-
-void Modals::Subscribe(const void* owner, Receiver receiver) {
-    std::lock_guard<std::mutex> guard(mutex_);
-    receivers_[owner] = std::move(receiver);
-}
-
-void Modals::Unsubscribe(const void* owner) {
-    std::lock_guard<std::mutex> guard(mutex_);
-    receivers_.erase(owner);
 }
 
 std::shared_ptr<Modal> Modals::Take(int32_t requestType) {

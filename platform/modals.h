@@ -5,7 +5,6 @@
 #include <cstdint>
 #include <deque>
 #include <functional>
-#include <map>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -13,6 +12,7 @@
 
 #include "environment.h"
 #include "modal_ui_extension_config.h"
+#include "receivers.h"
 
 namespace StandIn {
 
@@ -108,9 +108,6 @@ private:
 /// All modals opened since the last reset, and those who get the new ones. Thread-safe.
 class Modals {
 public:
-    /// Called on the thread that opens the modal, one call at a time. Must not call back into this class.
-    using Receiver = std::function<void(const std::shared_ptr<Modal>& modal)>;
-
     static Modals& Get();
 
     /// Returns the modal's session ID: above 0, and never reused.
@@ -124,9 +121,9 @@ public:
     /// Forgets all modals and begins a new generation.
     void Reset();
 
-    /// From now on `receiver` gets every modal opened, also after a reset.
-    void Subscribe(const void* owner, Receiver receiver);
-    void Unsubscribe(const void* owner);
+    /// Those who get every modal opened, also after a reset, on the thread that opens it. They must not call back into
+    /// this class.
+    Receivers<std::shared_ptr<Modal>>& Openings() { return openings_; }
 
     /// The oldest modal of `requestType` (0: of any) that is open, unanswered and not yet taken; empty if there is
     /// none.
@@ -144,7 +141,7 @@ private:
     std::vector<std::shared_ptr<Modal>> modals_;
     std::deque<std::shared_ptr<Modal>> free_;        // not taken yet; some may be closed or answered
     std::deque<std::shared_ptr<Modal>> unreported_;  // not reported yet; some may be closed or answered
-    std::map<const void*, Receiver> receivers_;
+    Receivers<std::shared_ptr<Modal>> openings_;
 };
 
 }  // namespace StandIn

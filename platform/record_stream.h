@@ -1,14 +1,13 @@
 #pragma once
 
-#include <atomic>
 #include <cstdint>
-#include <functional>
 #include <string>
 #include <utility>
 #include <variant>
 #include <vector>
 
 #include "app_event.h"
+#include "receivers.h"
 #include "want_params.h"
 
 namespace StandIn {
@@ -24,23 +23,14 @@ struct DeviceRecord {
     int64_t time = 0;  // of the device, in milliseconds; set by `Publish`
 };
 
-/// Passes on what happens on the device, as it happens. Thread-safe.
+/// Passes on what happens on the device, as it happens and on the thread on which it happens. Thread-safe.
 class RecordStream {
 public:
-    /// Called on the thread on which it happens, one call at a time. Must not call back into this class.
-    using Receiver = std::function<void(const DeviceRecord& record)>;
-
-    static void Subscribe(const void* owner, Receiver receiver);
-    static void Unsubscribe(const void* owner);
-    /// Unsubscribes all.
-    static void Reset();
+    static Receivers<DeviceRecord>& Get();
 
     /// Check it before making a `DeviceRecord`: most games have no subscriber.
-    static bool HasSubscribers() { return hasSubscribers_.load(std::memory_order_relaxed); }
+    static bool HasSubscribers() { return !Get().IsEmpty(); }
     static void Publish(DeviceRecord record);
-
-private:
-    static std::atomic<bool> hasSubscribers_;
 };
 
 }  // namespace StandIn

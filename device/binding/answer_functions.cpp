@@ -74,7 +74,7 @@ napi_value AnswerError(napi_env env, int32_t id, int32_t code, WantParams params
 void AnswerAll(WantParams params) {
     static const char OWNER = 0;
     const auto answer = std::make_shared<const Answer>(MakeReceive(std::move(params)));
-    (void)Modals::Get().Subscribe(&OWNER, [answer](const std::shared_ptr<Modal>& modal) {
+    Modals::Get().Openings().Add(&OWNER, [answer](const std::shared_ptr<Modal>& modal) {
         modal->MarkAnswered(*answer);
         UiThread::Get().Post([modal, answer, hold = modal->HoldLoop()] { (void)modal->Give(*answer, {}); });
     });

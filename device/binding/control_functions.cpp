@@ -22,7 +22,7 @@ napi_value ListFaults(napi_env env) {
 // The logs are cleared last, because forgetting the modals may write some.
 void Reset() {
     Subscription::EndAll();
-    RecordStream::Reset();
+    RecordStream::Get().Clear();
     Faults::Reset();
     Modals::Get().Reset();
     UiThread::Get().SetBypassed(false);

@@ -2,13 +2,23 @@
 
 #include <node_api.h>
 
+#include <array>
+#include <initializer_list>
 #include <type_traits>
 #include <utility>
 
-#include "making.h"
-#include "reading.h"
+#include "js_values.h"
 
 namespace StandIn {
+
+/// The first `COUNT` arguments of a call; undefined for those that the caller left out.
+template <size_t COUNT>
+std::array<napi_value, COUNT> Arguments(napi_env env, napi_callback_info info) {
+    std::array<napi_value, COUNT> values{};
+    size_t count = COUNT;
+    (void)napi_get_cb_info(env, info, &count, values.data(), nullptr, nullptr);
+    return values;
+}
 
 /// Calls `function` with the arguments of a JS call, read as `Parameters`. Returns its result for JS.
 template <typename... Parameters, typename Function, size_t... INDEX>
@@ -48,6 +58,14 @@ template <auto FUNCTION>
 napi_value Exposed(napi_env env, napi_callback_info info) {
     return Apply(env, info, FUNCTION);
 }
+
+struct Function {
+    const char* name;
+    napi_callback callback;
+};
+
+/// Defines the functions on `target`; false if a Node-API call fails.
+bool DefineFunctions(napi_env env, napi_value target, std::initializer_list<Function> functions);
 
 // The functions of the binding by group. Each definer adds its group to `exports`; false if a Node-API call fails.
 

@@ -3,8 +3,6 @@
 #include <utility>
 
 #include "game_end.h"
-#include "making.h"
-
 namespace StandIn {
 namespace {
 
@@ -58,34 +56,35 @@ Instance::~Instance() {
     OnRecord(nullptr);
 }
 
+// Has `receivers` pass on what `convert` makes of an item, and the JS thread call `handler` with what `make` makes of
+// it.
+template <typename Item, typename Taken, typename Convert>
+void Instance::Set(Receivers<Item>& receivers, Subscription& subscription, napi_value handler, Convert convert,
+                   napi_value (*make)(napi_env env, const Taken& taken)) {
+    subscription.End();
+    if (handler == nullptr) return receivers.Remove(&subscription);
+    auto deliver = subscription.Begin(handler, make);
+    receivers.Add(&subscription, [deliver, convert](const Item& item) { deliver(convert(item)); });
+}
+
 void Instance::OnModal(napi_value handler) {
-    modals_.End();
-    if (handler == nullptr) return Modals::Get().Unsubscribe(&modals_);
-    Modals::Get().Subscribe(&modals_, [deliver = modals_.Begin(handler, MakeOpened)](const auto& modal) {
-        deliver({modal, modal->HoldLoop()});
-    });
+    auto hold = [](const std::shared_ptr<Modal>& modal) { return OpenedModal{modal, modal->HoldLoop()}; };
+    Set(Modals::Get().Openings(), modals_, handler, hold, MakeOpened);
 }
 
 void Instance::OnOpening(napi_value handler) {
-    openings_.End();
-    if (handler == nullptr) return Modals::Get().Unsubscribe(&openings_);
-    Modals::Get().Subscribe(&openings_, [deliver = openings_.Begin(handler, MakeOpening)](const auto& modal) {
-        deliver(modal->HoldLoop());
-    });
+    auto hold = [](const std::shared_ptr<Modal>& modal) { return modal->HoldLoop(); };
+    Set(Modals::Get().Openings(), openings_, handler, hold, MakeOpening);
 }
 
 void Instance::OnExit(napi_value handler) {
-    exit_.End();
-    if (handler == nullptr) return GameEnd::Unhandle(this);
-    GameEnd::Handle(this, [deliver = exit_.Begin(handler, MakeExit)](const Occasion& why) {
-        deliver({why.isTimer, why.requestType, why.code, 0, {}});
-    });
+    auto withoutFunction = [](const Occasion& why) { return Occasion{why.isTimer, why.requestType, why.code, 0, {}}; };
+    Set(GameEnd::Handlers(), exit_, handler, withoutFunction, MakeExit);
 }
 
 void Instance::OnRecord(napi_value handler) {
-    records_.End();
-    if (handler == nullptr) return RecordStream::Unsubscribe(this);
-    RecordStream::Subscribe(this, records_.Begin(handler, MakeRecord));
+    auto copy = [](const DeviceRecord& record) { return record; };
+    Set(RecordStream::Get(), records_, handler, copy, MakeRecord);
 }
 
 }  // namespace StandIn

@@ -5,8 +5,8 @@
 #include <memory>
 
 #include "environment.h"
+#include "functions.h"
 #include "modals.h"
-#include "reading.h"
 #include "record_stream.h"
 #include "subscription.h"
 
@@ -36,6 +36,9 @@ public:
 
 private:
     explicit Instance(napi_env env);
+    template <typename Item, typename Taken, typename Convert>
+    static void Set(Receivers<Item>& receivers, Subscription& subscription, napi_value handler, Convert convert,
+                    napi_value (*make)(napi_env env, const Taken& taken));
 
     const std::shared_ptr<Environment> environment_;
     Subscription modals_;

@@ -14,7 +14,7 @@ napi_value MakeWant(napi_env env, const Modal::Want& want) {
         .Set("bundleName", Internals::BundleNameOf(want))
         .Set("abilityName", Internals::AbilityNameOf(want))
         .Set("deviceId", Internals::DeviceIdOf(want))
-        .Set("parameters", MakeParamsObject(env, want.GetParams()))
+        .Set("parameters", want.GetParams())
         .Object();
 }
 

@@ -1,6 +1,6 @@
 #include "pending_promise.h"
 
-#include "device_context.h"
+#include "js_values.h"
 
 namespace StandIn {
 
@@ -44,7 +44,7 @@ napi_value PendingPromise::MakeError() {
     if (!error_.IsEmpty()) {
         (void)napi_get_element(env_, error_.Value(), 0, &error);
     } else if (!failure_.empty()) {
-        (void)napi_create_error(env_, nullptr, MakeText(env_, failure_), &error);
+        (void)napi_create_error(env_, nullptr, StandIn::Make(env_, failure_), &error);
     }
     return error;
 }

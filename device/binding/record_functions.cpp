@@ -15,6 +15,7 @@ using OHOS::HiviewDFX::HiAppEvent::EventConfig;
 using OHOS::HiviewDFX::HiAppEvent::EventType;
 using OHOS::HiviewDFX::HiAppEvent::ReportConfig;
 using OHOS::HiviewDFX::HiAppEvent::TriggerCondition;
+using StandIn::Make;
 
 const char* NameOf(EventType type) {
     switch (type) {
@@ -31,11 +32,11 @@ const char* NameOf(EventType type) {
 }
 
 napi_value MakePair(napi_env env, const std::string& key, napi_value value) {
-    const napi_value pair[] = {MakeText(env, key), value};
+    const napi_value pair[] = {Make(env, key), value};
     return MakeArray(env, pair, [](napi_value item) { return item; });
 }
 
-napi_value MakeEvent(napi_env env, const Event& event) {
+napi_value Make(napi_env env, const Event& event) {
     napi_value params = MakeArray(env, Internals::ParamsOf(event), [env](const auto& param) {
         return MakePair(env, param.first,
                         std::visit([env](const auto& value) { return Make(env, value); }, param.second));
@@ -95,7 +96,7 @@ napi_value Logs(napi_env env) {
 }
 
 napi_value AnalyticsEvents(napi_env env) {
-    return MakeArray(env, EventStore::Get().All(), [env](const Event& event) { return MakeEvent(env, event); });
+    return MakeArray(env, EventStore::Get().All(), [env](const Event& event) { return Make(env, event); });
 }
 
 napi_value AnalyticsProcessors(napi_env env) {
@@ -103,24 +104,13 @@ napi_value AnalyticsProcessors(napi_env env) {
     return MakeArray(env, ProcessorStore::Get().All(), make);
 }
 
-struct FieldMaker {
-    napi_env env;
-
-    template <typename Value>
-    napi_value operator()(const Value& value) const {
-        return Make(env, value);
-    }
-    napi_value operator()(const OHOS::AAFwk::WantParams& params) const { return MakeParamsObject(env, params); }
-    napi_value operator()(const Event& event) const { return MakeEvent(env, event); }
-};
-
 }  // namespace
 
 napi_value MakeRecord(napi_env env, const DeviceRecord& record) {
     ObjectMaker object(env);
     object.Set("kind", record.kind).Set("time", record.time);
     for (const auto& [name, value] : record.fields) {
-        object.Set(name, std::visit(FieldMaker{env}, value));
+        object.Set(name, std::visit([env](const auto& field) { return Make(env, field); }, value));
     }
     return object.Object();
 }

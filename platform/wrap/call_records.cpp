@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "js_values.h"
 #include "record_stream.h"
 #include "served_call.h"
 #include "wrap/call_site.h"
@@ -45,11 +46,6 @@ Made MadeByServed() {
     return {served->number, served->method, served->isRecorded, nullptr, {}};
 }
 
-bool IsOf(napi_env env, napi_value value, napi_valuetype type) {
-    napi_valuetype actual = napi_undefined;
-    return value != nullptr && napi_typeof(env, value, &actual) == napi_ok && actual == type;
-}
-
 std::string TextOf(napi_env env, napi_value value, size_t most) {
     std::string text(most, '\0');
     size_t length = 0;
@@ -70,41 +66,28 @@ std::string Show(napi_env env, napi_value value) {
     return TextOf(env, text, MAX_ARGUMENT);
 }
 
-/// A property of an object that the module itself has made.
-napi_value Property(napi_env env, napi_value object, const char* name) {
-    napi_value value = nullptr;
-    (void)napi_get_named_property(env, object, name, &value);
-    return value;
-}
-
-napi_value MakeObject(napi_env env) {
-    napi_value object = nullptr;
-    (void)napi_create_object(env, &object);
-    return object;
-}
-
 DeviceRecord About(const char* kind, const Made& made) {
     return {kind, {{"call", static_cast<double>(made.call)}, {"method", std::string(made.method)}}};
 }
 
 void AddText(napi_env env, const char* name, napi_value value, DeviceRecord& record) {
-    if (IsOf(env, value, napi_string)) record.fields.emplace_back(name, TextOf(env, value, MAX_TEXT));
+    if (IsOfType(env, value, napi_string)) record.fields.emplace_back(name, TextOf(env, value, MAX_TEXT));
 }
 
 /// The code of an error of the module; `NO_CODE` if it has none.
 double CodeOf(napi_env env, napi_value error) {
     double code = NO_CODE;
-    return napi_get_value_double(env, Property(env, error, "code"), &code) == napi_ok ? code : NO_CODE;
+    return napi_get_value_double(env, ReadProperty(env, error, "code"), &code) == napi_ok ? code : NO_CODE;
 }
 
 /// A call came to `error`, or to `data` if that is not an object.
 void RecordOutcome(napi_env env, const Made& made, const char* how, napi_value error, napi_value data) {
-    const bool isFailed = IsOf(env, error, napi_object);
+    const bool isFailed = IsOfType(env, error, napi_object);
     const double code = isFailed ? CodeOf(env, error) : 0;
     DeviceRecord settled = About("settled", made);
     settled.fields.emplace_back("how", std::string(how));
     if (code != NO_CODE) settled.fields.emplace_back("code", code);
-    if (isFailed) AddText(env, "message", Property(env, error, "message"), settled);
+    if (isFailed) AddText(env, "message", ReadProperty(env, error, "message"), settled);
     AddText(env, "data", data, settled);
     RecordStream::Publish(std::move(settled));
 }
@@ -112,7 +95,7 @@ void RecordOutcome(napi_env env, const Made& made, const char* how, napi_value e
 void RecordHeard(napi_env env, const Made& made, napi_value data) {
     DeviceRecord record = About("heard", made);
     record.fields.emplace_back("type", made.about);
-    AddText(env, "data", IsOf(env, data, napi_object) ? Property(env, data, "resultInfo") : data, record);
+    AddText(env, "data", IsOfType(env, data, napi_object) ? ReadProperty(env, data, "resultInfo") : data, record);
     RecordStream::Publish(std::move(record));
 }
 
@@ -218,7 +201,7 @@ void RecordSettled(napi_env env, napi_deferred deferred, napi_value error, napi_
 void RecordThrown(napi_env env, napi_value error) {
     ServedCall* served = Served();
     if (served == nullptr || !served->isRecorded || std::exchange(served->hasThrown, true)) return;
-    if (error == nullptr) error = MakeObject(env);
+    if (error == nullptr) error = ObjectMaker(env).Object();
     RecordOutcome(env, MadeByServed(), "thrown", error, nullptr);
 }
 

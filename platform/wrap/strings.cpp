@@ -17,7 +17,7 @@
 namespace StandIn {
 namespace {
 
-constexpr size_t LONGEST_CHARACTER = 4;                   // in bytes
+constexpr size_t PAIR_LENGTH = 4;                         // in bytes, the longest of a character
 constexpr std::string_view REPLACEMENT = "\xEF\xBF\xBD";  // what Node writes for a lone surrogate
 
 std::atomic<bool> gIsLikePlatform{true};
@@ -34,46 +34,35 @@ std::u16string ReadUnits(napi_env env, napi_value value, size_t count) {
     return units;
 }
 
-/// Appends a character. A surrogate counts as one.
-void Append(std::string& bytes, uint32_t character) {
-    const auto add = [&bytes](uint32_t byte) { bytes.push_back(static_cast<char>(byte)); };
-    const auto addRest = [&](int shift) { add(0x80 | ((character >> shift) & 0x3F)); };
-    if (character < 0x80) return add(character);
-    if (character < 0x800) {
-        add(0xC0 | (character >> 6));
-    } else if (character < 0x10000) {
-        add(0xE0 | (character >> 12));
-        addRest(6);
-    } else {
-        add(0xF0 | (character >> 18));
-        addRest(12);
-        addRest(6);
-    }
-    addRest(0);
+constexpr size_t LengthOf(char16_t unit) { return unit < 0x80 ? 1 : unit < 0x800 ? 2 : 3; }
+
+/// Writes a lone surrogate like any other character of three bytes.
+void Encode(char16_t surrogate, char* bytes) {
+    bytes[0] = static_cast<char>(0xE0 | (surrogate >> 12));
+    bytes[1] = static_cast<char>(0x80 | ((surrogate >> 6) & 0x3F));
+    bytes[2] = static_cast<char>(0x80 | (surrogate & 0x3F));
 }
 
-struct Encoded {
-    std::string bytes;
-    char16_t loneSurrogate = 0;  // the first one
-};
-
-/// Encodes the characters that fit into `room` bytes, up to the first that does not.
-Encoded Encode(const std::u16string& units, size_t room) {
-    Encoded encoded;
+/// Puts the lone surrogates of a string into its bytes, where Node has written a replacement of the same length. Cuts
+/// off a last character that is not whole, by changing `count`. Returns the first lone surrogate, or 0.
+char16_t Restore(const std::u16string& units, char* bytes, size_t& count) {
+    char16_t first = 0;
+    size_t at = 0;
     for (size_t i = 0; i < units.size(); ++i) {
-        uint32_t character = units[i];
-        const bool isPair = IsLead(units[i]) && i + 1 < units.size() && IsTrail(units[i + 1]);
-        if (isPair) character = 0x10000 + ((character & 0x3FF) << 10) + (units[++i] & 0x3FF);
-        const size_t before = encoded.bytes.size();
-        Append(encoded.bytes, character);
-        if (encoded.bytes.size() > room) {
-            encoded.bytes.resize(before);
-            break;
+        const char16_t unit = units[i];
+        const bool isPair = IsLead(unit) && i + 1 < units.size() && IsTrail(units[i + 1]);
+        const size_t length = isPair ? PAIR_LENGTH : LengthOf(unit);
+        if (at + length > count) break;
+        if (isPair) {
+            ++i;
+        } else if (IsLead(unit) || IsTrail(unit)) {
+            Encode(unit, bytes + at);
+            if (first == 0) first = unit;
         }
-        const bool isLone = !isPair && (IsLead(units[i]) || IsTrail(units[i]));
-        if (isLone && encoded.loneSurrogate == 0) encoded.loneSurrogate = units[i];
+        at += length;
     }
-    return encoded;
+    count = at;
+    return first;
 }
 
 /// The property or argument that `value` is.
@@ -111,7 +100,7 @@ void WarnOfCut(napi_env env, napi_value value, size_t read) {
 
 /// Whether Node's result may differ from the device's, or the string may be cut.
 bool MayDiffer(std::string_view bytes, size_t room) {
-    return bytes.size() + LONGEST_CHARACTER > room || bytes.find(REPLACEMENT) != std::string_view::npos;
+    return bytes.size() + PAIR_LENGTH > room || bytes.find(REPLACEMENT) != std::string_view::npos;
 }
 
 napi_status ReadString(napi_env env, napi_value value, char* buffer, size_t size, size_t* length) {
@@ -123,10 +112,9 @@ napi_status ReadString(napi_env env, napi_value value, char* buffer, size_t size
     if (status != napi_ok) return status;
     const size_t room = size - 1;
     if (MayDiffer({buffer, count}, room)) {
-        const Encoded encoded = Encode(ReadUnits(env, value, size), room);
-        count = encoded.bytes.copy(buffer, room);
+        const char16_t surrogate = Restore(ReadUnits(env, value, size), buffer, count);
         buffer[count] = '\0';
-        if (encoded.loneSurrogate != 0) WarnOfSurrogate(value, encoded.loneSurrogate);
+        if (surrogate != 0) WarnOfSurrogate(value, surrogate);
         WarnOfCut(env, value, count);
     }
     if (std::string_view(buffer, count).find('\0') != std::string_view::npos) {

@@ -1,4 +1,4 @@
-#include "reading.h"
+#include "js_values.h"
 
 #include <cmath>
 #include <limits>
@@ -103,6 +103,48 @@ WantParams Read(napi_env env, napi_value object) {
         Internals::SetParam(params, Read<std::string>(env, key), ReadParam(env, value));
     });
     return params;
+}
+
+napi_value Make(napi_env env, double number) {
+    napi_value value = nullptr;
+    (void)napi_create_double(env, number, &value);
+    return value;
+}
+
+napi_value Make(napi_env env, bool flag) {
+    napi_value value = nullptr;
+    (void)napi_get_boolean(env, flag, &value);
+    return value;
+}
+
+ObjectMaker::ObjectMaker(napi_env env) : env_(env) { (void)napi_create_object(env, &object_); }
+
+ObjectMaker& ObjectMaker::Set(const char* name, napi_value value) {
+    if (value != nullptr) (void)napi_set_named_property(env_, object_, name, value);
+    return *this;
+}
+
+napi_value Make(napi_env env, const std::string& text) {
+    napi_value value = nullptr;
+    (void)napi_create_string_utf8(env, text.data(), text.size(), &value);
+    return value;
+}
+
+napi_value Make(napi_env env, const WantParams& params) {
+    std::vector<napi_property_descriptor> properties;
+    const bool isWhole = Internals::VisitParams(params, [&](const std::string& key, const auto& param) {
+        napi_value name = Make(env, key);
+        napi_value value = std::visit([env](const auto& each) { return Make(env, each); }, param);
+        // Defined, not set: setting "__proto__" would change the prototype.
+        properties.push_back({nullptr, name, nullptr, nullptr, nullptr, value, napi_default_jsproperty, nullptr});
+        return name != nullptr && value != nullptr;
+    });
+    napi_value object = nullptr;
+    if (!isWhole || napi_create_object(env, &object) != napi_ok ||
+        napi_define_properties(env, object, properties.size(), properties.data()) != napi_ok) {
+        return nullptr;
+    }
+    return object;
 }
 
 }  // namespace StandIn

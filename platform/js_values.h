@@ -3,14 +3,56 @@
 #include <node_api.h>
 
 #include <cstdint>
-#include <initializer_list>
 #include <string>
 
-#include "device_context.h"
+#include "want_params.h"
 
-// Makes the JS values that the functions of the device return. Null on failure, as in an environment that is ending.
+// Values of JS, read and made by their types in C++. All on the JS thread of `env`.
 
 namespace StandIn {
+
+// Readers. A value of another type than the wanted one reads as 0, false or empty.
+
+bool IsOfType(napi_env env, napi_value value, napi_valuetype type);
+bool IsArray(napi_env env, napi_value value);
+
+template <typename Value>
+Value Read(napi_env env, napi_value value);
+template <>
+inline napi_value Read(napi_env /*env*/, napi_value value) {
+    return value;
+}
+template <>
+bool Read(napi_env env, napi_value value);
+template <>
+int32_t Read(napi_env env, napi_value value);
+template <>
+uint32_t Read(napi_env env, napi_value value);
+template <>
+double Read(napi_env env, napi_value value);
+template <>
+inline uint64_t Read(napi_env env, napi_value value) {
+    return static_cast<uint64_t>(Read<double>(env, value));
+}
+template <>
+std::string Read(napi_env env, napi_value value);
+template <>
+OHOS::AAFwk::WantParams Read(napi_env env, napi_value object);
+
+napi_value ReadElement(napi_env env, napi_value array, uint32_t index);
+napi_value ReadProperty(napi_env env, napi_value object, const char* name);
+
+/// Calls `visit` with each element of `array`; with none if it is undefined.
+template <typename Visit>
+void ForEachElement(napi_env env, napi_value array, const Visit& visit) {
+    uint32_t length = 0;
+    (void)napi_get_array_length(env, array, &length);
+    for (uint32_t i = 0; i < length; ++i) {
+        visit(ReadElement(env, array, i));
+    }
+}
+
+// Makers. Null if a Node-API call fails, as in an environment that is ending.
 
 inline napi_value Make(napi_env /*env*/, napi_value value) { return value; }
 napi_value Make(napi_env env, bool flag);
@@ -19,7 +61,8 @@ inline napi_value Make(napi_env env, int32_t number) { return Make(env, static_c
 inline napi_value Make(napi_env env, uint32_t number) { return Make(env, static_cast<double>(number)); }
 inline napi_value Make(napi_env env, int64_t number) { return Make(env, static_cast<double>(number)); }
 inline napi_value Make(napi_env env, uint64_t number) { return Make(env, static_cast<double>(number)); }
-inline napi_value Make(napi_env env, const std::string& text) { return MakeText(env, text); }
+napi_value Make(napi_env env, const std::string& text);
+napi_value Make(napi_env env, const OHOS::AAFwk::WantParams& params);
 
 /// Makes an array of the results of `make` for each of `items`.
 template <typename Items, typename Make>
@@ -48,7 +91,7 @@ public:
     explicit ObjectMaker(napi_env env);
 
     ObjectMaker& Set(const char* name, napi_value value);
-    ObjectMaker& Set(const char* name, const char* text) { return Set(name, MakeText(env_, text)); }
+    ObjectMaker& Set(const char* name, const char* text) { return Set(name, Make(env_, std::string(text))); }
     template <typename Value>
     ObjectMaker& Set(const char* name, const Value& value) {
         return Set(name, Make(env_, value));
@@ -60,13 +103,5 @@ private:
     napi_env env_;
     napi_value object_ = nullptr;
 };
-
-struct Function {
-    const char* name;
-    napi_callback callback;
-};
-
-/// Defines the functions on `target`; false if a Node-API call fails.
-bool DefineFunctions(napi_env env, napi_value target, std::initializer_list<Function> functions);
 
 }  // namespace StandIn
