@@ -170,19 +170,14 @@ void DropWindowWaits() {
 
 void SetSystemApp(bool isSystem) { gCallingToken = isSystem ? APPLICATION_TOKEN | SYSTEM_APP_MASK : APPLICATION_TOKEN; }
 
-ContextBacking MakeContext(ContextKind kind, Modules modules, const std::shared_ptr<Window>& window) {
+ContextBacking MakeWindowContext(bool isOfExtension, Modules modules, const std::shared_ptr<Window>& window) {
     auto shared = std::make_shared<const Modules>(std::move(modules));
-    switch (kind) {
-        case ContextKind::ABILITY:
-            return {std::make_shared<WindowContext<AbilityContext>>(shared, window), window};
-        case ContextKind::UI_EXTENSION:
-            return {std::make_shared<WindowContext<UIExtensionContext>>(shared, window), window};
-        case ContextKind::OTHER:
-            return {std::make_shared<ModuleContext<Context>>(shared), nullptr};
-        case ContextKind::EMPTY:
-            break;
-    }
-    return {};
+    if (isOfExtension) return {std::make_shared<WindowContext<UIExtensionContext>>(shared, window), window};
+    return {std::make_shared<WindowContext<AbilityContext>>(shared, window), window};
+}
+
+ContextBacking MakeOtherContext() {
+    return {std::make_shared<ModuleContext<Context>>(std::make_shared<const Modules>()), nullptr};
 }
 
 napi_value MakeContextObject(napi_env env, ContextBacking backing) {

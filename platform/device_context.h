@@ -58,22 +58,16 @@ void EndWindowWait(uint64_t thread);
 /// Drops all these holds: the waiting threads never wake.
 void DropWindowWaits();
 
-enum class ContextKind {
-    ABILITY,
-    UI_EXTENSION,
-    OTHER,  // of the stage model, but neither of the above
-    EMPTY   // of the stage model, without a native context
-};
-
-/// What backs a JS context object.
+/// What backs a JS context object of the stage model. One without a native context backs nothing.
 struct ContextBacking {
-    std::shared_ptr<OHOS::AbilityRuntime::Context> context;  // empty for kind EMPTY
-    std::shared_ptr<Window> window;                          // empty if the kind has none
+    std::shared_ptr<OHOS::AbilityRuntime::Context> context;
+    std::shared_ptr<Window> window;  // empty if it has none
 };
 
-/// Makes the context of an application with these modules. The kinds ABILITY and UI_EXTENSION need a window; the others
-/// have none.
-ContextBacking MakeContext(ContextKind kind, Modules modules, const std::shared_ptr<Window>& window);
+/// Makes the context of a UI extension, or else of an ability, of an application with these modules.
+ContextBacking MakeWindowContext(bool isOfExtension, Modules modules, const std::shared_ptr<Window>& window);
+/// Makes a context that is neither.
+ContextBacking MakeOtherContext();
 
 /// Makes the JS object of a context. Null if a Node-API call fails. On `env`'s JS thread.
 napi_value MakeContextObject(napi_env env, ContextBacking backing);

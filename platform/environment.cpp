@@ -21,13 +21,13 @@ thread_local napi_ref gExports = nullptr;  // freed with the environment
 thread_local Environment* gCurrent = nullptr;
 thread_local napi_env gLastOwn = nullptr;  // known to be alive and to belong to this thread
 
-/// How completions are ordered.
+/// How completions are ordered: how often that was set, whether it is any order, and its seed.
 struct QueueOrder {
-    std::mutex mutex;      // guards what follows
-    uint64_t setting = 0;  // how often it was set
-    bool isAny = false;
-    uint32_t seed = 0;
+    uint32_t setting : 31;
+    bool isAny : 1;
+    uint32_t seed;
 };
+std::atomic<QueueOrder> gOrder{{0, false, 0}};
 
 template <typename Map>
 std::shared_ptr<Environment> Find(Map Registry::*map, typename Map::key_type key) {
@@ -147,20 +147,13 @@ bool Environment::PostTo(const uv_loop_t* loop, Job job) {
 }
 
 void Environment::SetQueueOrder(bool isAny, uint32_t seed) {
-    auto& order = Forever<QueueOrder>();
-    std::lock_guard<std::mutex> guard(order.mutex);
-    ++order.setting;
-    order.isAny = isAny;
-    order.seed = seed;
+    gOrder = {static_cast<uint32_t>(gOrder.load().setting + 1), isAny, seed};
 }
 
 void Environment::Reorder(std::vector<Item>& items) {
-    {
-        auto& order = Forever<QueueOrder>();
-        std::lock_guard<std::mutex> guard(order.mutex);
-        if (!order.isAny) return;
-        if (std::exchange(randomOf_, order.setting) != order.setting) random_.seed(order.seed);
-    }
+    const QueueOrder order = gOrder;
+    if (!order.isAny) return;
+    if (std::exchange(randomOf_, order.setting) != order.setting) random_.seed(order.seed);
     std::vector<Item*> completions;
     for (Item& item : items) {
         if (item.isCompletion) completions.push_back(&item);

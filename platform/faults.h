@@ -18,11 +18,13 @@ enum class Call : size_t {
 /// Fault injection into the module's calls. Thread-safe.
 class Faults {
 public:
-    /// Counts the calls of one function since the first `Arm` after the last reset.
+    /// One function. Counts its calls since the first `Arm` after the last reset.
     struct Armed {
         const char* name = "";
         uint64_t made = 0;
         uint64_t failed = 0;  // of those, the injected failures
+        uint64_t skip = 0;    // of the next calls, those that pass
+        uint64_t times = 0;   // and those that fail then
     };
 
     /// Makes the next `times` calls of the function `name` fail, after `skip` calls that pass. False if there is no

@@ -41,42 +41,24 @@ bool IsArray(napi_env env, napi_value value) {
     return napi_is_array(env, value, &isArray) == napi_ok && isArray;
 }
 
-template <>
-bool Read(napi_env env, napi_value value) {
-    bool flag = false;
-    (void)napi_get_value_bool(env, value, &flag);
-    return flag;
+void ReadInto(napi_env env, napi_value value, bool& flag) { (void)napi_get_value_bool(env, value, &flag); }
+
+void ReadInto(napi_env env, napi_value value, int32_t& number) { (void)napi_get_value_int32(env, value, &number); }
+
+void ReadInto(napi_env env, napi_value value, uint32_t& number) { (void)napi_get_value_uint32(env, value, &number); }
+
+void ReadInto(napi_env env, napi_value value, uint64_t& number) {
+    number = static_cast<uint64_t>(Read<double>(env, value));
 }
 
-template <>
-int32_t Read(napi_env env, napi_value value) {
-    int32_t number = 0;
-    (void)napi_get_value_int32(env, value, &number);
-    return number;
-}
+void ReadInto(napi_env env, napi_value value, double& number) { (void)napi_get_value_double(env, value, &number); }
 
-template <>
-uint32_t Read(napi_env env, napi_value value) {
-    uint32_t number = 0;
-    (void)napi_get_value_uint32(env, value, &number);
-    return number;
-}
-
-template <>
-double Read(napi_env env, napi_value value) {
-    double number = 0;
-    (void)napi_get_value_double(env, value, &number);
-    return number;
-}
-
-template <>
-std::string Read(napi_env env, napi_value value) {
+void ReadInto(napi_env env, napi_value value, std::string& text) {
     size_t length = 0;
-    if (napi_get_value_string_utf8(env, value, nullptr, 0, &length) != napi_ok) return {};
-    std::string text(length + 1, '\0');  // Node-API appends a null byte
+    if (napi_get_value_string_utf8(env, value, nullptr, 0, &length) != napi_ok) return;
+    text.resize(length + 1);  // Node-API appends a null byte
     (void)napi_get_value_string_utf8(env, value, text.data(), text.size(), &length);
     text.resize(length);
-    return text;
 }
 
 napi_value ReadElement(napi_env env, napi_value array, uint32_t index) {
@@ -91,18 +73,15 @@ napi_value ReadProperty(napi_env env, napi_value object, const char* name) {
     return value;
 }
 
-template <>
-WantParams Read(napi_env env, napi_value object) {
+void ReadInto(napi_env env, napi_value object, WantParams& params) {
     napi_value keys = nullptr;
     (void)napi_get_all_property_names(env, object, napi_key_own_only, napi_key_enumerable, napi_key_numbers_to_strings,
                                       &keys);
-    WantParams params;
     ForEachElement(env, keys, [&](napi_value key) {
         napi_value value = nullptr;
         (void)napi_get_property(env, object, key, &value);
         Internals::SetParam(params, Read<std::string>(env, key), ReadParam(env, value));
     });
-    return params;
 }
 
 napi_value Make(napi_env env, double number) {

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <string>
+#include <utility>
 
 #include "want_params.h"
 
@@ -16,28 +17,20 @@ namespace StandIn {
 bool IsOfType(napi_env env, napi_value value, napi_valuetype type);
 bool IsArray(napi_env env, napi_value value);
 
+void ReadInto(napi_env env, napi_value value, bool& flag);
+void ReadInto(napi_env env, napi_value value, int32_t& number);
+void ReadInto(napi_env env, napi_value value, uint32_t& number);
+void ReadInto(napi_env env, napi_value value, uint64_t& number);
+void ReadInto(napi_env env, napi_value value, double& number);
+void ReadInto(napi_env env, napi_value value, std::string& text);
+void ReadInto(napi_env env, napi_value object, OHOS::AAFwk::WantParams& params);
+inline void ReadInto(napi_env /*env*/, napi_value value, napi_value& same) { same = value; }
 template <typename Value>
-Value Read(napi_env env, napi_value value);
-template <>
-inline napi_value Read(napi_env /*env*/, napi_value value) {
-    return value;
+Value Read(napi_env env, napi_value value) {
+    Value result{};
+    ReadInto(env, value, result);
+    return result;
 }
-template <>
-bool Read(napi_env env, napi_value value);
-template <>
-int32_t Read(napi_env env, napi_value value);
-template <>
-uint32_t Read(napi_env env, napi_value value);
-template <>
-double Read(napi_env env, napi_value value);
-template <>
-inline uint64_t Read(napi_env env, napi_value value) {
-    return static_cast<uint64_t>(Read<double>(env, value));
-}
-template <>
-std::string Read(napi_env env, napi_value value);
-template <>
-OHOS::AAFwk::WantParams Read(napi_env env, napi_value object);
 
 napi_value ReadElement(napi_env env, napi_value array, uint32_t index);
 napi_value ReadProperty(napi_env env, napi_value object, const char* name);
@@ -102,6 +95,34 @@ public:
 private:
     napi_env env_;
     napi_value object_ = nullptr;
+};
+
+/// Keeps a JS object or function alive. Unless empty, use and destroy it only on its environment's JS thread.
+class Reference {
+public:
+    Reference() = default;
+    Reference(napi_env env, napi_value value) : env_(env) { (void)napi_create_reference(env, value, 1, &reference_); }
+    Reference(Reference&& other) noexcept : env_(other.env_), reference_(std::exchange(other.reference_, nullptr)) {}
+    Reference& operator=(Reference&& other) noexcept {
+        std::swap(env_, other.env_);
+        std::swap(reference_, other.reference_);
+        return *this;
+    }
+    ~Reference() {
+        if (reference_ != nullptr) (void)napi_delete_reference(env_, reference_);
+    }
+
+    bool IsEmpty() const { return reference_ == nullptr; }
+    /// Null if there is none.
+    napi_value Value() const {
+        napi_value value = nullptr;
+        if (reference_ != nullptr) (void)napi_get_reference_value(env_, reference_, &value);
+        return value;
+    }
+
+private:
+    napi_env env_ = nullptr;
+    napi_ref reference_ = nullptr;
 };
 
 }  // namespace StandIn

@@ -32,8 +32,8 @@ constexpr const char* ANSWER_NAMES[] = {"result", "receive", "release", "error"}
 
 DeviceRecord About(const char* kind, const Modal& modal) {
     return {kind,
-            {{"modal", static_cast<double>(modal.Id())},
-             {"call", static_cast<double>(modal.CallNumber())},
+            {{"modal", static_cast<double>(modal.id)},
+             {"call", static_cast<double>(modal.opening.call)},
              {"method", NameOfRequest(modal.RequestType())}}};
 }
 
@@ -47,7 +47,7 @@ void PublishAnswer(const Modal& modal, const Modal::Answer& answer) {
 
 void PublishOpening(const Modal& modal) {
     DeviceRecord opened = About("opened", modal);
-    opened.fields.emplace_back("parameters", modal.GetWant().GetParams());
+    opened.fields.emplace_back("parameters", modal.opening.want.GetParams());
     RecordStream::Publish(std::move(opened));
 }
 
@@ -74,20 +74,11 @@ bool Modal::Answer::Settles() const {
     return kind != Kind::RELEASE && (kind == Kind::ERROR || code != CODE_EVENT_ONLY);
 }
 
-Modal::Modal(int32_t id, int32_t generation, Opening opening)
-    : id_(id),
-      generation_(generation),
-      want_(std::move(opening.want)),
-      config_(std::move(opening.config)),
-      callbacks_(std::move(opening.callbacks)),
-      environment_(std::move(opening.environment)),
-      call_(opening.call) {}
+int32_t Modal::RequestType() const { return opening.want.GetParams().GetIntParam("requestType", 0); }
 
-int32_t Modal::RequestType() const { return want_.GetParams().GetIntParam("requestType", 0); }
+std::string Modal::Name() const { return "modal " + std::to_string(id) + " (" + NameOfRequest(RequestType()) + ")"; }
 
-std::string Modal::Name() const { return "modal " + std::to_string(id_) + " (" + NameOfRequest(RequestType()) + ")"; }
-
-bool Modal::IsOpen() const { return isOpen_ && environment_ != nullptr && !environment_->HasEnded(); }
+bool Modal::IsOpen() const { return isOpen_ && opening.environment != nullptr && !opening.environment->HasEnded(); }
 
 void Modal::MarkAnswered(const Answer& answer) {
     if (answer.Settles()) isAnswered_ = true;
@@ -98,8 +89,8 @@ bool Modal::IsSilent() const {
     return isOpen_ && !isAnswered_ && (request == nullptr || !request->isPage);
 }
 
-bool Modal::IsOlderThan(std::chrono::milliseconds age) const {
-    return std::chrono::steady_clock::now() - opened_ > age;
+bool Modal::IsOlderThan(double milliseconds) const {
+    return std::chrono::steady_clock::now() - opened_ > std::chrono::duration<double, std::milli>(milliseconds);
 }
 
 void Modal::Close() {
@@ -117,9 +108,9 @@ std::string Modal::Give(const Answer& answer, std::function<void()> giveUp) cons
     const bool isLate = !IsOpen() && answer.kind != Answer::Kind::RELEASE;
     if (RecordStream::HasSubscribers()) PublishAnswer(*this, answer);
     ServedCall call;
-    call.number = call_;
+    call.number = opening.call;
     call.requestType = RequestType();
-    call.occasion = {false, RequestType(), answer.code, id_, std::move(giveUp)};
+    call.occasion = {false, RequestType(), answer.code, id, std::move(giveUp)};
     const ServedCallScope scope(std::move(call));
     CallModule(answer);
     if (isLate && !scope.Get().hasEffect) {
@@ -134,15 +125,15 @@ void Modal::CallModule(const Answer& answer) const {
         case Answer::Kind::RESULT: {
             Want want;
             want.SetParams(answer.params);
-            return callbacks_.onResult(answer.code, want);
+            return opening.callbacks.onResult(answer.code, want);
         }
         case Answer::Kind::RECEIVE:
-            return callbacks_.onReceive(answer.params);
+            return opening.callbacks.onReceive(answer.params);
         case Answer::Kind::RELEASE:
-            return callbacks_.onRelease(answer.code);
+            return opening.callbacks.onRelease(answer.code);
         case Answer::Kind::ERROR:
-            return callbacks_.onError(answer.code, answer.params.GetStringParam("name"),
-                                      answer.params.GetStringParam("message"));
+            return opening.callbacks.onError(answer.code, answer.params.GetStringParam("name"),
+                                             answer.params.GetStringParam("message"));
     }
 }
 
@@ -175,7 +166,7 @@ std::vector<int32_t> Modals::Ids() {
     std::lock_guard<std::mutex> guard(mutex_);
     std::vector<int32_t> ids;
     for (const auto& modal : modals_) {
-        ids.push_back(modal->Id());
+        ids.push_back(modal->id);
     }
     return ids;
 }
@@ -208,16 +199,16 @@ std::shared_ptr<Modal> Modals::Take(int32_t requestType) {
     return taken;
 }
 
-void Modals::ReportSilent(std::chrono::milliseconds age) {
+void Modals::ReportSilent(double age) {
     std::lock_guard<std::mutex> guard(mutex_);
     for (; !unreported_.empty() && unreported_.front()->IsOlderThan(age); unreported_.pop_front()) {
         if (unreported_.front()->IsSilent()) Say(unreported_.front()->Name() + " has no answer");
     }
 }
 
-void Modals::ReportSilent(const Environment& environment) {
+void Modals::ReportSilentOf(const Environment& environment) {
     std::lock_guard<std::mutex> guard(mutex_);
-    auto isOfThis = [&environment](const auto& modal) { return modal->GetEnvironment().get() == &environment; };
+    auto isOfThis = [&environment](const auto& modal) { return modal->opening.environment.get() == &environment; };
     auto first = std::stable_partition(unreported_.begin(), unreported_.end(), std::not_fn(isOfThis));
     for (auto modal = first; modal != unreported_.end(); ++modal) {
         if ((*modal)->IsSilent()) Say((*modal)->Name() + " has no answer");

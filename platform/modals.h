@@ -8,6 +8,7 @@
 #include <memory>
 #include <mutex>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "environment.h"
@@ -56,21 +57,18 @@ public:
         bool Settles() const;
     };
 
-    Modal(int32_t id, int32_t generation, Opening opening);
+    Modal(int32_t modalId, int32_t modalGeneration, Opening how)
+        : id(modalId), generation(modalGeneration), opening(std::move(how)) {}
 
-    int32_t Id() const { return id_; }
-    /// The same for all modals opened between two resets, and for no others.
-    int32_t Generation() const { return generation_; }
-    const Want& GetWant() const { return want_; }
-    const Config& GetConfig() const { return config_; }
-    const std::shared_ptr<Environment>& GetEnvironment() const { return environment_; }
+    const int32_t id;
+    const int32_t generation;  // the same for all modals opened between two resets, and for no others
+    const Opening opening;
+
     /// Holds the loop of its environment. For code that may still answer it.
-    LoopHold HoldLoop() const { return environment_ == nullptr ? nullptr : environment_->Hold(); }
+    LoopHold HoldLoop() const { return opening.environment == nullptr ? nullptr : opening.environment->Hold(); }
     int32_t RequestType() const;
     /// "modal 3 (getLocalPlayer)".
     std::string Name() const;
-    /// The number of the call that opened it.
-    uint64_t CallNumber() const { return call_; }
 
     /// True until the module closes it or its environment ends.
     bool IsOpen() const;
@@ -79,7 +77,7 @@ public:
     void MarkAnswered(const Answer& answer);
     /// Whether the module has not closed it and the answer that its request expects is missing.
     bool IsSilent() const;
-    bool IsOlderThan(std::chrono::milliseconds age) const;
+    bool IsOlderThan(double milliseconds) const;
 
     void Close();
     /// Closes it. From now on, no answer reaches the module.
@@ -92,13 +90,6 @@ public:
 private:
     void CallModule(const Answer& answer) const;
 
-    const int32_t id_;
-    const int32_t generation_;
-    const Want want_;
-    const Config config_;
-    const Callbacks callbacks_;
-    const std::shared_ptr<Environment> environment_;
-    const uint64_t call_;
     const std::chrono::steady_clock::time_point opened_ = std::chrono::steady_clock::now();
     std::atomic<bool> isOpen_{true};
     std::atomic<bool> isAnswered_{false};
@@ -129,10 +120,10 @@ public:
     /// none.
     std::shared_ptr<Modal> Take(int32_t requestType);
 
-    /// Reports the silent modals that are older than `age`, each only once.
-    void ReportSilent(std::chrono::milliseconds age);
+    /// Reports the silent modals that are older than `age` milliseconds, each only once.
+    void ReportSilent(double age);
     /// Reports the silent modals of an environment that ends, each only once.
-    void ReportSilent(const Environment& environment);
+    void ReportSilentOf(const Environment& environment);
 
 private:
     std::mutex mutex_;     // guards what follows; receivers are called under it

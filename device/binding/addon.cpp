@@ -23,9 +23,8 @@ bool DefineFunctions(napi_env env, napi_value target, std::initializer_list<Func
 
 NAPI_MODULE_INIT() {
     using namespace StandIn;
-    const bool isDefined = Instance::Create(env) && DefineContextFunctions(env, exports) &&
-                           DefineModalFunctions(env, exports) && DefineAnswerFunctions(env, exports) &&
-                           DefineClockFunctions(env, exports) && DefineRecordFunctions(env, exports) &&
+    const bool isDefined = Instance::Create(env) && DefineModalFunctions(env, exports) &&
+                           DefineAnswerFunctions(env, exports) && DefineRecordFunctions(env, exports) &&
                            DefineControlFunctions(env, exports);
     if (!isDefined) (void)napi_throw_error(env, nullptr, "This JS environment cannot drive the stand-in device.");
     return exports;

@@ -40,8 +40,8 @@ napi_value Give(napi_env env, int32_t id, Answer answer) {
     if (ui.IsBypassed()) {
         ui.RunHere([&] { Deliver(*modal, answer, promise, hold); });
         // An exception that the module left pending in its own environment rejects the answer's promise.
-        if (napi_value error = TakePendingException(ModuleEnv())) promise->FailWith(error);
-        PendingPromise::Settle(std::move(promise));
+        napi_value error = TakePendingException(ModuleEnv());
+        error != nullptr ? promise->Reject(error) : PendingPromise::Settle(std::move(promise));
         return result;
     }
     ui.Post([modal, answer = std::move(answer), promise = std::move(promise), hold = std::move(hold)]() mutable {

@@ -49,7 +49,7 @@ Instance& Instance::Of(napi_env env) {
 
 // Modals that nobody answered are reported when their environment ends.
 Instance::~Instance() {
-    Modals::Get().ReportSilent(*environment_);
+    Modals::Get().ReportSilentOf(*environment_);
     OnModal(nullptr);
     OnOpening(nullptr);
     OnExit(nullptr);

@@ -12,11 +12,9 @@ std::shared_ptr<PendingPromise> PendingPromise::Make(napi_env env, napi_value& p
     return pending;
 }
 
-void PendingPromise::FailWith(napi_value error) {
-    napi_value holder = nullptr;
-    if (napi_create_array(env_, &holder) == napi_ok && napi_set_element(env_, holder, 0, error) == napi_ok) {
-        error_ = Reference(env_, holder);
-    }
+void PendingPromise::Reject(napi_value error) {
+    (void)napi_reject_deferred(env_, deferred_, error);
+    hold_.reset();
 }
 
 void PendingPromise::Settle(std::shared_ptr<PendingPromise> promise) {
@@ -28,25 +26,14 @@ void PendingPromise::Settle(std::shared_ptr<PendingPromise> promise) {
 }
 
 void PendingPromise::SettleNow() {
-    if (napi_value error = MakeError()) {
-        (void)napi_reject_deferred(env_, deferred_, error);
-    } else {
-        napi_value undefined = nullptr;
-        (void)napi_get_undefined(env_, &undefined);
-        (void)napi_resolve_deferred(env_, deferred_, undefined);
+    napi_value value = nullptr;
+    if (!failure_.empty()) {
+        (void)napi_create_error(env_, nullptr, StandIn::Make(env_, failure_), &value);
+        return Reject(value);
     }
-    error_ = Reference();
+    (void)napi_get_undefined(env_, &value);
+    (void)napi_resolve_deferred(env_, deferred_, value);
     hold_.reset();
-}
-
-napi_value PendingPromise::MakeError() {
-    napi_value error = nullptr;
-    if (!error_.IsEmpty()) {
-        (void)napi_get_element(env_, error_.Value(), 0, &error);
-    } else if (!failure_.empty()) {
-        (void)napi_create_error(env_, nullptr, StandIn::Make(env_, failure_), &error);
-    }
-    return error;
 }
 
 }  // namespace StandIn

@@ -6,7 +6,7 @@
 #include <string>
 
 #include "environment.h"
-#include "reference.h"
+#include "js_values.h"
 
 namespace StandIn {
 
@@ -19,8 +19,8 @@ public:
 
     /// Any thread, before `Settle`. The promise will be rejected with an Error, unless `message` is empty.
     void Fail(std::string message) { failure_ = std::move(message); }
-    /// On the JS thread, before `Settle`. The promise will be rejected with `error`.
-    void FailWith(napi_value error);
+    /// On the JS thread. Rejects the promise now with `error`. `Settle` must not be called.
+    void Reject(napi_value error);
     /// Any thread. Has the JS thread settle the promise after everything queued there so far. Only the first call
     /// counts.
     static void Settle(std::shared_ptr<PendingPromise> promise);
@@ -31,14 +31,12 @@ private:
           environment_(Environment::Of(env)),
           hold_(environment_ == nullptr ? nullptr : environment_->Hold()) {}
     void SettleNow();
-    napi_value MakeError();
 
     napi_env const env_;
     const std::shared_ptr<Environment> environment_;
     LoopHold hold_;
     napi_deferred deferred_ = nullptr;
     std::string failure_;  // empty: none
-    Reference error_;      // to an array that holds the error, as not every value can be referenced
 };
 
 }  // namespace StandIn

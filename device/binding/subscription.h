@@ -9,7 +9,7 @@
 #include <utility>
 
 #include "environment.h"
-#include "reference.h"
+#include "js_values.h"
 
 namespace StandIn {
 

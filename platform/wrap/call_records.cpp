@@ -11,7 +11,6 @@
 #include "js_values.h"
 #include "record_stream.h"
 #include "served_call.h"
-#include "wrap/call_site.h"
 
 namespace StandIn {
 namespace {

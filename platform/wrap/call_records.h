@@ -23,6 +23,15 @@ void DropFunction(napi_ref reference);
 /// `function` is a handle to what is behind the reference.
 void KeepHandle(napi_ref reference, napi_value function);
 
+// Where JS made a request.
+
+/// The place from which the current method is called. Null if the environment variable GAMEAPI_STACKS is "off", or on
+/// failure.
+napi_ref MakeCallSite(napi_env env);
+
+/// Adds the stack of a place to that of `error`, which begins with a call of `method`.
+void AddStack(napi_env env, napi_ref site, const char* method, napi_value error);
+
 /// Call before a promise is rejected: adds the place of its request to `error`, if that is an Error.
 void AddCallSite(napi_env env, napi_deferred deferred, napi_value error);
 /// The promise is settled. `error` is null if it is resolved with `data`.

@@ -1,8 +1,9 @@
-#include "wrap/call_site.h"
-
 #include <cstdlib>
 #include <string>
 #include <string_view>
+
+#include "js_values.h"
+#include "wrap/call_records.h"
 
 namespace StandIn {
 namespace {
@@ -14,27 +15,12 @@ bool IsOff() {
 
 const bool IS_OFF = IsOff();
 
-napi_value MakeError(napi_env env) {
-    napi_value message = nullptr;
-    napi_value error = nullptr;
-    (void)napi_create_string_utf8(env, "", 0, &message);
-    (void)napi_create_error(env, nullptr, message, &error);
-    return error;
-}
-
 // Empty if the stack is not a string or reading it throws, as a game's Error.prepareStackTrace may.
 std::string ReadStack(napi_env env, napi_value error) {
     napi_value stack = nullptr;
-    size_t length = 0;
-    if (napi_get_named_property(env, error, "stack", &stack) != napi_ok ||
-        napi_get_value_string_utf8(env, stack, nullptr, 0, &length) != napi_ok) {
-        (void)napi_get_and_clear_last_exception(env, &stack);
-        return {};
-    }
-    std::string text(length + 1, '\0');
-    (void)napi_get_value_string_utf8(env, stack, text.data(), text.size(), &length);
-    text.resize(length);
-    return text;
+    if (napi_get_named_property(env, error, "stack", &stack) == napi_ok) return Read<std::string>(env, stack);
+    (void)napi_get_and_clear_last_exception(env, &stack);
+    return {};
 }
 
 constexpr std::string_view FRAME = "\n    at ";
@@ -52,7 +38,10 @@ std::string PlaceOf(const std::string& frames) {
 // The stack of an Error is formatted when it is read.
 napi_ref MakeCallSite(napi_env env) {
     napi_ref site = nullptr;
-    if (!IS_OFF) (void)napi_create_reference(env, MakeError(env), 1, &site);
+    napi_value error = nullptr;
+    if (!IS_OFF && napi_create_error(env, nullptr, Make(env, std::string()), &error) == napi_ok) {
+        (void)napi_create_reference(env, error, 1, &site);
+    }
     return site;
 }
 
@@ -70,9 +59,7 @@ void AddStack(napi_env env, napi_ref site, const char* method, napi_value error)
     const std::string frames = stack.substr(first);
     const std::string whole =
         own.substr(0, own.find(FRAME)) + std::string(FRAME) + method + " (" + PlaceOf(frames) + ")" + frames;
-    napi_value text = nullptr;
-    (void)napi_create_string_utf8(env, whole.data(), whole.size(), &text);
-    (void)napi_set_named_property(env, error, "stack", text);
+    (void)napi_set_named_property(env, error, "stack", Make(env, whole));
 }
 
 }  // namespace StandIn

@@ -3,7 +3,6 @@
 
 #include "served_call.h"
 #include "wrap/call_records.h"
-#include "wrap/strings.h"
 #include "wrap/wrap.h"
 
 // The module's Node-API calls that show what the game asks for and what it gets. The linker redirects them here. Some

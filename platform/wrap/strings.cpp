@@ -1,5 +1,3 @@
-#include "wrap/strings.h"
-
 #include <atomic>
 #include <cstdio>
 #include <cstdlib>
