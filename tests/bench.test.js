@@ -8,7 +8,6 @@ const fs = require('node:fs');
 const path = require('node:path');
 const { test } = require('node:test');
 const { promisify } = require('node:util');
-const { makeChart } = require('../bench/chart');
 
 const ROOT = path.dirname(__dirname);
 const INSTRUMENTED = /^(asan|ubsan|asan-ubsan|tsan|coverage)$/;
@@ -41,19 +40,8 @@ test('--only picks rows by a word of their name, and bad options are reported in
     assert.deepEqual(new Set(rows.map(({ work }) => work)), new Set(['IsValidEnv']));
     for (const { options, code, says } of [
         { options: ['--only', 'nothing'], code: 1, says: /^bench: no row has "nothing" in its name; [^\n]*\n$/ },
-        { options: ['--json', '/no/x'], code: 1, says: /^bench: \/no\/x cannot be written [^\n]*\n$/ },
         { options: ['--fast'], code: 2, says: /^bench: Unknown option '--fast'; usage: [^\n]*\n$/ },
-        { options: ['--only='], code: 2, says: /^bench: An option has an empty value; usage: [^\n]*\n$/ },
     ]) {
         await assert.rejects(measure(...options), (error) => error.code === code && says.test(error.stderr), `${says}`);
     }
-});
-
-test('the chart has a panel per benchmark with several sizes, with the costs on the most cores', { skip }, () => {
-    const row = (work, cores, size, module) => ({ work, size, of: 'B', cores, module, floor: module / 2, unit: 'us' });
-    const rows = [row('hop', 1, 8, 111), row('hop', 2, 8, 40), row('hop', 2, 9, 60), row('skip', 2, 1, 5)];
-    const svg = makeChart(rows, (cost) => `${cost} flat`);
-    const texts = Array.from(svg.matchAll(/<text>(.*?)<\/text>/g), ([, text]) => text.trim());
-    assert.deepEqual(texts.sort(), ['20 flat', '30 flat', '40 flat', '60 flat', '8', '9', 'B',
-        'cores: 2; both axes are logarithmic', 'floor', 'hop (us)', 'module']);
 });

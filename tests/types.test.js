@@ -46,14 +46,14 @@ function callsOf([name, { callbackAt, data, page, record, rest }]) {
         ...(callbackAt ? [`is<void>(${call(...good, platforms)})`, annotated(data ? 'string' : 'void')] : []),
     ];
     const wrong = [
-        call(), call(...good.slice(0, -1)), withOther(0, 'null'), withOther(0, "'text'"),
+        call(), call(...good.slice(0, -1)), withOther(0, 'null'),
         ...rest.map((value, i) => withOther(i + 1, typeof value === 'string' ? '5' : "'text'")),
         ...fields.map(([field, , other]) => withField(field, other)), record && withField('other', 1),
         record && !MAY_BE_EMPTY.includes(name) && call('context', '{}'),
         `${promised}.then((value) => value.length)`, data && `is<Promise<number>>(${promised})`,
         call(...good, '() => undefined', ...(callbackAt ? ['0'] : [])),
         ...(callbackAt ? [calledBack('error.code'), `${calledBack('error')}.then()`, call(...good, "'callback'"),
-            call(...good, '(error: string) => error'), call(...good, other), annotated('number')] : []),
+            call(...good, other), annotated('number')] : []),
         ...(callbackAt && data ? [calledBack('data.length'), calledBack('if (!error) data.length')] : []),
     ];
     return [...right, ...wrong.map((line) => line && `${line} // wrong`)].filter(Boolean);
@@ -114,13 +114,11 @@ test('what is right compiles, what is wrong does not, all is declared', async ()
 });
 
 test('an error of the module is told from others', () => {
-    const errorOf = (code) => Object.assign(new Error('text'), { code });
-    const others = [402, '401', 'ENOENT', undefined].map(errorOf);
-    const ofOtherRealm = require('node:vm').runInNewContext('new Error("text")');
-    assert.deepEqual([...others, { code: 401 }, 401, null, undefined].filter(isBusinessError), []);
-    assert.ok([errorOf(401), Object.assign(ofOtherRealm, { code: 401 })].every(isBusinessError));
-    assert.throws(() => game.bindPlayer(), (error) => error instanceof Error && Object.hasOwn(error, 'code') &&
-        isBusinessError(error));
+    const others = [402, '401', undefined].map((code) => Object.assign(new Error('text'), { code }));
+    const ofOtherRealm = require('node:vm').runInNewContext('Object.assign(new Error("text"), { code: 401 })');
+    assert.deepEqual([...others, { code: 401 }, 401, null].filter(isBusinessError), []);
+    assert.ok(isBusinessError(ofOtherRealm));
+    assert.throws(() => game.bindPlayer(), isBusinessError);
 });
 
 test('require and import give one module by folder and by name', () => expectChild(

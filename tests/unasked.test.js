@@ -40,8 +40,6 @@ for (const { of, method = 'getLocalPlayer', answers, warnings = [] } of [
     { of: 'a wrong type', method: 'prePurchase', answers: [['receive', { resultCode: '0', resultMessage: { a: 1 } }]],
         warnings: ['resultCode: a 32-bit integer is read, not "0"', 'resultMessage: a string is read, not an object'] },
     { of: 'data that this method ignores', method: 'bindPlayer', answers: [['receive', GOOD]], warnings: [IGNORED] },
-    { of: 'data that a result does not bring', answers: [['result', 0, GOOD]],
-        warnings: ['resultCode: the code of a result is its first argument', IGNORED] },
     { of: 'data without a code', method: 'unionLogin', answers: [['receive', { resultMessage: '{}' }]],
         warnings: ['resultMessage: ignored without a resultCode'] },
     { of: 'answers after the end', method: 'init',
