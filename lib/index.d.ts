@@ -200,7 +200,7 @@ declare namespace gamePlayer {
     function getLocalPlayer<T = string | undefined>(context: Context): Promise<Given<T>>;
 
     /**
-     * Tells the game service which role the player plays.
+     * Reports to the game service which role the player plays.
      *
      * As with init, 1002000015 is the only failure of the game service that it reports. With an unsuitable context or
      * role, the promise form throws a plain `Error`, and the callback is called without an error. A missing argument

@@ -79,7 +79,7 @@ test('failNext lets "skip" calls pass and "times" fail, and reset forgets it', (
     assert.deepEqual(outcomes(), [0, 0, 0, 0, 0]);
 });
 
-test('onModal hears of every modal on its subscriber\'s thread until it is taken back', async () => {
+test('onModal gets every modal on its subscriber\'s thread until it is removed', async () => {
     const heard = [];
     device.onModal((modal) => heard.push(modal.want.parameters.requestType));
     const worker = startWorker(({ device, start, parentPort }) => {

@@ -89,7 +89,7 @@ for (const [args, line] of [
     });
 }
 
-testEmulator('JUnit XML tells what failed, with every character allowed', async () => {
+testEmulator('JUnit XML reports what failed, with every character allowed', async () => {
     const scenario = { version: 1, name: 'a "<b>" & \u0001', expect: { calls: [{ method: 'init' }] } };
     const folder = folderWith({ 'game.js': '', 'scenario.json': scenario });
     const args = ['--headless', '--scenario', 'scenario.json', '--junit', 'out.xml', 'game.js'];
@@ -181,7 +181,7 @@ testEmulator('two pages see the same, and one that comes back gets what it misse
     assert.ok(again.n > settled.n);
 });
 
-testEmulator('a taken port is told; two emulators run at once', async () => {
+testEmulator('a taken port is reported; two emulators run at once', async () => {
     const { address, folder } = await openGame(WAITING);
     const { port } = new URL(address);
     const { code, stderr } = await emulate(['--port', port, 'game.js'], folder);

@@ -37,5 +37,5 @@ test('the TypeScript game compiles strictly; its suite passes, and fails if the 
     assert.deepEqual([/^# pass 5$/m.test(stdout), /^# fail 0$/m.test(stdout), stderr], [true, true, '']);
     fs.writeFileSync(suite, fs.readFileSync(suite, 'utf8').replace(/\w+\.default\.onExit\(resolve\)/, 'void 0'));
     await assert.rejects(runSuite({ GAMEAPI_EXIT_STATUS: '1' }),
-        ({ code, stdout: told }) => code === 1 && told.includes('the module ends the process'));
+        ({ code, stdout: output }) => code === 1 && output.includes('the module ends the process'));
 });

@@ -66,7 +66,7 @@ for (const { what, play, rows } of [
         const { thirdAccountInfos } = JSON.parse(device.modals()[0].want.parameters.unionLoginParam);
         return thirdAccountInfos.map(({ accountName }) => accountName);
     } },
-    { what: 'a login that succeeds, as analytics are told before', rows: [
+    { what: 'a login that succeeds, as analytics gets before', rows: [
         [{ WrapWantParams: 0 }, [true, 'rejected', ...SYSTEM_ERROR], UNPARSED],
         [{ napi_get_named_property: 0 }, [true, 'rejected', ...SYSTEM_ERROR], UNPARSED],
         [{ napi_resolve_deferred: 0 }, [true, 'pending']],

@@ -24,7 +24,7 @@ const END_BY = {
     },
     'an answer on the JS thread, though handled': ({ device, start }) => {
         device.answerOn('caller');
-        device.onExit(() => console.log('told'));
+        device.onExit(() => console.log('handled'));
         start('init').modal.result(10);
     },
 };
@@ -44,7 +44,7 @@ for (const { by, env, code = 0, says } of [
     });
 }
 
-test('a handled end is told once; every answer is refused until a reset', async () => {
+test('a handled end is reported once; every answer is refused until a reset', async () => {
     const ends = [];
     for (const [method, code] of [['init', 1002000011], ['bindPlayer', 10], ['getLocalPlayer', 1002000006]]) {
         device.reset();
@@ -62,7 +62,7 @@ test('a handled end is told once; every answer is refused until a reset', async 
     }
 });
 
-test('a handled end by a timer is told on each handler\'s thread', async () => {
+test('a handled end by a timer reaches each handler on its thread', async () => {
     const ends = [];
     device.onExit((end) => ends.push(end));
     const worker = startWorker(({ device, parentPort }) => {
@@ -73,16 +73,16 @@ test('a handled end by a timer is told on each handler\'s thread', async () => {
     await nextMessage(worker);
     ask('launchAntiAddiction', 20, 'text', 12);
     ask('launchAntiAddiction', 30, 'text', 6);
-    const told = nextMessage(worker);
+    const reported = nextMessage(worker);
     await timeUp();
     await device.clock.advance(100000);
     const end = { reason: 'timer', requestType: 12, code: undefined };
-    assert.deepEqual([ends, await told, device.clock.sleepers()], [[end], end, 0]);
+    assert.deepEqual([ends, await reported, device.clock.sleepers()], [[end], end, 0]);
     await worker.terminate();
 });
 
 test('a reset takes the handler back', () => expectChild(async ({ device, start }) => {
-    device.onExit(() => console.log('told'));
+    device.onExit(() => console.log('handled'));
     device.reset();
     await start('init').modal.result(10);
     console.log('went on');

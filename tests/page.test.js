@@ -128,7 +128,7 @@ testPage('players, codes, faults, state and the timeline by keyboard', {
     assert.match(await page.getByLabel('Details').textContent(), /"code": 1002000003/);
 });
 
-testPage('a game that hangs is told, and restarted; 360 pixels are wide enough', {
+testPage('a game that hangs is reported, and restarted; 360 pixels are wide enough', {
     source: `${LOAD} game.init(context).then(() => { for (;;); });`,
     view: { viewport: { width: 360, height: 700 } },
 }, async ({ page, press, sees }) => {

@@ -5,7 +5,7 @@ const { advance, answer, device, ends, game, start, test, timeUp } = require('./
 
 const LIMIT = ['receive', { resultCode: 0, resultMessage: 'data', playableTime: 1, endText: 'Bed time' }];
 
-test('a quick game whose time is up hears of it once', async () => {
+test('a quick game whose time is up gets one event', async () => {
     const heard = [];
     device.setSystemApp(true);
     game.on('gameAddictionPrevented', (event) => heard.push(event));

@@ -101,7 +101,7 @@ test('the state of a service is a copy, and a wrong one is refused', () => {
     assert.throws(() => createService({ state: { currentPlayer: 'p9' } }), /currentPlayer is 'p9', but no player/);
 });
 
-test('a game hears of another player at once, or with its next question', async () => {
+test('a game learns of another player at once, or with its next question', async () => {
     const service = createService({ rules: [{ when: { method: 'prePurchase' }, wait: true }] });
     const heard = newsOf();
     const purchase = buy('a');
@@ -331,7 +331,7 @@ test('a game that runs on is left when all has come, or it is ended', async () =
     assert.deepEqual((await play(limited, logInForEver)).end, { how: 'module', code: undefined });
 });
 
-// The schema does not tell that these are wrong. Each with what the error says.
+// The schema allows these, but they are wrong. Each with what the error says.
 for (const [scenario, message] of [
     [{ steps: [{}, { player: 'p9' }] }, 'steps[1]: currentPlayer is \'p9\', but no player has this playerId'],
     [{ steps: [{ state: { players: [] } }] }, 'steps[0]: currentPlayer is \'p1\', but no player has this playerId'],

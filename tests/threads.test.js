@@ -13,11 +13,11 @@ const ROUNDS = 12;
  */
 async function play({ game, device, parentPort, raise }, name, rounds) {
     const heard = [];
-    const hear = ({ resultInfo }) => heard.push(resultInfo);
+    const listener = ({ resultInfo }) => heard.push(resultInfo);
     for (let round = 0; round < rounds; ++round) {
         const late = device.createUIExtensionContext({ window: false });
         const context = device.createAbilityContext();
-        game.on('playerChanged', hear);
+        game.on('playerChanged', listener);
         game.on('gameAddictionPrevented', () => {});
         game.syncTraceId(`${name} ${round}`);
         // Before the requests: time runs fast here, and all of them may be answered before the next line.
@@ -29,7 +29,7 @@ async function play({ game, device, parentPort, raise }, name, rounds) {
         device.showWindow(late);
         await Promise.allSettled(requests);
         game.reportEventOperation(name, 0, 0);
-        game.off('playerChanged', hear);
+        game.off('playerChanged', listener);
         game.off('gameAddictionPrevented');
     }
     parentPort.postMessage(heard.filter((info) => info !== 'changed'));

@@ -113,7 +113,7 @@ test('what is right compiles, what is wrong does not, all is declared', async ()
     assert.deepEqual([...new Set(declared)], Object.getOwnPropertyNames(game));
 });
 
-test('an error of the module is told from others', () => {
+test('an error of the module is distinguished from others', () => {
     const others = [402, '401', undefined].map((code) => Object.assign(new Error('text'), { code }));
     const ofOtherRealm = require('node:vm').runInNewContext('Object.assign(new Error("text"), { code: 401 })');
     assert.deepEqual([...others, { code: 401 }, 401, null].filter(isBusinessError), []);

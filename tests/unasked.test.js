@@ -1,6 +1,6 @@
 'use strict';
 
-// What the device tells testers of a game without being asked.
+// What the device reports to testers of a game without being asked.
 
 const assert = require('node:assert/strict');
 const { once } = require('node:events');
@@ -23,9 +23,9 @@ test('a modal without an answer is reported once, pages are not', async () => {
         start('prePurchase');
         reportSilentModals(-1);
         reportSilentModals(-1);
-        console.log('told');
+        console.log('reported');
         ask('init');
-    }, { out: ['told'] });
+    }, { out: ['reported'] });
     assert.deepEqual(said, ['modal 4 (prePurchase) has no answer', 'modal 5 (init) has no answer']);
 });
 

@@ -25,11 +25,11 @@ test('the JSON of a union login, and the log of how its icons were found', () =>
     const each = ['AAEC', '/////w==', 'aWNvbg==', 'cmF3'].map((text) => `{"accountName":"a","encodedIcon":"${text}"}`);
     assert.equal(sentRecord({ showLoginDialog: true, loginPanelType: 2, thirdAccountInfos: [...accounts, {}] }),
         `{"loginPanelType":2,"showLoginDialog":true,"thirdAccountInfos":[${each}]}`);
-    const told = ['GetEncodedAccountIcon id:1, len:3, moduleName:entry', 'GetEncodedAccountIcon id:-1, len:4',
+    const logged = ['GetEncodedAccountIcon id:1, len:3, moduleName:entry', 'GetEncodedAccountIcon id:-1, len:4',
         'GetEncodedAccountIcon media iconName: app.media.icon, len: 4',
         'GetEncodedAccountIcon raw iconName: app.media.raw, len: 3', 'JsObjectToAccountInfoList end, length=5',
         'JsObjectToAccountInfoList has accountIcon property, accountName=a'];
-    assert.deepEqual(told.map(countLogs), [1, 1, 1, 1, 1, 4]);
+    assert.deepEqual(logged.map(countLogs), [1, 1, 1, 1, 1, 4]);
 });
 
 test('a list or icon names that cannot be read leave accounts out', () => {

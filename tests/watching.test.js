@@ -96,23 +96,23 @@ test('a watcher sees the calls of a Worker, and nothing once it looks away', asy
 test('handlers run at their times, and what they await holds the clock', async () => {
     const begin = clock.now();
     const seen = [];
-    const note = (what) => seen.push([clock.now() - begin, what]);
+    const record = (what) => seen.push([clock.now() - begin, what]);
     device.onModal(() => clock.after(500, async () => {
         await turn();
-        note('modal');
+        record('modal');
     }));
-    clock.after(1500, () => note('second'));
+    clock.after(1500, () => record('second'));
     clock.after(1000, () => {
-        note('first');
-        clock.after(0, () => note('at once'));
-        clock.after(250, () => note('later'));
+        record('first');
+        clock.after(0, () => record('at once'));
+        clock.after(250, () => record('later'));
     });
-    clock.after(700, () => note('never'))();
+    clock.after(700, () => record('never'))();
     ask('launchAntiAddiction', 1, '', 14);
     assert.equal(clock.next(), 1000);
     await clock.advance(16000);
     assert.deepEqual(seen, [[1000, 'first'], [1000, 'at once'], [1250, 'later'], [1500, 'second'], [15500, 'modal']]);
-    clock.after(1, () => note('forgotten'));
+    clock.after(1, () => record('forgotten'));
     device.reset();
     clock.manual();
     await clock.advance(10);

@@ -28,7 +28,7 @@ const REQUEST_NAMES = [...Object.keys(METHODS), 'getLocalPlayer', 'verifyLocalPl
 const ACTING = ['off', 'call'];
 
 class Generator extends Values {
-    /** `isTame`: deliveries may run during the next answer, so functions only take notes and throw. */
+    /** `isTame`: deliveries may run during the next answer, so functions only record and throw. */
     constructor(random, model, isTame, hasWorkers) {
         super(random);
         Object.assign(this, { model, isTame, hasWorkers, calls: 0, focus: 0 });

@@ -1,6 +1,6 @@
 'use strict';
 
-// A game in one JS environment. It makes calls and notes what reaches it. A Worker that runs this file is another game,
+// A game in one JS environment. It makes calls and records what reaches it. A Worker that runs this file is another game,
 // which its owner controls by messages.
 
 const { parentPort, workerData } = require('node:worker_threads');
@@ -42,7 +42,7 @@ class Player {
         }
     }
 
-    /** How the call ended. What arrives later is noted under `id`. */
+    /** How the call ended. What arrives later is recorded under `id`. */
     call(id, method, args, receiver = 0) {
         try {
             const value = Reflect.apply(this.game[method], this.receivers[receiver], args.map((arg) => this.make(arg)));

@@ -203,14 +203,14 @@ MAKES(napi_create_int32, int32_t /*number*/, napi_value* value)
 MAKES(napi_create_object, napi_value* value)
 MAKES(napi_get_undefined, napi_value* value)
 
-#define NOTES(name, deed, ...) \
+#define RECORDS(name, deed, ...) \
     napi_status name(napi_env /*env*/, __VA_ARGS__) { return Enter(#name, deed); }
-NOTES(napi_close_handle_scope, "close", napi_handle_scope /*scope*/)
-NOTES(napi_resolve_deferred, "resolve", napi_deferred /*deferred*/, napi_value /*value*/)
-NOTES(napi_reject_deferred, "reject", napi_deferred /*deferred*/, napi_value /*value*/)
-NOTES(napi_throw, "throw", napi_value /*error*/)
-NOTES(napi_set_named_property, nullptr, napi_value /*object*/, const char* /*name*/, napi_value /*value*/)
-NOTES(napi_call_function, "call", napi_value /*self*/, napi_value /*function*/, size_t /*count*/,
+RECORDS(napi_close_handle_scope, "close", napi_handle_scope /*scope*/)
+RECORDS(napi_resolve_deferred, "resolve", napi_deferred /*deferred*/, napi_value /*value*/)
+RECORDS(napi_reject_deferred, "reject", napi_deferred /*deferred*/, napi_value /*value*/)
+RECORDS(napi_throw, "throw", napi_value /*error*/)
+RECORDS(napi_set_named_property, nullptr, napi_value /*object*/, const char* /*name*/, napi_value /*value*/)
+RECORDS(napi_call_function, "call", napi_value /*self*/, napi_value /*function*/, size_t /*count*/,
       const napi_value* /*args*/, napi_value* /*result*/)
 
 }  // extern "C"

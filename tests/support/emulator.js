@@ -12,13 +12,13 @@ const env = { GAMEAPI_EXIT_STATUS: '' };
 const LOAD = 'const game = require(\'game-player-extension-module\'); const context = getContext();';
 /** The source of a game that logs in, buys and binds, and prints what that comes to. In the end it does `more`. */
 const sampleGame = (more = '') => `${LOAD}
-    const told = (promise) => promise.then((data) => console.log('got', data), ({ code }) => console.log('met', code));
+    const print = (promise) => promise.then((data) => console.log('got', data), ({ code }) => console.log('met', code));
     game.on('playerChanged', ({ resultInfo }) => console.log(resultInfo));
     (async () => {
-        await told(game.init(context));
-        await told(game.getLocalPlayer(context));
-        await told(game.prePurchase(context, { productId: 'sword' }));
-        await told(game.bindPlayer(context, 'open-1', 'T-2002'));
+        await print(game.init(context));
+        await print(game.getLocalPlayer(context));
+        await print(game.prePurchase(context, { productId: 'sword' }));
+        await print(game.bindPlayer(context, 'open-1', 'T-2002'));
         ${more}
     })();`;
 const children = [];

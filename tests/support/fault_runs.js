@@ -59,7 +59,7 @@ async function tryPoint(point) {
     if (scenario === LOAD) {
         effects.push(...effectsOf(stage, point));
         prepare(mode);
-        effects.push(...(await playAndEnd() === 1 ? [] : [['the next environment hears nothing']]));
+        effects.push(...(await playAndEnd() === 1 ? [] : [['the next environment gets nothing']]));
         await runOut();
     }
     const next = await playNext();

@@ -5,13 +5,13 @@
 const support = require('./index.js');
 
 const { advance, countLogs, device, start, startWorker, turn } = support;
-const CALLBACK = Symbol('a callback that is noted');
+const CALLBACK = Symbol('a callback that is recorded');
 const LISTENER = Symbol('a listener that is counted');
 const LATE = Symbol('a context without a window');
 const FOR_EVER = Number.MAX_SAFE_INTEGER;
 
 /**
- * Plays steps, notes the outcome of each call, and goes on whatever happens. The module loads with the first call.
+ * Plays steps, records the outcome of each call, and goes on whatever happens. The module loads with the first call.
  * `beforeStep` is awaited before every step. With `isOrderly`, each answer waits for the one before.
  */
 class Stage {
