@@ -1,7 +1,7 @@
 'use strict';
 
-// A game in one JS environment. It makes calls and records what reaches it. A Worker that runs this file is another game,
-// which its owner controls by messages.
+// A game in one JS environment. It makes calls and records what reaches it. A Worker that runs this file is another
+// game, which its owner controls by messages.
 
 const { parentPort, workerData } = require('node:worker_threads');
 const { turn } = require('../support');

@@ -211,6 +211,6 @@ RECORDS(napi_reject_deferred, "reject", napi_deferred /*deferred*/, napi_value /
 RECORDS(napi_throw, "throw", napi_value /*error*/)
 RECORDS(napi_set_named_property, nullptr, napi_value /*object*/, const char* /*name*/, napi_value /*value*/)
 RECORDS(napi_call_function, "call", napi_value /*self*/, napi_value /*function*/, size_t /*count*/,
-      const napi_value* /*args*/, napi_value* /*result*/)
+        const napi_value* /*args*/, napi_value* /*result*/)
 
 }  // extern "C"
