@@ -21,7 +21,7 @@ thread_local napi_ref gExports = nullptr;  // freed with the environment
 thread_local Environment* gCurrent = nullptr;
 thread_local napi_env gLastOwn = nullptr;  // known to be alive and to belong to this thread
 
-/// How completions are ordered: how often that was set, whether it is any order, and its seed.
+/// How completions are ordered: the number of that setting, whether it is any order, and its seed.
 struct QueueOrder {
     uint32_t setting : 31;
     bool isAny : 1;
@@ -147,7 +147,8 @@ bool Environment::PostTo(const uv_loop_t* loop, Job job) {
 }
 
 void Environment::SetQueueOrder(bool isAny, uint32_t seed) {
-    gOrder = {static_cast<uint32_t>(gOrder.load().setting + 1), isAny, seed};
+    static std::atomic<uint32_t> settings{0};
+    gOrder = {++settings, isAny, seed};
 }
 
 void Environment::Reorder(std::vector<Item>& items) {

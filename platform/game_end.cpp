@@ -63,9 +63,8 @@ void GameEnd::Arrive(int status) {
     if (isHandled && Environment::Current() != nullptr) {
         EndProcess(STATUS_ON_JS_THREAD, why, ", as onExit cannot help on the JS thread that answers");
     }
-    const auto& occasion = why.occasion;
     const bool isFirst = !gHasArrived.exchange(true);
-    if (isFirst && !Handlers().Send([&]() -> const Occasion& { return occasion; })) {
+    if (isFirst && !Handlers().Send([&why]() -> const Occasion& { return why.occasion; })) {
         EndProcess(ChooseStatus(status), why, "");
     }
     if (why.occasion.giveUp) why.occasion.giveUp();

@@ -56,8 +56,7 @@ Instance::~Instance() {
     OnRecord(nullptr);
 }
 
-// Has `receivers` pass on what `convert` makes of an item, and the JS thread call `handler` with what `make` makes of
-// it.
+// From now on, `receivers` get what `convert` makes of an item, and `handler` is called with what `make` makes of that.
 template <typename Item, typename Taken, typename Convert>
 void Instance::Set(Receivers<Item>& receivers, Subscription& subscription, napi_value handler, Convert convert,
                    napi_value (*make)(napi_env env, const Taken& taken)) {

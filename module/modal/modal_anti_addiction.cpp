@@ -20,7 +20,7 @@ namespace {
 constexpr std::chrono::seconds CHECK_INTERVAL(15);
 constexpr std::chrono::seconds PAGE_TIME(15);
 constexpr const char* KEY_END_TEXT = "endText";
-constexpr int32_t NO_LIMIT = -1;                                // minutes
+constexpr int32_t NO_LIMIT = -1;
 constexpr const char* LAUNCHER = "LaunchAntiAddictionAbility";  // the timer is its second half
 
 // Wraps around like a 32-bit number: the extension's number of minutes is not checked.

@@ -58,8 +58,8 @@ void ModalUICallback::StartUIExtensionAbility(Want want) {
         return;
     }
     GAME_LOGI_AS("ModalUICallback", "constructor ModalUICallback");
-    want.SetParam("ability.want.params.uiExtensionType",
-                  std::string("sys/commonUI"));  // a literal would be sent as true
+    // A literal would be sent as true.
+    want.SetParam("ability.want.params.uiExtensionType", std::string("sys/commonUI"));
     want.SetParam("traceId", GetTraceId());
     UIContent* content = GetUIContent(*request);
     if (content == nullptr) {

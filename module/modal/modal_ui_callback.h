@@ -85,7 +85,7 @@ private:
     static void ResetContext(Decision decision);
 
     // The anti-addiction timer.
-    static int32_t ReadPlayableTime(const OHOS::AAFwk::WantParams& data);
+    static int32_t ReadPlayableTime(const OHOS::AAFwk::WantParams& data);  // in minutes
     void DoAntiAddiction(TimerStep step, const OHOS::AAFwk::WantParams& data);
     void StartTimer(std::string endText, int32_t seconds);
     void RunAntiAddictionTimer(const std::string& endText, int32_t seconds);

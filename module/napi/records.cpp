@@ -71,14 +71,14 @@ std::string Record<Derived>::ToString() && {
     return ToJson(static_cast<Derived&>(*this)).dump();
 }
 
-template struct Record<ThirdUserInfo>;
 template struct Record<RVQPlayerRole>;
 template struct Record<PurchaseParameter>;
 template struct Record<CreatePurchaseResult>;
 template struct Record<QuickGameLoginParam>;
-template struct Record<UnionLoginParam>;
+template std::string Record<ThirdUserInfo>::ToString() &&;
+template bool Record<UnionLoginParam>::Read(napi_env env, napi_value object);
 
-// Icons are written as they are: base64 needs no escapes. Each is freed before the next one is written.
+// Icons are written as they are: JSON escapes no character of base64. Each is freed before the next one is written.
 std::string UnionLoginParam::ToString() && {
     constexpr size_t FRAME_LENGTH = 80;  // of the object, without its accounts
     constexpr size_t ACCOUNT_FRAME_LENGTH = 40;
