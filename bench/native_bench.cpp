@@ -16,9 +16,6 @@
 
 using namespace TAVIK::GAME_PLAYER;
 
-// Replaces Node's function. The module's constructor calls it before main.
-extern "C" void napi_module_register(napi_module* /*record*/) {}
-
 namespace {
 
 template <std::string (*ENCODE)(const uint8_t*, size_t)>

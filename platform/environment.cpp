@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <utility>
 
+#include "calls/runtime.h"
 #include "forever.h"
 
 namespace StandIn {
@@ -239,6 +240,8 @@ napi_value ModuleExports() {
     return exports;
 }
 
+void RegisterModule(napi_module* record) { gRecord = record; }
+
 napi_value LoadModule(napi_env env, napi_value exports) {
     if (gRecord == nullptr) {
         (void)napi_throw_error(env, nullptr, "The library registered no module when it was loaded.");
@@ -258,7 +261,3 @@ napi_value LoadModule(napi_env env, napi_value exports) {
 }
 
 }  // namespace StandIn
-
-// Replaces Node's function, which would tie the record to the load that registered it and forget it with that load's
-// environment.
-extern "C" void __wrap_napi_module_register(napi_module* record) { StandIn::gRecord = record; }

@@ -10,9 +10,10 @@ std::mutex gMutex;  // guards the table
 
 Faults::Armed gCalls[] = {
 #define OWN(name) {#name},
-#define WRAPPED(name) OWN(name)
-#define WRAPPED_AS(symbol, name, text) {text},
-#include "wrap/calls.def"
+#define OWN_AS(name, text) {text},
+#define REDIRECTED(name) OWN(name)
+#define PASSED(name)
+#include "calls/calls.def"
 };
 
 }  // namespace

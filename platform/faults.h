@@ -9,10 +9,11 @@ namespace StandIn {
 
 /// The calls of the module that can be made to fail.
 enum class Call : size_t {
-#define WRAPPED(name) name,
-#define WRAPPED_AS(symbol, name, text) name,
 #define OWN(name) name,
-#include "wrap/calls.def"
+#define OWN_AS(name, text) OWN(name)
+#define REDIRECTED(name) OWN(name)
+#define PASSED(name)
+#include "calls/calls.def"
 };
 
 /// Fault injection into the module's calls. Thread-safe.

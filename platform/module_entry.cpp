@@ -1,3 +1,4 @@
+#include "calls/runtime.h"
 #include "environment.h"
 #include "game_end.h"
 
@@ -13,7 +14,7 @@ extern "C" NAPI_MODULE_EXPORT napi_value napi_register_module_v1(napi_env env, n
 extern "C" void __gcov_dump(void);
 extern "C" void __gcov_reset(void);
 
-extern "C" [[noreturn]] void __wrap__exit(int status) {
+[[noreturn]] void StandIn::Exit(int status) {
     __gcov_dump();
     __gcov_reset();
     StandIn::GameEnd::Arrive(status);

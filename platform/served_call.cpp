@@ -5,9 +5,9 @@
 #include <mutex>
 #include <utility>
 
+#include "calls/call_records.h"
 #include "forever.h"
 #include "modals.h"
-#include "wrap/call_records.h"
 
 namespace StandIn {
 namespace {

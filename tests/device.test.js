@@ -4,6 +4,7 @@ const assert = require('node:assert/strict');
 const {
     advance, answer, attempt, device, ends, expectChild, game, nextMessage, raise, start, startWorker, test, turn,
 } = require('./support');
+const { loadAddon } = require('../lib/addon.js');
 
 const { clock } = device;
 const waiting = () => start('bindPlayer', device.createAbilityContext({ window: false }));
@@ -77,6 +78,14 @@ test('failNext lets "skip" calls pass and "times" fail, and reset forgets it', (
     device.failNext('napi_get_cb_info', { times: 9 });
     device.reset();
     assert.deepEqual(outcomes(), [0, 0, 0, 0, 0]);
+});
+
+test('what is optional in Node-API is optional through the device', () => {
+    const addon = loadAddon('test_addon.node');
+    const counts = [];
+    const statuses = addon.call((...args) => counts.push(args.length));
+    assert.deepEqual([addon.sum10(1, 2, 3), addon.sum20(), counts], [13, 20, [0]]);
+    assert.equal(statuses, 1);  // napi_invalid_arg for the property that is not there, and napi_ok before
 });
 
 test('onModal gets every modal on its subscriber\'s thread until it is removed', async () => {

@@ -305,10 +305,8 @@ napi_value OnEventCallback(napi_env env, napi_callback_info info) {
 }
 
 }  // namespace
-}  // namespace Floors
 
 NAPI_MODULE_INIT() {
-    using namespace Floors;
     (void)StandIn::Environment::Attach(env);
     const std::pair<const char*, napi_callback> methods[] = {
         {"init", Init},
@@ -326,3 +324,5 @@ NAPI_MODULE_INIT() {
     }
     return exports;
 }
+
+}  // namespace Floors

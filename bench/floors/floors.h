@@ -24,6 +24,8 @@ class AbilityContext;
 
 namespace Floors {
 
+namespace std = StandIn::RedirectedStd;
+
 /// Aborts the process if a call failed: its figure would mean nothing.
 inline void Must(napi_status status) {
     if (status != napi_ok) std::abort();

@@ -1,5 +1,7 @@
 #include "fake_node.h"
 
+#include <dlfcn.h>
+
 #include <atomic>
 #include <thread>
 
@@ -117,19 +119,25 @@ void FakeWindow::CloseModalUIExtension(int32_t sessionId) {
 
 extern "C" {
 
-#define WATCH(name, change)         \
-    int __real_##name(void* lock);  \
-    int __wrap_##name(void* lock) { \
-        Watch(change);              \
-        return __real_##name(lock); \
-    }
-WATCH(pthread_mutex_lock, +1)
-WATCH(pthread_mutex_unlock, -1)
-WATCH(pthread_rwlock_rdlock, +1)
-WATCH(pthread_rwlock_wrlock, +1)
-WATCH(pthread_rwlock_unlock, -1)
+// A lock that this program takes is the module's, or GoogleTest's. The platform takes its own in its library.
+extern const char __executable_start;
+extern const char etext;
+bool IsCalledBy(const void* address) { return address >= &__executable_start && address < &etext; }
 
-int __wrap_HiLogPrint(LogType /*type*/, LogLevel level, unsigned int domain, const char* tag, const char* format, ...) {
+// Replaces the C library's function in the whole process.
+#define WATCH(kind, name, change)                                                            \
+    int name(pthread_##kind##_t* lock) noexcept {                                            \
+        static const auto real = reinterpret_cast<decltype(&name)>(dlsym(RTLD_NEXT, #name)); \
+        if (IsCalledBy(__builtin_return_address(0))) Watch(change);                          \
+        return real(lock);                                                                   \
+    }
+WATCH(mutex, pthread_mutex_lock, +1)
+WATCH(mutex, pthread_mutex_unlock, -1)
+WATCH(rwlock, pthread_rwlock_rdlock, +1)
+WATCH(rwlock, pthread_rwlock_wrlock, +1)
+WATCH(rwlock, pthread_rwlock_unlock, -1)
+
+int HiLogPrint(LogType /*type*/, LogLevel level, unsigned int domain, const char* tag, const char* format, ...) {
     Enter("HiLogPrint");
     va_list arguments;
     va_start(arguments, format);

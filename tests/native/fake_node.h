@@ -1,6 +1,9 @@
 #pragma once
 
 #include <gtest/gtest.h>
+#include <openssl/bio.h>
+#include <openssl/evp.h>
+#include <uv.h>
 
 #include <deque>
 #include <functional>
@@ -14,9 +17,12 @@
 #include "modal_ui_extension_config.h"
 #include "napi/native_api.h"
 
+#include <redirected_calls.h>
+
 // A platform for native tests: Node-API with one loop, and a window that a test controls. A test fails if the module
 // calls this platform, or takes another lock, while it holds one. It may only queue work under a lock. The platform
-// itself takes no lock: a test that starts a thread waits for it.
+// itself takes no lock: a test that starts a thread waits for it. From here on, the names of Node-API are those of the
+// functions that the module calls instead.
 
 using namespace TAVIK::GAME_PLAYER;
 

@@ -2,6 +2,7 @@
 
 #include <thread>
 
+#include "calls/runtime.h"
 #include "common/request_types.h"
 #include "common/velmor_error.h"
 #include "common/velmor_util.h"
@@ -21,8 +22,8 @@ std::string LastMessage() {
 
 }  // namespace
 
-// Replaces Node's function. The module's constructor calls it before main.
-extern "C" void napi_module_register(napi_module* record) { gRegistered = record; }
+// The module's constructor calls it before main.
+void StandIn::RegisterModule(napi_module* record) { gRegistered = record; }
 
 using Module = FakeNodeTest;
 

@@ -1,10 +1,10 @@
 #include <uv.h>
 
+#include "calls/guarded.h"
 #include "hilog/log.h"
 #include "served_call.h"
-#include "wrap/wrap.h"
 
-// The module's calls that behave differently on Node and on the device. The linker redirects them here.
+// The module's calls that behave differently on Node and on the device.
 
 namespace StandIn {
 namespace {
@@ -54,7 +54,7 @@ using StandIn::Guarded;
 
 extern "C" {
 
-napi_status __wrap_napi_get_last_error_info(napi_env env, const napi_extended_error_info** info) {
+napi_status device_napi_get_last_error_info(napi_env env, const napi_extended_error_info** info) {
     const bool hasFailedOnPurpose = StandIn::HasFailedOnPurpose();
     napi_status status = Guarded(Call::napi_get_last_error_info, napi_get_last_error_info, env, info);
     if (status == napi_ok && hasFailedOnPurpose) {
@@ -65,17 +65,17 @@ napi_status __wrap_napi_get_last_error_info(napi_env env, const napi_extended_er
 }
 
 // Node aborts if a call from JS leaves a scope open, so the scope is closed even if the call is made to fail.
-napi_status __wrap_napi_close_handle_scope(napi_env env, napi_handle_scope scope) {
+napi_status device_napi_close_handle_scope(napi_env env, napi_handle_scope scope) {
     napi_status status = Guarded(Call::napi_close_handle_scope, napi_close_handle_scope, env, scope);
     if (StandIn::HasFailedOnPurpose()) (void)napi_close_handle_scope(env, scope);
     return status;
 }
 
-napi_status __wrap_napi_create_error(napi_env env, napi_value code, napi_value message, napi_value* error) {
+napi_status device_napi_create_error(napi_env env, napi_value code, napi_value message, napi_value* error) {
     return Guarded(Call::napi_create_error, StandIn::CreateErrorWithNumber, env, code, message, error);
 }
 
-napi_status __wrap_napi_get_uv_event_loop(napi_env env, uv_loop_t** loop) {
+napi_status device_napi_get_uv_event_loop(napi_env env, uv_loop_t** loop) {
     if (Faults::Trip(Call::napi_get_uv_event_loop)) return StandIn::FailOnPurpose();
     if (Environment::IsOwn(env)) {
         *loop = Environment::Current()->Loop();
@@ -88,7 +88,7 @@ napi_status __wrap_napi_get_uv_event_loop(napi_env env, uv_loop_t** loop) {
 }
 
 // Callable from any thread. The work runs in FIFO order on the loop's own thread, never on the thread pool.
-int __wrap_uv_queue_work(uv_loop_t* loop, uv_work_t* work, uv_work_cb run, uv_after_work_cb after) {
+int device_uv_queue_work(uv_loop_t* loop, uv_work_t* work, uv_work_cb run, uv_after_work_cb after) {
     if (run == nullptr || Faults::Trip(Call::uv_queue_work)) return run == nullptr ? UV_EINVAL : UV_ENOMEM;
     StandIn::MarkEffect();
     work->loop = loop;

@@ -1,12 +1,12 @@
-#include "wrap/wrap.h"
+#include "calls/guarded.h"
 
-// The module's Node-API calls that behave the same on Node and on the device. The linker redirects them here.
+// The module's Node-API calls that behave the same on Node and on the device.
 
 using StandIn::Call;
 using StandIn::Guarded;
 
 #define GUARD(name, params, ...) \
-    extern "C" napi_status __wrap_##name params { return Guarded(Call::name, name, __VA_ARGS__); }
+    extern "C" napi_status device_##name params { return Guarded(Call::name, name, __VA_ARGS__); }
 
 GUARD(napi_add_env_cleanup_hook, (napi_env env, void (*hook)(void*), void* data), env, hook, data)
 GUARD(napi_create_int32, (napi_env env, int32_t number, napi_value* value), env, number, value)

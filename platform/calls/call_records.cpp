@@ -1,4 +1,4 @@
-#include "wrap/call_records.h"
+#include "calls/call_records.h"
 
 #include <algorithm>
 #include <deque>

@@ -1,12 +1,11 @@
 #include <atomic>
 #include <cstdio>
-#include <cstdlib>
 #include <string>
 #include <string_view>
 
+#include "calls/guarded.h"
 #include "say.h"
 #include "served_call.h"
-#include "wrap/wrap.h"
 
 // The module's reads of strings. Node replaces a lone surrogate; a device encodes it like any other character of its
 // size, in three bytes that are no valid UTF-8. And where Node cuts a character that does not fit is up to Node; a
@@ -143,24 +142,8 @@ void KeepElement(napi_value value, uint32_t index) {
 
 }  // namespace StandIn
 
-extern "C" {
-
-napi_status __wrap_napi_get_value_string_utf8(napi_env env, napi_value value, char* buffer, size_t size,
-                                              size_t* length) {
+extern "C" napi_status device_napi_get_value_string_utf8(napi_env env, napi_value value, char* buffer, size_t size,
+                                                         size_t* length) {
     return StandIn::Guarded(StandIn::Call::napi_get_value_string_utf8, StandIn::ReadString, env, value, buffer, size,
                             length);
 }
-
-// The JSON library aborts, as it cannot throw in the module.
-[[noreturn]] void __wrap_abort() {
-    const StandIn::ServedCall* call = StandIn::Served();
-    if (call != nullptr && !call->invalidString.empty()) {
-        StandIn::Say("the module aborts the process: " + call->invalidString + " of " + call->method +
-                     " is no valid UTF-8, and cannot be written as JSON");
-    } else {
-        StandIn::Say("the module aborts the process");
-    }
-    std::abort();
-}
-
-}  // extern "C"

@@ -2,8 +2,8 @@
 #include <string>
 #include <string_view>
 
+#include "calls/call_records.h"
 #include "js_values.h"
-#include "wrap/call_records.h"
 
 namespace StandIn {
 namespace {
