@@ -1,7 +1,5 @@
 #include "clock.h"
 
-#include <time.h>
-
 #include <algorithm>
 #include <limits>
 
@@ -14,17 +12,12 @@ namespace {
 // Threads count from 1; 0 means that this thread is not one of the module's.
 thread_local uint64_t gThread = 0;
 
-Clock::Nanoseconds BootTime() {
-    timespec now{};
-    (void)clock_gettime(CLOCK_BOOTTIME, &now);
-    return std::chrono::seconds(now.tv_sec) + Clock::Nanoseconds(now.tv_nsec);
-}
-
 }  // namespace
 
 Clock& Clock::Get() { return Forever<Clock>(); }
 
-Clock::Clock() : originReal_(Steady::now()), origin_(BootTime()) {}
+// The steady clock counts from the machine's boot.
+Clock::Clock() : originReal_(Steady::now()), origin_(originReal_.time_since_epoch()) {}
 
 Clock::Nanoseconds Clock::Now() const {
     using Fraction = std::chrono::duration<double, std::nano>;

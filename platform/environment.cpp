@@ -25,7 +25,7 @@ thread_local napi_env gLastOwn = nullptr;  // known to be alive and to belong to
 /// How completions are ordered: the number of that setting, whether it is any order, and its seed.
 struct QueueOrder {
     uint32_t setting : 31;
-    bool isAny : 1;
+    uint32_t isAny : 1;  // of the same type, so that all compilers pack the two
     uint32_t seed;
 };
 std::atomic<QueueOrder> gOrder{{0, false, 0}};
@@ -149,7 +149,7 @@ bool Environment::PostTo(const uv_loop_t* loop, Job job) {
 
 void Environment::SetQueueOrder(bool isAny, uint32_t seed) {
     static std::atomic<uint32_t> settings{0};
-    gOrder = {++settings, isAny, seed};
+    gOrder = {++settings, isAny ? 1U : 0U, seed};
 }
 
 void Environment::Reorder(std::vector<Item>& items) {

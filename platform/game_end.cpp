@@ -1,10 +1,10 @@
 #include "game_end.h"
 
-#include <unistd.h>
-
 #include <atomic>
+#include <chrono>
 #include <cstdlib>
 #include <string>
+#include <thread>
 #include <utility>
 
 #include "clock.h"
@@ -42,7 +42,7 @@ int ChooseStatus(int status) {
 
 [[noreturn]] void EndProcess(int status, const ServedCall& why, const char* remark) {
     Say("the module ends the process with status " + std::to_string(status) + remark + ": " + Describe(why));
-    _exit(status);
+    std::_Exit(status);
 }
 
 }  // namespace
@@ -71,7 +71,7 @@ void GameEnd::Arrive(int status) {
     UiThread::Get().Abandon();
     Clock::Get().Leave();
     for (;;) {
-        (void)pause();
+        std::this_thread::sleep_for(std::chrono::hours(1));
     }
 }
 

@@ -1,11 +1,14 @@
 #include "calls/runtime.h"
 #include "environment.h"
 #include "game_end.h"
+#include "stay_loaded.h"
 
 // This file is linked into the module itself.
 
 // Node looks up this symbol in every library it loads, on every thread.
 extern "C" NAPI_MODULE_EXPORT napi_value napi_register_module_v1(napi_env env, napi_value exports) {
+    static const char gInThisLibrary = 0;
+    StandIn::StayLoaded(&gInThisLibrary);
     return StandIn::LoadModule(env, exports);
 }
 

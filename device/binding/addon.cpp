@@ -4,6 +4,7 @@
 
 #include "functions.h"
 #include "instance.h"
+#include "stay_loaded.h"
 
 namespace StandIn {
 
@@ -23,6 +24,8 @@ bool DefineFunctions(napi_env env, napi_value target, std::initializer_list<Func
 
 NAPI_MODULE_INIT() {
     using namespace StandIn;
+    static const char gInThisLibrary = 0;
+    StayLoaded(&gInThisLibrary);
     const bool isDefined = Instance::Create(env) && DefineModalFunctions(env, exports) &&
                            DefineAnswerFunctions(env, exports) && DefineRecordFunctions(env, exports) &&
                            DefineControlFunctions(env, exports);

@@ -14,6 +14,8 @@
 
 #include "runtime.h"
 
+#undef ERROR_SUCCESS  // the headers of Windows define it
+
 /// What the module finds in `std`.
 namespace StandIn::RedirectedStd {
 

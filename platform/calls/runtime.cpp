@@ -27,6 +27,8 @@ std::thread Thread::Start(std::function<void()> run) {
     });
 }
 
+void Thread::detach() { thread_.detach(); }
+
 void SleepFor(std::chrono::nanoseconds span) { Clock::Get().Sleep(span); }
 
 void Exit(int status) { GameEnd::Arrive(status); }

@@ -19,7 +19,7 @@ public:
     explicit Thread(Run&& run, Args&&... args)
         : thread_(Start(std::bind(std::forward<Run>(run), std::forward<Args>(args)...))) {}
 
-    void detach() { thread_.detach(); }
+    void detach();
 
 private:
     static std::thread Start(std::function<void()> run);
