@@ -87,6 +87,16 @@ test('verifyLocalPlayer logs each field that it has read before it reads the nex
         .map((text) => `[(ParseVerifyLocalPlayerReq)]${text}`));
 });
 
+test('a page without a window and a request without a callback each end with their line', async () => {
+    game.launchCommonPage(device.createAbilityContext({ window: false }), '');
+    ask('init', 5);
+    await answer(device.modals()[0], ['result', 0]);
+    await advance(5000);
+    const text = lines().filter((line) => /need not message back|deferred nullptr/.test(line));
+    assert.deepEqual(text, ['W: [(SendMessageBackWork)]SendMessageBackWork callback and deferred nullptr',
+        '[(DelayStartUIExtensionAbility)]DelayStartUIExtensionAbility need not message back']);
+});
+
 test('the window is not looked for when no modal is open', async () => {
     const { modal } = start('bindPlayer');
     device.failNext('uv_queue_work');
