@@ -7,8 +7,8 @@
 
 // Node looks up this symbol in every library it loads, on every thread.
 extern "C" NAPI_MODULE_EXPORT napi_value napi_register_module_v1(napi_env env, napi_value exports) {
-    static const char gInThisLibrary = 0;
-    StandIn::StayLoaded(&gInThisLibrary);
+    static constexpr char IN_THIS_LIBRARY = 0;
+    StandIn::StayLoaded(&IN_THIS_LIBRARY);
     return StandIn::LoadModule(env, exports);
 }
 

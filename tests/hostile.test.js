@@ -4,7 +4,6 @@ const assert = require('node:assert/strict');
 const { test } = require('node:test');
 const { playBatches } = require('./model/batches');
 const { runInChild } = require('./support');
-const { runNode } = require('./support/files');
 
 const FIRST_SEED = 1;
 const BATCHES = 10;
@@ -27,16 +26,4 @@ test('a module that does otherwise is noticed, and the seed shows it again', asy
         process.exit();
     });
     assert.match(stdout, /^(modals opened|warnings and errors|outcome)\n$/);
-});
-
-test('a wrong argument is reported in one line, with the usage', async () => {
-    for (const [complaint, ...args] of [
-        ['--seed or --soak is missing'],
-        ['--seed must be a whole number from 0 on, not \'x\'', '--seed', 'x'],
-        ['--soak must be a whole number from 1 on, not \'0\'', '--soak', '0'],
-        ['Unknown option \'--nothing\'', '--nothing'],
-    ]) {
-        const { code, stderr } = await runNode(['tests/model/run.js', ...args]);
-        assert.deepEqual([code, stderr.startsWith(complaint), stderr.includes('\nusage: ')], [2, true, true], stderr);
-    }
 });

@@ -361,20 +361,15 @@ test('a wrong scenario is refused with its path, place and reason', () => {
     const step = (value) => ({ version: 1, steps: [value] });
     for (const [scenario, reason] of [
         ['{\n "version": 1,\n}', /^line 3, column 1: no JSON: .+|^no JSON: .+/],
-        [{}, '\'version\' is missing'],
         [{ version: 1, step: [] }, /^unknown key 'step': possible is .*systemApp, state, rules, steps, expect$/],
-        [{ version: 1, clock: 'fast' }, 'clock: must be one of manual, real, not "fast"'],
         [step({ advance: -1 }), 'steps[0].advance: must be >= 0, not -1'],
         [rule({ answer: [{ result: 0 }, { after: 1 }] }),
             'rules[0].answer[1]: needs exactly one of own, result, receive, release, error'],
         [rule({ answer: [{ receive: { a: { b: null } } }] }),
             'rules[0].answer[0].receive.a.b: must be number,string,boolean,array,object, not null'],
         [rule({ when: { nth: 0 } }), 'rules[0].when.nth: must be >= 1, not 0'],
-        [step({ await: { method: 'init', code: 5 } }),
-            'steps[0].await: unknown key \'code\': possible is method, want'],
         [step({ await: { method: 'on' } }), /^steps\[0\]\.await\.method: must be one of init, .*, not "on"$/],
         [{ version: 1, expect: { end: 'soon' } }, /^expect\.end: must not be "soon"\. One of ends, fails, /],
-        [{ version: 1, expect: { codes: { init: [0.5] } } }, 'expect.codes.init[0]: must be integer, not 0.5'],
     ]) {
         const file = `${folderWith({ 'a.json': scenario })}/a.json`;
         assert.throws(() => readScenario(file), ({ name, message }) => {
@@ -383,6 +378,5 @@ test('a wrong scenario is refused with its path, place and reason', () => {
             return true;
         });
     }
-    assert.throws(() => readScenario(__dirname), { name: 'ScenarioError', message: /tests: EISDIR/ });
     assert.throws(() => readScenario('nowhere.json'), { message: 'nowhere.json: there is no such file' });
 });

@@ -24,8 +24,8 @@ bool DefineFunctions(napi_env env, napi_value target, std::initializer_list<Func
 
 NAPI_MODULE_INIT() {
     using namespace StandIn;
-    static const char gInThisLibrary = 0;
-    StayLoaded(&gInThisLibrary);
+    static constexpr char IN_THIS_LIBRARY = 0;
+    StayLoaded(&IN_THIS_LIBRARY);
     const bool isDefined = Instance::Create(env) && DefineModalFunctions(env, exports) &&
                            DefineAnswerFunctions(env, exports) && DefineRecordFunctions(env, exports) &&
                            DefineControlFunctions(env, exports);

@@ -20,7 +20,7 @@ int device_BIO_write(BIO* bio, const void* data, int length) {
     return Faults::Trip(Call::BIO_write) ? -1 : BIO_write(bio, data, length);
 }
 
-// These cannot fail. With them here, only this library has to be linked with OpenSSL.
+// These cannot fail. They are here so that the module needs nothing of OpenSSL.
 const BIO_METHOD* device_BIO_f_base64(void) { return BIO_f_base64(); }
 const BIO_METHOD* device_BIO_s_mem(void) { return BIO_s_mem(); }
 BIO* device_BIO_push(BIO* bio, BIO* next) { return BIO_push(bio, next); }

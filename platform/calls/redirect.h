@@ -21,6 +21,8 @@ namespace StandIn::RedirectedStd {
 
 using namespace ::std;
 
+// NOLINTBEGIN(readability-identifier-naming): the names of std
+
 using thread = Thread;
 inline constexpr Nothrow nothrow{};
 
@@ -34,6 +36,9 @@ void sleep_for(const ::std::chrono::duration<Rep, Period>& span) {
 }
 
 }  // namespace this_thread
+
+// NOLINTEND(readability-identifier-naming)
+
 }  // namespace StandIn::RedirectedStd
 
 // The module's namespaces. Those of the platform's headers are within the second.

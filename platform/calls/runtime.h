@@ -19,7 +19,7 @@ public:
     explicit Thread(Run&& run, Args&&... args)
         : thread_(Start(std::bind(std::forward<Run>(run), std::forward<Args>(args)...))) {}
 
-    void detach();
+    void detach();  // NOLINT(readability-identifier-naming): the name of std::thread
 
 private:
     static std::thread Start(std::function<void()> run);

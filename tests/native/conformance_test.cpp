@@ -4,7 +4,6 @@
 
 #include <string>
 #include <type_traits>
-#include <unordered_map>
 
 #include "ability_context.h"
 #include "app_event.h"
@@ -61,31 +60,18 @@ static_assert(Has<int (*)(LogType, LogLevel, unsigned, const char*, const char*,
 static_assert(FAULT == 1 && STATISTIC == 2 && SECURITY == 3 && BEHAVIOR == 4);
 static_assert(std::is_convertible_v<EventType, int>, "it is not a scoped one");
 static_assert(std::is_constructible_v<Event, const string&, const string&, EventType>);
-static_assert(Has<void (Event::*)(const string&, bool)>(&Event::AddParam));
 static_assert(Has<void (Event::*)(const string&, int32_t)>(&Event::AddParam));
 static_assert(Has<void (Event::*)(const string&, int64_t)>(&Event::AddParam));
-static_assert(Has<void (Event::*)(const string&, double)>(&Event::AddParam));
 static_assert(Has<void (Event::*)(const string&, const string&)>(&Event::AddParam));
-static_assert(Has<void (Event::*)(const string&, const vector<bool>&)>(&Event::AddParam));
-static_assert(Has<void (Event::*)(const string&, const vector<int32_t>&)>(&Event::AddParam));
-static_assert(Has<void (Event::*)(const string&, const vector<int64_t>&)>(&Event::AddParam));
-static_assert(Has<void (Event::*)(const string&, const vector<double>&)>(&Event::AddParam));
-static_assert(Has<void (Event::*)(const string&, const vector<string>&)>(&Event::AddParam));
 static_assert(Has<int (*)(const Event&)>(Write));
 static_assert(Has<int64_t (*)(const ReportConfig&)>(AppEventProcessorMgr::AddProcessor));
 MEMBER(ReportConfig, name, string);
-MEMBER(ReportConfig, debugMode, bool);
 MEMBER(ReportConfig, routeInfo, string);
 MEMBER(ReportConfig, appId, string);
 MEMBER(ReportConfig, triggerCond, TriggerCondition);
-MEMBER(ReportConfig, userIdNames, std::unordered_set<string>);
-MEMBER(ReportConfig, userPropertyNames, std::unordered_set<string>);
 MEMBER(ReportConfig, eventConfigs, vector<EventConfig>);
 MEMBER(TriggerCondition, row, int);
-MEMBER(TriggerCondition, size, int);
 MEMBER(TriggerCondition, timeout, int);
-MEMBER(TriggerCondition, onStartup, bool);
-MEMBER(TriggerCondition, onBackground, bool);
 MEMBER(EventConfig, domain, string);
 MEMBER(EventConfig, name, string);
 MEMBER(EventConfig, isRealTime, bool);
@@ -109,14 +95,6 @@ MEMBER(ModalUIExtensionCallbacks, onReceive, function<void(const WantParams&)>);
 MEMBER(ModalUIExtensionCallbacks, onError, function<void(int32_t, const string&, const string&)>);
 MEMBER(ModalUIExtensionCallbacks, onRemoteReady, function<void(const std::shared_ptr<Ace::ModalUIExtensionProxy>&)>);
 MEMBER(ModalUIExtensionCallbacks, onDestroy, function<void()>);
-MEMBER(ModalUIExtensionConfig, isProhibitBack, bool);
-MEMBER(ModalUIExtensionConfig, isAsyncModalBinding, bool);
-MEMBER(ModalUIExtensionConfig, isAllowedBeCovered, bool);
-MEMBER(ModalUIExtensionConfig, doAfterAsyncModalBinding, function<void()>);
-MEMBER(ModalUIExtensionConfig, prohibitedRemoveByRouter, bool);
-MEMBER(ModalUIExtensionConfig, isAllowAddChildBelowModalUec, bool);
-MEMBER(ModalUIExtensionConfig, isDensityFollowHost, bool);
-MEMBER(ModalUIExtensionConfig, prohibitedRemoveByNavigation, bool);
 static_assert(Has<int32_t (UIContent::*)(const Want&, const ModalUIExtensionCallbacks&, const ModalUIExtensionConfig&)>(
     &UIContent::CreateModalUIExtension));
 static_assert(Has<void (UIContent::*)(int32_t)>(&UIContent::CloseModalUIExtension));
@@ -142,14 +120,6 @@ static_assert(Has<int64_t (TimeServiceClient::*)()>(&TimeServiceClient::GetBootT
 static_assert(Has<uint64_t (*)()>(IPCSkeleton::GetCallingFullTokenID));
 static_assert(Has<bool (*)(uint64_t)>(Security::AccessToken::TokenIdKit::IsSystemAppByFullTokenID));
 static_assert(Has<std::shared_ptr<int> (*)()>(DelayedSingleton<int>::GetInstance));
-
-MEMBER(napi_module, nm_version, int);
-MEMBER(napi_module, nm_flags, unsigned);
-MEMBER(napi_module, nm_filename, const char*);
-MEMBER(napi_module, nm_register_func, napi_value (*)(napi_env, napi_value));
-MEMBER(napi_module, nm_modname, const char*);
-MEMBER(napi_module, nm_priv, void*);
-MEMBER(napi_module, reserved, void* [4]);
 
 }  // namespace
 

@@ -119,17 +119,19 @@ void FakeWindow::CloseModalUIExtension(int32_t sessionId) {
 
 extern "C" {
 
-// A lock that this program takes is the module's, or GoogleTest's. The platform takes its own in its library.
-extern const char __executable_start;
-extern const char etext;
-bool IsCalledBy(const void* address) { return address >= &__executable_start && address < &etext; }
+// Whether code of this program is there: the module's, or a test's. The platform is in a library.
+bool IsInThisProgram(const void* address) {
+    Dl_info own{};
+    Dl_info found{};
+    return dladdr(&gComplaint, &own) != 0 && dladdr(address, &found) != 0 && own.dli_fbase == found.dli_fbase;
+}
 
 // Replaces the C library's function in the whole process.
-#define WATCH(kind, name, change)                                                            \
-    int name(pthread_##kind##_t* lock) noexcept {                                            \
-        static const auto real = reinterpret_cast<decltype(&name)>(dlsym(RTLD_NEXT, #name)); \
-        if (IsCalledBy(__builtin_return_address(0))) Watch(change);                          \
-        return real(lock);                                                                   \
+#define WATCH(kind, name, change)                                                              \
+    int name(pthread_##kind##_t* lock) noexcept {                                              \
+        static const auto real = reinterpret_cast<decltype(&(name))>(dlsym(RTLD_NEXT, #name)); \
+        if (IsInThisProgram(__builtin_return_address(0))) Watch(change);                       \
+        return real(lock);                                                                     \
     }
 WATCH(mutex, pthread_mutex_lock, +1)
 WATCH(mutex, pthread_mutex_unlock, -1)
