@@ -45,7 +45,13 @@ device_needs=(
 )
 arm64_needs=(
     'g++-aarch64-linux-gnu|aarch64-linux-gnu-g++|a cross-compiler for 64-bit ARM'
-    'libssl-dev:arm64|/usr/lib/aarch64-linux-gnu/libcrypto.a|the static libcrypto of OpenSSL 3 for 64-bit ARM'
+)
+windows_needs=(
+    'g++-mingw-w64-x86-64-posix|x86_64-w64-mingw32-g++-posix|a cross-compiler for 64-bit Windows'
+)
+wine_needs=(
+    'wine|wine|Wine'
+    'wine64|/usr/lib/wine/wine64|Wine for 64-bit programs'
 )
 qemu_needs=(
     'qemu-user|qemu-aarch64|the user mode emulator of QEMU'
@@ -57,6 +63,7 @@ case $preset in
     clang-libcxx) build_needs+=("${clang_needs[@]}" "${libcxx_needs[@]}") ;;
     device) build_needs+=("${device_needs[@]}") ;;
     arm64) build_needs+=("${arm64_needs[@]}") ;;
+    windows) build_needs+=("${windows_needs[@]}") ;;
 esac
 
 say() {
