@@ -2,6 +2,7 @@
 
 const { spawn } = require('node:child_process');
 const path = require('node:path');
+const { killGame } = require('./agent/kill_game.js');
 const { onLines } = require('./lines.js');
 
 const AGENT = path.join(__dirname, 'agent', 'index.js');
@@ -21,7 +22,8 @@ class Game {
     constructor({ game, gameArguments }, settings, onRecord) {
         this.#onRecord = onRecord;
         this.#child = spawn(process.execPath, ['--require', AGENT, game, ...gameArguments], {
-            detached: true,
+            detached: process.platform !== 'win32',  // there it would open a window
+            windowsHide: true,
             stdio: ['ignore', 'pipe', 'pipe', 'pipe', 'pipe'],
             env: { ...process.env, GAME_EMULATOR: '1', GAMEAPI_EXIT_STATUS: '' },
         });
@@ -104,11 +106,7 @@ class Game {
 
     /** The same, without waiting. */
     kill() {
-        try {
-            process.kill(-this.pid, 'SIGKILL');
-        } catch {
-            // It has ended.
-        }
+        killGame(this.pid);
     }
 }
 

@@ -25,7 +25,9 @@ test('the sample game calls eighteen methods, and prints what its arrows say', a
     assert.equal(stderr, '');
 });
 
-test('the TypeScript game compiles strictly; its suite passes, and fails if the game ends unexpected', async () => {
+const skip = process.platform === 'win32' && 'its tools are those of this system';
+
+test('the TypeScript game compiles strictly; its suite passes, and fails if the game ends', { skip }, async () => {
     const out = path.join(ROOT, 'out', 'examples', 'shop');
     fs.rmSync(out, { recursive: true, force: true });
     const run = (command, args, env) => promisify(execFile)(command, args,

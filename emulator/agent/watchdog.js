@@ -4,13 +4,11 @@
 // then the pipe between them closes.
 
 const net = require('node:net');
+const { killGame } = require('./kill_game.js');
 
 const kill = () => {
-    try {
-        process.kill(-process.pid, 'SIGKILL');  // the game leads its process group
-    } finally {
-        process.kill(process.pid, 'SIGKILL');
-    }
+    killGame(process.pid);
+    process.kill(process.pid, 'SIGKILL');
 };
 
 new net.Socket({ fd: require('node:worker_threads').workerData.fd }).on('close', kill).on('error', kill).resume();
