@@ -32,9 +32,13 @@ start_wine() {
         quietly wine 'Wine could not be set up' wine wineboot --init
         quietly wine 'Wine could not be set up' wine reg add 'HKCU\Software\Wine' /v Version /d win10 /f
     fi
-    # shellcheck disable=SC2016 # the script expands it
-    printf '#!/bin/sh\nwine "%s/bin/node.exe" "$@" >"%s/output" 2>&1 </dev/null\nstatus=$?\ncat "%s/output"\nexit $status\n' \
-        "$1" "$1" "$1" >"$1/node"
+    cat >"$1/node" <<END
+#!/bin/sh
+wine "$1/bin/node.exe" "\$@" >"$1/output" 2>&1 </dev/null
+status=\$?
+cat "$1/output"
+exit \$status
+END
     chmod +x "$1/node"
 }
 
