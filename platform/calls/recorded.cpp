@@ -5,8 +5,8 @@
 #include "calls/guarded.h"
 #include "served_call.h"
 
-// The module's Node-API calls that show what the game asks for and what it gets. Some
-// also behave differently on Node and on the device.
+// The module's Node-API calls that show what the game asks for and what it gets. Some also behave differently on Node
+// and on the device.
 
 namespace StandIn {
 namespace {
